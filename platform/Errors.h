@@ -1,0 +1,40 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace tessel {
+
+/// What the operating system or a library reports. The description is one complete sentence that names the
+/// file or program and the system's reason.
+class PlatformError : public std::exception {
+  public:
+    PlatformError(std::string domain, int code, std::string localizedDescription);
+
+    const std::string& domain() const { return domainName; }
+    int code() const { return errorCode; }
+    const std::string& localizedDescription() const { return description; }
+    const char* what() const noexcept override { return description.c_str(); }
+
+  private:
+    std::string domainName;
+    int errorCode;
+    std::string description;
+};
+
+/// The work was asked to stop, and did so at a place where that is allowed.
+class CancellationError : public std::exception {
+  public:
+    const char* what() const noexcept override { return "The operation was cancelled."; }
+};
+
+/// The domain of errors whose code is an `errno` value.
+inline constexpr const char* posixErrorDomain = "POSIX";
+
+/// The system's text for an `errno` value, as strerror words it: "No such file or directory".
+std::string systemErrorText(int code);
+
+/// A PlatformError in the POSIX domain that reads `subject`, ": ", the system's text and a full stop.
+PlatformError posixError(const std::string& subject, int code);
+
+}  // namespace tessel

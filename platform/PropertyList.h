@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace tessel {
+
+/// A property-list value: text, boolean, whole number, real number, list or dictionary with text keys. Dates,
+/// data and other kinds are kept as "other", since nobody here asks for their contents.
+class PropertyList {
+  public:
+    using List = std::vector<PropertyList>;
+    using Dictionary = std::map<std::string, PropertyList, std::less<>>;
+    struct Other {
+        bool operator==(const Other&) const = default;
+    };
+
+    PropertyList() = default;
+    PropertyList(bool value) : value(value) {}
+    PropertyList(uint64_t value) : value(value) {}
+    PropertyList(double value) : value(value) {}
+    PropertyList(std::string text) : value(std::move(text)) {}
+    PropertyList(const char* text) : value(std::string(text)) {}
+    PropertyList(List list) : value(std::move(list)) {}
+    PropertyList(Dictionary dictionary) : value(std::move(dictionary)) {}
+
+    /// Each gives the value of that kind, or null when this is of another kind.
+    const bool* asFlag() const { return std::get_if<bool>(&value); }
+    const uint64_t* asWholeNumber() const { return std::get_if<uint64_t>(&value); }
+    const double* asReal() const { return std::get_if<double>(&value); }
+    const std::string* asText() const { return std::get_if<std::string>(&value); }
+    const List* asList() const { return std::get_if<List>(&value); }
+    const Dictionary* asDictionary() const { return std::get_if<Dictionary>(&value); }
+
+    bool operator==(const PropertyList&) const = default;
+
+  private:
+    std::variant<Other, bool, uint64_t, double, std::string, List, Dictionary> value;
+};
+
+/// Reads the XML or the binary encoding. Throws PlatformError when the bytes are no property list, are nested
+/// deeper than 64 levels, are larger than 16 MiB, or expand to more than 1,000,000 values. A whole number
+/// keeps its 64 bits: one that was negative reads as 2^63 or more.
+PropertyList parsePropertyList(std::string_view bytes);
+
+/// The XML encoding.
+std::string propertyListXML(const PropertyList& value);
+
+}  // namespace tessel
