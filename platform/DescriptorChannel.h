@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+
+#include "platform/FileDescriptor.h"
+
+namespace tessel {
+
+/// Two connected sockets over which another program hands an open descriptor back.
+struct DescriptorChannel {
+    FileDescriptor receivingEnd;
+    FileDescriptor sendingEnd;  ///< becomes the other program's standard output
+
+    /// Throws PlatformError.
+    static DescriptorChannel create();
+};
+
+/// What one message on a channel brought.
+struct ReceivedDescriptor {
+    enum class Outcome {
+        received,
+        failed,     ///< the system's call failed: see errorCode
+        closed,     ///< the other end was closed before anything was sent
+        truncated,  ///< the message held more than one descriptor
+        missing,    ///< the message held no descriptor
+        invalid,    ///< the message held a negative descriptor
+    };
+
+    Outcome outcome;
+    FileDescriptor descriptor;  ///< close-on-exec; open only when received
+    int errorCode = 0;
+};
+
+/// Waits for one message. A descriptor that arrives in a refused message is closed.
+ReceivedDescriptor receiveDescriptor(int socket);
+
+/// The descriptor of the first well-formed rights entry among the control data of a message, if there is one.
+std::optional<int> findDescriptor(std::span<const std::byte> controlData);
+
+}  // namespace tessel

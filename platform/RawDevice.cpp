@@ -1,0 +1,100 @@
+#include "platform/RawDevice.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+namespace tessel {
+
+namespace {
+
+class DescriptorDevice : public RawDevice {
+  public:
+    explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
+
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+        return SystemResult::from(
+            pwrite(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
+    }
+
+    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+        return SystemResult::from(
+            pread(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
+    }
+
+    SystemResult synchronize() override { return SystemResult::from(fsync(descriptor.get())); }
+
+  protected:
+    FileDescriptor descriptor;
+};
+
+bool isWholeBlockDevice(int descriptor) {
+    struct stat status{};
+    if (fstat(descriptor, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
+    const auto inSysfs = "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
+                         std::to_string(minor(status.st_rdev));
+    return std::filesystem::exists(inSysfs) && !std::filesystem::exists(inSysfs + "/partition");
+}
+
+class BlockDevice : public DescriptorDevice {
+  public:
+    using DescriptorDevice::DescriptorDevice;
+
+    SystemResult blockSize() override {
+        if (!isWholeBlockDevice(descriptor.get())) return {.error = ENOTBLK};
+        int bytes = 0;
+        if (ioctl(descriptor.get(), BLKSSZGET, &bytes) != 0) return {.error = errno};
+        return SystemResult::from(bytes);
+    }
+
+    SystemResult blockCount() override {
+        uint64_t mediumBytes = 0;
+        if (ioctl(descriptor.get(), BLKGETSIZE64, &mediumBytes) != 0) return {.error = errno};
+        const auto size = blockSize();
+        return size.isSuccess() ? SystemResult{.value = mediumBytes / size.value} : size;
+    }
+
+    SystemResult disableCaching() override {
+        const int flags = fcntl(descriptor.get(), F_GETFL);
+        return SystemResult::from(flags < 0 ? flags : fcntl(descriptor.get(), F_SETFL, flags | O_DIRECT));
+    }
+};
+
+class FileDevice : public DescriptorDevice {
+  public:
+    using DescriptorDevice::DescriptorDevice;
+
+    SystemResult blockSize() override { return {.value = fileBlockSize}; }
+
+    SystemResult blockCount() override {
+        const auto bytes = SystemResult::from(lseek(descriptor.get(), 0, SEEK_END));
+        return {.value = bytes.value / fileBlockSize, .error = bytes.error};
+    }
+
+    SystemResult disableCaching() override { return {}; }
+
+  private:
+    static constexpr uint64_t fileBlockSize = 512;
+};
+
+}  // namespace
+
+std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor) {
+    return std::make_unique<BlockDevice>(std::move(descriptor));
+}
+
+std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor) {
+    struct stat status{};
+    if (fstat(descriptor.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+        return std::make_unique<FileDevice>(std::move(descriptor));
+    }
+    return makeBlockDevice(std::move(descriptor));
+}
+
+}  // namespace tessel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+
+#include "platform/FileDescriptor.h"
+#include "platform/SystemResult.h"
+
+namespace tessel {
+
+/// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths are
+/// multiples of the block size. Reads and writes are single system calls: they may be short or interrupted.
+/// Dropping the device closes it.
+class RawDevice {
+  public:
+    virtual ~RawDevice() = default;
+
+    virtual SystemResult blockSize() = 0;   ///< of a logical block, in bytes
+    virtual SystemResult blockCount() = 0;  ///< of the whole medium, in logical blocks
+
+    /// From here on nothing is answered from, or kept in, the system's cache.
+    virtual SystemResult disableCaching() = 0;
+
+    virtual SystemResult write(std::span<const std::byte> bytes, uint64_t offset) = 0;
+    virtual SystemResult read(std::span<std::byte> bytes, uint64_t offset) = 0;
+
+    /// Returns once the medium itself has everything that was written.
+    virtual SystemResult synchronize() = 0;
+};
+
+/// Makes a device of an open descriptor, which it owns from then on.
+using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
+
+/// A whole block device. Anything else has no block size ("Block device required"), and so is never written.
+std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
+
+/// A regular file that plays a card of 512-byte blocks where block devices can't be had; a block device stays
+/// what it is. For rehearsals only.
+std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor);
+
+}  // namespace tessel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace tessel {
+
+/// An incremental SHA-256 computation, with the processor's own instructions where it has them.
+class Sha256 {
+  public:
+    using Digest = std::array<std::byte, 32>;
+
+    Sha256();
+    ~Sha256();
+
+    void update(std::span<const std::byte> bytes);
+
+    /// The digest of everything so far. Nothing may follow.
+    Digest finish();
+
+  private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+/// Lower-case hexadecimal, as sha256sum prints it.
+std::string hexadecimal(const Sha256::Digest& digest);
+
+}  // namespace tessel

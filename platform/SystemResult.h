@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cerrno>
+#include <cstdint>
+
+namespace tessel {
+
+/// What a system call answered: a value, or the `errno` of its failure.
+struct SystemResult {
+    uint64_t value = 0;
+    int error = 0;
+
+    bool isSuccess() const { return error == 0; }
+    bool isInterrupted() const { return error == EINTR; }
+
+    /// From the convention of most calls: a negative answer means a failure that `errno` explains.
+    static SystemResult from(int64_t answer) {
+        return answer < 0 ? SystemResult{.error = errno}
+                          : SystemResult{.value = static_cast<uint64_t>(answer)};
+    }
+};
+
+}  // namespace tessel

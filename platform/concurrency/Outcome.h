@@ -1,0 +1,50 @@
+#pragma once
+
+#include <exception>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace tessel {
+
+/// The value that some work ended with, or the error that it threw.
+template <typename T>
+class Outcome {
+  public:
+    using Value = std::conditional_t<std::is_void_v<T>, std::monostate, T>;
+
+    Outcome(Value value) : content(std::in_place_index<0>, std::move(value)) {}
+    Outcome(std::exception_ptr error) : content(std::in_place_index<1>, std::move(error)) {}
+
+    /// What calling the function ends with.
+    template <typename Function>
+    static Outcome of(Function&& function) noexcept {
+        try {
+            if constexpr (std::is_void_v<T>) {
+                function();
+                return Value();
+            } else {
+                return function();
+            }
+        } catch (...) {
+            return std::current_exception();
+        }
+    }
+
+    /// The error, or null when there is a value.
+    std::exception_ptr error() const {
+        const auto* thrown = std::get_if<1>(&content);
+        return thrown ? *thrown : nullptr;
+    }
+
+    /// Gives the value away, or throws the error.
+    T value() && {
+        if (const auto thrown = error()) std::rethrow_exception(thrown);
+        if constexpr (!std::is_void_v<T>) return std::get<0>(std::move(content));
+    }
+
+  private:
+    std::variant<Value, std::exception_ptr> content;
+};
+
+}  // namespace tessel

@@ -1,0 +1,151 @@
+#include "services/AuthorizedRawDisk.h"
+
+#include <array>
+#include <bit>
+#include <optional>
+#include <string_view>
+
+#include "platform/DescriptorChannel.h"
+#include "platform/Errors.h"
+#include "platform/Files.h"
+#include "platform/Process.h"
+#include "platform/Text.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr uint64_t smallestBlockSize = 512;
+constexpr uint64_t largestBlockSize = 1'048'576;
+
+/// The answer of a device, which must be there and not 0.
+uint64_t required(const SystemResult& answer, const std::string& failure) {
+    if (answer.isSuccess() && answer.value != 0) return answer.value;
+    throw TesselError::commandFailed(failure + systemErrorText(answer.error) + ".");
+}
+
+void requireSupportedBlockSize(uint64_t blockSize) {
+    if (blockSize >= smallestBlockSize && blockSize <= largestBlockSize && std::has_single_bit(blockSize))
+        return;
+    throw TesselError::commandFailed("The authorized SD card reported an unsupported logical block size of " +
+                                     std::to_string(blockSize) + " bytes.");
+}
+
+DescriptorChannel createChannel() {
+    try {
+        return DescriptorChannel::create();
+    } catch (const PlatformError& error) {
+        throw TesselError::commandFailed(
+            "The descriptor-transfer socket could not be created: " + systemErrorText(error.code()) + ".");
+    }
+}
+
+TesselError receptionFailure(const std::optional<ReceivedDescriptor>& message) {
+    using enum ReceivedDescriptor::Outcome;
+    const auto sentence = [&message]() -> std::string {
+        switch (message ? message->outcome : received) {
+            case failed:
+                return "The authorized raw-device descriptor could not be received: " +
+                       systemErrorText(message->errorCode) + ".";
+            case closed:
+                return "The authorization utility closed its descriptor channel before returning the raw "
+                       "device.";
+            case truncated:
+                return "The authorized raw-device descriptor message was truncated.";
+            case missing:
+                return "The authorization utility response did not contain a raw-device descriptor.";
+            case invalid:
+                return "The authorization utility returned an invalid raw-device descriptor.";
+            case received:
+                break;
+        }
+        return "The authorization utility ended without returning a raw-device descriptor.";
+    };
+    return TesselError::commandFailed(sentence());
+}
+
+}  // namespace
+
+AuthorizedRawDiskHandle RawDiskOpener::openAuthorizedRawDisk(const std::string& devicePath) const {
+    if (!isExecutableFile(authorizationUtility)) {
+        throw TesselError::commandFailed("The macOS authopen utility is unavailable.");
+    }
+    AuthorizedRawDiskHandle handle{.device = makeDevice(launchAuthorizationUtility(devicePath))};
+    handle.blockSize = required(handle.device->blockSize(),
+                                "The logical block size of the authorized SD card could not be determined: ");
+    handle.blockCount = required(handle.device->blockCount(),
+                                 "The block count of the authorized SD card could not be determined: ");
+    requireSupportedBlockSize(handle.blockSize);
+
+    // A verification that the cache answers proves nothing, so a device that can't do without is no device.
+    if (const auto uncached = handle.device->disableCaching(); !uncached.isSuccess()) {
+        throw TesselError::commandFailed("The authorized SD card could not be opened for uncached access: " +
+                                         systemErrorText(uncached.error) + ".");
+    }
+    return handle;
+}
+
+FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devicePath) const {
+    auto channel = createChannel();
+    CollectingPipe error;
+    auto process = [&] {
+        try {
+            return Process::launch({.executable = authorizationUtility,
+                                    .arguments = {"-stdoutpipe", "-o", "2", devicePath},
+                                    .environment = {{"LC_ALL", "C"}},
+                                    .standardOutput = channel.sendingEnd.get(),
+                                    .standardError = error.writingEnd()});
+        } catch (const PlatformError& launchError) {
+            throw TesselError::commandFailed("The macOS authorization utility could not be launched: " +
+                                             launchError.localizedDescription());
+        }
+    }();
+    channel.sendingEnd.close();
+    error.closeWritingEnd();
+
+    // Errors are read while waiting for the message: a talkative utility would fill the pipe and never send
+    // it.
+    std::optional<ReceivedDescriptor> message;
+    std::array streams{Process::Stream{channel.receivingEnd.get(),
+                                       [&] {
+                                           message = receiveDescriptor(channel.receivingEnd.get());
+                                           return Process::Stream::State::finished;
+                                       }},
+                       error.stream()};
+    const auto ending = process.waitUntilExit({.streams = streams, .timeout = std::nullopt});
+
+    const bool hasDescriptor = message && message->outcome == ReceivedDescriptor::Outcome::received;
+    if (ending.termination.isSuccess() && hasDescriptor) return std::move(message->descriptor);
+
+    const auto errorText = isValidUTF8(error.collected()) ? trimmed(error.collected()) : std::string();
+    throw errorText.empty() ? receptionFailure(message) : authorizationFailure(errorText);
+}
+
+TesselError authorizationFailure(const std::string& errorText) {
+    struct Refusal {
+        std::string_view words;
+        std::string_view message;  ///< empty for a cancellation
+    };
+    static constexpr std::string_view denied =
+        "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in System "
+        "Settings, "
+        "then try again.";
+    static constexpr std::string_view busy =
+        "The SD card is still in use by another process. Close applications using the card, refresh the disk "
+        "list, and try again.";
+    static constexpr Refusal refusals[] = {
+        {"user canceled", {}},           {"user cancelled", {}},       {"authorization canceled", {}},
+        {"authorization cancelled", {}}, {"authorization denied", {}}, {"operation not permitted", denied},
+        {"permission denied", denied},   {"resource busy", busy},      {"device busy", busy},
+    };
+
+    const auto text = lowercased(errorText);
+    for (const auto& [words, message] : refusals) {
+        if (text.find(words) == std::string::npos) continue;
+        if (message.empty()) return TesselError(TesselError::Case::operationCancelled);
+        return TesselError::commandFailed(std::string(message));
+    }
+    return TesselError::commandFailed("The authorized raw-device open failed: " + errorText);
+}
+
+}  // namespace tessel

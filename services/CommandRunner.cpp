@@ -1,0 +1,60 @@
+#include "services/CommandRunner.h"
+
+#include <array>
+
+#include "platform/Process.h"
+#include "platform/Text.h"
+#include "platform/concurrency/Background.h"
+
+namespace tessel {
+
+namespace {
+
+std::string trimmedText(const std::string& bytes) {
+    return isValidUTF8(bytes) ? trimmed(bytes) : std::string();
+}
+
+CommandResult runBlocking(const CommandRunner::Command& command) {
+    CollectingPipe output;
+    CollectingPipe error;
+    auto process = Process::launch({.executable = command.executable,
+                                    .arguments = command.arguments,
+                                    .environment = command.environment,
+                                    .standardOutput = output.writingEnd(),
+                                    .standardError = error.writingEnd()});
+    output.closeWritingEnd();
+    error.closeWritingEnd();
+
+    std::array streams{output.stream(), error.stream()};
+    Process::WaitOptions wait{.streams = streams, .timeout = std::nullopt};
+    if (command.timeout && command.timeout->count() > 0) {
+        wait.timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(*command.timeout);
+    }
+    const auto ending = process.waitUntilExit(wait);
+    return {.status = ending.termination.status,
+            .standardOutput = output.collected(),
+            .standardError = error.collected(),
+            .didTimeOut = ending.didTimeOut};
+}
+
+}  // namespace
+
+std::string CommandResult::combinedOutput() const {
+    const auto output = trimmedText(standardOutput);
+    const auto error = trimmedText(standardError);
+    if (output.empty()) return error;
+    return error.empty() ? output : output + "\n" + error;
+}
+
+std::string CommandResult::failureMessage(std::string_view fallback) const {
+    constexpr std::string_view timeoutSentence = "The command timed out.";
+    const auto text = combinedOutput();
+    if (!didTimeOut) return text.empty() ? std::string(fallback) : text;
+    return text.empty() ? std::string(timeoutSentence) : text + "\n" + std::string(timeoutSentence);
+}
+
+Task<CommandResult> CommandRunner::run(Command command) const {
+    co_return co_await inBackground(Priority::userInitiated, [&command] { return runBlocking(command); });
+}
+
+}  // namespace tessel

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+
+namespace tessel {
+
+/// The two programs through which the operating system lists, opens and ejects disks.
+struct SystemUtilities {
+    std::filesystem::path diskUtility = "/usr/sbin/diskutil";
+    std::filesystem::path authorizationUtility = "/usr/libexec/authopen";
+};
+
+}  // namespace tessel
