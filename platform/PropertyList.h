@@ -43,12 +43,14 @@ class PropertyList {
     std::variant<Other, bool, uint64_t, double, std::string, List, Dictionary> value;
 };
 
-/// Reads the XML or the binary encoding. Throws PlatformError when the bytes are no property list, are nested
-/// deeper than 64 levels, are larger than 16 MiB, or expand to more than 1,000,000 values. A whole number
-/// keeps its 64 bits: one that was negative reads as 2^63 or more.
+/// Reads the XML or the binary encoding. Throws PlatformError of the domain "PropertyList" when the bytes are
+/// no property list, are larger than 16 MiB, are nested deeper than 64 levels or hold more than 50,000 keys
+/// and values; what the binary encoding stores once and refers to often counts as often. A whole number keeps
+/// its 64 bits: one that was negative reads as 2^63 or more. Of two entries with the same key the last one
+/// counts.
 PropertyList parsePropertyList(std::string_view bytes);
 
-/// The XML encoding.
+/// The XML encoding, as UTF-8 text. Values of other kinds become empty data.
 std::string propertyListXML(const PropertyList& value);
 
 }  // namespace tessel

@@ -24,7 +24,8 @@ std::string folded(std::string_view text);
 std::vector<std::string> alphanumericWords(std::string_view text);
 
 /// The order in which a person expects names to be listed: runs of digits compare by value, so "disk2" comes
-/// before "disk10". Negative, zero or positive. Only for ordering: different texts may compare equal.
+/// before "disk10", and case decides last. The same in every locale. Negative, zero or positive. Only for
+/// ordering: different texts may compare equal.
 int localizedStandardCompare(std::string_view one, std::string_view other);
 
 /// The texts with the separator between them.

@@ -1,0 +1,45 @@
+#include "model/SDWholeDisk.h"
+
+#include "platform/ByteCount.h"
+#include "platform/Text.h"
+
+namespace tessel {
+
+std::string SDWholeDisk::displaySummary() const {
+    return joined({mediaName, sizeText(), id}, " · ");
+}
+
+std::string SDWholeDisk::sizeText() const {
+    return sizeBytes == 0 ? "Unknown size" : byteCountText(sizeBytes);
+}
+
+std::string SDWholeDisk::locationText() const {
+    const std::string reported = trimmed(deviceLocation);
+    if (!reported.empty()) return reported;
+    if (!isInternal) return "Unknown location";
+    return *isInternal ? "Internal" : "External";
+}
+
+std::string SDWholeDisk::partitionSchemeText() const {
+    const std::string scheme = trimmed(partitionScheme);
+    return scheme.empty() ? "Unknown partition map" : scheme;
+}
+
+std::string SDWholeDisk::capabilitySummary() const {
+    std::vector<std::string> capabilities = {
+        locationText(),
+        isPhysical ? "Physical" : "Virtual or unavailable",
+        isWritable ? "Writable" : "Read-only or unknown",
+    };
+    if (isRemovable) capabilities.emplace_back("Removable");
+    if (isEjectable) capabilities.emplace_back("Ejectable");
+    if (!hasDetailedInfo) capabilities.emplace_back("Details unavailable");
+    return joined(capabilities, " · ");
+}
+
+std::string SDWholeDisk::partitionCountText() const {
+    if (partitions.empty()) return "No partitions reported";
+    return std::to_string(partitions.size()) + (partitions.size() == 1 ? " partition" : " partitions");
+}
+
+}  // namespace tessel
