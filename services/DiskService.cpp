@@ -36,7 +36,7 @@ Task<DiskList> DiskService::listWholeDisks() const {
 }
 
 Task<std::optional<SDWholeDisk>> DiskService::readDiskInfo(std::string identifier,
-                                                           std::optional<DiskLayout> layout) const {
+                                                           const DiskLayout* layout) const {
     const auto result = co_await runDiskutil({"info", "-plist", "/dev/" + identifier}, infoTimeout);
     if (result.status != 0) co_return std::nullopt;
     co_return parseDiskInfo(result.standardOutput, identifier, layout);
@@ -90,9 +90,8 @@ Task<std::optional<SDWholeDisk>> DiskService::attemptRevalidation(SDWholeDisk se
     co_return std::move(observed.disk);
 }
 
-SDWholeDisk DiskService::placeholderDisk(const std::string& identifier,
-                                         const std::optional<DiskLayout>& layout) {
-    const auto known = layout.value_or(DiskLayout());
+SDWholeDisk DiskService::placeholderDisk(const std::string& identifier, const DiskLayout* layout) {
+    const auto known = layout ? *layout : DiskLayout();
     return {.id = identifier,
             .mediaName = "Disk " + identifier,
             .sizeBytes = known.sizeBytes.value_or(0),

@@ -38,9 +38,9 @@ class DiskService {
     /// rubbish.
     Task<DiskList> listWholeDisks() const;
 
-    /// The details of one disk; nothing when it has none. Throws PlatformError for rubbish.
-    Task<std::optional<SDWholeDisk>> readDiskInfo(std::string identifier,
-                                                  std::optional<DiskLayout> layout) const;
+    /// The details of one disk, beside what the list said of it (may be null); nothing when it has none.
+    /// Throws PlatformError for rubbish.
+    Task<std::optional<SDWholeDisk>> readDiskInfo(std::string identifier, const DiskLayout* layout) const;
 
     /// One attempt to read a disk again, from the list on. Throws TesselError where no other attempt can
     /// help; any other error is part of what was observed.
@@ -55,8 +55,7 @@ class DiskService {
     Task<SDWholeDisk> revalidateDisk(SDWholeDisk selected) const;
 
     /// The record of a listed disk whose details can't be read. Never eligible.
-    static SDWholeDisk placeholderDisk(const std::string& identifier,
-                                       const std::optional<DiskLayout>& layout);
+    static SDWholeDisk placeholderDisk(const std::string& identifier, const DiskLayout* layout);
 
   private:
     Task<std::optional<SDWholeDisk>> attemptRevalidation(SDWholeDisk selected) const;

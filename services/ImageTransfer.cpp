@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <future>
 #include <limits>
 #include <optional>
@@ -61,8 +62,8 @@ void readFully(RawDevice& device, std::span<std::byte> bytes, uint64_t offset) {
 
 std::optional<size_t> firstDifference(std::span<const std::byte> expected,
                                       std::span<const std::byte> actual) {
+    if (std::memcmp(expected.data(), actual.data(), expected.size()) == 0) return std::nullopt;
     const auto difference = std::ranges::mismatch(expected, actual);
-    if (difference.in1 == expected.end()) return std::nullopt;
     return static_cast<size_t>(difference.in1 - expected.begin());
 }
 
