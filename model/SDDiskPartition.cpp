@@ -7,7 +7,7 @@
 namespace tessel {
 
 std::string SDDiskPartition::displayName() const {
-    const std::string name = trimmed(volumeName);
+    std::string name = trimmed(volumeName);
     if (!name.empty()) return name;
     const std::string contentText = trimmed(content);
     return contentText.empty() ? "Unnamed Partition" : contentText;

@@ -14,7 +14,7 @@ std::string SDWholeDisk::sizeText() const {
 }
 
 std::string SDWholeDisk::locationText() const {
-    const std::string reported = trimmed(deviceLocation);
+    std::string reported = trimmed(deviceLocation);
     if (!reported.empty()) return reported;
     if (!isInternal) return "Unknown location";
     return *isInternal ? "Internal" : "External";
