@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+namespace tessel::benchmark {
+
+/// Limits what this process and its children read from and write to one block device, through the block-I/O
+/// controller (version 1), until it is dropped.
+class BlockThrottle {
+  public:
+    static bool isAvailable();
+
+    BlockThrottle(const std::filesystem::path& device, uint64_t bytesPerSecond);
+    BlockThrottle(const BlockThrottle&) = delete;
+    BlockThrottle& operator=(const BlockThrottle&) = delete;
+    ~BlockThrottle();
+};
+
+}  // namespace tessel::benchmark

@@ -1,0 +1,224 @@
+/// Compares the write path with what a person would type instead, side by side in one run.
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "benchmarks/BlockThrottle.h"
+#include "benchmarks/Table.h"
+#include "platform/LoopDevice.h"
+#include "platform/Process.h"
+#include "platform/concurrency/TaskHandle.h"
+#include "rehearsal/SimulatedReader.h"
+#include "services/DiskService.h"
+#include "services/ImageTransfer.h"
+
+namespace tessel::benchmark {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uint64_t MiB = 1024 * 1024;
+constexpr int rounds = 3;
+
+/// A folder on a real file system (memory is no card), gone at the end.
+class Workshop {
+  public:
+    Workshop() : folder("/var/tmp/velmora-tessel-benchmark-" + std::to_string(getpid())) {
+        fs::create_directories(folder);
+    }
+    Workshop(const Workshop&) = delete;
+    Workshop& operator=(const Workshop&) = delete;
+    ~Workshop() { fs::remove_all(folder); }
+
+    fs::path path(const std::string& name) const { return folder / name; }
+
+    fs::path makeImage(const std::string& name, uint64_t size) const {
+        std::ofstream image(path(name), std::ios::binary);
+        std::mt19937_64 random(size);
+        std::vector<uint64_t> block(MiB / sizeof(uint64_t));
+        for (uint64_t written = 0; written < size; written += MiB) {
+            std::ranges::generate(block, random);
+            image.write(reinterpret_cast<const char*>(block.data()), MiB);
+        }
+        return path(name);
+    }
+
+    /// A file of real blocks, so that no contender has to wait for them to be found.
+    fs::path makeMedium(const std::string& name, uint64_t size) const {
+        const FileDescriptor file(open(path(name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+        if (posix_fallocate(file.get(), 0, static_cast<off_t>(size)) != 0)
+            throw std::runtime_error("no space left");
+        return path(name);
+    }
+
+  private:
+    fs::path folder;
+};
+
+void shell(const std::string& command) {
+    const std::string quiet = "{ " + command + "; } >/dev/null 2>&1";
+    if (std::system(quiet.c_str()) != 0) throw std::runtime_error("failed: " + command);
+}
+
+AuthorizedRawDiskHandle openDevice(const fs::path& path) {
+    auto device = makeBlockDevice(FileDescriptor(open(path.c_str(), O_RDWR | O_EXCL | O_CLOEXEC)));
+    const auto blockSize = device->blockSize().value;
+    const auto blockCount = device->blockCount().value;
+    if (!device->disableCaching().isSuccess()) throw std::runtime_error("no uncached access");
+    return {std::move(device), blockSize, blockCount};
+}
+
+Task<> ignoreReport() {
+    co_return;
+}
+
+void transfer(const fs::path& image, const fs::path& device) {
+    const auto loop = std::make_shared<RunLoop>();
+    const auto handle = openDevice(device);
+    const ImageTransfer request{image, fs::file_size(image), handle, true};
+    const auto report = [](ImageWriteProgress) { return onMain(ignoreReport()); };
+    const auto task = startTask(Home::background(loop), Priority::userInitiated, writeImage(request, report));
+    runUntilFinished(loop, task.value());
+}
+
+struct Contender {
+    std::string command;
+    double best = 1e9;
+};
+
+/// Lets everybody write, flush and read back the same image, in turns, each with the image in the cache.
+void compare(const std::string& name, const fs::path& image, const fs::path& device, bool withTypedCommands,
+             double bareLimit) {
+    const auto size = std::to_string(fs::file_size(image));
+    const auto from = " if=" + image.string();
+    const auto to = " of=" + device.string();
+    Contender typed{"sha256sum " + image.string() + " && dd bs=8M conv=fsync" + from + to + " && cmp -n " +
+                    size + " " + image.string() + " " + device.string()};
+    Contender bare{"dd bs=8M oflag=direct" + from + to +
+                   " && dd bs=8M iflag=direct iflag=count_bytes,direct count=" + size +
+                   " if=" + device.string() + " of=/dev/null"};
+    double ours = 1e9;
+    const auto warm = [&] { shell("cat " + image.string()); };
+    for (int round = 0; round < rounds; ++round) {
+        warm();
+        ours = std::min(ours, secondsOf([&] { transfer(image, device); }));
+        for (auto* contender : {&typed, &bare}) {
+            if (contender == &typed && !withTypedCommands) continue;
+            warm();
+            contender->best = std::min(contender->best, secondsOf([&] { shell(contender->command); }));
+        }
+    }
+    if (withTypedCommands) printRow({name + " / sha256sum, dd, cmp", ours, typed.best, "s", 0.4});
+    printRow({name + " / bare direct dd", ours, bare.best, "s", bareLimit});
+}
+
+void compareTransfers(const Workshop& workshop) {
+    printHeader("Write, flush and verify");
+    if (!LoopDevice::isAvailable()) {
+        printLeftOut("All rows", "attaching loop devices needs root");
+        return;
+    }
+    const auto medium = workshop.makeMedium("medium", 1024 * MiB);
+    const LoopDevice device({.file = medium, .usesDirectIO = true});
+    compare("1 GiB, unthrottled", workshop.makeImage("large.img", 1024 * MiB), device.path(), true, 2.0);
+
+    if (!BlockThrottle::isAvailable()) {
+        printLeftOut("256 MiB, 90 MB/s", "the block-I/O controller is not available");
+        return;
+    }
+    const BlockThrottle throttle(device.path(), 90'000'000);
+    compare("256 MiB, 90 MB/s", workshop.makeImage("small.img", 256 * MiB), device.path(), false, 1.05);
+}
+
+/// Peak resident size in MiB of a process that does one transfer and nothing else.
+double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::path& device) {
+    CollectingPipe output;
+    auto process = Process::launch({.executable = program,
+                                    .arguments = {"--transfer", image.string(), device.string()},
+                                    .environment = {},
+                                    .standardOutput = output.writingEnd(),
+                                    .standardError = STDERR_FILENO});
+    output.closeWritingEnd();
+    Process::Stream streams[] = {output.stream()};
+    process.waitUntilExit({.streams = streams, .timeout = std::nullopt});
+    return std::stod(output.collected());
+}
+
+void compareMemory(const Workshop& workshop, const fs::path& program) {
+    printHeader("Peak resident size of a transfer");
+    if (!LoopDevice::isAvailable()) {
+        printLeftOut("All rows", "attaching loop devices needs root");
+        return;
+    }
+    const LoopDevice device({.file = workshop.path("medium"), .usesDirectIO = true});
+    for (const auto* name : {"small.img", "large.img"}) {
+        const auto image = workshop.path(name);
+        const auto title = std::to_string(fs::file_size(image) / MiB) + " MiB image / 64 MiB";
+        printRow({title, peakOfTransfer(program, image, device.path()), 64, "MiB", 1.0});
+    }
+}
+
+void compareScan(const Workshop& workshop, const fs::path& programs) {
+    printHeader("Scanning 64 disks");
+    SimulatedReader reader(workshop.path("reader"), programs);
+    std::vector<std::string> commands{"list -plist"};
+    for (int number = 1; number <= 64; ++number) {
+        const auto identifier = "disk" + std::to_string(number);
+        reader.addDisk({.identifier = identifier,
+                        .mediaName = "SD Card Reader",
+                        .sizeBytes = 1024 * MiB,
+                        .medium = SimulatedDisk::Medium::none});
+        commands.push_back("info -plist /dev/" + identifier);
+    }
+    const auto diskutil = reader.utilities().diskUtility.string();
+    std::string script;
+    for (const auto& command : commands)
+        script += diskutil + " " + command + "\n";
+    std::ofstream(workshop.path("scan.sh")) << script;
+
+    double ours = 1e9;
+    double theirs = 1e9;
+    for (int round = 0; round < rounds; ++round) {
+        ours = std::min(ours, secondsOf([&] {
+                            const DiskService service(reader.utilities());
+                            const auto disks =
+                                runUntilFinished(std::make_shared<RunLoop>(), service.scanDisks());
+                            if (disks.size() != 64) throw std::runtime_error("a disk is missing");
+                        }));
+        theirs = std::min(theirs, secondsOf([&] { shell("sh " + workshop.path("scan.sh").string()); }));
+    }
+    printRow({"scan / the same 65 commands in a shell script", ours, theirs, "s", std::nullopt});
+}
+
+}  // namespace
+
+}  // namespace tessel::benchmark
+
+int main(int argc, char* argv[]) {
+    using namespace tessel::benchmark;
+    if (argc == 4 && std::string(argv[1]) == "--transfer") {
+        transfer(argv[2], argv[3]);
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        std::printf("%.1f\n", static_cast<double>(usage.ru_maxrss) / 1024);
+        return 0;
+    }
+    const auto program = fs::read_symlink("/proc/self/exe");
+    const Workshop workshop;
+    compareTransfers(workshop);
+    compareMemory(workshop, program);
+    compareScan(workshop, SIMULATED_UTILITIES);
+}
