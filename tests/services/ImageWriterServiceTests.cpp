@@ -1,0 +1,251 @@
+#include "services/ImageWriterService.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "platform/Errors.h"
+#include "rehearsal/SimulatedReader.h"
+#include "tests/support/OpenResources.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel {
+
+namespace {
+
+using enum ImageWritePhase;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr uint64_t cardSize = 600'000'000 / 512 * 512;
+constexpr uint64_t imageSize = 20'000'001;
+
+constexpr auto cancelled = "The administrator-authorized operation was cancelled.";
+constexpr auto diskChanged =
+    "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
+constexpr auto imageChanged = "The selected image changed after it was selected.";
+
+/// A device whose writes fail from some offset on, over a working one.
+class FailingWrites : public RawDevice {
+  public:
+    explicit FailingWrites(std::unique_ptr<RawDevice> device) : device(std::move(device)) {}
+    SystemResult blockSize() override { return device->blockSize(); }
+    SystemResult blockCount() override { return device->blockCount(); }
+    SystemResult disableCaching() override { return device->disableCaching(); }
+    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+        return device->read(bytes, offset);
+    }
+    SystemResult synchronize() override { return device->synchronize(); }
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+        return offset > 0 ? SystemResult{.error = EIO} : device->write(bytes, offset);
+    }
+
+  private:
+    std::unique_ptr<RawDevice> device;
+};
+
+class ImageWriterServiceTests : public testing::Test {
+  protected:
+    ImageWriterServiceTests() {
+        reader.addDisk({.identifier = "disk4", .mediaName = "SD Card Reader", .sizeBytes = cardSize});
+        std::string bytes(imageSize, 'x');
+        for (size_t i = 0; i < bytes.size(); i += 997)
+            bytes[i] = static_cast<char>(i);
+        request = {.image = {.url = folder.write("os.img", bytes), .sizeBytes = imageSize},
+                   .target = runUntilFinished(loop, DiskService(reader.utilities()).scanDisks()).front()};
+        callsBefore = reader.calls().size();
+    }
+
+    /// Runs the write to its end and gives the sentence of its error, or "".
+    std::string write() {
+        const auto record = [](ImageWriterServiceTests* self, ImageWriteProgress report) -> Task<> {
+            if (self->phases.empty() || self->phases.back() != report.phase)
+                self->phases.push_back(report.phase);
+            if (self->onReport) self->onReport(report);
+            co_return;
+        };
+        const auto wait = [](TaskHandle<void> task) -> Task<Outcome<void>> {
+            co_return co_await outcomeOf(task.value());
+        };
+        const auto before = openDescriptors();
+        const ImageWriterService service(loop, reader.utilities(), makeDevice);
+        const auto task =
+            startTask(Home::main(loop), Priority::userInitiated,
+                      service.write(request, [&](auto report) { return record(this, report); }));
+        stop = [task] { task.cancel(); };
+        if (stopsAtOnce) stop();
+        const auto outcome = runUntilFinished(loop, wait(task));
+        EXPECT_EQ(openDescriptors(), before);
+        return outcome.error() ? localizedDescription(outcome.error()) : "";
+    }
+
+    /// The commands that the write ran, a letter each: list, info, unmount, authorize, eject.
+    std::string commands() {
+        std::string letters;
+        const auto calls = reader.calls();
+        for (size_t i = callsBefore; i < calls.size(); ++i) {
+            if (calls[i] == "diskutil list -plist") letters += 'L';
+            if (calls[i] == "diskutil info -plist /dev/disk4") letters += 'I';
+            if (calls[i] == "diskutil unmountDisk force /dev/disk4") letters += 'U';
+            if (calls[i] == "authopen -stdoutpipe -o 2 /dev/rdisk4") letters += 'A';
+            if (calls[i] == "diskutil eject /dev/disk4") letters += 'E';
+        }
+        EXPECT_EQ(letters.size(), calls.size() - callsBefore) << "something else was asked for";
+        return letters;
+    }
+
+    TemporaryFolder folder;
+    SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
+    ImageWriterService::Write request;
+    RawDeviceFactory makeDevice = makeRehearsalDevice;
+    std::vector<ImageWritePhase> phases;
+    std::function<void(const ImageWriteProgress&)> onReport;
+    std::function<void()> stop;
+    bool stopsAtOnce = false;
+    size_t callsBefore = 0;
+
+  private:
+    std::shared_ptr<RunLoop> loop = std::make_shared<RunLoop>();
+};
+
+}  // namespace
+
+TEST_F(ImageWriterServiceTests, writesVerifiesAndEjectsTheCard) {
+    ASSERT_EQ(write(), "");
+    EXPECT_EQ(commands(), "LIUALIE");
+    EXPECT_THAT(phases, ElementsAre(preparingTarget, authorizingDevice, writingImage, synchronizing,
+                                    verifyingImage, ejecting, completed));
+    std::string written(imageSize, '\0');
+    std::ifstream(reader.mediumPath("disk4"), std::ios::binary).read(written.data(), imageSize);
+    EXPECT_EQ(written, contentOf(request.image.url));
+}
+
+TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
+    const auto resizeImage = [this](uint64_t size) { std::filesystem::resize_file(request.image.url, size); };
+    const auto whenAuthorizing = [this](std::function<void()> act) {
+        onReport = [act = std::move(act)](const ImageWriteProgress& report) {
+            if (report.phase == authorizingDevice) act();
+        };
+    };
+    const struct {
+        const char* what;
+        std::function<void()> arrange;
+        std::string error;
+        std::string commands;
+    } cases[] = {
+        {"a protected target", [this] { request.target.isWritable = false; },
+         "The selected disk is protected: macOS did not report the SD card as writable.", ""},
+        {"no image", [this] { std::filesystem::remove(request.image.url); },
+         "The authorized image write failed: The file “" + request.image.url.string() +
+             "” could not be inspected: No such file or directory.",
+         ""},
+        {"a folder as the image", [this] { request.image.url = folder.path(); },
+         "The selected image file is unavailable.", ""},
+        {"an image of another size", [&] { resizeImage(imageSize - 1); }, imageChanged, ""},
+        {"an empty image", [&] { resizeImage(request.image.sizeBytes = 0); }, imageChanged, ""},
+        {"an exchanged card", [this] { reader.changeDetails("disk4", {{"TotalSize", cardSize + 512}}); },
+         diskChanged, "LILILI"},
+        {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "LLL"},
+        {"a write-protected card", [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
+         "The selected disk is protected: macOS did not report the SD card as writable.", "LI"},
+        {"a card that is too small", [&] { resizeImage(request.image.sizeBytes = cardSize + 1); },
+         "The selected image is larger than the selected SD card.", "LI"},
+        {"a card that can't be unmounted",
+         [this] { reader.setBehaviour("disk4", {.refusesUnmount = "disk4s1 is in use."}); },
+         "disk4s1 is in use.", "LIU"},
+        {"a dismissed prompt", [this] { reader.setBehaviour("disk4", {.authorization = "dismissed"}); },
+         cancelled, "LIUAE"},
+        {"a denied prompt", [this] { reader.setBehaviour("disk4", {.authorization = "denied"}); }, cancelled,
+         "LIUAE"},
+        {"a busy card", [this] { reader.setBehaviour("disk4", {.authorization = "busy"}); },
+         "The SD card is still in use by another process. Close applications using the card, refresh the "
+         "disk "
+         "list, and try again.",
+         "LIUAE"},
+        {"a card exchanged during the prompt",
+         [this] { reader.setBehaviour("disk4", {.exchangedDuringPrompt = {{"TotalSize", cardSize + 512}}}); },
+         diskChanged, "LIUALILILIE"},
+        {"a device that is not as large as the card",
+         [this] {
+             reader.changeDetails("disk4", {{"TotalSize", cardSize + 512}});
+             request.target.sizeBytes += 512;
+         },
+         diskChanged, "LIUALIE"},
+        {"an image that grows during the prompt",
+         [&] { whenAuthorizing([&] { resizeImage(imageSize + 1); }); }, imageChanged, "LIUALIE"},
+        {"an image that vanishes during the prompt",
+         [&] { whenAuthorizing([this] { std::filesystem::remove(request.image.url); }); },
+         "The authorized image write failed: The file “" + request.image.url.string() +
+             "” could not be inspected: No such file or directory.",
+         "LIUALIE"},
+        {"a device that fails",
+         [this] {
+             makeDevice = [](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
+                 return std::make_unique<FailingWrites>(makeRehearsalDevice(std::move(descriptor)));
+             };
+         },
+         "The SD-card write did not complete at byte offset 8388608: Input/output error", "LIUALIE"},
+        {"a card that can't be ejected",
+         [this] { reader.setBehaviour("disk4", {.ejectFails = "disk4 is stuck."}); }, "disk4 is stuck.",
+         "LIUALIEE"},
+    };
+    const auto original = request;
+    const auto content = contentOf(request.image.url);
+    for (const auto& [what, arrange, error, expectedCommands] : cases) {
+        SCOPED_TRACE(what);
+        request = original;
+        folder.write("os.img", content);
+        phases.clear();
+        onReport = nullptr;
+        makeDevice = makeRehearsalDevice;
+        reader.reinsert("disk4");
+        reader.setBehaviour("disk4", {});
+        reader.changeDetails("disk4", {{"TotalSize", cardSize}, {"WritableMedia", true}});
+        callsBefore = reader.calls().size();
+
+        arrange();
+        EXPECT_EQ(write(), error);
+        EXPECT_THAT(phases, testing::Not(testing::Contains(completed)));
+        EXPECT_EQ(commands(), expectedCommands);
+    }
+}
+
+TEST_F(ImageWriterServiceTests, aStopIsACancellationWhereverItComes) {
+    const struct {
+        ImageWritePhase phase;
+        std::string commands;
+    } cases[] = {{preparingTarget, "LI"},
+                 {authorizingDevice, "LIUE"},
+                 {writingImage, "LIUALIE"},
+                 {synchronizing, "LIUALIE"},
+                 {verifyingImage, "LIUALIE"}};
+    for (const auto& [phase, expectedCommands] : cases) {
+        SCOPED_TRACE(static_cast<int>(phase));
+        reader.reinsert("disk4");
+        callsBefore = reader.calls().size();
+        onReport = [&](const ImageWriteProgress& report) {
+            if (report.phase == phase) stop();
+        };
+        EXPECT_EQ(write(), cancelled);
+        EXPECT_EQ(commands(), expectedCommands);
+    }
+    stopsAtOnce = true;
+    EXPECT_EQ(write(), CancellationError().what()) << "nothing was begun";
+}
+
+TEST_F(ImageWriterServiceTests, aStopWaitsForAnOpenPrompt) {
+    reader.setBehaviour("disk4", {.delays = {{"authopen", 0.3}}});
+    std::thread stopper;
+    onReport = [&](const ImageWriteProgress& report) {
+        if (report.phase != authorizingDevice) return;
+        stopper = std::thread([this] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            stop();
+        });
+    };
+    EXPECT_EQ(write(), cancelled);
+    stopper.join();
+    EXPECT_EQ(commands(), "LIUAE") << "the card is neither checked again nor written";
+}
+
+}  // namespace tessel
