@@ -74,12 +74,19 @@ class BinaryWalk {
         } else if (kind == data || kind == text || kind == wideText) {
             expandedBytes += count;
             if (expandedBytes > maximumBytes) throw tooLarge;
+            if (kind != data) requireNoZeros(position, count, kind == wideText ? 2 : 1);
         }
     }
 
     void visitReferences(size_t position, uint64_t count, size_t depth) {
         for (uint64_t reference = 0; reference < count; ++reference)
             visit(number(position + reference * referenceSize, referenceSize), depth + 1);
+    }
+
+    /// The library aborts the program when a zero ends a key early.
+    void requireNoZeros(size_t position, uint64_t count, uint64_t characterSize) const {
+        for (uint64_t character = 0; character < count; ++character)
+            if (number(position + character * characterSize, characterSize) == 0) throw malformed;
     }
 
     std::string_view bytes;
