@@ -39,7 +39,7 @@ class BinaryWalk {
     void walk() { visit(root, 1); }
 
   private:
-    enum Kind : uint64_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
+    enum Kind : uint8_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
 
     /// A big-endian number of 1 to 8 bytes.
     uint64_t number(size_t position, uint64_t size) const {
