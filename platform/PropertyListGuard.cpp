@@ -39,7 +39,7 @@ class BinaryWalk {
     void walk() { visit(root, 1); }
 
   private:
-    enum Kind : uint64_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
+    enum Kind : uint8_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
 
     /// A big-endian number of 1 to 8 bytes.
     uint64_t number(size_t position, uint64_t size) const {
@@ -74,12 +74,19 @@ class BinaryWalk {
         } else if (kind == data || kind == text || kind == wideText) {
             expandedBytes += count;
             if (expandedBytes > maximumBytes) throw tooLarge;
+            if (kind != data) requireNoZeros(position, count, kind == wideText ? 2 : 1);
         }
     }
 
     void visitReferences(size_t position, uint64_t count, size_t depth) {
         for (uint64_t reference = 0; reference < count; ++reference)
             visit(number(position + reference * referenceSize, referenceSize), depth + 1);
+    }
+
+    /// The library aborts the program when a zero ends a key early.
+    void requireNoZeros(size_t position, uint64_t count, uint64_t characterSize) const {
+        for (uint64_t character = 0; character < count; ++character)
+            if (number(position + character * characterSize, characterSize) == 0) throw malformed;
     }
 
     std::string_view bytes;

@@ -54,7 +54,7 @@ void makeSparseFile(const std::filesystem::path& path, uint64_t size) {
 
 }  // namespace
 
-SimulatedReader::SimulatedReader(std::filesystem::path readerFolder,
+SimulatedReader::SimulatedReader(const std::filesystem::path& readerFolder,
                                  const std::filesystem::path& programsFolder) :
     folder(std::filesystem::absolute(readerFolder)),
     reader(folder) {

@@ -53,7 +53,7 @@ class SimulatedReader {
   public:
     /// Makes the folder, which may exist but must be empty. The programs are "simulated-diskutil" and
     /// "simulated-authopen".
-    SimulatedReader(std::filesystem::path folder, const std::filesystem::path& programsFolder);
+    SimulatedReader(const std::filesystem::path& folder, const std::filesystem::path& programsFolder);
 
     /// Puts a new disk into the reader.
     void addDisk(const SimulatedDisk& disk);

@@ -21,8 +21,11 @@ class LoopDeviceTests : public testing::Test {
     }
     void TearDown() override { std::filesystem::remove(file); }
 
-    static bool isAttached(const std::filesystem::path& device) {
-        return std::filesystem::exists("/sys/block" / device.filename() / "loop/backing_file");
+    /// Another process may have taken the device meanwhile.
+    bool isAttachedTo(const std::filesystem::path& device) const {
+        std::ifstream attribute("/sys/block" / device.filename() / "loop/backing_file");
+        std::string attached;
+        return std::getline(attribute, attached) && attached == file;
     }
 
     static constexpr uint64_t size = uint64_t{1} << 20;
@@ -49,9 +52,9 @@ TEST_F(LoopDeviceTests, theFileIsABlockDeviceUntilTheObjectIsGone) {
         std::string found(text.size(), ' ');
         std::ifstream(file).seekg(8192).read(found.data(), static_cast<std::streamsize>(found.size()));
         EXPECT_EQ(found, text);
-        EXPECT_TRUE(isAttached(path));
+        EXPECT_TRUE(isAttachedTo(path));
     }
-    EXPECT_FALSE(isAttached(path));
+    EXPECT_FALSE(isAttachedTo(path));
 }
 
 TEST_F(LoopDeviceTests, manyDevicesCanBeAttachedAtOnce) {

@@ -127,6 +127,10 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
                  "\xAF\x10\x64" + std::string(100, '\x03'), "\x5F\x11\x27\x10" + std::string(10'000, 'a')})},
         {"binary list without end", binary({"\xAF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary text without end", binary({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
+        {"binary key with a zero character", binary({"\xD1\x01\x01", std::string("\x62\0a\0\0", 5)})},
+        {"binary text with a zero character", binary({std::string("\x53"
+                                                                  "a\0b",
+                                                                  4)})},
         {"binary reference to nowhere", binary({"\xA1\x07"})},
     };
     for (size_t length = 8; length < wholeBinary.size(); length += 3)
