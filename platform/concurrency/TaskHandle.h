@@ -83,6 +83,9 @@ class TaskHandle {
   public:
     explicit TaskHandle(std::shared_ptr<detail::TaskState<T>> state) : state(std::move(state)) {}
 
+    /// Whether both are handles of the same task.
+    bool operator==(const TaskHandle&) const = default;
+
     /// Asks the task to stop; it ends at its next checkpoint. May be called on any thread.
     void cancel() const { state->cancellation.request_stop(); }
 
