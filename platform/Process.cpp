@@ -4,9 +4,13 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+// The header of glibc 2.36 forgets to say so itself.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 #include <algorithm>
 #include <array>

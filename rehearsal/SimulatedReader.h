@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/LoopDevice.h"
+#include "services/SystemUtilities.h"
+#include "utilities/simulated/DiskBehaviour.h"
+#include "utilities/simulated/ReaderFolder.h"
+
+namespace tessel {
+
+/// A partition of a simulated disk, or a volume inside one.
+struct SimulatedPartition {
+    std::string identifier;
+    std::string content = {};  ///< omitted when empty, as are the name and the mount point
+    std::string volumeName = {};
+    uint64_t sizeBytes = 0;
+    std::string mountPoint = {};
+    std::vector<SimulatedPartition> volumes = {};
+};
+
+/// A whole disk as the disk utility describes it. By default a card in a USB reader.
+struct SimulatedDisk {
+    enum class Medium {
+        none,       ///< described, but never opened
+        card,       ///< a loop device where the user may attach one, else a sparse file
+        plainFile,  ///< a sparse file
+    };
+
+    std::string identifier;
+    std::string mediaName;
+    uint64_t sizeBytes = 0;  ///< of the medium too
+    std::string busProtocol = "USB";
+    std::string deviceLocation = "External";
+    std::string partitionScheme = "FDisk_partition_scheme";
+    std::vector<SimulatedPartition> partitions = {};
+    bool isInternal = false;
+    bool isRemovable = true;
+    bool isEjectable = true;
+    bool isWritable = true;
+    bool isPhysical = true;
+    Medium medium = Medium::card;
+    uint32_t blockSize = 512;  ///< bytes of a logical block; a sparse file has none
+};
+
+/// A simulated card reader, made for programs that want one. Loop devices are detached when it is dropped;
+/// the folder stays. Operations throw PlatformError or std::filesystem::filesystem_error.
+class SimulatedReader {
+  public:
+    /// Makes the folder, which may exist but must be empty. The programs are "simulated-diskutil" and
+    /// "simulated-authopen".
+    SimulatedReader(std::filesystem::path folder, const std::filesystem::path& programsFolder);
+
+    /// Puts a new disk into the reader.
+    void addDisk(const SimulatedDisk& disk);
+    void setBehaviour(const std::string& identifier, const DiskBehaviour& behaviour);
+    /// Replaces and adds details, which have the keys of the disk utility.
+    void changeDetails(const std::string& identifier, const PropertyList::Dictionary& changes);
+    /// Takes the disk out of the reader, as an eject does.
+    void removeDisk(const std::string& identifier);
+    /// Puts it back, as it was when it was taken out.
+    void reinsert(const std::string& identifier);
+
+    /// What the authorization utility opens for the disk.
+    std::filesystem::path mediumPath(const std::string& identifier) const;
+    /// Every run of the utilities so far, such as "diskutil eject /dev/disk4".
+    std::vector<std::string> calls() const;
+    /// The programs that answer for this reader.
+    SystemUtilities utilities() const;
+
+  private:
+    void makeMedium(const SimulatedDisk& disk);
+
+    std::filesystem::path folder;
+    ReaderFolder reader;
+    std::map<std::string, LoopDevice> loopDevices;
+};
+
+}  // namespace tessel

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/PropertyList.h"
+#include "utilities/simulated/DiskBehaviour.h"
+
+namespace tessel {
+
+/// A folder that plays a card reader, and every other disk of its computer:
+///
+///     diskutil, authopen      links to the programs that answer for it
+///     calls.log               a line for each time one of them was run
+///     disk4/details.plist     what is known of the disk; its "Partitions" are for the list alone
+///     disk4/behaviour.plist   how it misbehaves; may be missing
+///     disk4/medium            its contents, or a link to a loop device; missing when it is never opened
+///     disk4/ejected           there while the disk is out of the reader
+///
+/// Several processes may use a folder at once. Operations throw PlatformError.
+class ReaderFolder {
+  public:
+    explicit ReaderFolder(std::filesystem::path folder) : folder(std::move(folder)) {}
+
+    void logCall(std::string_view line) const;
+    std::vector<std::string> calls() const;
+
+    /// The identifiers of the disks that are in the reader, by their numbers.
+    std::vector<std::string> disks() const;
+    /// Whether it is out makes no difference to these.
+    void setDetails(const std::string& disk, const PropertyList::Dictionary& details) const;
+    void setBehaviour(const std::string& disk, const DiskBehaviour& behaviour) const;
+    void putIn(const std::string& disk) const;
+    void takeOut(const std::string& disk) const;
+    std::filesystem::path mediumPath(const std::string& disk) const { return folder / disk / "medium"; }
+
+    /// Each fails as the disk utility does when the disk is not in the reader.
+    PropertyList::Dictionary details(const std::string& disk) const;
+    DiskBehaviour behaviour(const std::string& disk) const;
+
+  private:
+    bool isIn(const std::string& disk) const;
+    void requireIn(const std::string& disk) const;
+
+    std::filesystem::path folder;
+};
+
+}  // namespace tessel

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "utilities/AuthorizationUtility.h"
+#include "utilities/simulated/ReaderFolder.h"
+
+namespace tessel {
+
+/// Opens the media of a folder that plays a card reader: files, and loop devices (exclusively). Any other
+/// device is refused, wherever a link leads.
+class SimulatedAuthorization : public DescriptorSource {
+  public:
+    explicit SimulatedAuthorization(const ReaderFolder& reader) : reader(reader) {}
+
+    FileDescriptor open(const std::string& identifier) override;
+
+  private:
+    const ReaderFolder& reader;
+};
+
+}  // namespace tessel

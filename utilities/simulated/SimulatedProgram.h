@@ -1,0 +1,17 @@
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+
+#include "utilities/simulated/ReaderFolder.h"
+
+namespace tessel {
+
+/// Runs a simulated utility for the reader's folder, which is where the program was started from. The call is
+/// logged before anything else happens. Gives the exit status.
+int runSimulatedProgram(
+    std::span<char*> commandLine,
+    const std::function<int(const ReaderFolder& reader, std::span<const std::string> arguments)>& utility);
+
+}  // namespace tessel
