@@ -2,10 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/blkpg.h>
+#include <linux/loop.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 
 #include <chrono>
-#include <fstream>
+#include <optional>
 
 #include "platform/Errors.h"
 #include "platform/LoopDevice.h"
@@ -80,6 +83,18 @@ std::string messageOf(const std::optional<TesselError>& failure) {
 
 std::string openFailure(const RawDeviceFactory& makeDevice, const std::string& steps) {
     return messageOf(failureOf(RawDiskOpener(TESSEL_ROGUE_AUTHOPEN, makeDevice), steps));
+}
+
+/// Adds a partition to the device; its path is that of the device and "p1".
+bool addPartition(const LoopDevice& loop) {
+    const FileDescriptor device(open(loop.path().c_str(), O_RDWR | O_CLOEXEC));
+    loop_info64 information{};
+    if (ioctl(device.get(), LOOP_GET_STATUS64, &information) != 0) return false;
+    information.lo_flags |= LO_FLAGS_PARTSCAN;
+    blkpg_partition partition{.start = 4096, .length = 65536, .pno = 1};
+    blkpg_ioctl_arg request{.op = BLKPG_ADD_PARTITION, .datalen = sizeof partition, .data = &partition};
+    return ioctl(device.get(), LOOP_SET_STATUS64, &information) == 0 &&
+           ioctl(device.get(), BLKPG, &request) == 0;
 }
 
 class AuthorizedRawDiskTests : public LeavesNothingOpen {};
@@ -217,8 +232,14 @@ TEST_F(AuthorizedRawDiskTests, onlyASoundGeometryIsAccepted) {
 TEST_F(AuthorizedRawDiskTests, onlyAWholeBlockDeviceIsADevice) {
     const TemporaryFolder folder;
     const auto file = folder.write("card.img", std::string(1 << 20, '\0')).string();
-    for (const auto& target : {"/dev/null", "pipe", "socket", file.c_str()}) {
-        EXPECT_EQ(openFailure(makeBlockDevice, "send " + std::string(target)),
+    std::vector<std::string> targets{"/dev/null", "pipe", "socket", file};
+    std::optional<LoopDevice> loop;
+    if (LoopDevice::isAvailable()) {
+        loop.emplace(LoopDevice::Options{.file = file});
+        if (addPartition(*loop)) targets.push_back(loop->path().string() + "p1");
+    }
+    for (const auto& target : targets) {
+        EXPECT_EQ(openFailure(makeBlockDevice, "send " + target),
                   "The logical block size of the authorized SD card could not be determined: Block device "
                   "required.")
             << target;
