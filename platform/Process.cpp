@@ -32,6 +32,8 @@ class SpawnSettings {
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions, options.standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, options.standardError, STDERR_FILENO);
+        // Libraries may have opened descriptors that are not close-on-exec.
+        posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 
         sigset_t none;
         sigemptyset(&none);
@@ -73,8 +75,14 @@ std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
     return pointers;
 }
 
+/// Whoever started this program may have left SIGCHLD ignored, and then the system forgets how children end.
+void keepEndingsOfChildren() {
+    struct sigaction current{};
+    if (sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
+}
+
 Process::Termination reap(int identifier) {
-    int status = 0;
+    int status = SIGKILL;  // an ending that can't be had counts as a kill, never as success
     while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
     }
     if (WIFSIGNALED(status)) return {Process::Termination::Reason::signal, WTERMSIG(status)};
@@ -95,6 +103,7 @@ Process Process::launch(const Options& options) {
     arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
     auto environment = environmentWith(options.environment);
     const SpawnSettings settings(options);
+    keepEndingsOfChildren();
 
     pid_t identifier = 0;
     const int error =

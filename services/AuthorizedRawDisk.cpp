@@ -103,8 +103,7 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     channel.sendingEnd.close();
     error.closeWritingEnd();
 
-    // Errors are read while waiting for the message: a talkative utility would fill the pipe and never send
-    // it.
+    // Errors are read meanwhile: a talkative utility would fill the pipe and never send its message.
     std::optional<ReceivedDescriptor> message;
     std::array streams{Process::Stream{channel.receivingEnd.get(),
                                        [&] {
@@ -127,9 +126,8 @@ TesselError authorizationFailure(const std::string& errorText) {
         std::string_view message;  ///< empty for a cancellation
     };
     static constexpr std::string_view denied =
-        "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in System "
-        "Settings, "
-        "then try again.";
+        "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in "
+        "System Settings, then try again.";
     static constexpr std::string_view busy =
         "The SD card is still in use by another process. Close applications using the card, refresh the disk "
         "list, and try again.";
