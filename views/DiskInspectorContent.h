@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QVBoxLayout>
+#include <QWidget>
+#include <optional>
+
+#include "model/SDWholeDisk.h"
+
+namespace tessel {
+
+class DisclosureButton;
+class InfoRow;
+class SymbolLabel;
+class TextLabel;
+
+/// Everything that is known about one disk, and whether it may be the target.
+class DiskInspectorContent : public QWidget {
+  public:
+    explicit DiskInspectorContent(QWidget* parent = nullptr);
+
+    /// Cheap when the disk is unchanged. The partitions are closed whenever another disk is shown.
+    void display(const SDWholeDisk& disk);
+
+  private:
+    QLayout* makeColumns();
+    void showPartitions(const SDWholeDisk& disk);
+    void showVerdict(const SDWholeDisk& disk);
+
+    std::optional<SDWholeDisk> shown;
+    InfoRow* device;
+    InfoRow* media;
+    InfoRow* location;
+    InfoRow* capacity;
+    InfoRow* connection;
+    InfoRow* map;
+    InfoRow* attributes;
+    DisclosureButton* partitionsButton;
+    TextLabel* partitionCount;
+    QWidget* partitions;
+    SymbolLabel* verdict;
+};
+
+}  // namespace tessel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+#include "model/SDWholeDisk.h"
+
+namespace tessel {
+
+class ElidedLabel;
+class SymbolView;
+
+/// What kind of medium a disk is and how it is connected.
+class DiskMediaCell : public QWidget {
+  public:
+    explicit DiskMediaCell(QWidget* parent = nullptr);
+
+    void display(const SDWholeDisk& disk);
+
+  private:
+    SymbolView* symbol;
+    ElidedLabel* kind;
+    ElidedLabel* connection;
+};
+
+}  // namespace tessel

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QWidget>
+
+#include "model/SDDiskPartition.h"
+
+namespace tessel {
+
+/// One partition of the inspected disk.
+class DiskPartitionRow : public QWidget {
+  public:
+    explicit DiskPartitionRow(const SDDiskPartition& partition, QWidget* parent = nullptr);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace tessel

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QScrollBar>
+
+namespace tessel {
+
+/// A vertical scroll bar that shows a slim handle on whatever is behind it.
+class ScrollBar : public QScrollBar {
+  public:
+    explicit ScrollBar(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace tessel

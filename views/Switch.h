@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QCheckBox>
+
+namespace tessel {
+
+/// A two-state control that takes effect at once: a small track with a knob, then its text.
+class Switch : public QCheckBox {
+  public:
+    enum class Size { small, regular };
+
+    explicit Switch(const QString& text, Size size = Size::regular, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void changeEvent(QEvent* event) override;
+    bool hitButton(const QPoint& position) const override { return rect().contains(position); }
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void applyFont();
+    QRect trackBounds() const;
+    void paintTrack(QPainter& painter) const;
+
+    Size size;
+};
+
+}  // namespace tessel
