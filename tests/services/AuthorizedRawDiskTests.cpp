@@ -186,9 +186,8 @@ TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
         EXPECT_EQ(messageOf(failure), message);
         EXPECT_EQ(failure->kind(), Kind::commandFailed);
     }
-}
 
-TEST_F(AuthorizedRawDiskTests, withoutFreeDescriptorsNothingIsStarted) {
+    // Last: the sanitizer that checks objects needs descriptors when it meets a new kind of error.
     const RawDiskOpener opener(TESSEL_ROGUE_AUTHOPEN, pretend());
     rlimit usual{};
     getrlimit(RLIMIT_NOFILE, &usual);
