@@ -1,0 +1,69 @@
+#include "app/Application.h"
+
+#include <QApplication>
+#include <QSessionManager>
+
+#include "platform/qt/QtMainThread.h"
+#include "platform/qt/TerminationSignal.h"
+#include "views/AlertDialog.h"
+#include "views/Symbol.h"
+
+namespace tessel {
+
+namespace {
+
+void showAlert(const Desktop::Alert& alert, QWidget* window) {
+    auto* dialog = new AlertDialog(
+        {.symbol = QString::fromStdString(alert.symbol),
+         .symbolTone = Tone::green,
+         .symbolDescription = QString::fromStdString(alert.symbolDescription),
+         .message = QString::fromStdString(alert.message),
+         .informativeText = QString::fromStdString(alert.informativeText),
+         .actions = {{.title = QString::fromStdString(alert.button), .look = Button::Look::prominent}}},
+        window);
+    dialog->open();
+}
+
+void handleEventsUntil(const std::function<bool()>& isOver) {
+    while (!isOver())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+}  // namespace
+
+Application::Application(const Machine& machine) :
+    thread(std::make_shared<QtMainThread>()),
+    qtDesktop(showAlert),
+    model(TesselViewModel::create({.mainThread = thread,
+                                   .desktop = qtDesktop,
+                                   .utilities = machine.utilities,
+                                   .makeDevice = machine.makeDevice})),
+    contentView(model, thread) {
+    qtDesktop.setWindow(&contentView);
+}
+
+int Application::run(TerminationSignal& terminationSignal) {
+    terminationSignal.handle([this] { contentView.closeWhenWriteEnds(); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &contentView, [this](QSessionManager&) {
+        contentView.closeWhenWriteEnds();
+        handleEventsUntil([this] { return !model->hasWriteTask(); });
+    });
+    contentView.show();
+    const int status = QApplication::exec();
+    handleEventsUntil([this] { return !model->isBusy(); });
+    return status;
+}
+
+void prepareApplication() {
+    QApplication::setApplicationName("velmora-tessel");
+    QApplication::setApplicationDisplayName("Velmora Tessel");
+    QApplication::setDesktopFileName("velmora-tessel");
+    QApplication::setStyle("Fusion");
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addPixmap(symbolPixmap("sdcard.fill", size, QColor("#2f9e5b"), 1));
+    }
+    QApplication::setWindowIcon(icon);
+}
+
+}  // namespace tessel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+#include "app/ContentView.h"
+#include "platform/qt/QtDesktop.h"
+#include "viewmodel/TesselViewModel.h"
+
+namespace tessel {
+
+class TerminationSignal;
+
+/// The program: one window on one view model, which works on the given machine. Needs a QApplication.
+class Application {
+  public:
+    struct Machine {
+        SystemUtilities utilities;
+        RawDeviceFactory makeDevice;
+    };
+
+    explicit Application(const Machine& machine);
+
+    QtDesktop& desktop() { return qtDesktop; }
+    TesselViewModel& viewModel() { return *model; }
+    ContentView& window() { return contentView; }
+    const MainThread& mainThread() const { return thread; }
+
+    /// Shows the window and gives the exit status once it was closed and nothing runs any more. A request to
+    /// end, or the end of the desktop's session, closes the window as soon as the card is closed and ejected.
+    int run(TerminationSignal& terminationSignal);
+
+  private:
+    MainThread thread;
+    QtDesktop qtDesktop;
+    std::shared_ptr<TesselViewModel> model;
+    ContentView contentView;
+};
+
+/// Sets what the whole program looks like and is called. To be called once, before any window.
+void prepareApplication();
+
+}  // namespace tessel

@@ -1,0 +1,30 @@
+#include "app/ConfirmationTexts.h"
+
+#include "app/StatusTexts.h"
+#include "platform/ByteCount.h"
+
+namespace tessel {
+
+std::string confirmationMessage(const TesselViewModel& viewModel) {
+    const auto* disk = viewModel.selectedDisk();
+    const auto& image = viewModel.selectedImage();
+    if (!image || !disk) return "Select an image and a recognized SD card before continuing.";
+    return "WARNING: This will permanently erase all data on the recognized SD card /dev/" + disk->id + " (" +
+           disk->mediaName + ", " + sizeOrUnknown(disk->sizeBytes) + ") and write " +
+           image->url.filename().string() + " (" + byteCountText(image->sizeBytes) +
+           "). The operation cannot be undone. " +
+           (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
+                                         : "SHA-256 verification is disabled.") +
+           " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "
+           "developer "
+           "accepts no responsibility or liability for data loss, device damage, corrupted media, or failed "
+           "or "
+           "interrupted writes.";
+}
+
+std::string confirmationButtonTitle(const TesselViewModel& viewModel) {
+    const auto* disk = viewModel.selectedDisk();
+    return disk ? "Erase and Write to " + disk->id : "Erase and Write";
+}
+
+}  // namespace tessel

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "viewmodel/TesselViewModel.h"
+
+namespace tessel {
+
+/// What the confirmation alert says of the write that would be started now.
+std::string confirmationMessage(const TesselViewModel& viewModel);
+std::string confirmationButtonTitle(const TesselViewModel& viewModel);
+
+}  // namespace tessel

@@ -1,0 +1,186 @@
+#include "app/ContentView.h"
+
+#include <QCloseEvent>
+#include <QPainter>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "app/ConfirmationTexts.h"
+#include "app/HeaderBar.h"
+#include "app/ImageCard.h"
+#include "app/LogCard.h"
+#include "app/ProgressCard.h"
+#include "app/TargetCard.h"
+#include "app/WriteCard.h"
+#include "views/AlertDialog.h"
+#include "views/Divider.h"
+#include "views/ScrollBar.h"
+
+namespace tessel {
+
+namespace {
+
+/// The coroutine keeps the view model, whatever becomes of the window.
+Task<> refresh(std::shared_ptr<TesselViewModel> viewModel) {
+    co_await viewModel->refreshDisks();
+}
+
+QVBoxLayout* paneLayout(QWidget* pane) {
+    auto* column = new QVBoxLayout(pane);
+    column->setContentsMargins(spacing::page, spacing::page, spacing::page, spacing::page);
+    column->setSpacing(spacing::card);
+    return column;
+}
+
+}  // namespace
+
+ContentView::ContentView(std::shared_ptr<TesselViewModel> model, MainThread mainThread) :
+    viewModel(std::move(model)),
+    mainThread(std::move(mainThread)),
+    header(new HeaderBar(*viewModel)),
+    imageCard(new ImageCard(*viewModel)),
+    targetCard(new TargetCard(*viewModel, [this] { refreshDisks(); })),
+    writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
+    progressCard(new ProgressCard(*viewModel)),
+    logCard(new LogCard(*viewModel)) {
+    setWindowTitle("Velmora Tessel");
+    setMinimumSize(1080, 720);
+    resize(1180, 820);
+
+    auto* panes = new QSplitter(Qt::Horizontal);
+    panes->setChildrenCollapsible(false);
+    panes->addWidget(makeLeftPane());
+    panes->addWidget(makeRightPane());
+    panes->setStretchFactor(0, 1);
+    panes->setSizes({760, 410});
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(header);
+    column->addWidget(new Divider);
+    column->addWidget(panes, 1);
+
+    viewModel->onChange = [this] { scheduleRender(); };
+    render();
+}
+
+ContentView::~ContentView() {
+    viewModel->onChange = nullptr;
+}
+
+QWidget* ContentView::makeLeftPane() {
+    auto* cards = new QWidget;
+    auto* column = paneLayout(cards);
+    for (QWidget* card : std::initializer_list<QWidget*>{imageCard, targetCard, writeCard})
+        column->addWidget(card);
+    column->addStretch();
+
+    auto* pane = new QScrollArea;
+    pane->setMinimumWidth(620);
+    pane->setFrameShape(QFrame::NoFrame);
+    pane->setVerticalScrollBar(new ScrollBar);
+    pane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pane->setWidgetResizable(true);
+    pane->setWidget(cards);
+    pane->viewport()->setAutoFillBackground(false);
+    cards->setAutoFillBackground(false);
+    return pane;
+}
+
+QWidget* ContentView::makeRightPane() {
+    auto* pane = new QWidget;
+    pane->setMinimumWidth(340);
+    pane->setMaximumWidth(520);
+    auto* column = paneLayout(pane);
+    column->addWidget(progressCard);
+    column->addWidget(logCard, 1);
+    return pane;
+}
+
+void ContentView::scheduleRender() {
+    if (isRenderScheduled) return;
+    isRenderScheduled = true;
+    QMetaObject::invokeMethod(this, [this] { render(); }, Qt::QueuedConnection);
+}
+
+void ContentView::render() {
+    isRenderScheduled = false;
+    header->render();
+    imageCard->render();
+    targetCard->render();
+    writeCard->render();
+    progressCard->render();
+    logCard->render();
+    if (viewModel->hasWriteTask()) return;
+    if (stopQuestion) stopQuestion->close();
+    if (closesWhenWriteEnds) close();
+}
+
+void ContentView::refreshDisks() {
+    startTask(Home::main(mainThread), Priority::userInitiated, refresh(viewModel));
+}
+
+void ContentView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!viewModel->didPerformInitialScan()) refreshDisks();
+}
+
+void ContentView::askToWrite() {
+    const auto message = confirmationMessage(*viewModel);
+    const auto writeWhatWasConfirmed = [this, message] {
+        if (confirmationMessage(*viewModel) == message) {
+            viewModel->startWrite();
+        } else {
+            askToWrite();
+        }
+    };
+    auto* alert =
+        new AlertDialog({.symbol = "exclamationmark.triangle.fill",
+                         .symbolTone = Tone::orange,
+                         .symbolDescription = "Warning",
+                         .message = "Confirm Destructive Write",
+                         .informativeText = QString::fromStdString(message),
+                         .actions = {{.title = "Cancel"},
+                                     {.title = QString::fromStdString(confirmationButtonTitle(*viewModel)),
+                                      .look = Button::Look::destructiveProminent,
+                                      .act = writeWhatWasConfirmed}}},
+                        this);
+    alert->open();
+}
+
+void ContentView::closeEvent(QCloseEvent* event) {
+    if (!viewModel->hasWriteTask()) return event->accept();
+    event->ignore();
+    if (!closesWhenWriteEnds && !stopQuestion) askToStop();
+}
+
+void ContentView::askToStop() {
+    stopQuestion = new AlertDialog(
+        {.symbol = "exclamationmark.triangle.fill",
+         .symbolTone = Tone::orange,
+         .symbolDescription = "Warning",
+         .message = "A Write Is Running",
+         .informativeText = "Closing the window stops the write at the next safe checkpoint. The SD card "
+                            "will then hold incomplete data. Velmora Tessel quits once the card is closed "
+                            "and ejected.",
+         .actions = {{.title = "Continue Writing"},
+                     {.title = "Stop and Quit",
+                      .look = Button::Look::destructiveProminent,
+                      .act = [this] { closeWhenWriteEnds(); }}}},
+        this);
+    stopQuestion->open();
+}
+
+void ContentView::closeWhenWriteEnds() {
+    closesWhenWriteEnds = true;
+    viewModel->requestStop();
+    scheduleRender();
+}
+
+void ContentView::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), currentColors().underPageBackground);
+}
+
+}  // namespace tessel

@@ -1,0 +1,61 @@
+#include "app/HeaderBar.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "app/StatusTexts.h"
+#include "views/Symbol.h"
+#include "views/TextLabel.h"
+
+namespace tessel {
+
+namespace {
+
+/// The product's picture: a green card on a green tint.
+class ProductMark : public QWidget {
+  public:
+    explicit ProductMark(QWidget* parent) : QWidget(parent) { setFixedSize(48, 48); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(withOpacity(currentColors().green, 0.12));
+        painter.drawRoundedRect(rect(), 14, 14);
+        paintSymbol(painter, "sdcard.fill", rect(), 26, currentColors().green);
+    }
+};
+
+}  // namespace
+
+HeaderBar::HeaderBar(const TesselViewModel& viewModel, QWidget* parent) :
+    QWidget(parent),
+    viewModel(viewModel),
+    badge(new StatusBadge(this)) {
+    auto* titles = new QVBoxLayout;
+    titles->setSpacing(spacing::hair);
+    titles->addWidget(new TextLabel("Velmora Tessel", {.font = FontRole::title, .weight = QFont::Bold}));
+    titles->addWidget(new TextLabel("General-Purpose SD Card Imaging",
+                                    {.font = FontRole::caption, .tone = Tone::secondary}));
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(18, 14, 18, 14);
+    row->setSpacing(14);
+    row->addWidget(new ProductMark(this));
+    row->addLayout(titles);
+    row->addStretch();
+    row->addWidget(badge);
+}
+
+void HeaderBar::render() {
+    badge->display({.text = statusTitle(viewModel.state()),
+                    .tone = statusTone(viewModel.state()),
+                    .isBusy = viewModel.isBusy()});
+}
+
+void HeaderBar::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), currentColors().windowBackground);
+}
+
+}  // namespace tessel

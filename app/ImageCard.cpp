@@ -1,0 +1,46 @@
+#include "app/ImageCard.h"
+
+#include <QHBoxLayout>
+
+#include "platform/ByteCount.h"
+#include "views/CardHeading.h"
+#include "views/Divider.h"
+
+namespace tessel {
+
+ImageCard::ImageCard(TesselViewModel& viewModel, QWidget* parent) :
+    Card(parent),
+    viewModel(viewModel),
+    selectButton(new Button({.text = "Select Image", .symbol = "folder", .look = Button::Look::prominent})),
+    fileRow(new InfoRow("File")),
+    pathRow(new InfoRow("Path")),
+    sizeRow(new InfoRow("Size")),
+    hint(new SymbolLabel(
+        "info.circle.fill",
+        "The file extension is supported. Confirm that this file contains the intended raw disk "
+        "image before writing.",
+        {.font = FontRole::caption, .tone = Tone::blue})) {
+    connect(selectButton, &Button::clicked, this, [this] { this->viewModel.chooseImage(); });
+
+    auto* top = new QHBoxLayout;
+    top->addLayout(
+        cardHeading("doc.badge.plus", "Raw Disk Image", "Select an uncompressed .img, .raw, or .bin file."),
+        1);
+    top->addWidget(selectButton, 0, Qt::AlignTop);
+    content().addLayout(top);
+    content().addWidget(new Divider);
+    for (auto* row : {fileRow, pathRow, sizeRow})
+        content().addWidget(row);
+    content().addWidget(hint);
+}
+
+void ImageCard::render() {
+    const auto& image = viewModel.selectedImage();
+    selectButton->setEnabled(!viewModel.isBusy());
+    fileRow->setValue(image ? QString::fromStdString(image->url.filename().string()) : "No image selected");
+    pathRow->setValue(image ? QString::fromStdString(image->url.string()) : "Not selected");
+    sizeRow->setValue(image ? QString::fromStdString(byteCountText(image->sizeBytes)) : "Unknown");
+    hint->setVisible(image.has_value());
+}
+
+}  // namespace tessel

@@ -1,0 +1,69 @@
+#include "app/ProgressCard.h"
+
+#include <QHBoxLayout>
+
+#include "app/StatusTexts.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
+
+}  // namespace
+
+ProgressCard::ProgressCard(const TesselViewModel& viewModel, QWidget* parent) :
+    Card(parent),
+    viewModel(viewModel),
+    status(wrappedLabel({}, {.font = FontRole::caption})),
+    phase(new TextLabel({}, smallLook)),
+    detail(wrappedLabel({}, smallLook)) {
+    auto* heading = new QVBoxLayout;
+    heading->setSpacing(spacing::hair);
+    heading->addWidget(
+        new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::DemiBold}));
+    heading->addWidget(status);
+    content().addLayout(heading);
+    overall = addGauge("Overall Workflow", nullptr);
+    writing = addGauge("SD Preparation and Writing", phase);
+    content().addWidget(detail);
+}
+
+ProgressCard::Gauge ProgressCard::addGauge(const QString& title, TextLabel* subtitle) {
+    const Gauge gauge{new TextLabel({}, {.font = FontRole::monospaced, .weight = QFont::Bold}),
+                      new ProgressBar};
+    gauge.bar->setAccessibleName(title);
+
+    auto* titles = new QVBoxLayout;
+    titles->setSpacing(spacing::hair);
+    titles->addWidget(new TextLabel(title, {.font = FontRole::caption, .weight = QFont::DemiBold}));
+    if (subtitle) titles->addWidget(subtitle);
+    auto* line = new QHBoxLayout;
+    line->addLayout(titles, 1);
+    line->addWidget(gauge.percentage, 0, Qt::AlignBottom);
+
+    auto* column = new QVBoxLayout;
+    column->setSpacing(spacing::tight);
+    column->addLayout(line);
+    column->addWidget(gauge.bar);
+    content().addLayout(column);
+    return gauge;
+}
+
+void ProgressCard::Gauge::display(double fraction) const {
+    percentage->setText(percentText(fraction));
+    bar->setFraction(fraction);
+}
+
+void ProgressCard::render() {
+    const bool isStopping = viewModel.isCancellationRequested();
+    status->setText(isStopping ? "Stopping Operation" : statusTitle(viewModel.state()));
+    status->setLook(
+        {.font = FontRole::caption, .tone = statusTone(viewModel.state()), .weight = QFont::DemiBold});
+    phase->setText(isStopping ? "Stopping Operation" : QString::fromStdString(viewModel.writePhaseTitle()));
+    overall.display(viewModel.overallWorkflowProgress());
+    writing.display(viewModel.sdPreparationAndWriteProgress());
+    detail->setText(QString::fromStdString(viewModel.writeProgressDetail()));
+}
+
+}  // namespace tessel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "viewmodel/TesselViewModel.h"
+#include "views/Card.h"
+#include "views/ProgressBar.h"
+#include "views/TextLabel.h"
+
+namespace tessel {
+
+/// How far the workflow and the write have come.
+class ProgressCard : public Card {
+  public:
+    explicit ProgressCard(const TesselViewModel& viewModel, QWidget* parent = nullptr);
+
+    void render();
+
+  private:
+    /// A title with a percentage at the other end of its line, and the bar that belongs to them.
+    struct Gauge {
+        TextLabel* percentage;
+        ProgressBar* bar;
+
+        void display(double fraction) const;
+    };
+
+    Gauge addGauge(const QString& title, TextLabel* subtitle);
+
+    const TesselViewModel& viewModel;
+    TextLabel* status;
+    TextLabel* phase;
+    Gauge overall{};
+    Gauge writing{};
+    TextLabel* detail;
+};
+
+}  // namespace tessel

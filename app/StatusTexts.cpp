@@ -1,0 +1,55 @@
+#include "app/StatusTexts.h"
+
+#include <cmath>
+
+#include "platform/ByteCount.h"
+
+namespace tessel {
+
+QString statusTitle(const TesselOperationState& state) {
+    using enum TesselOperationState::Case;
+    switch (state.kind) {
+        case idle:
+            return "Ready";
+        case selectingImage:
+            return "Selecting Disk Image";
+        case scanningDisks:
+            return "Scanning Disks";
+        case writingImage:
+            return "Writing Disk Image";
+        case completed:
+        case warning:
+        case failed:
+            break;
+    }
+    return QString::fromStdString(state.text);
+}
+
+Tone statusTone(const TesselOperationState& state) {
+    using enum TesselOperationState::Case;
+    switch (state.kind) {
+        case selectingImage:
+        case scanningDisks:
+            return Tone::blue;
+        case writingImage:
+        case warning:
+            return Tone::orange;
+        case completed:
+            return Tone::green;
+        case failed:
+            return Tone::red;
+        case idle:
+            break;
+    }
+    return Tone::secondary;
+}
+
+QString percentText(double fraction) {
+    return QString::number(std::lround(fraction * 100)) + "%";
+}
+
+std::string sizeOrUnknown(uint64_t bytes) {
+    return bytes == 0 ? "Unknown size" : byteCountText(bytes);
+}
+
+}  // namespace tessel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+#include "viewmodel/TesselOperationState.h"
+#include "views/Style.h"
+
+namespace tessel {
+
+/// What the window says about the state of the program.
+QString statusTitle(const TesselOperationState& state);
+Tone statusTone(const TesselOperationState& state);
+
+/// "42%", rounded half away from zero.
+QString percentText(double fraction);
+
+/// "31.9 GB", or "Unknown size" for 0.
+std::string sizeOrUnknown(uint64_t bytes);
+
+}  // namespace tessel

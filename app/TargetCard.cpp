@@ -1,0 +1,170 @@
+#include "app/TargetCard.h"
+
+#include <QHBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "model/SDCardPolicy.h"
+#include "views/CardHeading.h"
+#include "views/DiskTexts.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr TextLook countLook{.font = FontRole::caption, .tone = Tone::secondary};
+constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
+
+QString countText(size_t count, const char* what) {
+    return QString::number(count) + " " + what;
+}
+
+}  // namespace
+
+TargetCard::TargetCard(TesselViewModel& viewModel, std::function<void()> refresh, QWidget* parent) :
+    Card(parent),
+    viewModel(viewModel),
+    shownCount(new TextLabel({}, countLook)),
+    selectableCount(new TextLabel({}, countLook)),
+    hiddenCount(new TextLabel({}, countLook)),
+    table(new CompactDiskTable(
+        {.sort = [this](DiskSortField field) { sortBy(field); },
+         .inspect = [this](const SDWholeDisk& disk) { inspect(disk.id); },
+         .select = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
+    emptyLabel(new SymbolLabel("sdcard", {}, countLook)),
+    details(new DiskDetailsDisclosure([this](bool expand) {
+        isDiskDetailsExpanded = expand;
+        renderDetails();
+    })),
+    noDetails(new SymbolLabel(
+        "info.circle",
+        "Select a row to make Disk Details available. Details remain collapsed until opened explicitly.",
+        smallLook)) {
+    buildContent(makeControls(std::move(refresh)));
+}
+
+QWidget* TargetCard::makeControls(std::function<void()> refresh) {
+    refreshButton =
+        new Button({.text = "Refresh Disks", .symbol = "arrow.clockwise", .size = Button::Size::small});
+    connect(refreshButton, &Button::clicked, this, std::move(refresh));
+    showAllSwitch = new Switch("Show All Disks", Switch::Size::small);
+    connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) {
+        showAllDisks = showAll;
+        reconcileInspectedDisk();
+        render();
+    });
+
+    auto* controls = new QWidget;
+    auto* row = new QHBoxLayout(controls);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing::medium);
+    row->addWidget(refreshButton);
+    row->addWidget(showAllSwitch);
+    return controls;
+}
+
+void TargetCard::buildContent(QWidget* controls) {
+    auto* top = new QHBoxLayout;
+    top->setSpacing(spacing::page);
+    top->addLayout(
+        cardHeading(
+            "sdcard", "Target SD Card",
+            "Only physical media whose name or bus protocol explicitly identifies an SD, SDHC, SDXC, "
+            "microSD, "
+            "or SD/MMC card can be selected. Other disks remain hidden unless Show All Disks is enabled."),
+        1);
+    top->addWidget(controls, 0, Qt::AlignTop);
+    content().addLayout(top);
+
+    auto* counts = new QHBoxLayout;
+    counts->setSpacing(spacing::medium);
+    for (auto* count : {shownCount, selectableCount, hiddenCount})
+        counts->addWidget(count);
+    counts->addStretch();
+    content().addLayout(counts);
+
+    emptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
+    content().addWidget(table);
+    content().addWidget(emptyLabel);
+    content().addWidget(
+        wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make "
+                     "its optional details available. Click Disk, Size, or Media to sort.",
+                     smallLook));
+    content().addWidget(details);
+    content().addWidget(noDetails);
+}
+
+void TargetCard::sortBy(DiskSortField field) {
+    diskSortAscending = field == diskSortField ? !diskSortAscending : true;
+    diskSortField = field;
+    render();
+}
+
+void TargetCard::inspect(std::optional<std::string> diskID) {
+    if (diskID == inspectedDiskID) return;
+    inspectedDiskID = std::move(diskID);
+    isDiskDetailsExpanded = false;
+    render();
+}
+
+/// Looks on at the same disk while it is listed, else at the target, else at none.
+void TargetCard::reconcileInspectedDisk() {
+    const auto visible = visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
+    const auto isVisible = [&visible](const std::string& id) {
+        return std::ranges::find(visible, id, &SDWholeDisk::id) != visible.end();
+    };
+    reconciledDisks = viewModel.disks();
+    if (inspectedDiskID && isVisible(*inspectedDiskID)) return;
+    const auto* target = viewModel.selectedDisk();
+    inspect(target && isVisible(target->id) ? std::optional(target->id) : std::nullopt);
+}
+
+const SDWholeDisk* TargetCard::inspectedDisk() const {
+    if (!inspectedDiskID) return nullptr;
+    const auto found = std::ranges::find(viewModel.disks(), *inspectedDiskID, &SDWholeDisk::id);
+    return found == viewModel.disks().end() ? nullptr : &*found;
+}
+
+void TargetCard::render() {
+    if (reconciledDisks != viewModel.disks()) reconcileInspectedDisk();
+    const auto visible = visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
+    refreshButton->setEnabled(!viewModel.isBusy());
+    showAllSwitch->setEnabled(!viewModel.isBusy());
+    renderCounts(visible);
+
+    table->setVisible(!visible.empty());
+    table->display({.disks = visible,
+                    .selectedTargetID = viewModel.selectedDiskID(),
+                    .inspectedDiskID = inspectedDiskID,
+                    .isBusy = viewModel.isBusy(),
+                    .sortField = diskSortField,
+                    .sortAscending = diskSortAscending,
+                    .height = CompactDiskTable::tableHeight(visible.size())});
+    emptyLabel->setVisible(visible.empty());
+    emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
+    renderDetails();
+}
+
+void TargetCard::renderCounts(const std::vector<SDWholeDisk>& visible) {
+    const auto selectable = static_cast<size_t>(std::ranges::count_if(
+        visible, [](const SDWholeDisk& disk) { return !eligibilityFailureReason(disk); }));
+    const auto hidden = viewModel.disks().size() - visible.size();
+    shownCount->setText(countText(visible.size(), "shown"));
+    selectableCount->setText(countText(selectable, "selectable"));
+    selectableCount->setLook(
+        {.font = FontRole::caption, .tone = selectable > 0 ? Tone::green : Tone::orange});
+    hiddenCount->setText(countText(hidden, "hidden"));
+    hiddenCount->setVisible(hidden > 0);
+}
+
+void TargetCard::renderDetails() {
+    const auto* disk = inspectedDisk();
+    details->setVisible(disk);
+    noDetails->setVisible(!disk);
+    if (!disk) return;
+    details->display({.disk = *disk,
+                      .isSelectedTarget = disk->id == viewModel.selectedDiskID(),
+                      .isExpanded = isDiskDetailsExpanded});
+}
+
+}  // namespace tessel

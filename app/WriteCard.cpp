@@ -1,0 +1,104 @@
+#include "app/WriteCard.h"
+
+#include <QPainter>
+#include <utility>
+
+#include "platform/ByteCount.h"
+
+namespace tessel {
+
+namespace {
+
+/// The sentence that everybody should have read, in a red frame.
+class WarningBox : public QWidget {
+  public:
+    explicit WarningBox(QWidget* parent = nullptr) : QWidget(parent) {
+        auto* column = new QVBoxLayout(this);
+        column->setContentsMargins(10, 10, 10, 10);
+        column->addWidget(
+            new SymbolLabel("exclamationmark.octagon.fill",
+                            "Use at your own risk. The developer accepts no responsibility or liability "
+                            "for data loss, device damage, corrupted media, or failed writes.",
+                            {.font = FontRole::caption, .tone = Tone::red, .weight = QFont::DemiBold}));
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setBrush(withOpacity(currentColors().red, 0.08));
+        painter.setPen(withOpacity(currentColors().red, 0.22));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 10, 10);
+    }
+};
+
+constexpr TextLook noteLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
+
+}  // namespace
+
+WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite, QWidget* parent) :
+    Card(parent),
+    viewModel(viewModel),
+    targetHint(
+        new SymbolLabel("largecircle.fill.circle",
+                        "Select a recognized SD card with the radio control in the first table column.",
+                        {.font = FontRole::caption, .tone = Tone::secondary})),
+    targetRow(new InfoRow("Target")),
+    imageRow(new InfoRow("Image")),
+    verifySwitch(new Switch("Verify the written image with SHA-256")),
+    writeButton(new Button({.text = "Write Disk Image",
+                            .symbol = "square.and.arrow.down.on.square.fill",
+                            .look = Button::Look::destructiveProminent,
+                            .size = Button::Size::large})) {
+    connect(verifySwitch, &Switch::toggled, this,
+            [this](bool verify) { this->viewModel.setVerifyAfterWrite(verify); });
+    connect(writeButton, &Button::clicked, this, std::move(askToWrite));
+    buildContent();
+}
+
+void WriteCard::buildContent() {
+    content().addWidget(
+        new SymbolLabel("exclamationmark.triangle.fill", "Write Disk Image",
+                        {.font = FontRole::headline, .tone = Tone::orange, .weight = QFont::Bold}));
+    content().addWidget(wrappedLabel(
+        "The operation unmounts the selected SD card, replaces its existing data, writes the raw image, "
+        "optionally verifies it with SHA-256, and ejects the card.",
+        {.font = FontRole::caption, .tone = Tone::secondary}));
+    content().addWidget(targetHint);
+    content().addWidget(targetRow);
+    content().addWidget(imageRow);
+    content().addWidget(verifySwitch, 0, Qt::AlignLeft);
+    content().addWidget(writeButton);
+    content().addWidget(new WarningBox);
+    content().addWidget(
+        new SymbolLabel("checkmark.shield.fill",
+                        "The confirmation dialog identifies the exact SD card and image before "
+                        "raw-device authorization begins.",
+                        noteLook));
+    content().addWidget(new SymbolLabel("lock.shield.fill",
+                                        "The SD-card identity, media name, connection, capacity, writable "
+                                        "state, physical state, and whole-disk "
+                                        "identity are checked again before and after the authorized "
+                                        "raw-device descriptor is opened. Internal drives, "
+                                        "external SSDs, hard drives, NVMe devices, disk images, and "
+                                        "unrecognized removable media are rejected.",
+                                        noteLook));
+}
+
+void WriteCard::render() {
+    const auto* target = viewModel.selectedDisk();
+    const auto& image = viewModel.selectedImage();
+    targetHint->setVisible(!target);
+    targetRow->setVisible(target);
+    if (target) targetRow->setValue(QString::fromStdString(target->displaySummary()));
+    imageRow->setVisible(image.has_value());
+    if (image) {
+        imageRow->setValue(
+            QString::fromStdString(image->url.filename().string() + " · " + byteCountText(image->sizeBytes)));
+    }
+    verifySwitch->setChecked(viewModel.verifyAfterWrite());
+    verifySwitch->setEnabled(!viewModel.isBusy());
+    writeButton->setEnabled(viewModel.canStartWrite());
+}
+
+}  // namespace tessel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+
+#include "viewmodel/TesselViewModel.h"
+#include "views/Button.h"
+#include "views/Card.h"
+#include "views/InfoRow.h"
+#include "views/Switch.h"
+#include "views/SymbolLabel.h"
+
+namespace tessel {
+
+/// What would be written where, and the button that asks for it.
+class WriteCard : public Card {
+  public:
+    /// `askToWrite` presents the confirmation; nothing else here leads to a write.
+    WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite, QWidget* parent = nullptr);
+
+    void render();
+
+  private:
+    void buildContent();
+
+    TesselViewModel& viewModel;
+    SymbolLabel* targetHint;
+    InfoRow* targetRow;
+    InfoRow* imageRow;
+    Switch* verifySwitch;
+    Button* writeButton;
+};
+
+}  // namespace tessel

@@ -1,0 +1,52 @@
+#include "platform/qt/QtDesktop.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QStandardPaths>
+#include <system_error>
+
+#include "platform/qt/SleepBlock.h"
+
+namespace tessel {
+
+namespace {
+
+/// "Images (*.img *.IMG)": the desktop's own dialogs may tell cases apart.
+QString nameFilter(const Desktop::OpenPanel& panel) {
+    QStringList patterns;
+    for (const auto& extension : panel.extensions) {
+        const auto pattern = "*." + QString::fromStdString(extension);
+        patterns << pattern << pattern.toUpper();
+    }
+    return QString::fromStdString(panel.message) + " (" + patterns.join(' ') + ")";
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> QtDesktop::runOpenPanel(const OpenPanel& panel) {
+    QFileDialog dialog(window, QString::fromStdString(panel.title),
+                       QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilter(nameFilter(panel));
+    dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+
+    const std::filesystem::path chosen(dialog.selectedFiles().first().toStdString());
+    std::error_code unresolvable;
+    const auto resolved = std::filesystem::canonical(chosen, unresolvable);
+    return unresolvable ? chosen : resolved;
+}
+
+void QtDesktop::beep() {
+    QApplication::beep();
+}
+
+void QtDesktop::requestUserAttention() {
+    if (window) QApplication::alert(window);
+}
+
+std::unique_ptr<TemporaryActivity> QtDesktop::beginActivity(const std::string& reason) {
+    return std::make_unique<SleepBlock>(reason);
+}
+
+}  // namespace tessel

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+class QVBoxLayout;
+
+namespace tessel {
+
+/// A card's symbol and title above its explanation.
+QVBoxLayout* cardHeading(const QString& symbol, const QString& title, const QString& explanation);
+
+}  // namespace tessel

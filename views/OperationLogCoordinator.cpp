@@ -1,0 +1,76 @@
+#include "views/OperationLogCoordinator.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace tessel {
+
+using namespace std::chrono_literals;
+
+OperationLogCoordinator::OperationLogCoordinator(QPlainTextEdit& view,
+                                                 std::chrono::milliseconds interactionPauseDuration) :
+    view(view) {
+    for (QWidget* source :
+         {static_cast<QWidget*>(&view), view.viewport(), static_cast<QWidget*>(view.verticalScrollBar())})
+        source->installEventFilter(this);
+
+    resumeTask.setSingleShot(true);
+    resumeTask.setTimerType(Qt::PreciseTimer);  // the others may fire early
+    resumeTask.setInterval(std::max(interactionPauseDuration, 0ms));
+    resumeTask.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
+}
+
+bool OperationLogCoordinator::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+        case QEvent::ContextMenu:
+            noteUserActivity();
+            break;
+        case QEvent::MouseMove:
+            if (static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton) noteUserActivity();
+            break;
+        case QEvent::Resize:
+            if (watched == view.viewport()) scheduleScrollToLatest();
+            break;
+        default:
+            break;
+    }
+    return false;
+}
+
+void OperationLogCoordinator::noteUserActivity() {
+    followingLatest = false;
+    ++scrollRequestGeneration;
+    resumeTask.start();
+}
+
+void OperationLogCoordinator::resumeFollowingIfIdle() {
+    // Asked of the application, since a menu, a dialog or a drag may receive the release in the view's place.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return noteUserActivity();
+    followingLatest = true;
+    scheduleScrollToLatest();
+}
+
+void OperationLogCoordinator::scheduleScrollToLatest() {
+    if (!followingLatest) return;
+    const auto scrollUnlessStale = [this, generation = ++scrollRequestGeneration] {
+        if (generation == scrollRequestGeneration) scrollToLatest();
+    };
+    QTimer::singleShot(0ms, this, [this, scrollUnlessStale] {
+        scrollUnlessStale();
+        // Lines that have just come into view may wrap: they are laid out only now.
+        QTimer::singleShot(0ms, this, scrollUnlessStale);
+    });
+}
+
+void OperationLogCoordinator::scrollToLatest() {
+    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+}
+
+}  // namespace tessel
