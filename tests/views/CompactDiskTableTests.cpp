@@ -7,7 +7,7 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include "Samples.h"
+#include "tests/views/Samples.h"
 #include "views/DiskTargetSelector.h"
 #include "views/SortableDiskHeader.h"
 

@@ -5,7 +5,7 @@
 #include <QClipboard>
 #include <QTest>
 
-#include "Samples.h"
+#include "tests/views/Samples.h"
 #include "views/ElidedLabel.h"
 #include "views/InfoRow.h"
 #include "views/ProgressBar.h"

@@ -5,7 +5,7 @@
 #include <QAccessible>
 #include <QTest>
 
-#include "Samples.h"
+#include "tests/views/Samples.h"
 #include "views/DisclosureButton.h"
 #include "views/InfoRow.h"
 #include "views/TextLabel.h"

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Samples.h"
+#include "tests/views/Samples.h"
 #include "views/DiskTexts.h"
 
 namespace tessel {
