@@ -27,6 +27,7 @@ std::optional<std::filesystem::path> QtDesktop::runOpenPanel(const OpenPanel& pa
     QFileDialog dialog(window, QString::fromStdString(panel.title),
                        QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     dialog.setFileMode(QFileDialog::ExistingFile);
+    if (!suggestedFile.empty()) dialog.selectFile(QString::fromStdString(suggestedFile.string()));
     dialog.setNameFilter(nameFilter(panel));
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;

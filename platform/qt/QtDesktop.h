@@ -19,6 +19,9 @@ class QtDesktop : public Desktop {
     /// The window to which panels and alerts belong.
     void setWindow(QWidget* mainWindow) { window = mainWindow; }
 
+    /// A file with which panels begin, in the place of the user's Desktop folder.
+    void setSuggestedFile(const std::filesystem::path& file) { suggestedFile = file; }
+
     std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override;
     void presentAlert(const Alert& alert) override { presenter(alert, window); }
     void beep() override;
@@ -28,6 +31,7 @@ class QtDesktop : public Desktop {
   private:
     AlertPresenter presenter;
     QPointer<QWidget> window;
+    std::filesystem::path suggestedFile;
 };
 
 }  // namespace tessel

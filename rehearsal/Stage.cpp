@@ -1,0 +1,68 @@
+#include "rehearsal/Stage.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <span>
+#include <stdexcept>
+#include <vector>
+
+#include "platform/Sha256.h"
+#include "rehearsal/StandardMachine.h"
+
+namespace tessel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr size_t sampleSize = 256'000'001;
+
+fs::path makeFolder() {
+    auto name = (fs::temp_directory_path() / "velmora-tessel-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("No folder could be made for the rehearsal.");
+    return name;
+}
+
+}  // namespace
+
+Stage::Stage() : folder(makeFolder()), simulatedReader(folder / "reader", TESSEL_SIMULATED_PROGRAMS) {
+    addStandardMachine(simulatedReader);
+}
+
+Stage::~Stage() {
+    std::error_code ignored;
+    fs::remove_all(folder, ignored);
+}
+
+fs::path Stage::makeSampleImage() const {
+    const auto path = folder / "sample.img";
+    std::ofstream image(path, std::ios::binary);
+    std::mt19937_64 random;
+    std::vector<uint64_t> block(1 << 17);
+    const auto bytes = std::as_bytes(std::span(block));
+    for (size_t written = 0; written < sampleSize; written += bytes.size()) {
+        for (auto& word : block)
+            word = random();
+        image.write(reinterpret_cast<const char*>(bytes.data()),
+                    static_cast<std::streamsize>(std::min(bytes.size(), sampleSize - written)));
+    }
+    return path;
+}
+
+std::string digestOf(const fs::path& path, uint64_t length) {
+    std::ifstream file(path, std::ios::binary);
+    std::vector<char> buffer(1 << 20);
+    Sha256 digest;
+    while (length > 0) {
+        const auto wanted = std::min<uint64_t>(length, buffer.size());
+        if (!file.read(buffer.data(), static_cast<std::streamsize>(wanted))) {
+            throw std::runtime_error("“" + path.string() + "” is too short or could not be read.");
+        }
+        digest.update(std::as_bytes(std::span(buffer).first(wanted)));
+        length -= wanted;
+    }
+    return hexadecimal(digest.finish());
+}
+
+}  // namespace tessel

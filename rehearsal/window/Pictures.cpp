@@ -1,0 +1,67 @@
+#include "rehearsal/window/Pictures.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QPainter>
+#include <QStyle>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+QPalette darkPalette() {
+    QPalette palette(QColor("#2b2d30"), QColor("#26282b"));
+    palette.setColor(QPalette::Base, QColor("#1c1e20"));
+    palette.setColor(QPalette::AlternateBase, QColor("#242629"));
+    palette.setColor(QPalette::WindowText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::Text, QColor("#e6e7e9"));
+    palette.setColor(QPalette::ButtonText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::ToolTipBase, QColor("#3a3d41"));
+    palette.setColor(QPalette::ToolTipText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::PlaceholderText, QColor("#9a9da1"));
+    palette.setColor(QPalette::Highlight, QColor("#3574d6"));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+}  // namespace
+
+Pictures::Pictures(QWidget& window, std::filesystem::path folder) :
+    window(window),
+    folder(std::move(folder)) {
+    std::filesystem::create_directories(this->folder);
+}
+
+void Pictures::take(const QString& stage) const {
+    const auto usualSize = window.size();
+    const auto usualPalette = QApplication::palette();
+    const std::pair<const char*, QPalette> palettes[] = {{"light", usualPalette}, {"dark", darkPalette()}};
+    for (const auto& [name, palette] : palettes) {
+        QApplication::setPalette(palette);
+        window.resize(usualSize);
+        save(stage + "-" + name);
+        window.resize(window.minimumSize());
+        save(stage + "-" + name + "-minimum");
+    }
+    QApplication::setPalette(usualPalette);
+    window.resize(usualSize);
+}
+
+void Pictures::save(const QString& name) const {
+    // Palettes and layouts reach the widgets by posted events.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    auto picture = window.grab();
+    QPainter painter(&picture);
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        if (!widget->isVisible() || !dynamic_cast<QDialog*>(widget)) continue;
+        painter.fillRect(window.rect(), QColor(0, 0, 0, 70));
+        const auto dialog = widget->grab();
+        const QPoint corner((window.width() - widget->width()) / 2, (window.height() - widget->height()) / 2);
+        painter.drawPixmap(corner, dialog);
+    }
+    painter.end();
+    picture.save(QString::fromStdString((folder / (name.toStdString() + ".png")).string()));
+}
+
+}  // namespace tessel

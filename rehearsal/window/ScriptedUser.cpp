@@ -1,0 +1,143 @@
+#include "rehearsal/window/ScriptedUser.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <chrono>
+#include <stdexcept>
+
+#include "platform/concurrency/Background.h"
+#include "rehearsal/window/WidgetSearch.h"
+#include "views/AlertDialog.h"
+#include "views/Button.h"
+#include "views/CompactDiskRow.h"
+#include "views/DisclosureButton.h"
+#include "views/Switch.h"
+
+namespace tessel {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The dialog that is open above the window, or null.
+template <typename Dialog>
+Dialog* openDialog() {
+    return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
+}
+
+}  // namespace
+
+Task<> ScriptedUser::writeImage(std::filesystem::path image, std::string diskID) {
+    co_await until("the first scan ends", [this] { return !application.viewModel().disks().empty(); });
+    watch("1-scanned");
+    co_await lookAround();
+    co_await chooseImage(image);
+    co_await chooseCard(diskID);
+    co_await confirm();
+    co_await watchTheWrite();
+}
+
+/// Shows all disks, inspects the system disk and opens its details.
+Task<> ScriptedUser::lookAround() {
+    auto& window = application.window();
+    auto* showAll = shownControl<Switch>(window, "Show All Disks");
+    click(showAll);
+    co_await until("all disks are listed",
+                   [&window] { return shownWidgets<CompactDiskRow>(window).size() > 2; });
+    clickRow("disk0", {300, 25});
+    co_await until("details are offered",
+                   [&window] { return !shownWidgets<DisclosureButton>(window).empty(); });
+    click(shownWidgets<DisclosureButton>(window).front());
+    co_await until("details are open",
+                   [&window] { return shownWidgets<DisclosureButton>(window).size() == 2; });
+    click(shownWidgets<DisclosureButton>(window).back());
+    co_await sleepFor(50ms);
+    watch("2-all-disks");
+    click(showAll);
+}
+
+Task<> ScriptedUser::chooseImage(std::filesystem::path image) {
+    // The panel has an event loop of its own, so the click does not return before it is answered.
+    QTimer::singleShot(0, [this] { click(shownControl<Button>(application.window(), "Select Image")); });
+    co_await until("the open panel appears", [] { return openDialog<QFileDialog>(); });
+    auto* panel = openDialog<QFileDialog>();
+    auto* nameField = panel->findChild<QLineEdit*>("fileNameEdit");
+    nameField->clear();
+    QTest::keyClicks(nameField, QString::fromStdString(image.string()));
+    click(panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open));
+    co_await until("the image is selected",
+                   [this] { return application.viewModel().selectedImage().has_value(); });
+    co_await sleepFor(50ms);
+    watch("3-image-selected");
+}
+
+Task<> ScriptedUser::chooseCard(std::string diskID) {
+    clickRow(diskID, {8 + 22, 25});
+    co_await until("the target is chosen",
+                   [&] { return application.viewModel().selectedDiskID() == diskID; });
+    co_await sleepFor(50ms);
+    watch("4-target-selected");
+}
+
+Task<> ScriptedUser::confirm() {
+    click(shownControl<Button>(application.window(), "Write Disk Image"));
+    co_await until("the confirmation appears", [] { return openDialog<AlertDialog>(); });
+    watch("5-confirmation");
+    for (auto* button : shownWidgets<Button>(*openDialog<AlertDialog>())) {
+        if (button->text().startsWith("Erase and Write")) click(button);
+    }
+    co_await until("the write runs", [this] { return application.viewModel().hasWriteTask(); });
+}
+
+Task<> ScriptedUser::watchTheWrite() {
+    const auto& viewModel = application.viewModel();
+    const auto isIn = [&viewModel](const char* title) { return viewModel.writePhaseTitle() == title; };
+    const auto hasComeTo = [&viewModel](double progress) {
+        return viewModel.writeOperationProgress() >= progress;
+    };
+    co_await until("half of the image is written",
+                   [&] { return hasComeTo(0.35) || !viewModel.hasWriteTask(); });
+    if (isIn("Writing Image")) watch("6-writing");
+    co_await until("half of the image is verified",
+                   [&] { return hasComeTo(0.83) || !viewModel.hasWriteTask(); });
+    if (isIn("Verifying Image")) watch("7-verifying");
+    co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
+    if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
+
+    co_await until("the card may be removed", [] { return openDialog<AlertDialog>(); });
+    co_await sleepFor(50ms);
+    watch("8-safe-to-remove");
+    click(shownControl<Button>(*openDialog<AlertDialog>(), "Done"));
+    co_await until("the alert is closed", [] { return !openDialog<AlertDialog>(); });
+    watch("9-done");
+}
+
+/// Looks as often as a person would blink.
+Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
+    const auto deadline = std::chrono::steady_clock::now() + 60s;
+    while (!isFulfilled()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            throw std::runtime_error("Waited in vain until " + expectation + ".");
+        co_await sleepFor(10ms);
+    }
+}
+
+void ScriptedUser::click(QAbstractButton* button) const {
+    if (!button) throw std::runtime_error("A control is missing.");
+    QTest::mouseClick(button, Qt::LeftButton, {}, {12, button->height() / 2});
+}
+
+void ScriptedUser::clickRow(const std::string& diskID, QPoint position) const {
+    for (auto* row : shownWidgets<CompactDiskRow>(application.window())) {
+        if (row->fields().disk.id != diskID) continue;
+        auto* under = row->childAt(position);
+        QTest::mouseClick(under ? under : row, Qt::LeftButton, {},
+                          under ? under->mapFrom(row, position) : position);
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QString>
+#include <QWidget>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "app/Application.h"
+#include "platform/concurrency/Task.h"
+
+namespace tessel {
+
+/// A person who works the window with the mouse and the keyboard, through a whole write. The one who watches
+/// is told of each stage while it can be seen.
+class ScriptedUser {
+  public:
+    using Watcher = std::function<void(const QString& stage)>;
+
+    ScriptedUser(Application& application, Watcher watcher) :
+        application(application),
+        watch(std::move(watcher)) {}
+
+    /// Writes the image to the card. Throws std::runtime_error when the window doesn't do what is expected
+    /// within a minute. To be awaited on the main thread.
+    Task<> writeImage(std::filesystem::path image, std::string diskID);
+
+  private:
+    Task<> lookAround();
+    Task<> chooseImage(std::filesystem::path image);
+    Task<> chooseCard(std::string diskID);
+    Task<> confirm();
+    Task<> watchTheWrite();
+    Task<> until(std::string expectation, std::function<bool()> isFulfilled) const;
+    void click(QAbstractButton* button) const;
+    void clickRow(const std::string& diskID, QPoint position) const;
+
+    Application& application;
+    Watcher watch;
+};
+
+}  // namespace tessel

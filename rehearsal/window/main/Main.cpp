@@ -1,0 +1,91 @@
+/// The window on a simulated card reader. Where there is a display, a person works it; where there is none, a
+/// scripted user does, off screen.
+
+#include <QApplication>
+#include <QFileInfo>
+#include <cstdio>
+#include <cstdlib>
+
+#include "model/TesselError.h"
+#include "platform/qt/TerminationSignal.h"
+#include "rehearsal/PacedDevice.h"
+#include "rehearsal/Stage.h"
+#include "rehearsal/StandardMachine.h"
+#include "rehearsal/window/Pictures.h"
+#include "rehearsal/window/ScriptedUser.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr double cardSpeed = 90'000'000;  ///< bytes per second
+
+bool hasDisplay() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+std::unique_ptr<RawDevice> makeRehearsedCard(FileDescriptor descriptor) {
+    return makePacedDevice(makeRehearsalDevice(std::move(descriptor)), cardSpeed);
+}
+
+void compareIndependently(const std::filesystem::path& image, const std::filesystem::path& medium) {
+    const auto size = std::filesystem::file_size(image);
+    const auto imageDigest = digestOf(image, size);
+    const auto mediumDigest = digestOf(medium, size);
+    std::printf("\nCompared independently, by reading both again from the beginning (SHA-256)\n");
+    std::printf("  image  %s\n  card   %s\n", imageDigest.c_str(), mediumDigest.c_str());
+    if (imageDigest != mediumDigest) throw std::runtime_error("The card does not hold the image.");
+    std::printf("The card holds the image, was verified and ejected.\n");
+}
+
+Task<> play(Application& application, Stage& stage, std::filesystem::path image, int& status) {
+    const std::filesystem::path folder = "pictures";
+    const Pictures pictures(application.window(), folder);
+    const auto medium = stage.reader().mediumPath(usbReaderCard);
+    ScriptedUser user(application, [&pictures](const QString& stageName) { pictures.take(stageName); });
+    try {
+        co_await user.writeImage(image, usbReaderCard);
+        std::printf("%s\n", application.viewModel().logText().c_str());
+        compareIndependently(image, medium);
+        std::printf("Pictures of each stage are in %s/.\n", folder.c_str());
+    } catch (const std::exception&) {
+        std::printf("%s\n", application.viewModel().logText().c_str());
+        std::fprintf(stderr, "Error: %s\n", localizedDescription(std::current_exception()).c_str());
+        status = EXIT_FAILURE;
+    }
+    application.window().closeWhenWriteEnds();
+}
+
+int rehearse(TerminationSignal& terminationSignal, const QStringList& arguments) {
+    Stage stage;
+    const auto image = arguments.size() > 1 ? std::filesystem::canonical(arguments[1].toStdString())
+                                            : stage.makeSampleImage();
+    Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsedCard});
+    int status = EXIT_SUCCESS;
+    if (hasDisplay()) {
+        application.desktop().setSuggestedFile(image);
+        std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
+    } else {
+        startTask(Home::main(application.mainThread()), Priority::userInitiated,
+                  play(application, stage, image, status));
+    }
+    const int closed = application.run(terminationSignal);
+    return status == EXIT_SUCCESS ? closed : status;
+}
+
+}  // namespace
+
+}  // namespace tessel
+
+int main(int argc, char* argv[]) {
+    tessel::TerminationSignal terminationSignal;
+    if (!tessel::hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication qtApplication(argc, argv);
+    tessel::prepareApplication();
+    try {
+        return tessel::rehearse(terminationSignal, QApplication::arguments());
+    } catch (const std::exception&) {
+        std::fprintf(stderr, "Error: %s\n", tessel::localizedDescription(std::current_exception()).c_str());
+        return EXIT_FAILURE;
+    }
+}
