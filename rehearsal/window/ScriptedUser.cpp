@@ -1,8 +1,6 @@
 #include "rehearsal/window/ScriptedUser.h"
 
-#include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -31,11 +29,11 @@ Dialog* openDialog() {
 
 }  // namespace
 
-Task<> ScriptedUser::writeImage(std::filesystem::path image, std::string diskID) {
+Task<> ScriptedUser::writeSuggestedImage(std::string diskID) {
     co_await until("the first scan ends", [this] { return !application.viewModel().disks().empty(); });
-    watch("1-scanned");
+    watch("01-scanned");
     co_await lookAround();
-    co_await chooseImage(image);
+    co_await chooseImage();
     co_await chooseCard(diskID);
     co_await confirm();
     co_await watchTheWrite();
@@ -56,23 +54,20 @@ Task<> ScriptedUser::lookAround() {
                    [&window] { return shownWidgets<DisclosureButton>(window).size() == 2; });
     click(shownWidgets<DisclosureButton>(window).back());
     co_await sleepFor(50ms);
-    watch("2-all-disks");
+    watch("02-all-disks");
     click(showAll);
 }
 
-Task<> ScriptedUser::chooseImage(std::filesystem::path image) {
+Task<> ScriptedUser::chooseImage() {
     // The panel has an event loop of its own, so the click does not return before it is answered.
     QTimer::singleShot(0, [this] { click(shownControl<Button>(application.window(), "Select Image")); });
     co_await until("the open panel appears", [] { return openDialog<QFileDialog>(); });
-    auto* panel = openDialog<QFileDialog>();
-    auto* nameField = panel->findChild<QLineEdit*>("fileNameEdit");
-    nameField->clear();
-    QTest::keyClicks(nameField, QString::fromStdString(image.string()));
-    click(panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open));
+    watch("03-open-panel");
+    click(shownControl<QPushButton>(*openDialog<QFileDialog>(), "Select Image"));
     co_await until("the image is selected",
                    [this] { return application.viewModel().selectedImage().has_value(); });
     co_await sleepFor(50ms);
-    watch("3-image-selected");
+    watch("04-image-selected");
 }
 
 Task<> ScriptedUser::chooseCard(std::string diskID) {
@@ -80,13 +75,13 @@ Task<> ScriptedUser::chooseCard(std::string diskID) {
     co_await until("the target is chosen",
                    [&] { return application.viewModel().selectedDiskID() == diskID; });
     co_await sleepFor(50ms);
-    watch("4-target-selected");
+    watch("05-target-selected");
 }
 
 Task<> ScriptedUser::confirm() {
     click(shownControl<Button>(application.window(), "Write Disk Image"));
     co_await until("the confirmation appears", [] { return openDialog<AlertDialog>(); });
-    watch("5-confirmation");
+    watch("06-confirmation");
     for (auto* button : shownWidgets<Button>(*openDialog<AlertDialog>())) {
         if (button->text().startsWith("Erase and Write")) click(button);
     }
@@ -101,19 +96,19 @@ Task<> ScriptedUser::watchTheWrite() {
     };
     co_await until("half of the image is written",
                    [&] { return hasComeTo(0.35) || !viewModel.hasWriteTask(); });
-    if (isIn("Writing Image")) watch("6-writing");
+    if (isIn("Writing Image")) watch("07-writing");
     co_await until("half of the image is verified",
                    [&] { return hasComeTo(0.83) || !viewModel.hasWriteTask(); });
-    if (isIn("Verifying Image")) watch("7-verifying");
+    if (isIn("Verifying Image")) watch("08-verifying");
     co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
     if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
 
     co_await until("the card may be removed", [] { return openDialog<AlertDialog>(); });
     co_await sleepFor(50ms);
-    watch("8-safe-to-remove");
+    watch("09-safe-to-remove");
     click(shownControl<Button>(*openDialog<AlertDialog>(), "Done"));
     co_await until("the alert is closed", [] { return !openDialog<AlertDialog>(); });
-    watch("9-done");
+    watch("10-done");
 }
 
 /// Looks as often as a person would blink.

@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QString>
 #include <QWidget>
-#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -22,13 +21,13 @@ class ScriptedUser {
         application(application),
         watch(std::move(watcher)) {}
 
-    /// Writes the image to the card. Throws std::runtime_error when the window doesn't do what is expected
-    /// within a minute. To be awaited on the main thread.
-    Task<> writeImage(std::filesystem::path image, std::string diskID);
+    /// Writes the image that the open panel suggests to the card. Throws std::runtime_error when the window
+    /// doesn't do what is expected within a minute. To be awaited on the main thread.
+    Task<> writeSuggestedImage(std::string diskID);
 
   private:
     Task<> lookAround();
-    Task<> chooseImage(std::filesystem::path image);
+    Task<> chooseImage();
     Task<> chooseCard(std::string diskID);
     Task<> confirm();
     Task<> watchTheWrite();

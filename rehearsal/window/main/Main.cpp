@@ -44,7 +44,7 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
     const auto medium = stage.reader().mediumPath(usbReaderCard);
     ScriptedUser user(application, [&pictures](const QString& stageName) { pictures.take(stageName); });
     try {
-        co_await user.writeImage(image, usbReaderCard);
+        co_await user.writeSuggestedImage(usbReaderCard);
         std::printf("%s\n", application.viewModel().logText().c_str());
         compareIndependently(image, medium);
         std::printf("Pictures of each stage are in %s/.\n", folder.c_str());
@@ -62,8 +62,8 @@ int rehearse(TerminationSignal& terminationSignal, const QStringList& arguments)
                                             : stage.makeSampleImage();
     Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsedCard});
     int status = EXIT_SUCCESS;
+    application.desktop().setSuggestedFile(image);
     if (hasDisplay()) {
-        application.desktop().setSuggestedFile(image);
         std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
     } else {
         startTask(Home::main(application.mainThread()), Priority::userInitiated,
