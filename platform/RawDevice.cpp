@@ -39,7 +39,9 @@ bool isWholeBlockDevice(int descriptor) {
     if (fstat(descriptor, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
     const auto inSysfs = "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
                          std::to_string(minor(status.st_rdev));
-    return std::filesystem::exists(inSysfs) && !std::filesystem::exists(inSysfs + "/partition");
+    std::error_code unknown;
+    return std::filesystem::exists(inSysfs, unknown) &&
+           !std::filesystem::exists(inSysfs + "/partition", unknown) && !unknown;
 }
 
 class BlockDevice : public DescriptorDevice {

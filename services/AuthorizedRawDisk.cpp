@@ -40,6 +40,17 @@ DescriptorChannel createChannel() {
     }
 }
 
+/// What the step gives, with its failure worded as one of the launch.
+template <typename Step>
+auto launching(Step step) {
+    try {
+        return step();
+    } catch (const PlatformError& error) {
+        throw TesselError::commandFailed("The macOS authorization utility could not be launched: " +
+                                         error.localizedDescription());
+    }
+}
+
 TesselError receptionFailure(const std::optional<ReceivedDescriptor>& message) {
     using enum ReceivedDescriptor::Outcome;
     const auto sentence = [&message]() -> std::string {
@@ -87,19 +98,14 @@ AuthorizedRawDiskHandle RawDiskOpener::openAuthorizedRawDisk(const std::string& 
 
 FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devicePath) const {
     auto channel = createChannel();
-    CollectingPipe error;
-    auto process = [&] {
-        try {
-            return Process::launch({.executable = authorizationUtility,
-                                    .arguments = {"-stdoutpipe", "-o", "2", devicePath},
-                                    .environment = {{"LC_ALL", "C"}},
-                                    .standardOutput = channel.sendingEnd.get(),
-                                    .standardError = error.writingEnd()});
-        } catch (const PlatformError& launchError) {
-            throw TesselError::commandFailed("The macOS authorization utility could not be launched: " +
-                                             launchError.localizedDescription());
-        }
-    }();
+    auto error = launching([] { return CollectingPipe(); });
+    auto process = launching([&] {
+        return Process::launch({.executable = authorizationUtility,
+                                .arguments = {"-stdoutpipe", "-o", "2", devicePath},
+                                .environment = {{"LC_ALL", "C"}},
+                                .standardOutput = channel.sendingEnd.get(),
+                                .standardError = error.writingEnd()});
+    });
     channel.sendingEnd.close();
     error.closeWritingEnd();
 
