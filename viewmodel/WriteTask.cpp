@@ -39,6 +39,10 @@ std::string revalidationFailure(const SDWholeDisk& expected, const DiskObservati
     return "Disk revalidation could not find /dev/" + expected.id + " as a whole disk.";
 }
 
+std::string failurePhaseTitle(std::optional<ImageWritePhase> phase) {
+    return (phase ? phaseTitle(*phase) : "Image Write") + " Failed";
+}
+
 std::string cancellationMessage(std::optional<ImageWritePhase> phase) {
     switch (phase.value_or(ImageWritePhase::preparingTarget)) {
         case ImageWritePhase::verifyingImage:
@@ -162,8 +166,7 @@ void TesselViewModel::finishSuccessfulWrite(const std::string& writtenDiskID) {
 
 /// Progress, list and target stay, so that the user can try again once the cause is mended.
 void TesselViewModel::finishFailedWrite(const std::exception_ptr& error) {
-    const auto phase = currentWritePhase();
-    writePhaseTitle = (phase ? phaseTitle(*phase) : "Image Write") + " Failed";
+    writePhaseTitle = failurePhaseTitle(currentWritePhase());
     writeProgressDetail = localizedDescription(error);
     state = TesselOperationState::failed("Image write failed");
     logError(error);
