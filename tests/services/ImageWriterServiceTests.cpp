@@ -36,6 +36,7 @@ class FailingWrites : public RawDevice {
         return device->read(bytes, offset);
     }
     SystemResult synchronize() override { return device->synchronize(); }
+    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         return offset > 0 ? SystemResult{.error = EIO} : device->write(bytes, offset);
     }
