@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/blkpg.h>
+#include <sys/ioctl.h>
 
 #include <optional>
 
@@ -45,6 +47,14 @@ class LinuxAuthorizationTests : public testing::Test {
     }
 
     BlockDevice& card() { return system.machine.devices.front(); }
+
+    /// Adds or deletes a partition that is the whole loop device, where the kernel can.
+    void changePartition(int operation) const {
+        blkpg_partition partition{.start = 0, .length = mediumSizeInBytes, .pno = 1};
+        blkpg_ioctl_arg argument{
+            .op = operation, .flags = 0, .datalen = sizeof partition, .data = &partition};
+        ioctl(openReadWrite(loop->path()).get(), BLKPG, &argument);
+    }
 
     /// What is said instead of opening.
     std::string refusal() {
@@ -106,6 +116,11 @@ TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
     const LoopDevice other({.file = folder.path() / "other"});
     system.onOpen = [&] { return openReadWrite(other.path()); };
     EXPECT_EQ(refusal(), exchanged) << "another medium of the same size";
+
+    changePartition(BLKPG_ADD_PARTITION);
+    system.onOpen = [this] { return openReadWrite(loop->path().string() + "p1"); };
+    EXPECT_EQ(refusal(), exchanged) << "a partition that is as large as the disk";
+    changePartition(BLKPG_DEL_PARTITION);
 
     system.onOpen = [this] { return openReadWrite(loop->path()); };
     card().sizeBytes *= 2;
