@@ -2,26 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
-#include "platform/DescriptorChannel.h"
-#include "platform/Process.h"
 #include "rehearsal/SimulatedReader.h"
+#include "tests/support/UtilityRun.h"
 
 namespace tessel {
 
 /// An empty reader in a folder of its own, and the utilities as child processes.
 class SimulatedReaderTest : public testing::Test {
   protected:
-    struct Run {
-        int status = 0;
-        std::string output;
-        std::string errors;
-        std::chrono::duration<double> duration{};
-        ReceivedDescriptor received{ReceivedDescriptor::Outcome::closed, {}};
-    };
+    using Run = UtilityRun;
 
     ~SimulatedReaderTest() override { std::filesystem::remove_all(folder); }
 
@@ -34,19 +26,11 @@ class SimulatedReaderTest : public testing::Test {
     }
 
     Run diskutil(const std::vector<std::string>& arguments) {
-        CollectingPipe output;
-        Run run = launch(reader.utilities().diskUtility, arguments, output.writingEnd(), &output);
-        run.output = output.collected();
-        return run;
+        return Run::ofDiskUtility({reader.utilities().diskUtility, arguments});
     }
 
     Run authopen(const std::vector<std::string>& arguments = {"-stdoutpipe", "-o", "2", "/dev/rdisk4"}) {
-        DescriptorChannel channel = DescriptorChannel::create();
-        Run run =
-            launch(reader.utilities().authorizationUtility, arguments, channel.sendingEnd.get(), nullptr);
-        channel.sendingEnd.close();
-        run.received = receiveDescriptor(channel.receivingEnd.get());
-        return run;
+        return Run::ofAuthorizationUtility({reader.utilities().authorizationUtility, arguments});
     }
 
     static constexpr uint64_t cardSize = uint64_t{1} << 30;
@@ -59,29 +43,6 @@ class SimulatedReaderTest : public testing::Test {
         std::string name = testing::TempDir() + "reader.XXXXXX";
         if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
         return name;
-    }
-
-    static Run launch(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                      int output, CollectingPipe* collected) {
-        CollectingPipe errors;
-        const auto start = std::chrono::steady_clock::now();
-        Process process = Process::launch({.executable = program,
-                                           .arguments = arguments,
-                                           .environment = {{"LC_ALL", "C"}},
-                                           .standardOutput = output,
-                                           .standardError = errors.writingEnd()});
-        errors.closeWritingEnd();
-        std::vector<Process::Stream> streams{errors.stream()};
-        if (collected) {
-            collected->closeWritingEnd();
-            streams.push_back(collected->stream());
-        }
-        const auto ending = process.waitUntilExit({.streams = streams, .timeout = std::chrono::seconds(30)});
-        Run run;
-        run.status = ending.termination.status;
-        run.errors = errors.collected();
-        run.duration = std::chrono::steady_clock::now() - start;
-        return run;
     }
 };
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "utilities/linux/BlockSystem.h"
+
+namespace tessel {
+
+/// A described machine that can be worked on, and changes as a real one does. A hook that is set takes part
+/// in the call of its name.
+class DescribedSystem : public BlockSystem {
+  public:
+    explicit DescribedSystem(Machine machine) : machine(std::move(machine)) {}
+
+    Machine read() override { return machine; }
+    void unmount(const std::string& device) override {
+        calls.push_back("unmount " + device);
+        if (!unmountFails) named(device).mounts.pop_back();
+    }
+    FileDescriptor open(const std::string& device) override {
+        calls.push_back("open " + device);
+        return onOpen ? onOpen() : FileDescriptor();
+    }
+    void flush() override { calls.emplace_back("flush"); }
+    Ejection eject(const std::string& device) override {
+        calls.push_back("eject " + device);
+        return onEject ? onEject() : Ejection::done;
+    }
+    void wait(std::chrono::milliseconds) override {
+        calls.emplace_back("wait");
+        if (onWait) onWait();
+    }
+
+    BlockDevice& named(const std::string& name) {
+        for (BlockDevice& device : machine.devices)
+            if (device.name == name) return device;
+        throw std::out_of_range(name);
+    }
+
+    Machine machine;
+    std::vector<std::string> calls;
+    bool unmountFails = false;  ///< silently, as a lazy one does
+    std::function<FileDescriptor()> onOpen;
+    std::function<Ejection()> onEject;
+    std::function<void()> onWait;
+};
+
+}  // namespace tessel

@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "model/SDCardPolicy.h"
+#include "services/DiskPropertyLists.h"
+#include "tests/support/DescribedMachine.h"
+#include "utilities/linux/DiskDescriptions.h"
+#include "utilities/linux/DiskProtection.h"
+
+namespace tessel {
+
+namespace {
+
+/// What the window knows of a disk, with what stands behind it.
+struct Answer {
+    SDWholeDisk disk;
+    std::optional<std::string> protection;
+
+    std::optional<std::string> property(const std::string& expectation) const {
+        if (expectation == "expected identifier") return disk.id;
+        if (expectation == "expected name") return disk.mediaName;
+        if (expectation == "expected bus") return disk.busProtocol;
+        if (expectation == "expected location") return disk.deviceLocation;
+        if (expectation == "expected verdict") return eligibilityFailureReason(disk).value_or("eligible");
+        if (expectation == "expected protection") return protection.value_or("none");
+        return std::nullopt;
+    }
+};
+
+/// By the kernel's names, through the very text that the program reads.
+std::map<std::string, Answer> answersOf(const Machine& machine) {
+    const DiskList list = parseDiskList(propertyListXML(diskListOf(machine)));
+    std::map<std::string, Answer> answers;
+    for (const std::string& identifier : list.identifiers) {
+        const BlockDevice& device = listedDisk(machine, identifier);
+        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, device)), identifier,
+                                        list.layoutOf(identifier));
+        answers[device.name] = {disk.value(), protectionReason(machine, device)};
+    }
+    return answers;
+}
+
+std::vector<std::string> describedMachines() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(TESSEL_DESCRIBED_MACHINES))
+        names.push_back(entry.path().stem().string());
+    std::ranges::sort(names);
+    return names;
+}
+
+}  // namespace
+
+class DescribedMachineTests : public testing::TestWithParam<std::string> {
+  protected:
+    static DescribedMachine read(const std::string& name) {
+        return DescribedMachine::read(std::filesystem::path(TESSEL_DESCRIBED_MACHINES) / (name + ".machine"));
+    }
+};
+
+TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
+    const auto [machine, sections] = read(GetParam());
+    const auto answers = answersOf(machine);
+    for (const auto& [device, section] : sections) {
+        SCOPED_TRACE(device);
+        const bool isExpected =
+            section.contains("expected verdict") || section.contains("expected identifier");
+        const bool isLeftOut = !isExpected || (section.contains("expected identifier") &&
+                                               section.at("expected identifier") == "none");
+        ASSERT_EQ(answers.contains(device), !isLeftOut);
+        for (const auto& [key, value] : section)
+            if (!isLeftOut && key.starts_with("expected "))
+                EXPECT_EQ(answers.at(device).property(key), value) << key;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Machines, DescribedMachineTests, testing::ValuesIn(describedMachines()),
+                         [](const auto& info) {
+                             std::string name = info.param;
+                             std::ranges::replace(name, '-', '_');
+                             return name;
+                         });
+
+TEST_F(DescribedMachineTests, partitionsCarryNamesSizesAndMountPoints) {
+    const Machine machine = read("laptop-sd-card").machine;
+    const SDWholeDisk card = answersOf(machine).at("mmcblk0").disk;
+    EXPECT_EQ(card.partitionScheme, "FDisk_partition_scheme");
+    EXPECT_EQ(card.partitions, (std::vector<SDDiskPartition>{{.id = "disk7s1",
+                                                              .content = "vfat",
+                                                              .volumeName = "CAMERA",
+                                                              .sizeBytes = 31'910'000'000,
+                                                              .mountPoint = "/media/ada/CAMERA"}}));
+    EXPECT_TRUE(card.isRemovable);
+    EXPECT_TRUE(card.isEjectable);
+    EXPECT_EQ(card.isInternal, true);
+}
+
+TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
+    Machine machine = read("laptop-sd-card").machine;
+    const auto card = std::ranges::find(machine.devices, "mmcblk0", &BlockDevice::name);
+    for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
+        BlockDevice& part = *std::ranges::find(machine.devices, name, &BlockDevice::name);
+        const BlockDevice unused = part;
+        EXPECT_EQ(protectionReason(machine, *card), std::nullopt);
+        part.isSwap = true;
+        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        part = unused;
+        part.holders = {"dm-0"};
+        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        part = unused;
+        part.mounts.push_back({.target = "/mnt", .isByDiskService = true});
+        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        part = unused;
+    }
+}
+
+}  // namespace tessel

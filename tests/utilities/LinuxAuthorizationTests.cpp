@@ -1,0 +1,147 @@
+#include "utilities/linux/LinuxAuthorization.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <linux/blkpg.h>
+#include <sys/ioctl.h>
+
+#include <optional>
+
+#include "platform/BlockDescriptor.h"
+#include "platform/Errors.h"
+#include "platform/LoopDevice.h"
+#include "tests/support/DescribedSystem.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel {
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+FileDescriptor openReadWrite(const std::filesystem::path& path) {
+    return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
+}
+
+}  // namespace
+
+/// A machine whose one card is described as the loop device is, which is what gets opened for it.
+class LinuxAuthorizationTests : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+        const auto file = folder.write("medium", "");
+        std::filesystem::resize_file(file, mediumSizeInBytes);
+        loop.emplace(LoopDevice::Options{.file = file});
+        const uint64_t number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
+        identifier = "disk" + std::to_string(number);
+        card() = {.name = "sdb",
+                  .path = "/sys/devices/usb1/block/sdb",
+                  .sequenceNumber = number,
+                  .sequenceNumberAfterwards = number,
+                  .sizeBytes = mediumSizeInBytes,
+                  .service = {.sequenceNumber = number}};
+        system.onOpen = [this] { return openReadWrite(loop->path()); };
+    }
+
+    BlockDevice& card() { return system.machine.devices.front(); }
+
+    /// Adds or deletes a partition that is the whole loop device, where the kernel can.
+    void changePartition(int operation) const {
+        blkpg_partition partition{.start = 0, .length = mediumSizeInBytes, .pno = 1};
+        blkpg_ioctl_arg argument{
+            .op = operation, .flags = 0, .datalen = sizeof partition, .data = &partition};
+        ioctl(openReadWrite(loop->path()).get(), BLKPG, &argument);
+    }
+
+    /// What is said instead of opening.
+    std::string refusal() {
+        try {
+            LinuxAuthorization(system).open(identifier);
+            return "";
+        } catch (const PlatformError& error) {
+            return error.localizedDescription();
+        }
+    }
+
+    static constexpr uint64_t mediumSizeInBytes = 1 << 20;
+
+    TemporaryFolder folder;
+    std::optional<LoopDevice> loop;
+    DescribedSystem system{
+        {.devices =
+             {{},
+              {.name = "sda", .path = "/sys/devices/ata1/block/sda", .sequenceNumber = 1, .sizeBytes = 9}},
+         .rootDevice = "sda"}};
+    std::string identifier;
+};
+
+TEST_F(LinuxAuthorizationTests, theDescriptorCarriesAnExclusiveLock) {
+    const FileDescriptor descriptor = LinuxAuthorization(system).open(identifier);
+    const FileDescriptor other = openReadWrite(loop->path());
+    EXPECT_FALSE(lockExclusively(other.get()).isSuccess());
+}
+
+TEST_F(LinuxAuthorizationTests, whatSomebodyElseLockedIsBusy) {
+    const FileDescriptor other = openReadWrite(loop->path());
+    ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
+    EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
+    EXPECT_THAT(system.calls, Contains("wait")) << "the device manager locks for a moment only";
+}
+
+TEST_F(LinuxAuthorizationTests, protectedAndMountedDisksAreNotOpened) {
+    card().mounts = {{.target = "/media/ada/CARD", .isByDiskService = true}};
+    EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
+    card().mounts = {{.target = "/home", .isByDiskService = false}};
+    EXPECT_THAT(refusal(), HasSubstr("is protected"));
+    identifier = "disk0";
+    EXPECT_THAT(refusal(), HasSubstr("is protected"));
+    EXPECT_THAT(system.calls, IsEmpty());
+}
+
+TEST_F(LinuxAuthorizationTests, nothingIsOpenedWhereTheSystemsDiskIsUnknown) {
+    system.machine.rootDevice = "";
+    EXPECT_THAT(refusal(), HasSubstr("is protected"));
+    EXPECT_THAT(system.calls, IsEmpty());
+}
+
+TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
+    const std::string exchanged = "The disk was exchanged while it was being opened.";
+    system.onOpen = [this] { return openReadWrite(folder.path() / "medium"); };
+    EXPECT_EQ(refusal(), exchanged) << "a file";
+
+    std::filesystem::resize_file(folder.write("other", ""), mediumSizeInBytes);
+    const LoopDevice other({.file = folder.path() / "other"});
+    system.onOpen = [&] { return openReadWrite(other.path()); };
+    EXPECT_EQ(refusal(), exchanged) << "another medium of the same size";
+
+    changePartition(BLKPG_ADD_PARTITION);
+    system.onOpen = [this] { return openReadWrite(loop->path().string() + "p1"); };
+    EXPECT_EQ(refusal(), exchanged) << "a partition that is as large as the disk";
+    changePartition(BLKPG_DEL_PARTITION);
+
+    system.onOpen = [this] { return openReadWrite(loop->path()); };
+    card().sizeBytes *= 2;
+    EXPECT_EQ(refusal(), exchanged) << "another size";
+}
+
+TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceThePersonAgreed) {
+    const auto whileAsked = [this](auto change) {
+        system.onOpen = [this, change] {
+            change();
+            return openReadWrite(loop->path());
+        };
+    };
+    whileAsked([this] { card().mounts = {{.target = "/media/ada/CARD", .isByDiskService = true}}; });
+    EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
+    card().mounts.clear();
+    whileAsked([this] { card().holders = {"dm-0"}; });
+    EXPECT_THAT(refusal(), HasSubstr("is protected"));
+    card().holders.clear();
+    whileAsked([this] { card().sequenceNumber = card().sequenceNumberAfterwards = 1'000'000; });
+    EXPECT_EQ(refusal(), "Could not find disk: " + identifier + ".");
+}
+
+}  // namespace tessel

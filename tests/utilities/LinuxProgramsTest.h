@@ -1,0 +1,166 @@
+#pragma once
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sched.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <optional>
+#include <sstream>
+#include <thread>
+
+#include "platform/BlockDescriptor.h"
+#include "platform/LoopDevice.h"
+#include "services/AuthorizedRawDisk.h"
+#include "services/DiskPropertyLists.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/UtilityRun.h"
+
+namespace tessel {
+
+/// Runs until it is dropped.
+class Companion {
+  public:
+    explicit Companion(std::vector<std::string> command) {
+        std::vector<char*> words;
+        for (std::string& word : command)
+            words.push_back(word.data());
+        words.push_back(nullptr);
+        posix_spawnp(&identifier, words.front(), nullptr, nullptr, words.data(), environ);
+    }
+    Companion(const Companion&) = delete;
+    Companion& operator=(const Companion&) = delete;
+    ~Companion() {
+        kill(identifier, SIGKILL);
+        waitpid(identifier, nullptr, 0);
+    }
+
+  private:
+    pid_t identifier = 0;
+};
+
+inline bool appears(const std::filesystem::path& path) {
+    for (int attempt = 0; attempt < 500 && !std::filesystem::exists(path); ++attempt)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return std::filesystem::exists(path);
+}
+
+inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags = 0) {
+    return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | flags));
+}
+
+/// The real programs on this machine's kernel, with a bus and a stand-in disk service of their own that knows
+/// one disk: a loop device.
+class LinuxProgramsTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+        std::filesystem::resize_file(folder.write("medium", ""), mediumSizeInBytes);
+        loop.emplace(LoopDevice::Options{.file = folder.path() / "medium"});
+        number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
+        identifier = "disk" + std::to_string(number);
+        startBus();
+    }
+
+    /// On a private bus without anybody on it.
+    void startBus() {
+        const auto socket = folder.path() / "bus";
+        const auto configuration = folder.write(
+            "bus.conf",
+            "<busconfig><type>session</type><listen>unix:path=" + socket.string() +
+                "</listen><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+                "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+        busAddress = "unix:path=" + socket.string();
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str(), 1);
+        // Not to be told that it may not raise its limits.
+        bus.emplace(std::vector<std::string>{"sh", "-c",
+                                             "exec dbus-daemon --nofork --nopidfile --config-file=" +
+                                                 configuration.string() + " 2>/dev/null"});
+        if (!appears(socket)) GTEST_SKIP() << "dbus-daemon is missing";
+    }
+
+    /// What a test adds are more keys of the device.
+    void startService(const std::string& keys = "", std::optional<uint64_t> knownNumber = {}) {
+        service.reset();
+        std::filesystem::remove(folder.path() / "calls");
+        const auto description =
+            folder.write("disks", "[" + loop->path().filename().string() +
+                                      "]\nvendor=Generic\nmodel=SD Card\nfile system=ext4\nsequence number=" +
+                                      std::to_string(knownNumber.value_or(number)) + "\n" + keys);
+        service.emplace(std::vector<std::string>{TESSEL_STAND_IN_DISK_SERVICE, description.string(),
+                                                 (folder.path() / "calls").string()});
+        ASSERT_TRUE(appears(folder.path() / "calls"));
+    }
+
+    UtilityRun diskutil(std::vector<std::string> arguments) const {
+        return UtilityRun::ofDiskUtility({programs / "diskutil", std::move(arguments)});
+    }
+    UtilityRun authopen() const {
+        return UtilityRun::ofAuthorizationUtility(
+            {programs / "authopen", {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
+    }
+    std::vector<std::string> calls() const {
+        std::vector<std::string> lines;
+        std::istringstream text(contentOf(folder.path() / "calls"));
+        for (std::string line; std::getline(text, line);)
+            lines.push_back(line);
+        return lines;
+    }
+    SDWholeDisk info() const {
+        return parseDiskInfo(diskutil({"info", "-plist", "/dev/" + identifier}).output, identifier, nullptr)
+            .value();
+    }
+    /// Where "/" lies on no disk, as in most containers, nothing may be opened.
+    bool isSystemDiskKnown() const { return diskutil({"info", "-plist", "/dev/disk0"}).status == 0; }
+
+    static constexpr uint64_t mediumSizeInBytes = 64 << 20;
+
+    const std::filesystem::path programs = TESSEL_LINUX_PROGRAMS;
+    TemporaryFolder folder;
+    std::optional<LoopDevice> loop;
+    uint64_t number = 0;
+    std::string identifier;
+    std::string busAddress;
+    std::optional<Companion> bus;
+    std::optional<Companion> service;
+};
+
+/// With a file system on the disk that only this process and its children see mounted.
+class MountedDiskTest : public LinuxProgramsTest {
+  protected:
+    void SetUp() override {
+        LinuxProgramsTest::SetUp();
+        if (IsSkipped()) return;
+        if (unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+            GTEST_SKIP() << "this user may not mount";
+        const auto format = "mke2fs -q -F " + loop->path().string();
+        if (std::system(format.c_str()) != 0) GTEST_SKIP() << "mke2fs is missing";
+        for (const char* place : {"/media", "/run"})
+            ASSERT_EQ(::mount("tmpfs", place, "tmpfs", 0, nullptr), 0);
+    }
+    void TearDown() override {
+        service.reset();
+        umount2(mountPoint, MNT_DETACH);
+        umount2("/run", MNT_DETACH);
+        umount2("/media", MNT_DETACH);
+    }
+
+    void mountWith(const std::string& options) {
+        std::filesystem::create_directories(mountPoint);
+        std::filesystem::create_directories("/run/mount");
+        const auto command = "mount -o " + options + " " + loop->path().string() + " " + mountPoint;
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        startService("mounted at=" + std::string(mountPoint) + "\n");
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    }
+    bool isMounted() const { return contentOf("/proc/self/mountinfo").find(mountPoint) != std::string::npos; }
+    UtilityRun unmount() const { return diskutil({"unmountDisk", "force", "/dev/" + identifier}); }
+
+    static constexpr const char* mountPoint = "/media/tessel-test";
+};
+
+}  // namespace tessel

@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+
+#include "tests/utilities/LinuxProgramsTest.h"
+
+namespace tessel {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+class LinuxProgramsTests : public LinuxProgramsTest {};
+
+class MountedDiskTests : public MountedDiskTest {};
+
+TEST_F(LinuxProgramsTests, withoutTheServiceTheySayWhatIsMissing) {
+    for (const UtilityRun& run : {diskutil({"list", "-plist"}), authopen()}) {
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.errors, HasSubstr("UDisks2 is not running"));
+    }
+}
+
+TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
+    startService();
+    const DiskList list = parseDiskList(diskutil({"list", "-plist"}).output);
+    EXPECT_THAT(list.identifiers, Contains(identifier));
+    const SDWholeDisk disk = info();
+    EXPECT_EQ(disk.mediaName, "Generic SD Card");
+    EXPECT_EQ(disk.sizeBytes, mediumSizeInBytes);
+    EXPECT_EQ(disk.deviceLocation, "Internal (" + loop->path().string() + ")");
+    EXPECT_FALSE(disk.isPhysical);
+    EXPECT_EQ(disk.isWritable, isSystemDiskKnown());
+    EXPECT_EQ(diskutil({"info", "-plist", "/dev/disk999999"}).errors, "Could not find disk: disk999999.\n");
+}
+
+TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
+    startService();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    const UtilityRun run = authopen();
+    ASSERT_EQ(run.received.outcome, ReceivedDescriptor::Outcome::received) << run.errors;
+    EXPECT_EQ(run.status, 0);
+    const int descriptor = run.received.descriptor.get();
+    EXPECT_EQ(diskSequenceNumber(descriptor).value, number);
+    EXPECT_EQ(fcntl(descriptor, F_GETFL) & (O_ACCMODE | O_DIRECT), O_RDWR | O_DIRECT);
+    EXPECT_FALSE(openReadWrite(loop->path(), O_EXCL).isOpen());
+    EXPECT_FALSE(lockExclusively(openReadWrite(loop->path()).get()).isSuccess());
+}
+
+TEST_F(LinuxProgramsTests, aDiskThatSomebodyUsesIsBusy) {
+    startService();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    const FileDescriptor user = openReadWrite(loop->path(), O_EXCL);
+    const UtilityRun run = authopen();
+    EXPECT_EQ(run.received.outcome, ReceivedDescriptor::Outcome::closed);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(localizedDescription(std::make_exception_ptr(authorizationFailure(run.errors))),
+                HasSubstr("still in use by another process"));
+}
+
+TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
+    const struct {
+        const char* error;
+        const char* message;
+        const char* sentence;
+    } refusals[] = {
+        {"NotAuthorizedDismissed", "Not authorized", "The administrator-authorized operation was cancelled."},
+        {"NotAuthorized", "Not authorized to perform operation",
+         "The authorized raw-device open failed: Not authorized to perform operation"},
+        {"NotAuthorizedCanObtain", "Nobody can be asked",
+         "The authorized raw-device open failed: Nobody can be asked"},
+        {"DeviceBusy", "It is in use",
+         "The SD card is still in use by another process. Close applications using the card, refresh the "
+         "disk "
+         "list, and try again."},
+        {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
+    };
+    for (const auto& [error, message, sentence] : refusals) {
+        startService("open=" + std::string(error) + "\nmessage=" + message + "\n");
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        const UtilityRun run = authopen();
+        EXPECT_EQ(run.status, 1);
+        const std::string text = run.errors.substr(0, run.errors.find_last_not_of('\n') + 1);
+        EXPECT_EQ(localizedDescription(std::make_exception_ptr(authorizationFailure(text))), sentence);
+    }
+}
+
+TEST_F(LinuxProgramsTests, whatTheServiceSaysOfAnotherMediumIsNotBelieved) {
+    startService("", number + 1);
+    EXPECT_FALSE(info().isWritable);
+    EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
+    EXPECT_NE(diskutil({"eject", "/dev/" + identifier}).status, 0);
+    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(LinuxProgramsTests, theSystemsDiskIsNeverTouched) {
+    startService();
+    identifier = "disk0";
+    EXPECT_EQ(authopen().status, 1);
+    for (const auto& arguments : {std::vector<std::string>{"unmountDisk", "force", "/dev/disk0"},
+                                  std::vector<std::string>{"eject", "/dev/disk0"}})
+        EXPECT_EQ(diskutil(arguments).status, 1);
+    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
+    const struct {
+        const char* error;
+        int status;
+    } cases[] = {
+        {"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}, {"DeviceBusy", 1}};
+    for (const auto& [error, status] : cases) {
+        startService("eject=" + std::string(error) + "\nmessage=no\n");
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, status) << error;
+        EXPECT_THAT(calls(), Contains("eject " + loop->path().filename().string()));
+    }
+}
+
+TEST_F(MountedDiskTests, whatTheServiceMountedIsUnmounted) {
+    mountWith("uhelper=udisks2");
+    EXPECT_TRUE(info().isWritable);
+    EXPECT_THAT(authopen().errors, HasSubstr("Resource busy")) << "mounted";
+    const UtilityRun run = unmount();
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_FALSE(isMounted());
+    EXPECT_EQ(authopen().status, 0);
+}
+
+TEST_F(MountedDiskTests, whatTheSystemMountedIsProtected) {
+    mountWith("rw");
+    EXPECT_FALSE(info().isWritable);
+    EXPECT_THAT(unmount().errors, HasSubstr("is protected"));
+    EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
+    EXPECT_TRUE(isMounted());
+    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(MountedDiskTests, aVolumeInUseStaysMounted) {
+    mountWith("uhelper=udisks2");
+    const auto file = std::filesystem::path(mountPoint) / "file";
+    const FileDescriptor user(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    for (const UtilityRun& run : {unmount(), diskutil({"eject", "/dev/" + identifier})}) {
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.errors, HasSubstr("Resource busy"));
+    }
+    EXPECT_TRUE(isMounted());
+    EXPECT_THAT(calls(), Not(Contains(HasSubstr("force"))));
+}
+
+TEST_F(MountedDiskTests, ejectingUnmountsFirst) {
+    mountWith("uhelper=udisks2");
+    EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, 0);
+    EXPECT_FALSE(isMounted());
+    const std::string device = loop->path().filename().string();
+    EXPECT_THAT(calls(), testing::ElementsAre("ready", "unmount " + device, "eject " + device));
+}
+
+}  // namespace tessel

@@ -1,0 +1,93 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "model/SDCardPolicy.h"
+#include "platform/concurrency/RunLoop.h"
+#include "platform/concurrency/TaskHandle.h"
+#include "services/ImageTransfer.h"
+#include "tests/support/ScriptedDevice.h"
+#include "tests/utilities/LinuxProgramsTest.h"
+
+namespace tessel {
+
+using testing::HasSubstr;
+
+/// With the real disk service on a private bus, and a device database that knows one loop device.
+class RealDiskServiceTests : public MountedDiskTest {
+  protected:
+    void SetUp() override {
+        MountedDiskTest::SetUp();
+        if (IsSkipped()) return;
+        if (!std::filesystem::exists(daemon)) GTEST_SKIP() << "the disk service is not installed";
+        ASSERT_EQ(::mount("tmpfs", "/var/lib", "tmpfs", 0, nullptr), 0);
+        std::filesystem::create_directories("/var/lib/udisks2");
+        describeInDatabase();
+        service.emplace(std::vector<std::string>{"sh", "-c", std::string("exec ") + daemon + " 2>/dev/null"});
+        for (int attempt = 0; attempt < 30 && diskutil({"list", "-plist"}).status != 0; ++attempt)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    }
+    void TearDown() override {
+        MountedDiskTest::TearDown();
+        umount2("/var/lib", MNT_DETACH);
+    }
+
+    /// As the device manager does once it has looked at the device.
+    void describeInDatabase() const {
+        std::filesystem::create_directories("/run/udev/data");
+        std::ofstream("/run/udev/control").close();
+        const auto device = contentOf("/sys/block" / loop->path().filename() / "dev");
+        std::ofstream("/run/udev/data/b" + device.substr(0, device.find('\n')))
+            << "S:disk/by-diskseq/" << number << "\nI:1\nE:ID_FS_USAGE=filesystem\nE:ID_FS_TYPE=ext4\nV:1\n";
+    }
+
+    /// As a file manager does. Gives whether it succeeded.
+    bool mountAsDesktop() const {
+        const auto command =
+            "udisksctl mount --no-user-interaction -b " + loop->path().string() + " >/dev/null 2>&1";
+        return std::system(command.c_str()) == 0;
+    }
+    bool isMounted() const {
+        return contentOf("/proc/self/mountinfo").find(loop->path().string() + " ") != std::string::npos;
+    }
+
+    static constexpr const char* daemon = "/usr/libexec/udisks2/udisksd";
+};
+
+TEST_F(RealDiskServiceTests, thePolicyRefusesTheLoopDeviceAsVirtual) {
+    EXPECT_EQ(eligibilityFailureReason(info()),
+              "The disk is virtual or synthesized rather than physical media.");
+    EXPECT_TRUE(info().isWritable);
+}
+
+TEST_F(RealDiskServiceTests, aWholeWriteBelowThePolicy) {
+    ASSERT_TRUE(mountAsDesktop());
+    EXPECT_THAT(authopen().errors, HasSubstr("Resource busy")) << "mounted";
+    ASSERT_EQ(diskutil({"unmountDisk", "force", "/dev/" + identifier}).status, 0);
+    EXPECT_FALSE(isMounted());
+
+    const auto image = patternedBytes(10 << 20);
+    const std::string bytes(reinterpret_cast<const char*>(image.data()), image.size());
+    {
+        const auto handle = RawDiskOpener(programs / "authopen", makeBlockDevice)
+                                .openAuthorizedRawDisk("/dev/r" + identifier);
+        EXPECT_TRUE(handle.hasCapacity(mediumSizeInBytes));
+        EXPECT_FALSE(mountAsDesktop()) << "the card is open to nobody else";
+        const ImageTransfer transfer{folder.write("os.img", bytes), image.size(), handle, true};
+        const auto ignore = [](ImageWriteProgress) -> Task<> { co_return; };
+        auto main = std::make_shared<RunLoop>();
+        const auto outcome = runUntilFinished(main, outcomeOf(writeImage(transfer, ignore)));
+        EXPECT_EQ(outcome.error(), nullptr);
+    }
+    EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, 0);
+    EXPECT_EQ(contentOf(folder.path() / "medium").substr(0, bytes.size()), bytes);
+}
+
+TEST_F(RealDiskServiceTests, whatTheDesktopMountedAgainIsUnmountedBeforeEjecting) {
+    ASSERT_TRUE(mountAsDesktop());
+    EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, 0);
+    EXPECT_FALSE(isMounted());
+}
+
+}  // namespace tessel

@@ -1,0 +1,150 @@
+#include "utilities/linux/DiskDescriptions.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "platform/Text.h"
+#include "utilities/linux/DiskProtection.h"
+
+namespace tessel {
+
+namespace {
+
+using Names = std::pair<std::string_view, std::string_view>;
+
+/// What the first of the parts that the text contains is called, or else `otherwise`.
+template <size_t count>
+std::string nameFor(std::string_view text, const std::array<Names, count>& names,
+                    std::string_view otherwise) {
+    for (const auto& [part, name] : names)
+        if (text.find(part) != std::string_view::npos) return std::string(name);
+    return std::string(otherwise);
+}
+
+bool isSDCardInSlot(const BlockDevice& disk) {
+    return isInCardSlot(disk) && disk.cardType == "SD";
+}
+
+/// By the way that leads to the disk in the kernel's device tree.
+std::string busOf(const BlockDevice& disk) {
+    // A slot may itself be connected through USB or PCI, so it comes first.
+    static constexpr std::array<Names, 5> buses{{
+        {"/virtual/block/", "Virtual Interface"},
+        {"/usb", "USB"},
+        {"/ata", "SATA"},
+        {"/nvme", "PCI-Express"},
+        {"/virtio", "Virtual Interface"},
+    }};
+    if (isSDCardInSlot(disk)) return "Secure Digital";
+    return isInCardSlot(disk) ? "MMC" : nameFor(disk.path, buses, "Unknown bus");
+}
+
+/// The kind of card that is positively known to be in the drive, or nothing.
+std::string cardKindOf(const BlockDevice& disk) {
+    static constexpr std::array<Names, 3> kinds{{
+        {"flash_sdxc", "SDXC Card"},
+        {"flash_sdhc", "SDHC Card"},
+        {"flash_sd", "SD Card"},
+    }};
+    // In a native slot the kernel knows; the service takes soldered flash for a card where it knows nothing.
+    if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
+    // What the service said of the last medium says nothing of this one.
+    const bool isAboutThisMedium =
+        disk.service.isMediaAvailable && disk.service.sequenceNumber == disk.sequenceNumber;
+    return isAboutThisMedium ? nameFor(disk.service.media, kinds, "") : "";
+}
+
+/// Vendor and model, the reader's name in the device database, and the kind of card, each unless it was
+/// already told.
+std::string mediaNameOf(const BlockDevice& disk) {
+    std::string name;
+    for (const std::string& part :
+         {disk.service.vendor, disk.service.model, disk.databaseName, cardKindOf(disk)}) {
+        const std::string words = trimmed(part);
+        if (words.empty() || lowercased(name).find(lowercased(words)) != std::string::npos) continue;
+        name += (name.empty() ? "" : " ") + words;
+    }
+    return name;
+}
+
+bool isExternal(const BlockDevice& disk) {
+    return busOf(disk) == "USB";
+}
+
+std::string partitionSchemeOf(const BlockDevice& disk) {
+    const std::string& table = disk.service.partitionTable;
+    if (table == "dos") return "FDisk_partition_scheme";
+    return table == "gpt" ? "GUID_partition_scheme" : table;
+}
+
+void describeVolume(const BlockDevice& device, PropertyList::Dictionary& entry) {
+    if (!device.service.volumeName.empty()) entry["VolumeName"] = device.service.volumeName;
+    if (!device.mounts.empty()) entry["MountPoint"] = device.mounts.front().target;
+}
+
+PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk) {
+    auto parts = partsOf(machine, disk);
+    std::erase_if(parts, [](const BlockDevice* part) { return part->partitionNumber == 0; });
+    std::ranges::sort(parts, {}, &BlockDevice::partitionNumber);
+
+    PropertyList::List partitions;
+    for (const BlockDevice* part : parts) {
+        PropertyList::Dictionary entry{
+            {"DeviceIdentifier", identifierOf(machine, disk) + "s" + std::to_string(part->partitionNumber)},
+            {"Content", part->service.fileSystem},
+            {"Size", part->sizeBytes},
+        };
+        describeVolume(*part, entry);
+        partitions.emplace_back(std::move(entry));
+    }
+    return partitions;
+}
+
+}  // namespace
+
+PropertyList::Dictionary diskListOf(const Machine& machine) {
+    PropertyList::List allDisks;
+    PropertyList::List wholeDisks;
+    PropertyList::List entries;
+    for (const BlockDevice* disk : listedDisks(machine)) {
+        const std::string identifier = identifierOf(machine, *disk);
+        const PropertyList::List partitions = partitionsOf(machine, *disk);
+        allDisks.emplace_back(identifier);
+        wholeDisks.emplace_back(identifier);
+        for (const PropertyList& partition : partitions)
+            allDisks.push_back(partition.asDictionary()->at("DeviceIdentifier"));
+
+        PropertyList::Dictionary entry{
+            {"DeviceIdentifier", identifier}, {"Content", partitionSchemeOf(*disk)},
+            {"Size", disk->sizeBytes},        {"OSInternal", !isExternal(*disk)},
+            {"Partitions", partitions},
+        };
+        describeVolume(*disk, entry);
+        entries.emplace_back(std::move(entry));
+    }
+    return {{"AllDisks", allDisks}, {"WholeDisks", wholeDisks}, {"AllDisksAndPartitions", entries}};
+}
+
+PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk) {
+    const bool isSoldered = isInCardSlot(disk) && !isSDCardInSlot(disk);
+    const std::string place = isExternal(disk) ? "External" : "Internal";
+    return {
+        {"DeviceIdentifier", identifierOf(machine, disk)},
+        {"MediaName", mediaNameOf(disk)},
+        {"TotalSize", disk.sizeBytes},
+        {"BusProtocol", busOf(disk)},
+        // People know their disks by the kernel's names.
+        {"DeviceLocation", place + " (/dev/" + disk.name + ")"},
+        {"Internal", !isExternal(disk)},
+        {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},
+        {"WritableMedia", !disk.isReadOnly && !protectionReason(machine, disk)},
+        {"Content", partitionSchemeOf(disk)},
+        {"WholeDisk", true},
+        {"RemovableMedia", disk.service.isMediaRemovable && !isSoldered},
+        {"Ejectable", disk.service.isEjectable && !isSoldered},
+    };
+}
+
+}  // namespace tessel

@@ -1,0 +1,95 @@
+#include "utilities/linux/DiskProtection.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+
+#include "platform/Errors.h"
+
+namespace tessel {
+
+namespace {
+
+/// Made by the disk service where it mounts what people plug in: whoever asked for it can do without it.
+bool mayBeUnmounted(const Mount& mount) {
+    return mount.isByDiskService &&
+           (mount.target.starts_with("/media/") || mount.target.starts_with("/run/media/"));
+}
+
+struct DiskCheck {
+    bool (*fails)(const Machine& machine, const BlockDevice& disk);
+    std::string_view reason;
+};
+
+constexpr auto diskChecks = std::to_array<DiskCheck>({
+    {[](const Machine& machine, const BlockDevice&) { return systemDisks(machine).empty(); },
+     "it is not known which disk the system runs from"},
+
+    {[](const Machine& machine, const BlockDevice& disk) {
+         const auto disks = systemDisks(machine);
+         return std::ranges::find(disks, &disk) != disks.end();
+     },
+     "the system runs from it"},
+
+    {[](const Machine&, const BlockDevice& disk) {
+         return disk.sequenceNumber == 0 || disk.sequenceNumber != disk.sequenceNumberAfterwards;
+     },
+     "its medium is being exchanged"},
+
+    {[](const Machine&, const BlockDevice& disk) {
+         return disk.service.sequenceNumber != disk.sequenceNumber;
+     },
+     "the disk service does not know its medium yet"},
+});
+
+struct PartCheck {
+    bool (*fails)(const BlockDevice& part);
+    std::string_view reason;
+};
+
+/// What makes a whole disk protected when it is true of any part.
+constexpr auto partChecks = std::to_array<PartCheck>({
+    {[](const BlockDevice& part) { return part.isSwap; }, "it is used as swap space"},
+
+    {[](const BlockDevice& part) { return !part.holders.empty(); },
+     "it is part of a volume group, a RAID or an encrypted volume that is in use"},
+
+    {[](const BlockDevice& part) {
+         // Pools of ZFS are imported without a sign in the kernel's device tree.
+         return part.spansDisks || part.service.fileSystem == "zfs_member";
+     },
+     "it is part of a file system that may lie on several disks"},
+
+    {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
+     "a volume on it is mounted that belongs to the system"},
+});
+
+}  // namespace
+
+std::optional<std::string> protectionReason(const Machine& machine, const BlockDevice& disk) {
+    for (const DiskCheck& check : diskChecks)
+        if (check.fails(machine, disk)) return std::string(check.reason);
+
+    const auto parts = partsOf(machine, disk);
+    for (const PartCheck& check : partChecks)
+        if (std::ranges::any_of(parts, [&](const BlockDevice* part) { return check.fails(*part); }))
+            return std::string(check.reason);
+    return std::nullopt;
+}
+
+void requireUnprotected(const Machine& machine, const BlockDevice& disk) {
+    const auto reason = protectionReason(machine, disk);
+    if (!reason) return;
+    throw PlatformError(
+        "Disk", EPERM,
+        identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + *reason + ".");
+}
+
+std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk) {
+    auto parts = partsOf(machine, disk);
+    std::erase_if(parts, [](const BlockDevice* part) { return part->mounts.empty(); });
+    return parts;
+}
+
+}  // namespace tessel

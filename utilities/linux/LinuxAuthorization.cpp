@@ -1,0 +1,54 @@
+#include "utilities/linux/LinuxAuthorization.h"
+
+#include <cerrno>
+#include <chrono>
+
+#include "platform/BlockDescriptor.h"
+#include "platform/Errors.h"
+#include "utilities/linux/DiskProtection.h"
+
+namespace tessel {
+
+namespace {
+
+PlatformError busy(const std::string& identifier) {
+    return {"Disk", EBUSY, "Resource busy: " + identifier + " is in use."};
+}
+
+void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) {
+    const bool isSame = isWholeBlockDevice(descriptor.get()) &&
+                        diskSequenceNumber(descriptor.get()).value == disk.sequenceNumber &&
+                        mediumSize(descriptor.get()).value == disk.sizeBytes;
+    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was exchanged while it was being opened.");
+}
+
+}  // namespace
+
+FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
+    const BlockDevice disk = readUnusedDisk(identifier);
+    FileDescriptor descriptor = system.open(disk.name);
+    requireSameDisk(descriptor, disk);
+    lock(descriptor);
+    // A person may have taken any time to answer.
+    readUnusedDisk(identifier);
+    return descriptor;
+}
+
+BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier) {
+    const Machine machine = system.read();
+    const BlockDevice& disk = listedDisk(machine, identifier);
+    requireUnprotected(machine, disk);
+    if (!mountedParts(machine, disk).empty()) throw busy(identifier);
+    return disk;
+}
+
+void LinuxAuthorization::lock(const FileDescriptor& descriptor) {
+    // The device manager holds the lock for a moment whenever it looks at a disk.
+    constexpr int attempts = 20;
+    for (int attempt = 1; !lockExclusively(descriptor.get()).isSuccess(); ++attempt) {
+        if (attempt == attempts) throw PlatformError("Disk", EBUSY, "Resource busy: the disk is locked.");
+        system.wait(std::chrono::milliseconds(100));
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A computer's disks as the kernel, the device database and the disk service described them at one moment.
+/// Plain values, and pure functions of them: whatever decides about a disk decides on these alone.
+namespace tessel {
+
+struct Mount {
+    std::string target;            ///< the folder
+    bool isByDiskService = false;  ///< the disk service made it, at somebody's request
+};
+
+/// What the disk service says about a block device and its drive.
+struct ServiceRecord {
+    /// The disk sequence number in the links that the device database gave. Absent when it gave none.
+    std::optional<uint64_t> sequenceNumber;
+    std::string vendor;
+    std::string model;
+    std::string media;              ///< the kind of the present medium, such as "flash_sd"; mostly empty
+    bool isMediaAvailable = false;  ///< a medium is in the drive
+    bool isMediaRemovable = false;
+    bool isEjectable = false;
+    std::string fileSystem;      ///< such as "vfat"
+    std::string volumeName;      ///< of the file system
+    std::string partitionTable;  ///< such as "dos" or "gpt"
+};
+
+/// A block device: a disk, one of its partitions, or another part of it such as an eMMC's boot area.
+struct BlockDevice {
+    std::string name;  ///< the kernel's, such as "sdb1"
+    std::string path;  ///< in the kernel's device tree: "/sys/devices/…/block/sdb/sdb1"
+    /// The number that the kernel gives to each medium it meets, and never twice. 0 for a part of a disk.
+    uint64_t sequenceNumber = 0;
+    uint64_t sequenceNumberAfterwards = 0;  ///< the same, asked once everything else had been read
+    uint64_t sizeBytes = 0;
+    bool isReadOnly = false;
+    unsigned partitionNumber = 0;  ///< 0 when it is none
+    std::string cardType;          ///< in a native slot: "SD", or "MMC" for soldered flash
+    std::string databaseName;      ///< of the reader, by the device database
+    std::vector<std::string> holders;
+    std::vector<std::string> slaves;  ///< the devices below a device-mapper or RAID device
+    bool isSwap = false;
+    bool spansDisks = false;  ///< a mounted file system lies on this device and on others
+    std::vector<Mount> mounts;
+    ServiceRecord service = {};
+};
+
+struct Machine {
+    std::vector<BlockDevice> devices;
+    std::string rootDevice;  ///< the name of the device that is mounted at "/"; empty when there is none
+};
+
+/// Whether the device exists in the kernel only: loop, device mapper, RAID, RAM, compressed memory.
+bool isVirtual(const BlockDevice& device);
+
+/// Whether the device sits in a slot of the computer's own that speaks the cards' protocol. Soldered flash
+/// does, too.
+bool isInCardSlot(const BlockDevice& device);
+
+/// The disk and every part of it.
+std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
+
+/// The physical disks that hold "/", by their numbers. Empty when "/" leads to none.
+std::vector<const BlockDevice*> systemDisks(const Machine& machine);
+
+/// The disks that have a medium and whose record holds together, by their identifiers' numbers.
+std::vector<const BlockDevice*> listedDisks(const Machine& machine);
+
+/// "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
+std::string identifierOf(const Machine& machine, const BlockDevice& disk);
+
+/// The listed disk with this identifier. Throws PlatformError when there is none.
+const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
+
+}  // namespace tessel

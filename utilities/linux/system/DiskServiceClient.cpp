@@ -1,0 +1,184 @@
+#include "utilities/linux/system/DiskServiceClient.h"
+
+#include <fcntl.h>
+#include <gio/gunixfdlist.h>
+#include <sys/stat.h>
+#include <udisks/udisks.h>
+
+#include <cerrno>
+#include <charconv>
+#include <climits>
+#include <string_view>
+
+#include "platform/Errors.h"
+#include "utilities/linux/system/DiskServiceErrors.h"
+
+namespace tessel {
+
+namespace {
+
+template <typename Type>
+struct ReleaseObject {
+    void operator()(Type* object) const { g_object_unref(object); }
+};
+template <typename Type>
+using Object = std::unique_ptr<Type, ReleaseObject<Type>>;
+
+struct ReleaseVariant {
+    void operator()(GVariant* value) const { g_variant_unref(value); }
+};
+using Variant = std::unique_ptr<GVariant, ReleaseVariant>;
+
+/// Runs a call that reports through a GError whether it failed.
+template <typename Call>
+auto checked(Call call) {
+    GError* error = nullptr;
+    const auto result = call(&error);
+    if (!error) return result;
+    throw refusal(*ServiceError(error));
+}
+
+std::string text(const char* words) {
+    return words ? words : "";
+}
+
+GVariant* noOptions() {
+    return g_variant_new("a{sv}", nullptr);
+}
+
+/// Waits for an answer as long as a person needs.
+template <typename Interface>
+Interface* patient(Interface* proxy) {
+    g_dbus_proxy_set_default_timeout(G_DBUS_PROXY(proxy), INT_MAX);
+    return proxy;
+}
+
+dev_t deviceNumber(const std::string& name) {
+    struct stat status{};
+    return stat(("/dev/" + name).c_str(), &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
+}
+
+Object<UDisksBlock> findBlock(UDisksClient* client, const std::string& device) {
+    const dev_t number = deviceNumber(device);
+    return Object<UDisksBlock>(number ? udisks_client_get_block_for_dev(client, number) : nullptr);
+}
+
+Object<UDisksBlock> requireBlock(UDisksClient* client, const std::string& device) {
+    auto block = findBlock(client, device);
+    if (!block) throw PlatformError("Disk", ENXIO, "The disk service does not know /dev/" + device + ".");
+    return block;
+}
+
+/// The object that all interfaces of a block device belong to. Valid as long as the block is.
+UDisksObject* objectOf(UDisksBlock* block) {
+    return UDISKS_OBJECT(g_dbus_interface_get_object(G_DBUS_INTERFACE(block)));
+}
+
+/// The number in a link such as "/dev/disk/by-diskseq/12", which the device database gives to a whole disk.
+std::optional<uint64_t> sequenceNumberInLinks(const char* const* links) {
+    constexpr std::string_view prefix = "/dev/disk/by-diskseq/";
+    for (; links && *links; ++links) {
+        const std::string_view link = *links;
+        if (!link.starts_with(prefix)) continue;
+        uint64_t number = 0;
+        const auto [end, error] =
+            std::from_chars(link.data() + prefix.size(), link.data() + link.size(), number);
+        if (error == std::errc() && end == link.data() + link.size()) return number;
+    }
+    return std::nullopt;
+}
+
+void describeDrive(UDisksDrive* drive, ServiceRecord& record) {
+    record.vendor = text(udisks_drive_get_vendor(drive));
+    record.model = text(udisks_drive_get_model(drive));
+    record.media = text(udisks_drive_get_media(drive));
+    record.isMediaAvailable = udisks_drive_get_media_available(drive);
+    record.isMediaRemovable = udisks_drive_get_media_removable(drive);
+    record.isEjectable = udisks_drive_get_ejectable(drive);
+}
+
+ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
+    ServiceRecord record{
+        .sequenceNumber = sequenceNumberInLinks(udisks_block_get_symlinks(block)),
+        .fileSystem = text(udisks_block_get_id_type(block)),
+        .volumeName = text(udisks_block_get_id_label(block)),
+    };
+    if (const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client, block)); drive)
+        describeDrive(drive.get(), record);
+    if (UDisksPartitionTable* table = udisks_object_peek_partition_table(objectOf(block)))
+        record.partitionTable = text(udisks_partition_table_get_type_(table));
+    return record;
+}
+
+}  // namespace
+
+DiskServiceClient::DiskServiceClient() {
+    GError* error = nullptr;
+    client.reset(udisks_client_new_sync(nullptr, &error));
+    const ServiceError problem(error);
+    GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
+    // A client without a service succeeds, and finds no disks.
+    char* const owner =
+        manager ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
+                : nullptr;
+    if (!owner)
+        throw PlatformError("UDisks2", ENOENT,
+                            "The disk service UDisks2 is not running. Install the package udisks2, or start "
+                            "the service, and try again.");
+    g_free(owner);
+}
+
+void DiskServiceClient::describe(std::vector<BlockDevice>& devices) const {
+    for (BlockDevice& device : devices)
+        if (const auto block = findBlock(client.get(), device.name))
+            device.service = describeBlock(client.get(), block.get());
+}
+
+void DiskServiceClient::unmount(const std::string& device) const {
+    const auto block = requireBlock(client.get(), device);
+    UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
+    if (!fileSystem)
+        throw PlatformError("Disk", EINVAL, "The disk service finds no file system on /dev/" + device + ".");
+    // The service's "force" would only hide the mount while it is still in use.
+    checked([&](GError** error) {
+        return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
+    });
+}
+
+FileDescriptor DiskServiceClient::open(const std::string& device) const {
+    const auto block = requireBlock(client.get(), device);
+    GVariantBuilder options;
+    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&options, "{sv}", "flags", g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC));
+
+    GVariant* index = nullptr;
+    GUnixFDList* descriptors = nullptr;
+    checked([&](GError** error) {
+        return udisks_block_call_open_device_sync(patient(block.get()), "rw", g_variant_builder_end(&options),
+                                                  nullptr, &index, &descriptors, nullptr, error);
+    });
+    const Variant indexHolder(index);
+    const Object<GUnixFDList> listHolder(descriptors);
+    return FileDescriptor(checked(
+        [&](GError** error) { return g_unix_fd_list_get(descriptors, g_variant_get_handle(index), error); }));
+}
+
+BlockSystem::Ejection DiskServiceClient::eject(const std::string& device) const {
+    const auto block = requireBlock(client.get(), device);
+    const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
+    if (!drive) return BlockSystem::Ejection::impossible;
+
+    GError* error = nullptr;
+    udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), nullptr, &error);
+    const ServiceError problem(error);
+    if (!problem) return BlockSystem::Ejection::done;
+    if (isBusy(*problem)) return BlockSystem::Ejection::busy;
+    if (isFailedAttempt(*problem)) return BlockSystem::Ejection::impossible;
+    throw refusal(*problem);
+}
+
+void DiskServiceClient::Release::operator()(UDisksClient* object) const {
+    g_object_unref(object);
+}
+
+}  // namespace tessel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/FileDescriptor.h"
+#include "utilities/linux/BlockSystem.h"
+#include "utilities/linux/Machine.h"
+
+using UDisksClient = struct _UDisksClient;
+
+namespace tessel {
+
+/// The disk service that desktops run, UDisks2, on the system bus. It asks the person where it must, for as
+/// long as it takes. What it says is what it said when this was made. Operations throw PlatformError, worded
+/// as BlockSystem says.
+class DiskServiceClient {
+  public:
+    /// Throws PlatformError when the service is missing.
+    DiskServiceClient();
+
+    /// Fills in what the service says about each of the devices.
+    void describe(std::vector<BlockDevice>& devices) const;
+
+    void unmount(const std::string& device) const;
+    FileDescriptor open(const std::string& device) const;
+    BlockSystem::Ejection eject(const std::string& device) const;
+
+  private:
+    struct Release {
+        void operator()(UDisksClient* client) const;
+    };
+    std::unique_ptr<UDisksClient, Release> client;
+};
+
+}  // namespace tessel

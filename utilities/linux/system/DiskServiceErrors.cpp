@@ -1,0 +1,42 @@
+#include "utilities/linux/system/DiskServiceErrors.h"
+
+#include <udisks/udisks.h>
+
+#include <string_view>
+
+namespace tessel {
+
+namespace {
+
+bool hasCode(const GError& error, UDisksError code) {
+    return error.domain == udisks_error_quark() && error.code == code;
+}
+
+/// Without the name of the error, which the bus puts before it.
+std::string ownWords(const GError& error) {
+    const ServiceError copy(g_error_copy(&error));
+    g_dbus_error_strip_remote_error(copy.get());
+    return copy->message;
+}
+
+}  // namespace
+
+bool isBusy(const GError& error) {
+    // Opening exclusively has no name of its own for this.
+    return hasCode(error, UDISKS_ERROR_DEVICE_BUSY) ||
+           (hasCode(error, UDISKS_ERROR_FAILED) &&
+            ownWords(error).find("Device or resource busy") != std::string::npos);
+}
+
+bool isFailedAttempt(const GError& error) {
+    return hasCode(error, UDISKS_ERROR_FAILED) || hasCode(error, UDISKS_ERROR_NOT_SUPPORTED);
+}
+
+PlatformError refusal(const GError& error) {
+    const auto worded = [&](const std::string& text) { return PlatformError("UDisks2", error.code, text); };
+    if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_DISMISSED)) return worded("User canceled.");
+    if (isBusy(error)) return worded("Resource busy: " + ownWords(error));
+    return worded(ownWords(error));
+}
+
+}  // namespace tessel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <memory>
+
+#include "platform/Errors.h"
+
+namespace tessel {
+
+struct ReleaseError {
+    void operator()(GError* error) const { g_error_free(error); }
+};
+using ServiceError = std::unique_ptr<GError, ReleaseError>;
+
+/// Whether somebody uses what was to be changed.
+bool isBusy(const GError& error);
+
+/// Whether the service tried, and what it tried failed; not that it was refused, or went away.
+bool isFailedAttempt(const GError& error);
+
+/// The service's refusal, worded so that a dismissed dialog reads as a cancellation and nothing else does.
+PlatformError refusal(const GError& error);
+
+}  // namespace tessel

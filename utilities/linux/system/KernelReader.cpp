@@ -1,0 +1,97 @@
+#include "utilities/linux/system/KernelReader.h"
+
+#include <libudev.h>
+
+#include <charconv>
+#include <fstream>
+#include <memory>
+
+#include "utilities/linux/system/MountReader.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr uint64_t bytesPerSector = 512;  ///< whatever the device's own blocks are
+
+/// The first line of an attribute; empty when the device lacks it.
+std::string readText(const std::filesystem::path& attribute) {
+    std::string line;
+    std::getline(std::ifstream(attribute), line);
+    return line;
+}
+
+uint64_t readNumber(const std::filesystem::path& attribute) {
+    const std::string text = readText(attribute);
+    uint64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    std::error_code isMissing;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, isMissing))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+
+template <auto release>
+struct Release {
+    void operator()(auto* object) const { release(object); }
+};
+using Database = std::unique_ptr<udev, Release<udev_unref>>;
+using DatabaseEntry = std::unique_ptr<udev_device, Release<udev_device_unref>>;
+
+/// The name that the device database has for the USB device that the block device belongs to.
+std::string readDatabaseName(udev* database, const std::string& name) {
+    const DatabaseEntry entry(udev_device_new_from_subsystem_sysname(database, "block", name.c_str()));
+    udev_device* const reader =
+        entry ? udev_device_get_parent_with_subsystem_devtype(entry.get(), "usb", "usb_device") : nullptr;
+    const char* text = reader ? udev_device_get_property_value(reader, "ID_MODEL_FROM_DATABASE") : nullptr;
+    return text ? text : "";
+}
+
+/// A file system over several devices is mounted from one of them; the kernel tells the others here.
+bool isMemberOfSpanningFileSystem(const std::string& name) {
+    for (const std::string& fileSystem : namesIn("/sys/fs/btrfs")) {
+        const auto members = std::filesystem::path("/sys/fs/btrfs") / fileSystem / "devices";
+        if (std::filesystem::exists(members / name) && namesIn(members).size() > 1) return true;
+    }
+    return false;
+}
+
+BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
+    const std::string name = path.filename().string();
+    return {
+        .name = name,
+        .path = path.string(),
+        .sequenceNumber = readSequenceNumber(path),
+        .sizeBytes = readNumber(path / "size") * bytesPerSector,
+        .isReadOnly = readNumber(path / "ro") != 0,
+        .partitionNumber = static_cast<unsigned>(readNumber(path / "partition")),
+        .cardType = readText(path / "device/type"),
+        .databaseName = readDatabaseName(database, name),
+        .holders = namesIn(path / "holders"),
+        .slaves = namesIn(path / "slaves"),
+        .spansDisks = isMemberOfSpanningFileSystem(name),
+    };
+}
+
+}  // namespace
+
+Machine readKernelDevices() {
+    const Database database(udev_new());
+    Machine machine;
+    for (const std::string& name : namesIn("/sys/class/block"))
+        machine.devices.push_back(
+            readDevice(database.get(), std::filesystem::canonical("/sys/class/block/" + name)));
+    addMountsAndSwaps(machine);
+    return machine;
+}
+
+uint64_t readSequenceNumber(const std::filesystem::path& device) {
+    return readNumber(device / "diskseq");
+}
+
+}  // namespace tessel

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "utilities/linux/BlockSystem.h"
+
+namespace tessel {
+
+/// This computer. Everything that needs rights is asked of the disk service, without which each operation
+/// fails; the rest is read from the kernel and the device database.
+class LinuxSystem : public BlockSystem {
+  public:
+    Machine read() override;
+    void unmount(const std::string& device) override;
+    FileDescriptor open(const std::string& device) override;
+    void flush() override;
+    Ejection eject(const std::string& device) override;
+    void wait(std::chrono::milliseconds duration) override;
+};
+
+}  // namespace tessel
