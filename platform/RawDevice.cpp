@@ -4,11 +4,11 @@
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <string>
+#include <utility>
+
+#include "platform/BlockDescriptor.h"
 
 namespace tessel {
 
@@ -34,38 +34,43 @@ class DescriptorDevice : public RawDevice {
     FileDescriptor descriptor;
 };
 
-bool isWholeBlockDevice(int descriptor) {
-    struct stat status{};
-    if (fstat(descriptor, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
-    const auto inSysfs = "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
-                         std::to_string(minor(status.st_rdev));
-    std::error_code unknown;
-    return std::filesystem::exists(inSysfs, unknown) &&
-           !std::filesystem::exists(inSysfs + "/partition", unknown) && !unknown;
-}
-
 class BlockDevice : public DescriptorDevice {
   public:
-    using DescriptorDevice::DescriptorDevice;
+    explicit BlockDevice(FileDescriptor given) :
+        DescriptorDevice(std::move(given)),
+        medium(diskSequenceNumber(descriptor.get())),
+        lock(lockExclusively(descriptor.get())) {}
 
     SystemResult blockSize() override {
         if (!isWholeBlockDevice(descriptor.get())) return {.error = ENOTBLK};
+        if (!lock.isSuccess()) return lock;
         int bytes = 0;
         if (ioctl(descriptor.get(), BLKSSZGET, &bytes) != 0) return {.error = errno};
         return SystemResult::from(bytes);
     }
 
     SystemResult blockCount() override {
-        uint64_t mediumBytes = 0;
-        if (ioctl(descriptor.get(), BLKGETSIZE64, &mediumBytes) != 0) return {.error = errno};
+        const auto bytes = mediumSize(descriptor.get());
         const auto size = blockSize();
-        return size.isSuccess() ? SystemResult{.value = mediumBytes / size.value} : size;
+        if (!bytes.isSuccess()) return bytes;
+        return size.isSuccess() ? SystemResult{.value = bytes.value / size.value} : size;
     }
 
     SystemResult disableCaching() override {
         const int flags = fcntl(descriptor.get(), F_GETFL);
         return SystemResult::from(flags < 0 ? flags : fcntl(descriptor.get(), F_SETFL, flags | O_DIRECT));
     }
+
+    SystemResult confirmSameMedium() override {
+        if (!medium.isSuccess()) return medium;
+        const auto present = diskSequenceNumber(descriptor.get());
+        if (!present.isSuccess()) return present;
+        return present.value == medium.value ? SystemResult() : SystemResult{.error = ENOMEDIUM};
+    }
+
+  private:
+    SystemResult medium;  ///< its sequence number when the device was made
+    SystemResult lock;
 };
 
 class FileDevice : public DescriptorDevice {
@@ -80,6 +85,7 @@ class FileDevice : public DescriptorDevice {
     }
 
     SystemResult disableCaching() override { return {}; }
+    SystemResult confirmSameMedium() override { return {}; }
 
   private:
     static constexpr uint64_t fileBlockSize = 512;

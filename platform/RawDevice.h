@@ -28,12 +28,17 @@ class RawDevice {
 
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
+
+    /// Fails once another medium, or none, is where there was one when the device was opened.
+    virtual SystemResult confirmSameMedium() = 0;
 };
 
 /// Makes a device of an open descriptor, which it owns from then on.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
-/// A whole block device. Anything else has no block size ("Block device required"), and so is never written.
+/// A whole block device, locked against whoever else works on it. Anything else has no block size ("Block
+/// device required"), nor has one that another program locked ("Device or resource busy"); so neither is
+/// written.
 std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
 /// A regular file that plays a card of 512-byte blocks where block devices can't be had; a block device stays

@@ -18,6 +18,7 @@ class PacedDevice : public RawDevice {
     SystemResult blockCount() override { return device->blockCount(); }
     SystemResult disableCaching() override { return device->disableCaching(); }
     SystemResult synchronize() override { return device->synchronize(); }
+    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
 
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         return paced([&] { return device->write(bytes, offset); });

@@ -74,6 +74,11 @@ TesselError verificationFailure(uint64_t offset, std::byte expected, std::byte a
     return failureAt("Verification failed", offset, values);
 }
 
+/// Nothing is written to, or believed of, a card that took the place of another.
+void requireSameMedium(RawDevice& device) {
+    if (!device.confirmSameMedium().isSuccess()) throw TesselError(TesselError::Case::diskChanged);
+}
+
 /// Reads the chunk back until it equals the image's. A card may answer with stale data until it was flushed.
 Task<> readMatching(RawDevice& device, ImageChunk chunk, std::span<std::byte> medium, uint64_t offset) {
     for (int reads = 1;; ++reads) {
@@ -98,6 +103,7 @@ Task<Sha256::Digest> writeChunks(const ImageTransfer& transfer, const ImageSourc
     for (uint64_t written = 0; written < geometry.imageSize;) {
         co_await checkCancellation();
         const auto chunk = image.next();
+        requireSameMedium(*transfer.handle.device);
         writeFully(*transfer.handle.device, chunk.padded, written);
         written += chunk.bytes.size();
         co_await progress({writingImage, written, geometry.imageSize});
@@ -119,6 +125,7 @@ Task<> verifyChunks(const ImageTransfer& transfer, const ImageSource& source, co
     for (uint64_t verified = 0; verified < geometry.imageSize; current = 1 - current) {
         co_await checkCancellation();
         const auto chunk = image.next();
+        requireSameMedium(*transfer.handle.device);
         // The other buffer is still being digested.
         const auto medium = buffers[current].first(chunk.padded.size());
         co_await readMatching(*transfer.handle.device, chunk, medium, verified);
@@ -151,7 +158,11 @@ Task<> writeImage(ImageTransfer transfer, ImageWriteProgressHandler progress) {
     const auto digest = co_await writeChunks(transfer, source, geometry, progress);
     co_await progress({synchronizing, transfer.imageSize, transfer.imageSize});
     synchronizeDevice(*transfer.handle.device);
-    if (transfer.verify) co_await verifyChunks(transfer, source, geometry, digest, progress);
+    requireSameMedium(*transfer.handle.device);
+    if (transfer.verify) {
+        co_await verifyChunks(transfer, source, geometry, digest, progress);
+        requireSameMedium(*transfer.handle.device);
+    }
 }
 
 void synchronizeDevice(RawDevice& device) {

@@ -55,6 +55,7 @@ class PretendedDevice : public RawDevice {
     SystemResult write(std::span<const std::byte>, uint64_t) override { return {.error = ENOSYS}; }
     SystemResult read(std::span<std::byte>, uint64_t) override { return {.error = ENOSYS}; }
     SystemResult synchronize() override { return {.error = ENOSYS}; }
+    SystemResult confirmSameMedium() override { return {.error = ENOSYS}; }
 
   private:
     FileDescriptor descriptor;

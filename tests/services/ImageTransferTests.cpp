@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "model/TesselError.h"
 #include "platform/Errors.h"
 #include "platform/concurrency/TaskHandle.h"
 #include "tests/support/OpenResources.h"
@@ -216,6 +217,29 @@ TEST_F(ImageTransferTests, aFailingFlushIsAnError) {
     script.onRead = [](auto, auto) { return SystemResult{.value = 512}; };
     EXPECT_EQ(failure(), expected) << "the flush between two reads of a differing chunk";
     EXPECT_EQ(script.readOffsets.size(), 2U) << "one chunk of two blocks, in two short reads";
+}
+
+TEST_F(ImageTransferTests, anExchangedMediumEndsTheTransferBeforeItIsTouched) {
+    struct Touched {
+        int writes;
+        size_t reads;
+    };
+    // Two chunks written, the end of writing, two chunks read, the end of verifying.
+    constexpr Touched touchedBefore[] = {{0, 0}, {1, 0}, {2, 0}, {2, 0}, {2, 1}, {2, 2}};
+    useImage(2 * chunk);
+    for (size_t question = 0; question < std::size(touchedBefore); ++question) {
+        SCOPED_TRACE(question);
+        size_t asked = 0;
+        script.writes = 0;
+        script.readOffsets.clear();
+        script.onConfirmSameMedium = [&] {
+            return SystemResult{.error = asked++ == question ? ENOMEDIUM : 0};
+        };
+        EXPECT_EQ(failure(),
+                  localizedDescription(std::make_exception_ptr(TesselError(TesselError::Case::diskChanged))));
+        EXPECT_EQ(script.writes, touchedBefore[question].writes);
+        EXPECT_EQ(script.readOffsets.size(), touchedBefore[question].reads);
+    }
 }
 
 TEST_F(ImageTransferTests, aCardThatLiesIsCaughtAfterThreeReads) {

@@ -21,6 +21,7 @@ class FaultyDevice : public RawDevice {
     SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
         return fault == Fault::read ? failure : device->read(bytes, offset);
     }
+    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
     SystemResult synchronize() override {
         return fault == Fault::synchronize ? failure : device->synchronize();
     }

@@ -21,6 +21,7 @@ struct DeviceScript {
     WriteHook onWrite;
     ReadHook onRead;
     std::function<SystemResult()> onSynchronize;
+    std::function<SystemResult()> onConfirmSameMedium;
 
     std::vector<uint64_t> readOffsets;
     int writes = 0;
@@ -59,6 +60,10 @@ class ScriptedDevice : public RawDevice {
     SystemResult synchronize() override {
         ++script.synchronizations;
         return script.onSynchronize ? script.onSynchronize() : SystemResult();
+    }
+
+    SystemResult confirmSameMedium() override {
+        return script.onConfirmSameMedium ? script.onConfirmSameMedium() : SystemResult();
     }
 
   private:

@@ -1,0 +1,68 @@
+#include "platform/RawDevice.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/loop.h>
+#include <sys/ioctl.h>
+
+#include <cerrno>
+
+#include "platform/BlockDescriptor.h"
+#include "platform/LoopDevice.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel {
+
+class RawDeviceTests : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+    }
+
+    std::filesystem::path mediumFile(const std::string& name) const {
+        const auto file = folder.write(name, "");
+        std::filesystem::resize_file(file, 1 << 20);
+        return file;
+    }
+
+    static FileDescriptor openReadWrite(const std::filesystem::path& path) {
+        return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(RawDeviceTests, aDeviceThatSomebodyElseLockedIsBusy) {
+    const LoopDevice loop({.file = mediumFile("card")});
+    const FileDescriptor other = openReadWrite(loop.path());
+    ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
+    EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->blockSize().error, EBUSY);
+    EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->blockCount().error, EBUSY);
+}
+
+TEST_F(RawDeviceTests, theDeviceIsLockedWhileItIsOpen) {
+    const LoopDevice loop({.file = mediumFile("card")});
+    const FileDescriptor other = openReadWrite(loop.path());
+    {
+        const auto device = makeBlockDevice(openReadWrite(loop.path()));
+        EXPECT_EQ(device->blockSize().value, 512U);
+        EXPECT_EQ(lockExclusively(other.get()).error, EBUSY);
+    }
+    EXPECT_TRUE(lockExclusively(other.get()).isSuccess());
+}
+
+TEST_F(RawDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
+    const FileDescriptor control = openReadWrite("/dev/loop-control");
+    const auto slot = "/dev/loop" + std::to_string(ioctl(control.get(), LOOP_CTL_GET_FREE));
+    const auto device = makeBlockDevice(openReadWrite(slot));
+    EXPECT_TRUE(device->confirmSameMedium().isSuccess());
+
+    const FileDescriptor card = openReadWrite(mediumFile("card"));
+    loop_config insertion{};
+    insertion.fd = static_cast<uint32_t>(card.get());
+    insertion.info.lo_flags = LO_FLAGS_AUTOCLEAR;
+    ioctl(openReadWrite(slot).get(), LOOP_CONFIGURE, &insertion);
+    EXPECT_FALSE(device->confirmSameMedium().isSuccess());
+}
+
+}  // namespace tessel
