@@ -47,6 +47,7 @@ fs::path Stage::makeSampleImage() const {
         image.write(reinterpret_cast<const char*>(bytes.data()),
                     static_cast<std::streamsize>(std::min(bytes.size(), sampleSize - written)));
     }
+    if (!image.flush()) throw std::runtime_error("“" + path.string() + "” could not be written.");
     return path;
 }
 

@@ -50,6 +50,11 @@ Task<AuthorizedRawDiskHandle> authorize(RawDiskOpener opener, std::string rawDev
     co_return handle;
 }
 
+/// Calls the handler where this task runs; a plain call would be made where the task is created.
+Task<> callHandler(const ImageWriteProgressHandler& handler, ImageWriteProgress report) {
+    co_await handler(report);
+}
+
 }  // namespace
 
 Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler progress) const {
@@ -114,7 +119,9 @@ Task<> ImageWriterService::transferImage(const Write& request, const SDWholeDisk
                                  .imageSize = request.image.sizeBytes,
                                  .handle = handle,
                                  .verify = request.verify};
-    const auto progressOnMain = [&progress](ImageWriteProgress report) { return onMain(progress(report)); };
+    const auto progressOnMain = [&progress](ImageWriteProgress report) {
+        return onMain(callHandler(progress, report));
+    };
     co_await withForwardedCancellation(
         startTask(background, Priority::userInitiated, writeImage(transfer, progressOnMain)));
 }

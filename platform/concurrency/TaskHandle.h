@@ -115,7 +115,8 @@ class Home {
     bool hasOwnThread;
 };
 
-/// Starts a task that is unrelated to the current one: it has its own cancellation token.
+/// Starts a task that is unrelated to the current one: it has its own cancellation token. Throws
+/// std::system_error when the system allows no more threads.
 template <typename T>
 TaskHandle<T> startTask(const Home& home, Priority priority, Task<T> task) {
     auto state = std::make_shared<detail::TaskState<T>>();
@@ -123,8 +124,10 @@ TaskHandle<T> startTask(const Home& home, Priority priority, Task<T> task) {
     TaskContext context{.home = ownLoop ? ownLoop : home.mainThread,
                         .mainThread = home.mainThread,
                         .cancellation = state->cancellation.get_token()};
-    detail::deliver(std::move(task), state, ownLoop).detach(std::move(context));
+    auto delivery = detail::deliver(std::move(task), state, ownLoop);
+    // The thread comes first: a task that was posted to a loop that nobody runs would never be freed.
     if (ownLoop) startThread(priority, [ownLoop] { ownLoop->run(); });
+    std::move(delivery).detach(std::move(context));
     return TaskHandle<T>(std::move(state));
 }
 

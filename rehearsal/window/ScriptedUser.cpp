@@ -114,7 +114,9 @@ Task<> ScriptedUser::watchTheWrite() {
 /// Looks as often as a person would blink.
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
     const auto deadline = std::chrono::steady_clock::now() + 60s;
+    const auto& state = application.viewModel().state;
     while (!isFulfilled()) {
+        if (state().kind == TesselOperationState::Case::failed) throw std::runtime_error(state().text + ".");
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("Waited in vain until " + expectation + ".");
         co_await sleepFor(10ms);
@@ -123,6 +125,8 @@ Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulf
 
 void ScriptedUser::click(QAbstractButton* button) const {
     if (!button) throw std::runtime_error("A control is missing.");
+    if (!button->isEnabled())
+        throw std::runtime_error("“" + button->text().toStdString() + "” can't be clicked.");
     QTest::mouseClick(button, Qt::LeftButton, {}, {12, button->height() / 2});
 }
 

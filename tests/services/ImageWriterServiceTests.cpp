@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <thread>
 
 #include "platform/Errors.h"
 #include "tests/support/CommandLetters.h"
@@ -52,7 +53,10 @@ class ImageWriterServiceTests : public testing::Test {
         const ImageWriterService service(loop, reader.utilities(), makeDevice);
         const auto task =
             startTask(Home::main(loop), Priority::userInitiated,
-                      service.write(request, [&](auto report) { return record(this, report); }));
+                      service.write(request, [&, main = std::this_thread::get_id()](auto report) {
+                          EXPECT_EQ(std::this_thread::get_id(), main);
+                          return record(this, report);
+                      }));
         stop = [task] { task.cancel(); };
         if (stopsAtOnce) stop();
         const auto outcome = runUntilFinished(loop, wait(task));

@@ -56,10 +56,18 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
     application.window().closeWhenWriteEnds();
 }
 
+/// The image that the person named, or a sample.
+std::filesystem::path imageToTry(const Stage& stage, const QStringList& arguments) {
+    if (arguments.size() < 2) return stage.makeSampleImage();
+    const std::filesystem::path image = arguments[1].toStdString();
+    if (!std::filesystem::is_regular_file(image))
+        throw std::runtime_error("“" + image.string() + "” is not a file.");
+    return std::filesystem::canonical(image);
+}
+
 int rehearse(TerminationSignal& terminationSignal, const QStringList& arguments) {
     Stage stage;
-    const auto image = arguments.size() > 1 ? std::filesystem::canonical(arguments[1].toStdString())
-                                            : stage.makeSampleImage();
+    const auto image = imageToTry(stage, arguments);
     Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsedCard});
     int status = EXIT_SUCCESS;
     application.desktop().setSuggestedFile(image);
