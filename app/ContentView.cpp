@@ -81,6 +81,7 @@ QWidget* ContentView::makeLeftPane() {
     auto* pane = new QScrollArea;
     pane->setMinimumWidth(620);
     pane->setFrameShape(QFrame::NoFrame);
+    pane->setFocusPolicy(Qt::NoFocus);  // keys that its cards leave alone scroll it all the same
     pane->setVerticalScrollBar(new ScrollBar);
     pane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     pane->setWidgetResizable(true);

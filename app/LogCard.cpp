@@ -56,6 +56,7 @@ LogCard::LogCard(TesselViewModel& viewModel, QWidget* parent) :
     connect(stopButton, &Button::clicked, this, [this] { this->viewModel.requestStop(); });
     connect(clearButton, &Button::clicked, this, [this] { this->viewModel.clearLog(); });
 
+    stopButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     auto* heading = new QHBoxLayout;
     heading->setSpacing(spacing::small);
     heading->addWidget(new SymbolLabel("text.alignleft", "Operation Log",

@@ -21,7 +21,7 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel, QWidget* parent) :
     auto* heading = new QVBoxLayout;
     heading->setSpacing(spacing::hair);
     heading->addWidget(
-        new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::DemiBold}));
+        new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
     heading->addWidget(status);
     content().addLayout(heading);
     overall = addGauge("Overall Workflow", nullptr);

@@ -52,6 +52,7 @@ WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrit
                             .size = Button::Size::large})) {
     connect(verifySwitch, &Switch::toggled, this,
             [this](bool verify) { this->viewModel.setVerifyAfterWrite(verify); });
+    writeButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(writeButton, &Button::clicked, this, std::move(askToWrite));
     buildContent();
 }

@@ -49,7 +49,6 @@ QWidget* AlertDialog::makeButtons(const std::vector<Action>& actions) {
     bool isSafe = true;
     for (const auto& action : actions) {
         auto* button = new Button({.text = action.title, .look = action.look});
-        button->setAutoDefault(true);
         button->setDefault(isSafe);
         if (isSafe) button->setFocus();
         connect(button, &Button::clicked, this, [this, act = action.act] {

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "views/Painting.h"
 #include "views/Style.h"
@@ -39,6 +40,7 @@ Button::Button(const Fields& fields, QWidget* parent) :
     look(fields.look),
     size(fields.size) {
     setAttribute(Qt::WA_Hover);
+    setAutoDefault(true);  // Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();
 }
@@ -46,6 +48,12 @@ Button::Button(const Fields& fields, QWidget* parent) :
 QSize Button::sizeHint() const {
     const QSize padding = measuresOf(size).padding;
     return {contentWidth() + 2 * padding.width(), fontMetrics().height() + 2 * padding.height()};
+}
+
+QSize Button::minimumSizeHint() const {
+    const int textWidth = fontMetrics().horizontalAdvance(text());
+    const int fewLetters = fontMetrics().horizontalAdvance("mm…");
+    return sizeHint() - QSize(std::max(textWidth - fewLetters, 0), 0);
 }
 
 void Button::changeEvent(QEvent* event) {
@@ -110,12 +118,14 @@ void Button::paintBackground(QPainter& painter) const {
 }
 
 void Button::paintContent(QPainter& painter) const {
-    const int left = (width() - contentWidth()) / 2;
+    const int shownWidth = std::min(contentWidth(), width() - 2 * measuresOf(size).padding.width());
+    const int left = (width() - shownWidth) / 2;
+    const int beforeText = contentWidth() - fontMetrics().horizontalAdvance(text());
+    const QRect textBounds(left + beforeText, 0, shownWidth - beforeText + 1, height());
     paintSymbol(painter, symbol, QRect(left, 0, symbolSize(), height()), symbolSize(), ink());
     painter.setPen(ink());
-    const int textWidth = fontMetrics().horizontalAdvance(text());
-    painter.drawText(QRect(left + contentWidth() - textWidth, 0, textWidth + 1, height()),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
+    painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, textBounds.width()));
 }
 
 }  // namespace tessel

@@ -19,7 +19,8 @@ class Button : public QPushButton {
     explicit Button(const Fields& fields, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    /// Enough for a few letters: a button that may shrink shortens its text.
+    QSize minimumSizeHint() const override;
 
   protected:
     void changeEvent(QEvent* event) override;

@@ -121,6 +121,7 @@ Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulf
             throw std::runtime_error("Waited in vain until " + expectation + ".");
         co_await sleepFor(10ms);
     }
+    co_await sleepFor(10ms);  // what has changed is shown in the next turn
 }
 
 void ScriptedUser::click(QAbstractButton* button) const {

@@ -1,0 +1,147 @@
+/// Measures how soon the window is there, and for how long it ever lets a person wait.
+
+#include <unistd.h>
+
+#include <QApplication>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include "app/Application.h"
+#include "benchmarks/Table.h"
+#include "platform/Process.h"
+#include "platform/concurrency/Background.h"
+#include "platform/qt/TerminationSignal.h"
+#include "rehearsal/Stage.h"
+#include "rehearsal/StandardMachine.h"
+#include "rehearsal/window/ScriptedUser.h"
+
+namespace tessel::benchmark {
+
+namespace {
+
+constexpr int rounds = 5;
+
+/// Ends the process as soon as the window was painted and the picture handed on.
+class EndAtFirstPaint : public QObject {
+  public:
+    explicit EndAtFirstPaint(QWidget& window) { window.installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) QTimer::singleShot(0, [] { std::_Exit(EXIT_SUCCESS); });
+        return false;
+    }
+};
+
+int showUntilFirstPaint(const SystemUtilities& utilities, TerminationSignal& terminationSignal) {
+    Application application({.utilities = utilities, .makeDevice = makeRehearsalDevice});
+    const EndAtFirstPaint end(application.window());
+    application.run(terminationSignal);
+    return EXIT_FAILURE;
+}
+
+void measureFirstPaint(const std::filesystem::path& program) {
+    Stage stage;
+    const auto utilities = stage.reader().utilities();
+    const auto showOnce = [&] {
+        auto process = Process::launch({.executable = program,
+                                        .arguments = {"--first-paint", utilities.diskUtility.string(),
+                                                      utilities.authorizationUtility.string()},
+                                        .environment = {},
+                                        .standardOutput = STDOUT_FILENO,
+                                        .standardError = STDERR_FILENO});
+        if (!process.waitUntilExit({.streams = {}, .timeout = std::nullopt}).termination.isSuccess())
+            throw std::runtime_error("the window was not painted");
+    };
+    showOnce();  // fills the cache
+    double best = 1e9;
+    for (int round = 0; round < rounds; ++round)
+        best = std::min(best, secondsOf(showOnce));
+    printRow({"process start to first painted window / 300 ms", best * 1000, 300, "ms", 1.0});
+}
+
+/// The longest time that the event loop was away from its timers while it counted, in milliseconds.
+class LongestTurn {
+  public:
+    explicit LongestTurn(std::function<bool()> counts) : counts(std::move(counts)) {
+        pulse.setTimerType(Qt::PreciseTimer);
+        pulse.callOnTimeout([this] { beat(); });
+        pulse.start(std::chrono::milliseconds(1));
+    }
+
+    double milliseconds() const { return longest.count(); }
+
+  private:
+    void beat() {
+        const auto now = std::chrono::steady_clock::now();
+        if (counts()) longest = std::max<std::chrono::duration<double, std::milli>>(longest, now - last);
+        last = now;
+    }
+
+    std::function<bool()> counts;
+    QTimer pulse;
+    std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
+    std::chrono::duration<double, std::milli> longest{0};
+};
+
+/// A person lets the disks be scanned again and then writes the card.
+struct Play {
+    Application& application;
+    bool isScanning = false;
+    std::exception_ptr error = nullptr;
+
+    Task<> run() {
+        try {
+            auto& viewModel = application.viewModel();
+            while (viewModel.disks().empty())
+                co_await sleepFor(std::chrono::milliseconds(100));
+            isScanning = true;
+            co_await viewModel.refreshDisks();
+            isScanning = false;
+            co_await ScriptedUser(application, [](const QString&) {}).writeSuggestedImage(usbReaderCard);
+        } catch (const std::exception&) {
+            error = std::current_exception();
+        }
+        application.window().closeWhenWriteEnds();
+    }
+};
+
+void measureTurns(TerminationSignal& terminationSignal) {
+    Stage stage;
+    for (const char* disk : {"disk0", "disk2", "disk4", "disk5", "disk6", "disk7"})
+        stage.reader().setBehaviour(disk, {.delays = {{"info", 0.2}}});
+    Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsalDevice});
+    application.desktop().setSuggestedFile(stage.makeSampleImage());
+
+    Play play{application};
+    const LongestTurn scanning([&] { return play.isScanning; });
+    const LongestTurn writing([&] { return application.viewModel().hasWriteTask(); });
+    startTask(Home::main(application.mainThread()), Priority::userInitiated, play.run());
+    application.run(terminationSignal);
+    if (play.error) std::rethrow_exception(play.error);
+    printRow({"longest turn while slow disks are scanned / 50 ms", scanning.milliseconds(), 50, "ms", 1.0});
+    printRow({"longest turn of a write at full speed / 50 ms", writing.milliseconds(), 50, "ms", 1.0});
+}
+
+}  // namespace
+
+}  // namespace tessel::benchmark
+
+int main(int argc, char* argv[]) {
+    using namespace tessel::benchmark;
+    tessel::TerminationSignal terminationSignal;
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication qtApplication(argc, argv);
+    tessel::prepareApplication();
+    if (argc == 4 && std::string(argv[1]) == "--first-paint")
+        return showUntilFirstPaint({.diskUtility = argv[2], .authorizationUtility = argv[3]},
+                                   terminationSignal);
+    printHeader("The window");
+    measureFirstPaint(std::filesystem::read_symlink("/proc/self/exe"));
+    measureTurns(terminationSignal);
+}

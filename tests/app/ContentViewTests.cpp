@@ -1,0 +1,192 @@
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSplitterHandle>
+
+#include "app/LogCard.h"
+#include "app/StatusTexts.h"
+#include "tests/app/WindowTest.h"
+#include "views/Card.h"
+#include "views/DisclosureButton.h"
+#include "views/OperationLogView.h"
+#include "views/Switch.h"
+
+namespace tessel {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+using testing::Not;
+
+/// Counts the turns in which the window asked to be shown anew.
+class RenderCounter : public QObject {
+  public:
+    explicit RenderCounter(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::MetaCall) ++renders;
+        return false;
+    }
+    int rendersUntilQuiet() {
+        renders = 0;
+        QTest::qWait(20);
+        return renders;
+    }
+
+  private:
+    int renders = 0;
+};
+
+class ContentViewTests : public WindowTest {
+  protected:
+    std::string inspected() {
+        for (const auto& disk : shownDisks()) {
+            if (row(disk).fields().isInspected) return disk;
+        }
+        return "";
+    }
+    void toggleShowAll() { click(control<Switch>("Show All Disks")); }
+};
+
+constexpr auto noDetails =
+    "Select a row to make Disk Details available. Details remain collapsed until opened explicitly.";
+
+}  // namespace
+
+TEST_F(ContentViewTests, percentagesAndSizesAreWordedToTheLetter) {
+    const std::pair<double, const char*> percentages[] = {
+        {0.004, "0%"}, {0.005, "1%"}, {0.424, "42%"}, {0.995, "100%"}, {1.0, "100%"}};
+    for (const auto& [fraction, text] : percentages)
+        EXPECT_EQ(percentText(fraction).toStdString(), text);
+    EXPECT_EQ(sizeOrUnknown(0), "Unknown size");
+    EXPECT_EQ(sizeOrUnknown(31'900'000'000), "31.9 GB");
+}
+
+TEST_F(ContentViewTests, hidesWhatIsNoCardUnlessAsked) {
+    open();
+    EXPECT_THAT(shownDisks(), ElementsAre("disk4", "disk5"));
+    EXPECT_THAT(texts(), IsSupersetOf({"2 shown", "2 selectable", "2 hidden"}));
+    toggleShowAll();
+    EXPECT_THAT(shownDisks(), ElementsAre("disk0", "disk4", "disk5", "disk7"));
+    EXPECT_THAT(texts(), IsSupersetOf({"4 shown", "2 selectable"}));
+    EXPECT_THAT(texts(), Not(Contains(testing::EndsWith(" hidden"))));
+    click(control<QAbstractButton>("Disk"));
+    EXPECT_THAT(shownDisks(), ElementsAre("disk7", "disk5", "disk4", "disk0"));
+}
+
+TEST_F(ContentViewTests, looksOnAtTheSameDiskElseAtTheTargetElseAtNone) {
+    open();
+    EXPECT_EQ(inspected(), "");
+    EXPECT_THAT(texts(), Contains(noDetails));
+    toggleShowAll();
+    clickRow("disk0");
+    EXPECT_EQ(inspected(), "disk0");
+    EXPECT_THAT(texts(), Not(Contains(noDetails)));
+    toggleShowAll();
+    EXPECT_EQ(inspected(), "");
+
+    toggleShowAll();
+    clickTarget("disk4");
+    clickRow("disk0");
+    toggleShowAll();
+    QTest::qWait(1);
+    EXPECT_EQ(inspected(), "disk4");
+    clickRow("disk5");
+    rescan();
+    EXPECT_EQ(inspected(), "disk5");
+    reader.removeDisk("disk5");
+    rescan();
+    EXPECT_EQ(inspected(), "disk4");
+}
+
+TEST_F(ContentViewTests, isShownAnewOncePerTurn) {
+    openReady();
+    RenderCounter counter(window());
+    viewModel().setVerifyAfterWrite(false);
+    viewModel().selectDisk("disk5");
+    viewModel().selectDisk("disk4");
+    viewModel().clearLog();
+    EXPECT_EQ(counter.rendersUntilQuiet(), 1);
+    viewModel().setVerifyAfterWrite(false);
+    EXPECT_EQ(counter.rendersUntilQuiet(), 0);
+}
+
+TEST_F(ContentViewTests, scansOnceHoweverOftenItIsShown) {
+    open();
+    window().hide();
+    window().show();
+    QTest::qWait(20);
+    EXPECT_THAT(log(), Contains("Scanning every whole disk visible to macOS.").Times(1));
+}
+
+TEST_F(ContentViewTests, clearEmptiesTheLog) {
+    open();
+    EXPECT_THAT(texts(), Contains("6 entries"));
+    click(button("Clear"));
+    QTest::qWait(1);
+    EXPECT_THAT(log(), ElementsAre("No operation messages yet."));
+    EXPECT_THAT(texts(), Contains("0 entries"));
+    EXPECT_FALSE(button("Clear").isEnabled());
+}
+
+TEST_F(ContentViewTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
+    reader.changeDetails("disk4", {{"MediaName", std::string(80, 'W') + " SD Card"}});
+    openWriting();
+    clickRow("disk4");
+    QTest::qWait(1);
+    click(the<DisclosureButton>());
+    click(button("Stop"));
+    window().resize(10, 10);
+    QTest::qWait(20);
+    EXPECT_EQ(window().size(), QSize(1080, 720));
+    for (const int drag : {0, -1000, 1000}) {
+        auto& handle = the<QSplitterHandle>();
+        const QPoint grip = handle.rect().center();
+        QTest::mousePress(&handle, Qt::LeftButton, {}, grip);
+        QTest::mouseMove(&handle, grip + QPoint(drag, 0));
+        QTest::mouseRelease(&handle, Qt::LeftButton, {}, grip + QPoint(drag, 0));
+        QTest::qWait(20);
+        for (const auto* card : shownWidgets<Card>(window())) {
+            SCOPED_TRACE(textsIn(*card).front() + " after " + std::to_string(drag));
+            EXPECT_GE(card->width(), card->minimumSizeHint().width());
+            EXPECT_GE(card->height(), card->minimumSizeHint().height());
+            const auto* pane = card->parentWidget();
+            EXPECT_LE(card->geometry().right(), pane->width());
+            EXPECT_LE(pane->width(), pane->parentWidget()->width());
+        }
+    }
+    EXPECT_EQ(the<LogCard>().parentWidget()->width(), 340);
+}
+
+TEST_F(ContentViewTests, theWriteButtonIsAsWideAsItsCard) {
+    open();
+    auto& write = button("Write Disk Image");
+    EXPECT_EQ(write.width(), write.parentWidget()->contentsRect().width() - 2 * 14);
+}
+
+TEST_F(ContentViewTests, whatCanBeSelectedCanBeCopied) {
+    openReady();
+    auto& clipboard = *QApplication::clipboard();
+    for (auto* field : shownWidgets<QLineEdit>(window())) {
+        click(*field, {4, 4});
+        press(Qt::Key_A, Qt::ControlModifier);
+        press(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(clipboard.text(), field->text());
+    }
+    auto& operationLog = the<OperationLogView>();
+    operationLog.setFocus();
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), operationLog.toPlainText());
+
+    click(button("Write Disk Image"));
+    for (auto* label : shownWidgets<QLabel>(*alert())) {
+        if (!label->text().startsWith("WARNING")) continue;
+        QTest::mouseDClick(label, Qt::LeftButton, {}, {20, 8});
+        QTest::keySequence(label, QKeySequence::Copy);
+    }
+    EXPECT_EQ(clipboard.text(), "WARNING");
+}
+
+}  // namespace tessel

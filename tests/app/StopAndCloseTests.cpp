@@ -1,0 +1,160 @@
+#include <signal.h>
+
+#include <QProcess>
+#include <QTimer>
+
+#include "platform/qt/TerminationSignal.h"
+#include "tests/app/WindowTest.h"
+
+namespace tessel {
+
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+class StopAndCloseTests : public WindowTest {
+  protected:
+    void closeAndAnswer(const QString& answer) {
+        window().close();
+        until([this] { return alertTitled("A Write Is Running"); });
+        click(button(answer));
+    }
+
+    void expectEndAfterEject() {
+        EXPECT_TRUE(window().isVisible());
+        holds.writing.release();
+        until([this] { return !window().isVisible(); });
+        EXPECT_FALSE(viewModel().hasWriteTask());
+        EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
+    }
+};
+
+}  // namespace
+
+TEST_F(StopAndCloseTests, theStopButtonStopsAWriteAtTheNextCheckpoint) {
+    openWriting();
+    auto& stop = button("Stop");
+    EXPECT_EQ(stop.toolTip(), "Stop at the next safe checkpoint and eject the SD card when possible.");
+    EXPECT_EQ(badge(), "Writing Disk Image");
+    EXPECT_EQ(badgeTone(), Tone::orange);
+    EXPECT_THAT(texts(), AllOf(Contains("8.4 MB of 20 MB written."), Not(Contains("Stopping Operation"))));
+    click(stop);
+    QTest::qWait(1);
+    EXPECT_EQ(stop.text(), "Stopping Operation");
+    EXPECT_FALSE(stop.isEnabled());
+    EXPECT_EQ(stop.toolTip(), "The operation is stopping and the SD card will be ejected when possible.");
+    // In the button, and in the status of both cards and of the phase.
+    EXPECT_THAT(texts(), Contains("Stopping Operation").Times(4));
+    holds.writing.release();
+    untilIdle();
+    EXPECT_FALSE(stop.isVisible());
+    EXPECT_EQ(badge(), "Operation cancelled");
+    EXPECT_EQ(badgeTone(), Tone::orange);
+    EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
+    EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
+}
+
+TEST_F(StopAndCloseTests, thereIsAStopButtonDuringWritesOnlyAndItDoesNotStopAnEject) {
+    reader.setBehaviour("disk4", {.delays = {{"info", 0.2}, {"eject", 1}}});
+    openReady();
+    EXPECT_FALSE(hasButton("Stop"));
+    click(button("Refresh Disks"));
+    until([this] { return badge() == "Scanning Disks"; });
+    EXPECT_EQ(badgeTone(), Tone::blue);
+    EXPECT_FALSE(hasButton("Stop"));
+    untilIdle();
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().writePhaseTitle() == "Ejecting SD Card"; });
+    QTest::qWait(1);
+    EXPECT_FALSE(button("Stop").isEnabled());
+    EXPECT_EQ(button("Stop").toolTip(), "The operation is ejecting and can no longer be interrupted safely.");
+    click(button("Stop"));
+    untilIdle();
+    EXPECT_EQ(badge(), "Image written and verified");
+    EXPECT_FALSE(hasButton("Stop"));
+}
+
+TEST_F(StopAndCloseTests, closingDuringAWriteAsksAndMayGoOn) {
+    openWriting();
+    closeAndAnswer("Continue Writing");
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_FALSE(viewModel().isCancellationRequested());
+    window().close();
+    holds.writing.release();
+    untilIdle();
+    // The question is answered by the end of the write.
+    EXPECT_FALSE(alertTitled("A Write Is Running"));
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(badge(), "Image written and verified");
+}
+
+TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
+    openWriting();
+    closeAndAnswer("Stop and Quit");
+    EXPECT_TRUE(viewModel().isCancellationRequested());
+    window().close();
+    EXPECT_FALSE(alert());
+    expectEndAfterEject();
+}
+
+TEST_F(StopAndCloseTests, aRequestToEndAsksNobody) {
+    openWriting();
+    window().closeWhenWriteEnds();
+    EXPECT_FALSE(alert());
+    expectEndAfterEject();
+}
+
+TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
+    const std::pair<const char*, std::function<void()>> openings[] = {
+        {"nothing", [] {}},
+        {"the open panel",
+         [this] {
+             onceDialogIsOpen([](QWidget&) { raise(SIGTERM); });
+             click(button("Select Image"));
+         }},
+        {"the confirmation", [this] { click(button("Write Disk Image")); }},
+        {"a write",
+         [this] {
+             holds.writing.hold();
+             click(button("Write Disk Image"));
+             click(button("Erase and Write to disk4"));
+             until([this] { return viewModel().writePhaseTitle() == "Writing Image"; });
+             holds.writing.release();
+         }},
+    };
+    for (const auto& [what, openIt] : openings) {
+        SCOPED_TRACE(what);
+        openReady();
+        TerminationSignal terminationSignal;
+        QTimer::singleShot(0, qApp, [&openIt] {
+            openIt();
+            raise(SIGTERM);
+        });
+        EXPECT_EQ(application->run(terminationSignal), 0);
+        EXPECT_FALSE(window().isVisible());
+        EXPECT_FALSE(viewModel().isBusy());
+    }
+    EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
+}
+
+TEST_F(StopAndCloseTests, theInstalledProgramUsesTheUtilitiesBesideItAndEndsBySignal) {
+    const auto libexec = folder.path() / "installed" / "libexec" / "velmora-tessel";
+    SimulatedReader installedReader(libexec, TESSEL_SIMULATED_PROGRAMS);
+    const auto program = folder.path() / "installed" / "bin" / "velmora-tessel";
+    std::filesystem::create_directories(program.parent_path());
+    std::filesystem::copy_file(TESSEL_PROGRAM, program);
+    QProcess process;
+    process.start(QString::fromStdString(program.string()), QStringList());
+    until([&] { return !installedReader.calls().empty(); });
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_THAT(installedReader.calls(), ElementsAre("diskutil list -plist"));
+}
+
+}  // namespace tessel

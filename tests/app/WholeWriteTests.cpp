@@ -1,0 +1,141 @@
+#include <QAccessible>
+
+#include "model/SDWholeDisk.h"
+#include "rehearsal/Stage.h"
+#include "tests/app/WindowTest.h"
+
+namespace tessel {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+
+class WholeWriteTests : public WindowTest {
+  protected:
+    static std::string focusedName() {
+        auto* focused = QApplication::focusWidget();
+        auto* accessible = focused ? QAccessible::queryAccessibleInterface(focused) : nullptr;
+        return accessible ? accessible->text(QAccessible::Name).toStdString() : "";
+    }
+
+    void tabTo(const std::string& name) {
+        for (int stops = 0; focusedName() != name; ++stops) {
+            if (stops == 30) throw std::runtime_error("the Tab key does not lead to " + name);
+            press(Qt::Key_Tab);
+        }
+    }
+
+    void untilSafeToRemove() {
+        until([this] { return alertTitled("SD Card Is Safe to Remove"); });
+        untilIdle();
+    }
+
+    void expectCardHoldsImage() {
+        EXPECT_EQ(digestOf(reader.mediumPath("disk4"), imageSize), digestOf(image, imageSize));
+        EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
+    }
+};
+
+}  // namespace
+
+TEST_F(WholeWriteTests, withTheMouse) {
+    open();
+    EXPECT_EQ(badge(), "4 disks found · 2 selectable");
+    EXPECT_EQ(badgeTone(), Tone::green);
+    answerPanel(image);
+    EXPECT_EQ(badge(), "Disk image selected");
+    EXPECT_THAT(texts(), IsSupersetOf({"os.img", image.string().c_str(), "20 MB", "20%"}));
+    clickTarget("disk4");
+    QTest::qWait(1);
+    EXPECT_EQ(badge(), "Target disk4 selected");
+    EXPECT_THAT(texts(), IsSupersetOf({"SDHC Card · 600 MB · disk4", "os.img · 20 MB", "40%"}));
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    untilSafeToRemove();
+
+    EXPECT_EQ(badge(), "Image written and verified");
+    EXPECT_EQ(badgeTone(), Tone::green);
+    EXPECT_THAT(textsIn(*alert()),
+                Contains("The disk image was written and verified successfully. macOS has ejected the SD "
+                         "card, so it is now safe to physically remove it."));
+    click(button("Done"));
+    EXPECT_FALSE(alert());
+    EXPECT_THAT(texts(),
+                IsSupersetOf({"Safe to Remove", "100%",
+                              "macOS ejected the SD card. It is now safe to physically remove it."}));
+    EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
+    EXPECT_FALSE(button("Write Disk Image").isEnabled());
+    EXPECT_EQ(log().back(), "The SD card is now safe to physically remove.");
+    expectCardHoldsImage();
+}
+
+TEST_F(WholeWriteTests, withTheKeyboardAlone) {
+    open();
+    tabTo("Select Image");
+    application->desktop().setSuggestedFile(image);
+    onceDialogIsOpen([this](QWidget&) { press(Qt::Key_Return); });
+    press(Qt::Key_Space);
+    tabTo("Select SDHC Card · 600 MB · disk4 as the SD-card target");
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedName(), "Select SDXC Card · 600 MB · disk5 as the SD-card target");
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    QTest::qWait(1);
+    EXPECT_EQ(badge(), "Target disk4 selected");
+
+    for (const auto cancel : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space}) {
+        tabTo("Write Disk Image");
+        press(Qt::Key_Return);
+        until([this] { return alertTitled("Confirm Destructive Write"); });
+        press(cancel);
+        until([this] { return !alert(); });
+        EXPECT_FALSE(viewModel().isBusy());
+    }
+    tabTo("Write Disk Image");
+    press(Qt::Key_Return);
+    until([this] { return alert(); });
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    untilSafeToRemove();
+    press(Qt::Key_Return);
+    EXPECT_FALSE(alert());
+    expectCardHoldsImage();
+}
+
+TEST_F(WholeWriteTests, withoutVerifying) {
+    openReady();
+    auto& verify = control<QAbstractButton>("Verify the written image with SHA-256");
+    EXPECT_TRUE(verify.isChecked());
+    click(verify);
+    click(button("Write Disk Image"));
+    EXPECT_THAT(textsIn(*alert()), Contains(testing::HasSubstr("SHA-256 verification is disabled.")));
+    click(button("Erase and Write to disk4"));
+    untilSafeToRemove();
+    EXPECT_EQ(badge(), "Image written");
+    EXPECT_THAT(textsIn(*alert()), Contains("The disk image was written successfully. macOS has ejected the "
+                                            "SD card, so it is now safe to physically remove it."));
+    EXPECT_THAT(log(), Contains("The disk image was written and the SD card was ejected."));
+    expectCardHoldsImage();
+}
+
+TEST_F(WholeWriteTests, theTabKeyFollowsTheEye) {
+    openReady();
+    clickRow("disk5");
+    QTest::qWait(1);
+    tabTo("Select Image");
+    std::vector<std::string> stops;
+    do {
+        stops.push_back(focusedName());
+        press(Qt::Key_Tab);
+    } while (focusedName() != stops.front() && stops.size() < 30);
+    EXPECT_THAT(
+        stops,
+        ElementsAre("Select Image", "Refresh Disks", "Show All Disks", "Disk, sorted ascending", "Size",
+                    "Media", "Select SDXC Card · 600 MB · disk5 as the SD-card target",
+                    "Disk Details, SDXC Card · 600 MB · disk5", "Verify the written image with SHA-256",
+                    "Write Disk Image", "Clear", "Operation log"));
+}
+
+}  // namespace tessel

@@ -1,0 +1,196 @@
+#include "tests/app/WindowTest.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTimer>
+#include <algorithm>
+#include <sstream>
+
+#include "views/OperationLogView.h"
+#include "views/StatusBadge.h"
+#include "views/TextLabel.h"
+
+namespace tessel {
+
+WindowTest::WindowTest() : image(folder.write("os.img", std::string(imageSize, 'x'))) {
+    using Medium = SimulatedDisk::Medium;
+    const SimulatedDisk disks[] = {
+        {.identifier = "disk0",
+         .mediaName = "Internal NVMe SSD",
+         .sizeBytes = 500'000'000'000,
+         .busProtocol = "PCI-Express",
+         .deviceLocation = "Internal",
+         .isInternal = true,
+         .isRemovable = false,
+         .isEjectable = false,
+         .medium = Medium::none},
+        {.identifier = "disk4", .mediaName = "SDHC Card", .sizeBytes = cardSize},
+        {.identifier = "disk5", .mediaName = "SDXC Card", .sizeBytes = cardSize, .medium = Medium::none},
+        {.identifier = "disk7",
+         .mediaName = "USB Stick",
+         .sizeBytes = 16'000'000'000,
+         .medium = Medium::none},
+    };
+    for (const auto& disk : disks)
+        reader.addDisk(disk);
+}
+
+WindowTest::~WindowTest() {
+    holds.writing.release();
+    holds.reading.release();
+    if (application) untilIdle();
+}
+
+void WindowTest::open() {
+    const auto makeDevice = [this](FileDescriptor descriptor) {
+        return std::make_unique<HeldCard>(makeRehearsalDevice(std::move(descriptor)), holds);
+    };
+    application = std::make_unique<Application>(Application::Machine{reader.utilities(), makeDevice});
+    window().show();
+    window().activateWindow();
+    if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");
+    until([this] { return viewModel().didPerformInitialScan(); });
+    untilIdle();
+}
+
+void WindowTest::openReady() {
+    open();
+    answerPanel(image);
+    clickTarget("disk4");
+    until([this] { return button("Write Disk Image").isEnabled(); });
+}
+
+void WindowTest::openWriting() {
+    holds.writing.hold();
+    openReady();
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().writeProgressDetail() == "8.4 MB of 20 MB written."; });
+    QTest::qWait(1);
+}
+
+void WindowTest::until(const Condition& holdsNow, std::source_location caller) {
+    constexpr int milliseconds = 30'000;
+    if (QTest::qWaitFor(holdsNow, milliseconds)) return;
+    throw std::runtime_error("waited in vain in line " + std::to_string(caller.line()));
+}
+
+void WindowTest::untilIdle() {
+    until([this] { return !viewModel().isBusy() && !viewModel().hasWriteTask(); });
+    QTest::qWait(1);  // what has changed is shown in the next turn
+}
+
+std::vector<std::string> WindowTest::textsIn(const QWidget& widget) {
+    std::vector<std::string> texts;
+    for (auto* label : shownWidgets<QLabel>(widget))
+        texts.push_back(label->text().toStdString());
+    for (auto* field : shownWidgets<QLineEdit>(widget))
+        texts.push_back(field->text().toStdString());
+    for (auto* button : shownWidgets<QAbstractButton>(widget))
+        texts.push_back(button->text().toStdString());
+    return texts;
+}
+
+std::string WindowTest::badge() {
+    return textsIn(the<StatusBadge>()).front();
+}
+
+Tone WindowTest::badgeTone() {
+    return shownWidgets<TextLabel>(the<StatusBadge>()).front()->look().tone;
+}
+
+std::vector<std::string> WindowTest::log() {
+    std::istringstream text(the<OperationLogView>().toPlainText().toStdString());
+    std::vector<std::string> lines;
+    constexpr size_t timeLength = std::string_view("[12:34:56] ").size();
+    for (std::string line; std::getline(text, line);)
+        lines.push_back(line.starts_with('[') ? line.substr(timeLength) : line);
+    return lines;
+}
+
+std::vector<std::string> WindowTest::shownDisks() {
+    auto rows = shownWidgets<CompactDiskRow>(window());
+    std::ranges::sort(rows, {}, [](const CompactDiskRow* each) { return each->y(); });
+    std::vector<std::string> identifiers;
+    for (const auto* each : rows)
+        identifiers.push_back(each->fields().disk.id);
+    return identifiers;
+}
+
+CompactDiskRow& WindowTest::row(const std::string& diskID) {
+    for (auto* each : shownWidgets<CompactDiskRow>(window())) {
+        if (each->fields().disk.id == diskID) return *each;
+    }
+    throw std::runtime_error("no row of " + diskID);
+}
+
+AlertDialog* WindowTest::alert() const {
+    return dynamic_cast<AlertDialog*>(QApplication::activeModalWidget());
+}
+
+AlertDialog* WindowTest::alertTitled(const QString& title) const {
+    return alert() && alert()->windowTitle() == title ? alert() : nullptr;
+}
+
+std::vector<std::string> WindowTest::deeds() const {
+    std::vector<std::string> done;
+    for (const auto& call : reader.calls()) {
+        if (call.starts_with("authopen")) done.emplace_back("authopen");
+        for (const std::string command : {"unmountDisk", "eject"}) {
+            if (call.starts_with("diskutil " + command)) done.push_back(command);
+        }
+    }
+    return done;
+}
+
+void WindowTest::click(QWidget& widget, QPoint position) {
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, position);
+}
+
+void WindowTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    auto* dialog = QApplication::activeModalWidget();
+    auto* active = dialog ? dialog : &window();
+    active->activateWindow();  // off screen no window manager does it when a dialog closes
+    until([active] { return active->isActiveWindow(); });
+    QTest::keyClick(active->focusWidget() ? active->focusWidget() : active, key, modifiers);
+}
+
+void WindowTest::clickTarget(const std::string& diskID) {
+    constexpr QPoint targetCell(30, 25);
+    auto& disk = row(diskID);
+    auto* under = disk.childAt(targetCell);
+    click(*under, under->mapFrom(&disk, targetCell));
+}
+
+void WindowTest::clickRow(const std::string& diskID) {
+    click(row(diskID), {300, 25});
+}
+
+void WindowTest::answerPanel(const std::filesystem::path& file, const QString& answer) {
+    application->desktop().setSuggestedFile(file);
+    onceDialogIsOpen([&answer](QWidget& panel) {
+        auto* button = shownControl<QPushButton>(panel, answer);
+        if (!button) throw std::runtime_error("the panel has no such button");
+        click(*button);
+    });
+    click(button("Select Image"));
+    QTest::qWait(1);
+}
+
+void WindowTest::onceDialogIsOpen(const std::function<void(QWidget& dialog)>& work) {
+    QTimer::singleShot(10, qApp, [this, work] {
+        if (auto* dialog = QApplication::activeModalWidget()) {
+            work(*dialog);
+        } else {
+            onceDialogIsOpen(work);
+        }
+    });
+}
+
+void WindowTest::rescan() {
+    click(button("Refresh Disks"));
+    until([this] { return viewModel().isBusy(); });
+    untilIdle();
+}
+
+}  // namespace tessel

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QTest>
+#include <functional>
+#include <memory>
+#include <source_location>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/Application.h"
+#include "rehearsal/SimulatedReader.h"
+#include "rehearsal/window/WidgetSearch.h"
+#include "tests/app/HeldCard.h"
+#include "tests/support/TemporaryFolder.h"
+#include "views/AlertDialog.h"
+#include "views/CompactDiskRow.h"
+#include "views/Style.h"
+
+namespace tessel {
+
+/// The program's window on a simulated reader, worked with real mouse and key events. The reader has a system
+/// disk (disk0), two cards (disk4, disk5) and a USB stick (disk7). What is searched for and not found throws.
+class WindowTest : public testing::Test {
+  protected:
+    using Condition = std::function<bool()>;
+
+    static constexpr uint64_t cardSize = 600'000'000 / 512 * 512;
+    static constexpr size_t imageSize = 20'000'001;  ///< three chunks
+
+    WindowTest();
+    ~WindowTest() override;
+
+    /// Makes the program and shows its window, and waits for the first scan to end.
+    void open();
+    /// Opens the window and chooses an image and disk4.
+    void openReady();
+    /// Opens the window and has the write confirmed, up to the second chunk.
+    void openWriting();
+
+    ContentView& window() { return application->window(); }
+    TesselViewModel& viewModel() { return application->viewModel(); }
+    /// Handles events until the condition holds.
+    void until(const Condition& holds, std::source_location caller = std::source_location::current());
+    void untilIdle();
+
+    // What can be seen
+
+    /// The only shown widget of a kind.
+    template <typename T>
+    T& the() {
+        const auto found = shownWidgets<T>(window());
+        if (found.size() != 1) throw std::runtime_error(std::string("not one ") + typeid(T).name());
+        return *found.front();
+    }
+    template <typename T>
+    T& control(const QString& text) {
+        if (T* found = shownControl<T>(alert() ? static_cast<QWidget&>(*alert()) : window(), text))
+            return *found;
+        throw std::runtime_error("no control " + text.toStdString());
+    }
+    Button& button(const QString& text) { return control<Button>(text); }
+    bool hasButton(const QString& text) { return shownControl<Button>(window(), text); }
+    /// Every text that labels, fields and buttons below the widget show.
+    static std::vector<std::string> textsIn(const QWidget& widget);
+    std::vector<std::string> texts() { return textsIn(window()); }
+    std::string badge();
+    Tone badgeTone();
+    /// The lines of the log as the window shows them, without their times.
+    std::vector<std::string> log();
+    std::vector<std::string> shownDisks();
+    CompactDiskRow& row(const std::string& diskID);
+    AlertDialog* alert() const;
+    AlertDialog* alertTitled(const QString& title) const;
+    /// What the reader was asked to do to a disk, such as "unmountDisk", "authopen", "eject".
+    std::vector<std::string> deeds() const;
+
+    // What a person does
+
+    static void click(QWidget& widget, QPoint position = {12, 12});
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    void clickTarget(const std::string& diskID);
+    void clickRow(const std::string& diskID);
+    /// Presses "Select Image" and answers the open panel by its button of that text.
+    void answerPanel(const std::filesystem::path& image, const QString& answer = "Select Image");
+    /// Does the work once a dialog is open, whoever is waiting for that dialog.
+    void onceDialogIsOpen(const std::function<void(QWidget& dialog)>& work);
+    /// Scans again by the button.
+    void rescan();
+
+    TemporaryFolder folder;
+    SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
+    std::filesystem::path image;
+    HeldCard::Holds holds;
+    std::unique_ptr<Application> application;
+};
+
+}  // namespace tessel

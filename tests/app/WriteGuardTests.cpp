@@ -1,0 +1,134 @@
+#include "app/ConfirmationTexts.h"
+#include "rehearsal/window/WidgetSearch.h"
+#include "tests/app/WindowTest.h"
+#include "views/Switch.h"
+
+namespace tessel {
+
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+
+class WriteGuardTests : public WindowTest {
+  protected:
+    void showAllDisks() {
+        click(control<Switch>("Show All Disks"));
+        ASSERT_THAT(shownDisks(), testing::UnorderedElementsAre("disk0", "disk4", "disk5", "disk7"));
+    }
+
+    void refreshAsACall() {
+        const auto refresh = [](TesselViewModel& model) -> Task<> { co_await model.refreshDisks(); };
+        startTask(Home::main(application->mainThread()), Priority::userInitiated, refresh(viewModel()));
+        until([this] { return viewModel().isBusy(); });
+        untilIdle();
+    }
+};
+
+}  // namespace
+
+TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
+    openReady();
+    const std::function<void()> waysOut[] = {
+        [this] { click(button("Cancel")); },
+        [this] { press(Qt::Key_Escape); },
+        [this] { press(Qt::Key_Return); },
+        [this] { alert()->close(); },
+    };
+    for (const auto& leave : waysOut) {
+        click(button("Write Disk Image"));
+        EXPECT_FALSE(viewModel().isBusy());
+        ASSERT_TRUE(alertTitled("Confirm Destructive Write"));
+        leave();
+        until([this] { return !alert(); });
+        QTest::qWait(20);
+        EXPECT_FALSE(viewModel().isBusy());
+    }
+    EXPECT_THAT(deeds(), IsEmpty());
+}
+
+TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
+    openReady();
+    showAllDisks();
+    for (const std::string protectedDisk : {"disk0", "disk7"}) {
+        clickTarget(protectedDisk);
+        row(protectedDisk).setFocus();
+        press(Qt::Key_Space);
+        press(Qt::Key_Return);
+        viewModel().selectDisk(protectedDisk);
+        QTest::qWait(1);
+        EXPECT_EQ(viewModel().selectedDiskID(), "disk4") << protectedDisk;
+        EXPECT_EQ(badge(), "Target disk4 selected");
+        EXPECT_FALSE(row(protectedDisk).fields().isSelectedTarget);
+    }
+}
+
+TEST_F(WriteGuardTests, nothingCanBeChosenWhileAWriteRuns) {
+    openWriting();
+    const auto expected = log();
+    clickTarget("disk5");
+    row("disk5").setFocus();
+    press(Qt::Key_Space);
+    for (const char* text : {"Select Image", "Refresh Disks", "Write Disk Image", "Clear"}) {
+        EXPECT_FALSE(button(text).isEnabled()) << text;
+        click(button(text));
+    }
+    for (const char* text : {"Show All Disks", "Verify the written image with SHA-256"})
+        EXPECT_FALSE(control<Switch>(text).isEnabled()) << text;
+    EXPECT_EQ(viewModel().selectedDiskID(), "disk4");
+    EXPECT_EQ(log(), expected);
+    clickRow("disk5");
+    QTest::qWait(1);
+    EXPECT_TRUE(row("disk5").fields().isInspected);
+}
+
+TEST_F(WriteGuardTests, aTargetThatBecameProtectedIsDroppedByTheNextScan) {
+    openReady();
+    reader.changeDetails("disk4", {{"Writable", false}, {"WritableMedia", false}});
+    rescan();
+    EXPECT_EQ(viewModel().selectedDiskID(), "");
+    EXPECT_FALSE(button("Write Disk Image").isEnabled());
+    EXPECT_THAT(texts(), Contains("Select a recognized SD card with the radio control in the first table "
+                                  "column."));
+    clickTarget("disk4");
+    EXPECT_EQ(viewModel().selectedDiskID(), "");
+}
+
+TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
+    openReady();
+    click(button("Write Disk Image"));
+    reader.removeDisk("disk4");
+    refreshAsACall();
+    click(button("Erase and Write to disk4"));
+    EXPECT_FALSE(viewModel().isBusy());
+
+    // Asked again, of what there is now; and even that goes past no guard.
+    until([this] { return alertTitled("Confirm Destructive Write"); });
+    EXPECT_THAT(textsIn(*alert()), Contains("Select an image and a recognized SD card before continuing."));
+    click(button("Erase and Write"));
+    untilIdle();
+    EXPECT_EQ(badge(), "Image write failed");
+    EXPECT_THAT(texts(), Contains("Select a recognized and eligible SD card first."));
+    EXPECT_THAT(deeds(), IsEmpty());
+}
+
+TEST_F(WriteGuardTests, theConfirmationNamesCardImageAndVerification) {
+    open();
+    EXPECT_EQ(confirmationMessage(viewModel()),
+              "Select an image and a recognized SD card before continuing.");
+    EXPECT_EQ(confirmationButtonTitle(viewModel()), "Erase and Write");
+    answerPanel(image);
+    clickTarget("disk4");
+    QTest::qWait(1);
+    click(button("Write Disk Image"));
+    EXPECT_THAT(
+        textsIn(*alert()),
+        Contains("WARNING: This will permanently erase all data on the recognized SD card /dev/disk4 (SDHC "
+                 "Card, 600 MB) and write os.img (20 MB). The operation cannot be undone. SHA-256 "
+                 "verification is enabled. Administrator authentication will be requested after "
+                 "confirmation.\n\nUse at your own risk. The developer accepts no responsibility or "
+                 "liability for data loss, device damage, corrupted media, or failed or interrupted "
+                 "writes."));
+}
+
+}  // namespace tessel
