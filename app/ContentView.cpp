@@ -1,6 +1,7 @@
 #include "app/ContentView.h"
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QPainter>
 #include <QScrollArea>
 #include <QSplitter>
@@ -115,7 +116,13 @@ void ContentView::render() {
     logCard->render();
     if (viewModel->hasWriteTask()) return;
     if (stopQuestion) stopQuestion->close();
-    if (closesWhenWriteEnds) close();
+    if (closesWhenWriteEnds) closeWithEverythingAbove();
+}
+
+/// A panel or an alert that stayed open would keep the program running.
+void ContentView::closeWithEverythingAbove() {
+    for (auto* dialog : findChildren<QDialog*>()) dialog->reject();
+    close();
 }
 
 void ContentView::refreshDisks() {

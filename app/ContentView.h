@@ -42,6 +42,7 @@ class ContentView : public QWidget {
     void refreshDisks();
     void askToWrite();
     void askToStop();
+    void closeWithEverythingAbove();
 
     std::shared_ptr<TesselViewModel> viewModel;
     MainThread mainThread;

@@ -220,5 +220,5 @@ int main(int argc, char* argv[]) {
     const Workshop workshop;
     compareTransfers(workshop);
     compareMemory(workshop, program);
-    compareScan(workshop, SIMULATED_UTILITIES);
+    compareScan(workshop, TESSEL_SIMULATED_PROGRAMS);
 }

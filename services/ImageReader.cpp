@@ -64,6 +64,8 @@ ImageReader::ImageReader(const ImageSource& source, const ChunkGeometry& geometr
 
 ImageChunk ImageReader::next() {
     const auto chunk = readAhead.get();
+    digest.update(chunk.bytes);
+    // The buffer to be filled next is free: the chunk that was in it has been digested.
     if (nextOffset < geometry.imageSize) startReading();
     return chunk;
 }
@@ -76,12 +78,11 @@ void ImageReader::startReading() {
     readAhead = std::async(std::launch::async, [this, offset, &buffer] { return read(offset, buffer); });
 }
 
-ImageChunk ImageReader::read(uint64_t offset, const AlignedBuffer& buffer) {
+ImageChunk ImageReader::read(uint64_t offset, const AlignedBuffer& buffer) const {
     const auto length = geometry.lengthAt(offset);
     const auto padded = buffer.first(geometry.padded(length));
     source.read(padded.first(length), offset);
     std::ranges::fill(padded.subspan(length), std::byte{0});
-    digest.update(padded.first(length));
     return {.bytes = padded.first(length), .padded = padded};
 }
 

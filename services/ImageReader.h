@@ -9,7 +9,7 @@
 
 #include "platform/AlignedBuffer.h"
 #include "platform/Files.h"
-#include "platform/Sha256.h"
+#include "services/BackgroundDigest.h"
 
 namespace tessel {
 
@@ -64,12 +64,12 @@ class ImageReader {
 
   private:
     void startReading();
-    ImageChunk read(uint64_t offset, const AlignedBuffer& buffer);
+    ImageChunk read(uint64_t offset, const AlignedBuffer& buffer) const;
 
     const ImageSource& source;
     ChunkGeometry geometry;
     std::array<AlignedBuffer, 2> buffers;
-    Sha256 digest;
+    BackgroundDigest digest;
     uint64_t nextOffset = 0;
     size_t nextBuffer = 0;
     std::future<ImageChunk> readAhead;  ///< last, so that it ends before what it uses

@@ -1,10 +1,10 @@
 #include "services/ImageTransfer.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <future>
 #include <limits>
 #include <optional>
 #include <span>
@@ -77,6 +77,8 @@ TesselError verificationFailure(uint64_t offset, std::byte expected, std::byte a
 /// Reads the chunk back until it equals the image's. A card may answer with stale data until it was flushed.
 Task<> readMatching(RawDevice& device, ImageChunk chunk, std::span<std::byte> medium, uint64_t offset) {
     for (int reads = 1;; ++reads) {
+        // A read that delivers nothing must not find the image where it was left.
+        std::ranges::fill(medium, std::byte{0});
         readFully(device, medium, offset);
         const auto difference = firstDifference(chunk.bytes, medium.first(chunk.bytes.size()));
         if (!difference) co_return;
@@ -85,42 +87,8 @@ Task<> readMatching(RawDevice& device, ImageChunk chunk, std::span<std::byte> me
         }
         synchronizeDevice(device);
         co_await sleepFor(pauseBeforeReread);
-        std::ranges::fill(medium, std::byte{0});
     }
 }
-
-/// Digests what the medium gave while the device reads the next chunk.
-class MediumDigest {
-  public:
-    explicit MediumDigest(const ChunkGeometry& geometry) :
-        buffers{AlignedBuffer(geometry.chunkSize, geometry.blockSize),
-                AlignedBuffer(geometry.chunkSize, geometry.blockSize)} {}
-
-    /// A buffer that holds nothing but zeros, so that a read that delivers nothing can't look like the image.
-    std::span<std::byte> emptyBuffer(size_t size) const { return buffers[current].first(size); }
-
-    /// Adds the first bytes of the buffer that was filled last, and empties it for its next use.
-    void addFilled(size_t length) {
-        if (digesting.valid()) digesting.get();
-        const auto filled = buffers[current].first(length);
-        current = 1 - current;
-        digesting = std::async(std::launch::async, [this, filled] {
-            digest.update(filled);
-            std::ranges::fill(filled, std::byte{0});
-        });
-    }
-
-    Sha256::Digest finish() {
-        digesting.get();
-        return digest.finish();
-    }
-
-  private:
-    std::array<AlignedBuffer, 2> buffers;
-    size_t current = 0;
-    Sha256 digest;
-    std::future<void> digesting;  ///< last, so that it ends before what it uses
-};
 
 /// Writes every chunk and gives the digest of what was written.
 Task<Sha256::Digest> writeChunks(const ImageTransfer& transfer, const ImageSource& source,
@@ -143,21 +111,25 @@ Task<> verifyChunks(const ImageTransfer& transfer, const ImageSource& source, co
                     const Sha256::Digest& writtenDigest, const ImageWriteProgressHandler& progress) {
     transfer.handle.device->disableCaching();
     ImageReader image(source, geometry);
-    MediumDigest medium(geometry);
+    const std::array buffers{AlignedBuffer(geometry.chunkSize, geometry.blockSize),
+                             AlignedBuffer(geometry.chunkSize, geometry.blockSize)};
+    BackgroundDigest mediumDigest;
     co_await progress({verifyingImage, 0, geometry.imageSize});
-    for (uint64_t verified = 0; verified < geometry.imageSize;) {
+    size_t current = 0;
+    for (uint64_t verified = 0; verified < geometry.imageSize; current = 1 - current) {
         co_await checkCancellation();
         const auto chunk = image.next();
-        co_await readMatching(*transfer.handle.device, chunk, medium.emptyBuffer(chunk.padded.size()),
-                              verified);
-        medium.addFilled(chunk.bytes.size());
+        // The other buffer is still being digested.
+        const auto medium = buffers[current].first(chunk.padded.size());
+        co_await readMatching(*transfer.handle.device, chunk, medium, verified);
+        mediumDigest.update(medium.first(chunk.bytes.size()));
         source.adviseFinished(verified, chunk.bytes.size());
         verified += chunk.bytes.size();
         co_await progress({verifyingImage, verified, geometry.imageSize});
     }
     source.requireUnchangedSize();
     if (image.finishDigest() != writtenDigest) throw TesselError(TesselError::Case::imageChanged);
-    if (medium.finish() != writtenDigest) {
+    if (mediumDigest.finish() != writtenDigest) {
         throw TesselError::commandFailed(
             "The written bytes matched during verification, but the final SHA-256 digest comparison did not "
             "match.");

@@ -47,8 +47,7 @@ void TesselViewModel::applyScan(std::vector<SDWholeDisk> scannedDisks) {
         state = TesselOperationState::warning("No whole disks found");
         appendLog(
             "macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled and press "
-            "Refresh "
-            "Disks again.");
+            "Refresh Disks again.");
         return;
     }
 

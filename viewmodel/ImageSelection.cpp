@@ -56,8 +56,7 @@ void TesselViewModel::applyChosenImage(const std::filesystem::path& file) {
         appendLog("Selected image: " + image.url.string() + " (" + byteCountText(image.sizeBytes) + ").");
         appendLog(
             "The selected file extension is supported. Confirm that the file contains the intended raw disk "
-            "image "
-            "before writing.");
+            "image before writing.");
     } catch (const std::exception&) {
         state = TesselOperationState::failed("Image selection failed");
         logError(std::current_exception());

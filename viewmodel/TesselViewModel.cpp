@@ -32,13 +32,14 @@ void TesselViewModel::logError(const std::exception_ptr& error) {
 }
 
 void TesselViewModel::clearLog() {
-    if (!isBusy()) logLines = {};
+    if (isBusy()) return;
+    joinedLog = {};
+    logLines = {};
 }
 
 const std::string& TesselViewModel::logText() const {
     static const std::string emptyLogText = "No operation messages yet.";
     const auto& lines = logLines();
-    if (lines.size() < joinedLog.count) joinedLog = {};
     for (; joinedLog.count < lines.size(); ++joinedLog.count) {
         if (joinedLog.count > 0) joinedLog.text += '\n';
         joinedLog.text += lines[joinedLog.count];

@@ -39,12 +39,15 @@ std::string revalidationFailure(const SDWholeDisk& expected, const DiskObservati
     return "Disk revalidation could not find /dev/" + expected.id + " as a whole disk.";
 }
 
+std::string failurePhaseTitle(std::optional<ImageWritePhase> phase) {
+    return (phase ? phaseTitle(*phase) : "Image Write") + " Failed";
+}
+
 std::string cancellationMessage(std::optional<ImageWritePhase> phase) {
     switch (phase.value_or(ImageWritePhase::preparingTarget)) {
         case ImageWritePhase::verifyingImage:
             return "Writing completed, but verification was interrupted. Treat the SD card as unverified "
-                   "before "
-                   "using it.";
+                   "before using it.";
         case ImageWritePhase::synchronizing:
         case ImageWritePhase::ejecting:
         case ImageWritePhase::completed:
@@ -52,8 +55,7 @@ std::string cancellationMessage(std::optional<ImageWritePhase> phase) {
                    "possible.";
         default:
             return "Writing was interrupted. The SD card may contain incomplete or invalid data and was "
-                   "ejected "
-                   "when possible.";
+                   "ejected when possible.";
     }
 }
 
@@ -109,8 +111,7 @@ Task<> TesselViewModel::writeSelectedImage() {
     if (verifyAfterWrite()) {
         appendLog(
             "SHA-256 verification is enabled. Verification reads the written image length back through the "
-            "same "
-            "authorized raw-device descriptor.");
+            "same authorized raw-device descriptor.");
     }
     co_await checkCancellation();
     const auto progress = [weak = weak_from_this()](ImageWriteProgress report) {
@@ -165,8 +166,7 @@ void TesselViewModel::finishSuccessfulWrite(const std::string& writtenDiskID) {
 
 /// Progress, list and target stay, so that the user can try again once the cause is mended.
 void TesselViewModel::finishFailedWrite(const std::exception_ptr& error) {
-    const auto phase = currentWritePhase();
-    writePhaseTitle = (phase ? phaseTitle(*phase) : "Image Write") + " Failed";
+    writePhaseTitle = failurePhaseTitle(currentWritePhase());
     writeProgressDetail = localizedDescription(error);
     state = TesselOperationState::failed("Image write failed");
     logError(error);
@@ -200,8 +200,7 @@ void TesselViewModel::requestStop() {
         "possible.";
     appendLog(
         "Stop requested. The operation will stop at the next safe checkpoint, and the SD card will be "
-        "ejected when "
-        "possible.");
+        "ejected when possible.");
     writeTask()->cancel();
 }
 

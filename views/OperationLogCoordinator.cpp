@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "views/ReadingPosition.h"
+
 namespace tessel {
 
 using namespace std::chrono_literals;
@@ -22,7 +24,7 @@ OperationLogCoordinator::OperationLogCoordinator(QPlainTextEdit& view,
     resumeTask.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
 }
 
-bool OperationLogCoordinator::eventFilter(QObject* watched, QEvent* event) {
+bool OperationLogCoordinator::eventFilter(QObject* /*watched*/, QEvent* event) {
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -34,9 +36,6 @@ bool OperationLogCoordinator::eventFilter(QObject* watched, QEvent* event) {
             break;
         case QEvent::MouseMove:
             if (static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton) noteUserActivity();
-            break;
-        case QEvent::Resize:
-            if (watched == view.viewport()) scheduleScrollToLatest();
             break;
         default:
             break;
@@ -59,18 +58,9 @@ void OperationLogCoordinator::resumeFollowingIfIdle() {
 
 void OperationLogCoordinator::scheduleScrollToLatest() {
     if (!followingLatest) return;
-    const auto scrollUnlessStale = [this, generation = ++scrollRequestGeneration] {
-        if (generation == scrollRequestGeneration) scrollToLatest();
-    };
-    QTimer::singleShot(0ms, this, [this, scrollUnlessStale] {
-        scrollUnlessStale();
-        // Lines that have just come into view may wrap: they are laid out only now.
-        QTimer::singleShot(0ms, this, scrollUnlessStale);
+    QTimer::singleShot(0ms, this, [this, generation = ++scrollRequestGeneration] {
+        if (generation == scrollRequestGeneration) scrollToReadingPosition(view, endPosition(view));
     });
-}
-
-void OperationLogCoordinator::scrollToLatest() {
-    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
 }
 
 }  // namespace tessel

@@ -29,7 +29,6 @@ class OperationLogCoordinator : public QObject {
   private:
     void noteUserActivity();
     void resumeFollowingIfIdle();
-    void scrollToLatest();
 
     QPlainTextEdit& view;
     bool followingLatest = true;

@@ -4,6 +4,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "views/ReadingPosition.h"
+
 namespace tessel {
 
 namespace {
@@ -55,8 +57,15 @@ void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
     coordinator.scheduleScrollToLatest();
 }
 
+void OperationLogView::resizeEvent(QResizeEvent* event) {
+    const int firstVisible = readingPosition(*this);
+    QPlainTextEdit::resizeEvent(event);
+    scrollToReadingPosition(*this, firstVisible);
+    coordinator.scheduleScrollToLatest();
+}
+
 void OperationLogView::replaceText(std::string_view text) {
-    const int readingPosition = verticalScrollBar()->value();
+    const int firstVisible = readingPosition(*this);
     const int anchor = textCursor().anchor();
     const int position = textCursor().position();
 
@@ -66,13 +75,13 @@ void OperationLogView::replaceText(std::string_view text) {
         setPlainText(toQString(text));
     shownText = text;
 
-    // Also after an insertion, which a selection up to the end would have grown with.
-    const int length = document()->characterCount() - 1;  // the document counts a last line break of its own
+    // After an insertion too: a selection up to the end has grown with it.
+    const int end = endPosition(*this);
     QTextCursor selection(document());
-    selection.setPosition(std::min(anchor, length));
-    selection.setPosition(std::min(position, length), QTextCursor::KeepAnchor);
+    selection.setPosition(std::min(anchor, end));
+    selection.setPosition(std::min(position, end), QTextCursor::KeepAnchor);
     setTextCursor(selection);
-    verticalScrollBar()->setValue(readingPosition);
+    scrollToReadingPosition(*this, firstVisible);
 }
 
 void OperationLogView::insertAtEnd(std::string_view text) {

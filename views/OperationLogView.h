@@ -24,6 +24,9 @@ class OperationLogView : public QPlainTextEdit {
 
     bool isFollowingLatest() const { return coordinator.isFollowingLatest(); }
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     void replaceText(std::string_view text);
     void insertAtEnd(std::string_view text);

@@ -5,7 +5,8 @@
 #include <fstream>
 
 #include "platform/Errors.h"
-#include "rehearsal/SimulatedReader.h"
+#include "tests/support/CommandLetters.h"
+#include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -15,7 +16,6 @@ namespace {
 
 using enum ImageWritePhase;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 constexpr uint64_t cardSize = 600'000'000 / 512 * 512;
 constexpr uint64_t imageSize = 20'000'001;
@@ -24,25 +24,6 @@ constexpr auto cancelled = "The administrator-authorized operation was cancelled
 constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 constexpr auto imageChanged = "The selected image changed after it was selected.";
-
-/// A device whose writes fail from some offset on, over a working one.
-class FailingWrites : public RawDevice {
-  public:
-    explicit FailingWrites(std::unique_ptr<RawDevice> device) : device(std::move(device)) {}
-    SystemResult blockSize() override { return device->blockSize(); }
-    SystemResult blockCount() override { return device->blockCount(); }
-    SystemResult disableCaching() override { return device->disableCaching(); }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return device->read(bytes, offset);
-    }
-    SystemResult synchronize() override { return device->synchronize(); }
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return offset > 0 ? SystemResult{.error = EIO} : device->write(bytes, offset);
-    }
-
-  private:
-    std::unique_ptr<RawDevice> device;
-};
 
 class ImageWriterServiceTests : public testing::Test {
   protected:
@@ -79,20 +60,7 @@ class ImageWriterServiceTests : public testing::Test {
         return outcome.error() ? localizedDescription(outcome.error()) : "";
     }
 
-    /// The commands that the write ran, a letter each: list, info, unmount, authorize, eject.
-    std::string commands() {
-        std::string letters;
-        const auto calls = reader.calls();
-        for (size_t i = callsBefore; i < calls.size(); ++i) {
-            if (calls[i] == "diskutil list -plist") letters += 'L';
-            if (calls[i] == "diskutil info -plist /dev/disk4") letters += 'I';
-            if (calls[i] == "diskutil unmountDisk force /dev/disk4") letters += 'U';
-            if (calls[i] == "authopen -stdoutpipe -o 2 /dev/rdisk4") letters += 'A';
-            if (calls[i] == "diskutil eject /dev/disk4") letters += 'E';
-        }
-        EXPECT_EQ(letters.size(), calls.size() - callsBefore) << "something else was asked for";
-        return letters;
-    }
+    std::string commands() const { return commandLetters(reader, callsBefore); }
 
     TemporaryFolder folder;
     SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
@@ -181,7 +149,8 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
         {"a device that fails",
          [this] {
              makeDevice = [](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
-                 return std::make_unique<FailingWrites>(makeRehearsalDevice(std::move(descriptor)));
+                 return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)),
+                                                       FaultyDevice::Fault::secondWrite);
              };
          },
          "The SD-card write did not complete at byte offset 8388608: Input/output error", "LIUALIE"},

@@ -1,0 +1,136 @@
+#include "tests/viewmodel/ViewModelTest.h"
+
+namespace tessel {
+
+using testing::ElementsAre;
+
+using DiskScanningTests = ViewModelTest;
+
+TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
+    constexpr auto systemDisk =
+        "Protected disk: Internal SSD · 500 GB · disk0. Reason: disk0 is always protected.";
+    constexpr auto selectableCard =
+        "Selectable SD card: SD Card Reader · 600 MB · disk4 · External · USB · FDisk_partition_scheme.";
+    constexpr auto someAreSelectable =
+        "All whole disks are visible. Only positively identified SD cards can be selected.";
+    constexpr auto noneIsSelectable =
+        "All whole disks are visible, but none passed every SD-card target safety check.";
+    const struct {
+        const char* what;
+        std::function<void()> arrange;
+        std::string state;
+        Messages log;
+        Messages disks;
+        std::string target;
+    } cases[] = {
+        {"the target stays",
+         [] {},
+         "completed: 2 disks found · 1 selectable",
+         {someAreSelectable, selectableCard, systemDisk},
+         {"disk4", "disk0"},
+         "disk4"},
+        {"one disk",
+         [this] { reader.removeDisk("disk0"); },
+         "completed: 1 disk found · 1 selectable",
+         {someAreSelectable, selectableCard},
+         {"disk4"},
+         "disk4"},
+        {"the target is gone",
+         [this] { reader.removeDisk("disk4"); },
+         "warning: 1 disk found · none selectable",
+         {noneIsSelectable, systemDisk},
+         {"disk0"},
+         ""},
+        {"the target became protected",
+         [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
+         "warning: 2 disks found · none selectable",
+         {noneIsSelectable,
+          "Protected disk: SD Card Reader · 600 MB · disk4. Reason: macOS did not report the SD card as "
+          "writable.",
+          systemDisk},
+         {"disk4", "disk0"},
+         ""},
+        {"no disks",
+         [this] {
+             reader.removeDisk("disk0");
+             reader.removeDisk("disk4");
+         },
+         "warning: No whole disks found",
+         {"macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled and press Refresh "
+          "Disks again."},
+         {},
+         ""},
+        {"a failing scan changes nothing",
+         [this] { interpose("exit 1"); },
+         "failed: Disk scan failed",
+         {"Error: diskutil list failed."},
+         {"disk4", "disk0"},
+         "disk4"},
+        {"an unreadable answer changes nothing",
+         [this] { interpose(""); },
+         "failed: Disk scan failed",
+         {"Error: The property list could not be read: it is empty."},
+         {"disk4", "disk0"},
+         "disk4"},
+    };
+    for (const auto& [what, arrange, state, log, disks, target] : cases) {
+        SCOPED_TRACE(what);
+        prepareWrite();
+        arrange();
+        scan();
+        EXPECT_EQ(stateText(), state);
+        auto messages = takeLog();
+        ASSERT_FALSE(messages.empty());
+        EXPECT_EQ(messages.front(), "Scanning every whole disk visible to macOS.");
+        messages.erase(messages.begin());
+        EXPECT_EQ(messages, log);
+        EXPECT_EQ(listedDisks(), disks);
+        EXPECT_EQ(viewModel->selectedDiskID(), target);
+        EXPECT_EQ(viewModel->canStartWrite(), !target.empty());
+    }
+}
+
+TEST_F(DiskScanningTests, aScanKeepsTheProgressOfTheLastWrite) {
+    viewModel->applyWriteProgress({ImageWritePhase::synchronizing, 1, 1});
+    scan();
+    EXPECT_EQ(viewModel->writeOperationProgress(), 0.7);
+}
+
+TEST_F(DiskScanningTests, nothingElseHappensDuringAScan) {
+    choose(folder.write("os.img", "image"));
+    takeLog();
+    bool wasScanning = false;
+    when("Scanning every whole disk visible to macOS.", [&] {
+        wasScanning = stateText() == "scanningDisks" && viewModel->isBusy() && !viewModel->canStartWrite();
+        EXPECT_TRUE(viewModel->didPerformInitialScan());
+        tryEverything();
+    });
+    scan();
+    EXPECT_TRUE(wasScanning);
+    EXPECT_EQ(takeLog().size(), 4u) << "one scan of two disks";
+}
+
+TEST_F(DiskScanningTests, onlyEligibleDisksCanBeSelected) {
+    scan();
+    takeLog();
+    const int changesBefore = changes;
+    for (const auto* id : {"disk0", "disk9", ""})
+        viewModel->selectDisk(id);
+    EXPECT_EQ(changes, changesBefore);
+
+    for (const auto* what : {"first", "again"}) {
+        SCOPED_TRACE(what);
+        viewModel->applyWriteProgress({ImageWritePhase::completed, 1, 1});
+        viewModel->selectDisk("disk4");
+        EXPECT_EQ(viewModel->selectedDisk()->mediaName, "SD Card Reader");
+        EXPECT_EQ(stateText(), "completed: Target disk4 selected");
+        EXPECT_THAT(takeLog(),
+                    ElementsAre("Selected SD-card target: SD Card Reader · 600 MB · disk4 · 1 partition."));
+        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
+        EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
+        EXPECT_EQ(viewModel->writePhaseTitle(), "Waiting to Start");
+        EXPECT_EQ(viewModel->writeProgressDetail(), "Select an image and a recognized SD card.");
+    }
+}
+
+}  // namespace tessel

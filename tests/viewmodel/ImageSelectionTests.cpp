@@ -1,0 +1,105 @@
+#include "tests/viewmodel/ViewModelTest.h"
+
+namespace tessel {
+
+using testing::ElementsAre;
+
+using ImageSelectionTests = ViewModelTest;
+
+TEST_F(ImageSelectionTests, asksForARawImage) {
+    choose(std::nullopt);
+    EXPECT_EQ(desktop.lastPanel.title, "Select a Raw Disk Image");
+    EXPECT_EQ(desktop.lastPanel.prompt, "Select Image");
+    EXPECT_EQ(desktop.lastPanel.message,
+              "Choose an uncompressed raw disk image with an .img, .raw, or .bin extension.");
+    EXPECT_THAT(desktop.lastPanel.extensions, ElementsAre("img", "raw", "bin"));
+}
+
+TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
+    const auto path = [this](const char* name) { return folder.path() / name; };
+    for (const auto* name :
+         {"os.img", "disk.IMG", "card.Raw", "x.y.bin", "disk.img.gz", "disk.iso", "img", ".img"})
+        folder.write(name, std::string(2'100'000, 'x'));
+    folder.write("empty.img", "");
+    std::filesystem::create_directory(path("folder.img"));
+    std::filesystem::create_symlink(path("os.img"), path("link.img"));
+
+    const std::string wrongExtension =
+        "Error: Select an uncompressed raw image with an .img, .raw, or .bin extension.";
+    const std::string unavailable = "Error: The selected image file is unavailable.";
+    const std::string missing = "Error: The file “" + path("missing.img").string() +
+                                "” could not be inspected: No such file or directory.";
+    const struct {
+        const char* name;
+        std::string error;  ///< empty for an image that is taken
+    } cases[] = {
+        {"os.img", ""},
+        {"disk.IMG", ""},
+        {"disk.img.gz", wrongExtension},
+        {"disk.iso", wrongExtension},
+        {"img", wrongExtension},
+        {".img", wrongExtension},
+        {"empty.img", unavailable},
+        {"folder.img", unavailable},
+        {"link.img", unavailable},
+        {"missing.img", missing},
+        {"card.Raw", ""},
+        {"x.y.bin", ""},
+    };
+    std::optional<SDImageFile> expected;
+    for (const auto& [name, error] : cases) {
+        SCOPED_TRACE(name);
+        viewModel->applyWriteProgress({ImageWritePhase::synchronizing, 1, 1});
+        takeLog();
+        choose(path(name));
+        if (error.empty()) {
+            expected = {.url = path(name), .sizeBytes = 2'100'000};
+            EXPECT_EQ(stateText(), "completed: Disk image selected");
+            EXPECT_THAT(takeLog(),
+                        ElementsAre("Selected image: " + path(name).string() + " (2.1 MB).",
+                                    "The selected file extension is supported. Confirm that the file "
+                                    "contains the intended raw disk image before writing."));
+        } else {
+            EXPECT_EQ(stateText(), "failed: Image selection failed");
+            EXPECT_THAT(takeLog(), ElementsAre(error));
+        }
+        EXPECT_EQ(viewModel->writeOperationProgress(), error.empty() ? 0 : 0.7);
+        EXPECT_EQ(viewModel->selectedImage(), expected) << "the last one stays unless there is a better one";
+
+        choose(std::nullopt);
+        EXPECT_EQ(stateText(), "idle");
+        EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
+        EXPECT_EQ(viewModel->selectedImage(), expected);
+    }
+}
+
+TEST_F(ImageSelectionTests, nothingElseHappensWhileTheUserChooses) {
+    scan();
+    takeLog();
+    desktop.onPanel = [this] {
+        EXPECT_EQ(stateText(), "selectingImage");
+        tryEverything();
+        scan();
+        return std::nullopt;
+    };
+    viewModel->chooseImage();
+    EXPECT_EQ(stateText(), "idle");
+    EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
+}
+
+TEST_F(ImageSelectionTests, aWriteNeedsAnImageThatFitsOnTheTarget) {
+    const auto file = folder.write("os.img", "image");
+    EXPECT_FALSE(viewModel->canStartWrite()) << "neither";
+    choose(file);
+    EXPECT_FALSE(viewModel->canStartWrite()) << "no target";
+    scan();
+    EXPECT_FALSE(viewModel->canStartWrite()) << "no target yet";
+    viewModel->selectDisk("disk4");
+    for (const uint64_t size : {uint64_t{1}, cardSize, cardSize + 1}) {
+        std::filesystem::resize_file(file, size);
+        choose(file);
+        EXPECT_EQ(viewModel->canStartWrite(), size <= cardSize) << size;
+    }
+}
+
+}  // namespace tessel

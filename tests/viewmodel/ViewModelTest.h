@@ -1,0 +1,232 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <regex>
+#include <utility>
+
+#include "tests/support/CommandLetters.h"
+#include "tests/support/FaultyDevice.h"
+#include "tests/support/OpenResources.h"
+#include "tests/support/TemporaryFolder.h"
+#include "viewmodel/TesselViewModel.h"
+
+namespace tessel {
+
+using Messages = std::vector<std::string>;
+
+/// A desktop that notes what is asked of it, and whose user answers as they were told.
+class ScriptedDesktop : public Desktop {
+  public:
+    std::function<std::optional<std::filesystem::path>()> onPanel;
+    std::function<void()> onActivityEnd = [] {};
+    OpenPanel lastPanel;
+    Alert lastAlert;
+    std::vector<std::string> events;
+
+    std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override {
+        lastPanel = panel;
+        events.emplace_back("panel");
+        return onPanel();
+    }
+    void presentAlert(const Alert& alert) override {
+        lastAlert = alert;
+        events.emplace_back("alert");
+    }
+    void beep() override { events.emplace_back("beep"); }
+    void requestUserAttention() override { events.emplace_back("attention"); }
+    std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) override {
+        events.push_back("begin: " + reason);
+        return std::make_unique<Activity>(*this);
+    }
+
+  private:
+    struct Activity : TemporaryActivity {
+        explicit Activity(ScriptedDesktop& desktop) : desktop(desktop) {}
+        ~Activity() override {
+            desktop.events.emplace_back("end");
+            desktop.onActivityEnd();
+        }
+        ScriptedDesktop& desktop;
+    };
+};
+
+/// A view model whose computer has a card, disk4, and a system disk, disk0. Nothing was done with it yet.
+class ViewModelTest : public LeavesNothingOpen {
+  protected:
+    static constexpr uint64_t cardSize = 600'000'000;
+    static constexpr uint64_t imageSize = 9'000'001;  ///< two chunks, the second not a whole block
+
+    /// What is logged on entering a phase, in the order of the phases.
+    static constexpr const char* phaseMessages[] = {
+        "Preparing the selected SD card and unmounting its volumes.",
+        "Requesting authorized access to the raw SD-card device.",
+        "Authorized raw-device access was granted. Writing image data.",
+        "Image data was written. Synchronizing the physical media.",
+        "Synchronization completed. Verifying the image through the same raw-device descriptor.",
+        "The media operation completed. Ejecting the SD card.",
+    };
+
+    ViewModelTest() {
+        behaveAsUsual();
+        reader.addDisk({.identifier = "disk0",
+                        .mediaName = "Internal SSD",
+                        .sizeBytes = 500'000'000'000,
+                        .isInternal = true,
+                        .isRemovable = false,
+                        .medium = SimulatedDisk::Medium::none});
+        reader.addDisk({.identifier = "disk4",
+                        .mediaName = "SD Card Reader",
+                        .sizeBytes = cardSize,
+                        .partitions = {{.identifier = "disk4s1", .content = "Linux"}},
+                        .medium = SimulatedDisk::Medium::plainFile});
+        viewModel->onChange = [this] { noteChange(); };
+    }
+
+    // What the user does
+
+    void scan() { runUntilFinished(loop, viewModel->refreshDisks()); }
+
+    void choose(const std::optional<std::filesystem::path>& file) {
+        desktop.onPanel = [file] { return file; };
+        viewModel->chooseImage();
+    }
+
+    void finishWrite() {
+        isWaitingForWrite = true;
+        if (viewModel->hasWriteTask()) loop->run();
+        isWaitingForWrite = false;
+    }
+
+    void write() {
+        viewModel->startWrite();
+        finishWrite();
+    }
+
+    /// Does it in the moment in which the text has become the last message of the log, or the detail.
+    void when(std::string text, std::function<void()> act) {
+        awaitedText = std::move(text);
+        onAwaitedText = std::move(act);
+    }
+
+    /// Calls every operation. None may have an effect, now or later.
+    void tryEverything() {
+        const auto changesBefore = changes;
+        const auto eventsBefore = desktop.events;
+        viewModel->chooseImage();
+        viewModel->selectDisk("disk4");
+        viewModel->startWrite();
+        viewModel->clearLog();
+        startTask(Home::main(loop), Priority::userInitiated, viewModel->refreshDisks());
+        EXPECT_EQ(changes, changesBefore);
+        EXPECT_EQ(desktop.events, eventsBefore);
+    }
+
+    // What the machine does
+
+    /// Every command goes through these lines of shell first; `$real` is the disk utility.
+    void interpose(const std::string& commands) {
+        folder.writeScript("diskutil", "real='" + reader.utilities().diskUtility.string() + "'\n" + commands);
+    }
+
+    void behaveAsUsual() { interpose("exec $real \"$@\""); }
+
+    /// A new image and a new card, both selected; what happened until then is forgotten.
+    void prepareWrite() {
+        behaveAsUsual();
+        for (const auto* disk : {"disk0", "disk4"})
+            reader.reinsert(disk);
+        reader.setBehaviour("disk4", {});
+        reader.changeDetails("disk4", {{"TotalSize", cardSize}, {"WritableMedia", true}});
+        fault = FaultyDevice::Fault::none;
+
+        image = folder.write("os.img", imageContent);
+        scan();
+        choose(image);
+        viewModel->selectDisk("disk4");
+        ASSERT_TRUE(viewModel->canStartWrite());
+        takeLog();
+        takeCommands();
+        desktop.events.clear();
+    }
+
+    // What is to be seen
+
+    std::string stateText() const {
+        static constexpr const char* names[] = {
+            "idle", "selectingImage", "scanningDisks", "writingImage", "completed", "warning", "failed"};
+        const auto& state = viewModel->state();
+        const std::string name = names[static_cast<size_t>(state.kind)];
+        return state.text.empty() ? name : name + ": " + state.text;
+    }
+
+    /// The messages that are new since the last call, without their time stamps.
+    Messages takeLog() {
+        static const std::regex stamp(R"(^\[([01]\d|2[0-3])(:[0-5]\d){2}\] )");
+        const auto& lines = viewModel->logLines();
+        Messages messages;
+        for (; linesTaken < lines.size(); ++linesTaken) {
+            EXPECT_TRUE(std::regex_search(lines[linesTaken], stamp)) << lines[linesTaken];
+            messages.push_back(std::regex_replace(lines[linesTaken], stamp, ""));
+        }
+        return messages;
+    }
+
+    /// The commands that were run since the last call, a letter each.
+    std::string takeCommands() {
+        const auto commands = commandLetters(reader, callsTaken);
+        callsTaken += commands.size();
+        return commands;
+    }
+
+    Messages listedDisks() const {
+        Messages identifiers;
+        for (const auto& disk : viewModel->disks())
+            identifiers.push_back(disk.id);
+        return identifiers;
+    }
+
+    TemporaryFolder folder;
+    SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
+    ScriptedDesktop desktop;
+    FaultyDevice::Fault fault = FaultyDevice::Fault::none;
+    std::string imageContent = patternedImage();
+    std::filesystem::path image;
+    int changes = 0;
+    std::shared_ptr<RunLoop> loop = std::make_shared<RunLoop>();
+    std::shared_ptr<TesselViewModel> viewModel = TesselViewModel::create(
+        {.mainThread = loop,
+         .desktop = desktop,
+         .utilities = {.diskUtility = folder.path() / "diskutil",
+                       .authorizationUtility = reader.utilities().authorizationUtility},
+         .makeDevice = [this](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
+             return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)), fault);
+         }});
+
+  private:
+    static std::string patternedImage() {
+        std::string bytes(imageSize, 'x');
+        for (size_t i = 0; i < bytes.size(); i += 997)
+            bytes[i] = static_cast<char>(i);
+        return bytes;
+    }
+
+    void noteChange() {
+        ++changes;
+        if (isWaitingForWrite && !viewModel->hasWriteTask()) loop->stop();
+        const auto& lines = viewModel->logLines();
+        const bool isLogged = !lines.empty() && lines.back().ends_with("] " + awaitedText);
+        if (onAwaitedText && (isLogged || viewModel->writeProgressDetail() == awaitedText)) {
+            std::exchange(onAwaitedText, nullptr)();
+        }
+    }
+
+    std::string awaitedText;
+    std::function<void()> onAwaitedText;
+    bool isWaitingForWrite = false;
+    size_t linesTaken = 0;
+    size_t callsTaken = 0;
+};
+
+}  // namespace tessel

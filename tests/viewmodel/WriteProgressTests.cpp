@@ -1,0 +1,137 @@
+#include "tests/viewmodel/ViewModelTest.h"
+
+namespace tessel {
+
+using enum ImageWritePhase;
+using testing::ElementsAre;
+
+using WriteProgressTests = ViewModelTest;
+
+TEST_F(WriteProgressTests, beginsWithNothingDone) {
+    EXPECT_FALSE(viewModel->selectedImage());
+    EXPECT_TRUE(viewModel->disks().empty());
+    EXPECT_EQ(viewModel->selectedDiskID(), "");
+    EXPECT_EQ(viewModel->selectedDisk(), nullptr);
+    EXPECT_TRUE(viewModel->verifyAfterWrite());
+    EXPECT_EQ(stateText(), "idle");
+    EXPECT_EQ(viewModel->logText(), "No operation messages yet.");
+    EXPECT_EQ(viewModel->writeOperationProgress(), 0);
+    EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
+    EXPECT_EQ(viewModel->writePhaseTitle(), "Waiting to Start");
+    EXPECT_EQ(viewModel->writeProgressDetail(), "Select an image and a recognized SD card.");
+    EXPECT_FALSE(viewModel->didPerformInitialScan());
+    EXPECT_FALSE(viewModel->canRequestStop());
+    EXPECT_FALSE(viewModel->isCancellationRequested());
+    viewModel->requestStop();
+    EXPECT_EQ(changes, 0) << "there is nothing to stop";
+}
+
+TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
+    constexpr auto largest = std::numeric_limits<uint64_t>::max();
+    const struct {
+        ImageWriteProgress report;
+        const char* title;
+        double overall;
+        double preparationAndWriting;
+        const char* detail;
+        bool isLogged = false;
+    } rows[] = {
+        {{preparingTarget, 0, 4},
+         "Preparing SD Card",
+         0.02,
+         0.02,
+         "Unmounting and preparing the selected SD card.",
+         true},
+        {{authorizingDevice, 0, 4},
+         "Authorizing Raw Device",
+         0.05,
+         0.06,
+         "Waiting for authorized raw-device access.",
+         true},
+        {{writingImage, 0, 0}, "Writing Image", 0.05, 0.06, "Zero KB of Zero KB written.", true},
+        {{writingImage, 1'950'000'000, 3'900'000'000},
+         "Writing Image",
+         0.36,
+         0.51,
+         "1.95 GB of 3.9 GB written."},
+        {{writingImage, 3'000'000, 2'000'000}, "Writing Image", 0.67, 0.96, "3 MB of 2 MB written."},
+        {{synchronizing, 4, 4},
+         "Synchronizing Media",
+         0.7,
+         0.98,
+         "Flushing written data to the physical media.",
+         true},
+        {{verifyingImage, 0, 4'000}, "Verifying Image", 0.7, 1, "Zero KB of 4 KB verified.", true},
+        {{verifyingImage, 2'000, 4'000}, "Verifying Image", 0.835, 1, "2 KB of 4 KB verified."},
+        {{verifyingImage, largest, largest}, "Verifying Image", 0.97, 1, "9.22 EB of 9.22 EB verified."},
+        {{ejecting, 4, 4}, "Ejecting SD Card", 0.99, 1, "Ejecting the completed SD card.", true},
+        {{writingImage, 2'000, 4'000}, "Writing Image", 0.36, 0.51, "2 KB of 4 KB written.", true},
+        {{completed, 4, 4}, "Completed", 1, 1, "The SD-card operation completed successfully."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.detail);
+        viewModel->applyWriteProgress(row.report);
+        EXPECT_EQ(viewModel->writePhaseTitle(), row.title);
+        EXPECT_DOUBLE_EQ(viewModel->writeOperationProgress(), row.overall);
+        EXPECT_DOUBLE_EQ(viewModel->sdPreparationAndWriteProgress(), row.preparationAndWriting);
+        EXPECT_EQ(viewModel->writeProgressDetail(), row.detail);
+        EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4 + 0.6 * row.overall);
+        const auto messages = takeLog();
+        if (row.isLogged) {
+            EXPECT_THAT(messages, ElementsAre(phaseMessages[static_cast<size_t>(row.report.phase)]));
+        } else {
+            EXPECT_TRUE(messages.empty());
+        }
+        const int changesBefore = changes;
+        viewModel->applyWriteProgress(row.report);
+        EXPECT_EQ(changes, changesBefore) << "a repeated report changes nothing";
+    }
+}
+
+TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
+    EXPECT_EQ(viewModel->overallWorkflowProgress(), 0);
+    choose(folder.write("os.img", "image"));
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.2);
+    scan();
+    viewModel->selectDisk("disk4");
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4);
+
+    reader.removeDisk("disk4");
+    viewModel->startWrite();
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4);
+    viewModel->applyWriteProgress({synchronizing, 5, 5});
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.82);
+    finishWrite();
+    EXPECT_EQ(stateText(), "failed: Image write failed");
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.82) << "what was reached stays to be seen";
+    viewModel->startWrite();
+    EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4) << "the next write begins anew";
+    finishWrite();
+}
+
+TEST_F(WriteProgressTests, tellsOfChangesAndOfNothingElse) {
+    viewModel->setVerifyAfterWrite(true);
+    EXPECT_EQ(changes, 0);
+    viewModel->setVerifyAfterWrite(false);
+    EXPECT_EQ(changes, 1);
+    viewModel->onChange = nullptr;
+    viewModel->setVerifyAfterWrite(true);
+    EXPECT_TRUE(viewModel->verifyAfterWrite()) << "nobody has to listen";
+}
+
+TEST_F(WriteProgressTests, joinsTheLogAsItGrowsAndWhenItWasCleared) {
+    choose(std::nullopt);
+    const auto line = viewModel->logText();
+    EXPECT_THAT(line, testing::EndsWith("] Image selection was cancelled."));
+    choose(std::nullopt);
+    EXPECT_THAT(viewModel->logText(), testing::MatchesRegex(".*cancelled\\.\n\\[.*cancelled\\."));
+
+    viewModel->clearLog();
+    choose(folder.path());
+    choose(folder.path());
+    EXPECT_THAT(viewModel->logText(), testing::Not(testing::HasSubstr("cancelled")));
+    viewModel->clearLog();
+    EXPECT_EQ(viewModel->logText(), "No operation messages yet.");
+}
+
+}  // namespace tessel
