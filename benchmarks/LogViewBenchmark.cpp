@@ -5,11 +5,11 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 #include <string>
 #include <vector>
 
+#include "benchmarks/Table.h"
 #include "views/OperationLogView.h"
 
 namespace {
@@ -63,6 +63,7 @@ int main(int argc, char** argv) {
         updates.push_back(costOf([&] { view.setLog(published, number); }));
         turns.push_back(costOf(turnEventLoop));
     }
-    std::printf("One more line at %zu lines: %.2f ms to show, %.2f ms in the event loop (medians of %zu)\n",
-                lineCount, median(updates), median(turns), addedLineCount);
+    using namespace tessel::benchmark;
+    printHeader("One more line at 100,000 lines, in processor time, against the longest that is allowed");
+    printRow({"update and turn of the event loop / limit", median(updates) + median(turns), 5, "ms", 1.0});
 }
