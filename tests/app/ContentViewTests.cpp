@@ -92,7 +92,10 @@ TEST_F(ContentViewTests, looksOnAtTheSameDiskElseAtTheTargetElseAtNone) {
     toggleShowAll();
     QTest::qWait(1);
     EXPECT_EQ(inspected(), "disk4");
+    click(the<DisclosureButton>());
+    EXPECT_EQ(shownWidgets<DisclosureButton>(window()).size(), 2u) << "the details have one of their own";
     clickRow("disk5");
+    EXPECT_EQ(shownWidgets<DisclosureButton>(window()).size(), 1u) << "details of another disk are closed";
     rescan();
     EXPECT_EQ(inspected(), "disk5");
     reader.removeDisk("disk5");
