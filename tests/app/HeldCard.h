@@ -37,6 +37,7 @@ class HeldCard : public RawDevice {
     SystemResult blockCount() override { return device->blockCount(); }
     SystemResult disableCaching() override { return device->disableCaching(); }
     SystemResult synchronize() override { return device->synchronize(); }
+    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         if (offset > 0) holds.writing.waitWhileHeld();
         return device->write(bytes, offset);
