@@ -89,6 +89,9 @@ const FailedWrite failedWrites[] = {
      .deeds = {}},
 };
 
+/// Without this every byte of the case would be printed.
+void PrintTo(const FailedWrite&, std::ostream*) {}
+
 class FailedWriteTests : public WindowTest, public testing::WithParamInterface<FailedWrite> {};
 
 /// What a scan finds, and what the window then shows.
