@@ -122,7 +122,8 @@ void ContentView::render() {
 
 /// A panel or an alert that stayed open would keep the program running.
 void ContentView::closeWithEverythingAbove() {
-    for (auto* dialog : findChildren<QDialog*>()) dialog->reject();
+    for (auto* dialog : findChildren<QDialog*>())
+        dialog->reject();
     close();
 }
 

@@ -20,8 +20,7 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel, QWidget* parent) :
     detail(wrappedLabel({}, smallLook)) {
     auto* heading = new QVBoxLayout;
     heading->setSpacing(spacing::hair);
-    heading->addWidget(
-        new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
+    heading->addWidget(new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
     heading->addWidget(status);
     content().addLayout(heading);
     overall = addGauge("Overall Workflow", nullptr);
