@@ -71,7 +71,9 @@ Task<T> resultOf(std::shared_ptr<TaskState<T>> state) {
 
 template <typename T>
 Task<> deliver(Task<T> task, std::shared_ptr<TaskState<T>> state, std::shared_ptr<RunLoop> loopToStop) {
-    state->finish(co_await outcomeOf(std::move(task)));
+    // A statement of its own, so that everything of the task is gone when its waiters learn that it ended.
+    auto outcome = co_await outcomeOf(std::move(task));
+    state->finish(std::move(outcome));
     if (loopToStop) loopToStop->stop();
 }
 
