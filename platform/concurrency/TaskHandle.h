@@ -42,7 +42,9 @@ class TaskState {
 
     T takeResult() {
         const std::lock_guard lock(mutex);
-        return std::move(*outcome).value();
+        // Moved out, so that an error dies with its last reader and not with this state on another thread.
+        auto result = std::move(*outcome);
+        return std::move(result).value();
     }
 
   private:
