@@ -1,13 +1,14 @@
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QStandardPaths>
+#include <cstdio>
 
 #include "tests/app/WindowTest.h"
 
@@ -20,19 +21,20 @@ namespace {
 class LoginService : public QDBusVirtualObject {
   public:
     LoginService() {
-        bus.start("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address=1"});
-        if (!bus.waitForReadyRead()) throw std::runtime_error("no bus");
-        const QByteArray address = bus.readLine().trimmed();
+        auto* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
+        char address[200] = "";
+        if (!output || std::fscanf(output, "%199s %d", address, &bus) != 2)
+            throw std::runtime_error("no bus");
+        pclose(output);
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
-        auto connection = QDBusConnection::connectToBus(QString(address), "login");
+        auto connection = QDBusConnection::connectToBus(address, "login");
         if (!connection.registerVirtualObject("/org/freedesktop/login1", this) ||
             !connection.registerService("org.freedesktop.login1"))
             throw std::runtime_error(connection.lastError().message().toStdString());
     }
     ~LoginService() override {
         QDBusConnection::disconnectFromBus("login");
-        bus.kill();
-        bus.waitForFinished();
+        kill(bus, SIGTERM);
     }
 
     QString introspect(const QString&) const override { return {}; }
@@ -56,7 +58,7 @@ class LoginService : public QDBusVirtualObject {
     QList<QVariantList> wishes;
 
   private:
-    QProcess bus;
+    pid_t bus = 0;
     FileDescriptor watched;
 };
 

@@ -1,6 +1,8 @@
 #include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-#include <QProcess>
 #include <QTimer>
 
 #include "platform/qt/TerminationSignal.h"
@@ -147,13 +149,16 @@ TEST_F(StopAndCloseTests, theInstalledProgramUsesTheUtilitiesBesideItAndEndsBySi
     const auto program = folder.path() / "installed" / "bin" / "velmora-tessel";
     std::filesystem::create_directories(program.parent_path());
     std::filesystem::copy_file(TESSEL_PROGRAM, program);
-    QProcess process;
-    process.start(QString::fromStdString(program.string()), QStringList());
+    std::string path = program.string();
+    char* const arguments[] = {path.data(), nullptr};
+    pid_t process = 0;
+    ASSERT_EQ(posix_spawn(&process, path.c_str(), nullptr, nullptr, arguments, environ), 0);
     until([&] { return !installedReader.calls().empty(); });
-    process.terminate();
-    ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 0);
+    kill(process, SIGTERM);
+    int status = 0;
+    waitpid(process, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_THAT(installedReader.calls(), ElementsAre("diskutil list -plist"));
 }
 
