@@ -1,7 +1,6 @@
 /// Compares the write path with what a person would type instead, side by side in one run.
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -143,6 +142,16 @@ void compareTransfers(const Workshop& workshop) {
     compare("256 MiB, 90 MB/s", workshop.makeImage("small.img", 256 * MiB), device.path(), false, 1.05);
 }
 
+/// This process's in MiB. Not what getrusage says, which includes the process that started this one.
+double peakResidentSize() {
+    std::ifstream status("/proc/self/status");
+    for (std::string name; status >> name;) {
+        double kibibytes = 0;
+        if (name == "VmHWM:" && status >> kibibytes) return kibibytes / 1024;
+    }
+    throw std::runtime_error("the peak resident size is not known");
+}
+
 /// Peak resident size in MiB of a process that does one transfer and nothing else.
 double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::path& device) {
     CollectingPipe output;
@@ -211,9 +220,7 @@ int main(int argc, char* argv[]) {
     using namespace tessel::benchmark;
     if (argc == 4 && std::string(argv[1]) == "--transfer") {
         transfer(argv[2], argv[3]);
-        rusage usage{};
-        getrusage(RUSAGE_SELF, &usage);
-        std::printf("%.1f\n", static_cast<double>(usage.ru_maxrss) / 1024);
+        std::printf("%.1f\n", peakResidentSize());
         return 0;
     }
     const auto program = fs::read_symlink("/proc/self/exe");
