@@ -15,8 +15,8 @@
 ///     stand-in-disk-service KEY-FILE CALLS-FILE
 ///
 /// "open", "unmount" and "eject" are names of errors to answer with, with "message"; without them the device
-/// is opened as asked, "mounted at" is unmounted, and ejecting succeeds. A line for each call goes to
-/// CALLS-FILE, whose first line is "ready".
+/// is opened as asked, "mounted at" is unmounted, and ejecting succeeds. "Silence" is no error but no answer.
+/// A line for each call goes to CALLS-FILE, whose first line is "ready".
 namespace {
 
 struct StandIn {
@@ -34,7 +34,7 @@ struct StandIn {
     /// Answers with the error that is wanted for the call, if any.
     bool refuses(GDBusMethodInvocation* call, const std::string& device, const char* key) const {
         const std::string name = text(device, key);
-        if (!name.empty())
+        if (!name.empty() && name != "Silence")
             g_dbus_method_invocation_return_dbus_error(
                 call, ("org.freedesktop.UDisks2.Error." + name).c_str(), text(device, "message").c_str());
         return !name.empty();

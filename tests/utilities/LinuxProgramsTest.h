@@ -9,14 +9,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <thread>
 
 #include "platform/BlockDescriptor.h"
 #include "platform/LoopDevice.h"
+#include "platform/concurrency/RunLoop.h"
+#include "platform/concurrency/TaskHandle.h"
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskPropertyLists.h"
+#include "services/ImageTransfer.h"
+#include "tests/support/ScriptedDevice.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UtilityRun.h"
 
@@ -38,6 +43,9 @@ class Companion {
         kill(identifier, SIGKILL);
         waitpid(identifier, nullptr, 0);
     }
+
+    void pause() const { kill(identifier, SIGSTOP); }
+    void resume() const { kill(identifier, SIGCONT); }
 
   private:
     pid_t identifier = 0;
@@ -105,6 +113,27 @@ class LinuxProgramsTest : public testing::Test {
         return UtilityRun::ofAuthorizationUtility(
             {programs / "authopen", {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
     }
+
+    /// Opens the disk and writes an image of that many bytes onto it, as the program does below its policy.
+    /// The hook is called with each report. Gives the error's text; empty when all is well.
+    std::string write(size_t size, const std::function<void(ImageWriteProgress)>& onReport) const {
+        const auto image = patternedBytes(size);
+        const auto file = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
+        const auto handle = RawDiskOpener(programs / "authopen", makeBlockDevice)
+                                .openAuthorizedRawDisk("/dev/r" + identifier);
+        const auto report = [&onReport](ImageWriteProgress progress) -> Task<> {
+            onReport(progress);
+            co_return;
+        };
+        const auto outcome = runUntilFinished(std::make_shared<RunLoop>(),
+                                              outcomeOf(writeImage({file, size, handle, true}, report)));
+        return outcome.error() ? localizedDescription(outcome.error()) : "";
+    }
+    bool holdsImage() const {
+        const auto image = contentOf(folder.path() / "os.img");
+        return contentOf(folder.path() / "medium").starts_with(image);
+    }
+
     std::vector<std::string> calls() const {
         std::vector<std::string> lines;
         std::istringstream text(contentOf(folder.path() / "calls"));
@@ -151,12 +180,16 @@ class MountedDiskTest : public LinuxProgramsTest {
         umount2("/media", MNT_DETACH);
     }
 
-    void mountWith(const std::string& options) {
+    void mount(const std::string& options) const {
         std::filesystem::create_directories(mountPoint);
         std::filesystem::create_directories("/run/mount");
         const auto command = "mount -o " + options + " " + loop->path().string() + " " + mountPoint;
         ASSERT_EQ(std::system(command.c_str()), 0);
-        startService("mounted at=" + std::string(mountPoint) + "\n");
+    }
+    /// What a test adds are more keys of the device.
+    void mountWith(const std::string& options, const std::string& keys = "") {
+        mount(options);
+        startService("mounted at=" + std::string(mountPoint) + "\n" + keys);
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     }
     bool isMounted() const { return contentOf("/proc/self/mountinfo").find(mountPoint) != std::string::npos; }

@@ -1,7 +1,6 @@
 #include "utilities/linux/LinuxAuthorization.h"
 
 #include <cerrno>
-#include <chrono>
 
 #include "platform/BlockDescriptor.h"
 #include "platform/Errors.h"
@@ -28,7 +27,7 @@ FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
     const BlockDevice disk = readUnusedDisk(identifier);
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
-    lock(descriptor);
+    if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
     // A person may have taken any time to answer.
     readUnusedDisk(identifier);
     return descriptor;
@@ -40,15 +39,6 @@ BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier) {
     requireUnprotected(machine, disk);
     if (!mountedParts(machine, disk).empty()) throw busy(identifier);
     return disk;
-}
-
-void LinuxAuthorization::lock(const FileDescriptor& descriptor) {
-    // The device manager holds the lock for a moment whenever it looks at a disk.
-    constexpr int attempts = 20;
-    for (int attempt = 1; !lockExclusively(descriptor.get()).isSuccess(); ++attempt) {
-        if (attempt == attempts) throw PlatformError("Disk", EBUSY, "Resource busy: the disk is locked.");
-        system.wait(std::chrono::milliseconds(100));
-    }
 }
 
 }  // namespace tessel

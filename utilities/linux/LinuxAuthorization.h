@@ -16,7 +16,6 @@ class LinuxAuthorization : public DescriptorSource {
 
   private:
     BlockDevice readUnusedDisk(const std::string& identifier);
-    void lock(const FileDescriptor& descriptor);
 
     BlockSystem& system;
 };

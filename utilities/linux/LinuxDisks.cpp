@@ -12,6 +12,8 @@ namespace tessel {
 
 namespace {
 
+using Ejection = BlockSystem::Ejection;
+
 /// A volume may be mounted several times, and mounted again by a desktop meanwhile.
 constexpr int unmountRounds = 5;
 constexpr int ejectAttempts = 3;
@@ -21,6 +23,14 @@ constexpr std::chrono::milliseconds timeToMountAgain{1500};
 
 PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " is mounted again and again."};
+}
+
+/// Somebody else may be writing to it: another copy of this program, or a partitioning tool.
+void requireUnlocked(const Machine& machine, const BlockDevice& disk) {
+    if (std::ranges::any_of(partsOf(machine, disk), &BlockDevice::isLocked))
+        throw PlatformError(
+            "Disk", EBUSY,
+            "Resource busy: another program is working on " + identifierOf(machine, disk) + ".");
 }
 
 bool hasEjectMechanism(const BlockDevice& disk) {
@@ -43,6 +53,7 @@ void LinuxDisks::unmount(const std::string& identifier) {
         const Machine machine = system.read();
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
+        requireUnlocked(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
         for (const BlockDevice* part : mounted)
@@ -57,11 +68,10 @@ void LinuxDisks::eject(const std::string& identifier) {
         system.flush();
         const Machine machine = system.read();
         const BlockDevice& disk = listedDisk(machine, identifier);
-        if (!hasEjectMechanism(disk)) {
-            system.wait(timeToMountAgain);
-        } else if (system.eject(disk.name) == BlockSystem::Ejection::busy) {
-            continue;
-        }
+        const auto ejection = hasEjectMechanism(disk) ? system.eject(disk.name) : Ejection::impossible;
+        if (ejection == Ejection::busy) continue;
+        // What stays in its slot may be mounted again.
+        if (ejection == Ejection::impossible) system.wait(timeToMountAgain);
         if (isAtRest(identifier)) return;
     }
     throw busy(identifier);

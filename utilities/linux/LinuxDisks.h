@@ -8,7 +8,7 @@
 namespace tessel {
 
 /// The disks of this computer. Each operation reads the machine again and judges again: a protected disk is
-/// neither unmounted nor ejected.
+/// neither unmounted nor ejected, nor is one that somebody else is writing to.
 class LinuxDisks : public DiskSource {
   public:
     explicit LinuxDisks(BlockSystem& system) : system(system) {}

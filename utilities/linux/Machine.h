@@ -47,6 +47,7 @@ struct BlockDevice {
     bool isSwap = false;
     bool spansDisks = false;  ///< a mounted file system lies on this device and on others
     std::vector<Mount> mounts;
+    bool isLocked = false;  ///< a program works on it and wants to be alone
     ServiceRecord service = {};
 };
 

@@ -7,8 +7,12 @@
 
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <climits>
+#include <condition_variable>
+#include <mutex>
 #include <string_view>
+#include <thread>
 
 #include "platform/Errors.h"
 #include "utilities/linux/system/DiskServiceErrors.h"
@@ -23,6 +27,24 @@ struct ReleaseObject {
 };
 template <typename Type>
 using Object = std::unique_ptr<Type, ReleaseObject<Type>>;
+
+/// Cancels what still waits for the bus or the service when the limit is over.
+class TimeLimit {
+  public:
+    explicit TimeLimit(std::chrono::seconds limit) :
+        canceller([this, limit](const std::stop_token& isDone) {
+            std::mutex mutex;
+            std::unique_lock lock(mutex);
+            std::condition_variable_any().wait_for(lock, isDone, limit, [] { return false; });
+            if (!isDone.stop_requested()) g_cancellable_cancel(cancellable.get());
+        }) {}
+
+    GCancellable* get() const { return cancellable.get(); }
+
+  private:
+    Object<GCancellable> cancellable{g_cancellable_new()};
+    std::jthread canceller;  ///< last, so that it ends before what it cancels
+};
 
 struct ReleaseVariant {
     void operator()(GVariant* value) const { g_variant_unref(value); }
@@ -113,9 +135,12 @@ ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 }  // namespace
 
 DiskServiceClient::DiskServiceClient() {
+    // No person has to answer yet, and a service that is started only now needs a second or two.
+    const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
-    client.reset(udisks_client_new_sync(nullptr, &error));
+    client.reset(udisks_client_new_sync(limit.get(), &error));
     const ServiceError problem(error);
+    if (problem && isWithoutAnswer(*problem)) throw refusal(*problem);
     GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
     // A client without a service succeeds, and finds no disks.
     char* const owner =

@@ -32,9 +32,18 @@ bool isFailedAttempt(const GError& error) {
     return hasCode(error, UDISKS_ERROR_FAILED) || hasCode(error, UDISKS_ERROR_NOT_SUPPORTED);
 }
 
+bool isWithoutAnswer(const GError& error) {
+    return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED) ||
+           g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
+           g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CLOSED) ||
+           g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) ||
+           g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY);
+}
+
 PlatformError refusal(const GError& error) {
     const auto worded = [&](const std::string& text) { return PlatformError("UDisks2", error.code, text); };
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_DISMISSED)) return worded("User canceled.");
+    if (isWithoutAnswer(error)) return worded("The disk service UDisks2 did not answer. Try again.");
     if (isBusy(error)) return worded("Resource busy: " + ownWords(error));
     return worded(ownWords(error));
 }

@@ -19,6 +19,9 @@ bool isBusy(const GError& error);
 /// Whether the service tried, and what it tried failed; not that it was refused, or went away.
 bool isFailedAttempt(const GError& error);
 
+/// Whether the service, or the bus to it, said nothing, or went away before it did.
+bool isWithoutAnswer(const GError& error);
+
 /// The service's refusal, worded so that a dismissed dialog reads as a cancellation and nothing else does.
 PlatformError refusal(const GError& error);
 

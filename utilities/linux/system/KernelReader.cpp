@@ -6,6 +6,7 @@
 #include <fstream>
 #include <memory>
 
+#include "utilities/linux/system/LockReader.h"
 #include "utilities/linux/system/MountReader.h"
 
 namespace tessel {
@@ -87,6 +88,7 @@ Machine readKernelDevices() {
         machine.devices.push_back(
             readDevice(database.get(), std::filesystem::canonical("/sys/class/block/" + name)));
     addMountsAndSwaps(machine);
+    addLocks(machine);
     return machine;
 }
 

@@ -1,0 +1,103 @@
+#include <gmock/gmock.h>
+#include <linux/loop.h>
+#include <sys/ioctl.h>
+
+#include <future>
+
+#include "tests/utilities/LinuxProgramsTest.h"
+
+namespace tessel {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+/// What a system may do to a write that is under way.
+class HostileSystemTests : public MountedDiskTest {
+  protected:
+    void SetUp() override {
+        MountedDiskTest::SetUp();
+        if (IsSkipped()) return;
+        startService();
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    }
+
+    /// Writes two chunks, and lets something happen between them.
+    std::string writeWhile(const std::function<void()>& happening) const {
+        return write(16 << 20, [&happening](ImageWriteProgress report) {
+            const bool isBetweenChunks = report.completedBytes > 0 && report.fractionCompleted() < 1;
+            if (report.phase == ImageWritePhase::writingImage && isBetweenChunks) happening();
+        });
+    }
+    UtilityRun eject() const { return diskutil({"eject", "/dev/" + identifier}); }
+};
+
+TEST_F(HostileSystemTests, theServiceMayStopWhileTheCardIsWritten) {
+    EXPECT_EQ(writeWhile([this] { service.reset(); }), "");
+    EXPECT_TRUE(holdsImage());
+    EXPECT_THAT(eject().errors, HasSubstr("UDisks2 is not running"));
+}
+
+TEST_F(HostileSystemTests, aCardThatIsPulledEndsTheWriteAndIsLetGo) {
+    const auto pull = [this] {
+        std::filesystem::resize_file(folder.path() / "medium", 0);
+        ioctl(openReadWrite(loop->path()).get(), LOOP_SET_CAPACITY, 0);
+    };
+    EXPECT_THAT(writeWhile(pull), HasSubstr("The SD-card write did not complete at byte offset 8388608: "));
+    EXPECT_TRUE(openReadWrite(loop->path(), O_EXCL).isOpen());
+}
+
+TEST_F(HostileSystemTests, aSecondCopyLeavesTheCardAlone) {
+    const auto meddle = [this] {
+        for (const UtilityRun& run : {unmount(), authopen(), eject()})
+            EXPECT_THAT(run.errors, HasSubstr("Resource busy"));
+    };
+    EXPECT_EQ(writeWhile(meddle), "");
+    EXPECT_TRUE(holdsImage());
+    EXPECT_THAT(calls(), Not(Contains(HasSubstr("eject"))));
+    EXPECT_EQ(eject().status, 0) << "nobody is writing any more";
+}
+
+TEST_F(HostileSystemTests, whatTheDesktopMountsAgainIsUnmountedBeforeTheCardMayBePulled) {
+    mountWith("uhelper=udisks2", "eject=Failed\n");
+    auto ejecting = std::async(std::launch::async, [this] { return eject(); });
+    while (isMounted())
+        std::this_thread::yield();
+    mount("uhelper=udisks2");
+    EXPECT_EQ(ejecting.get().status, 0);
+    EXPECT_FALSE(isMounted());
+}
+
+TEST_F(HostileSystemTests, theServiceMayBeLateButNotSilent) {
+    const auto later = [](const Companion& companion) {
+        companion.pause();
+        return std::async(std::launch::async, [&companion] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            companion.resume();
+        });
+    };
+    for (const auto* companion : {&*bus, &*service}) {
+        const auto awakening = later(*companion);
+        EXPECT_EQ(diskutil({"list", "-plist"}).status, 0);
+    }
+}
+
+TEST_F(HostileSystemTests, silenceEndsWithASentence) {
+    for (const auto* companion : {&*bus, &*service}) {
+        companion->pause();
+        EXPECT_EQ(diskutil({"list", "-plist"}).errors,
+                  "The disk service UDisks2 did not answer. Try again.\n");
+        companion->resume();
+    }
+}
+
+TEST_F(HostileSystemTests, theServiceMayStopWhileThePersonIsAsked) {
+    startService("open=Silence\n");
+    auto opening = std::async(std::launch::async, [this] { return authopen(); });
+    while (calls().size() < 2)
+        std::this_thread::yield();
+    service.reset();
+    EXPECT_EQ(opening.get().errors, "The disk service UDisks2 did not answer. Try again.\n");
+}
+
+}  // namespace tessel

@@ -1,0 +1,46 @@
+#include "utilities/linux/system/LockReader.h"
+
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include <cstdio>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace tessel {
+
+namespace {
+
+/// The files with an exclusive lock, named as the kernel's table names them: by the numbers of their file
+/// system and of themselves, such as "00:05:345".
+std::set<std::string> readLockedFiles() {
+    std::set<std::string> files;
+    std::ifstream table("/proc/locks");
+    for (std::string line; std::getline(table, line);) {
+        std::istringstream words(line);
+        std::string number, kind, mode, access, process, file;
+        words >> number >> kind >> mode >> access >> process >> file;
+        if (kind == "FLOCK" && access == "WRITE") files.insert(file);
+    }
+    return files;
+}
+
+std::string nameInTable(const std::string& path) {
+    struct stat status{};
+    if (stat(path.c_str(), &status) != 0) return "";
+    char name[64];
+    std::snprintf(name, sizeof name, "%02x:%02x:%ju", major(status.st_dev), minor(status.st_dev),
+                  uintmax_t{status.st_ino});
+    return name;
+}
+
+}  // namespace
+
+void addLocks(Machine& machine) {
+    const auto files = readLockedFiles();
+    for (BlockDevice& device : machine.devices)
+        device.isLocked = files.contains(nameInTable("/dev/" + device.name));
+}
+
+}  // namespace tessel
