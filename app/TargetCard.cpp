@@ -83,9 +83,11 @@ void TargetCard::buildContent(QWidget* controls) {
     counts->addStretch();
     content().addLayout(counts);
 
-    emptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
     content().addWidget(table);
-    content().addWidget(emptyLabel);
+    auto* paddedEmptyLabel = new QVBoxLayout;
+    paddedEmptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
+    paddedEmptyLabel->addWidget(emptyLabel);
+    content().addLayout(paddedEmptyLabel);
     content().addWidget(
         wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make "
                      "its optional details available. Click Disk, Size, or Media to sort.",
