@@ -77,12 +77,6 @@ class LinuxAuthorizationTests : public testing::Test {
     std::string identifier;
 };
 
-TEST_F(LinuxAuthorizationTests, theDescriptorCarriesAnExclusiveLock) {
-    const FileDescriptor descriptor = LinuxAuthorization(system).open(identifier);
-    const FileDescriptor other = openReadWrite(loop->path());
-    EXPECT_FALSE(lockExclusively(other.get()).isSuccess());
-}
-
 TEST_F(LinuxAuthorizationTests, whatSomebodyElseLockedIsBusy) {
     const FileDescriptor other = openReadWrite(loop->path());
     ASSERT_TRUE(lockExclusively(other.get()).isSuccess());

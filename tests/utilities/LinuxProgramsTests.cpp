@@ -45,17 +45,6 @@ TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
     EXPECT_FALSE(lockExclusively(openReadWrite(loop->path()).get()).isSuccess());
 }
 
-TEST_F(LinuxProgramsTests, aDiskThatSomebodyUsesIsBusy) {
-    startService();
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
-    const FileDescriptor user = openReadWrite(loop->path(), O_EXCL);
-    const UtilityRun run = authopen();
-    EXPECT_EQ(run.received.outcome, ReceivedDescriptor::Outcome::closed);
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(localizedDescription(std::make_exception_ptr(authorizationFailure(run.errors))),
-                HasSubstr("still in use by another process"));
-}
-
 TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
     const struct {
         const char* error;
@@ -144,14 +133,6 @@ TEST_F(MountedDiskTests, aVolumeInUseStaysMounted) {
     }
     EXPECT_TRUE(isMounted());
     EXPECT_THAT(calls(), Not(Contains(HasSubstr("force"))));
-}
-
-TEST_F(MountedDiskTests, ejectingUnmountsFirst) {
-    mountWith("uhelper=udisks2");
-    EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, 0);
-    EXPECT_FALSE(isMounted());
-    const std::string device = loop->path().filename().string();
-    EXPECT_THAT(calls(), testing::ElementsAre("ready", "unmount " + device, "eject " + device));
 }
 
 }  // namespace tessel
