@@ -162,12 +162,6 @@ TEST_F(ContentViewTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
     EXPECT_EQ(the<LogCard>().parentWidget()->width(), 340);
 }
 
-TEST_F(ContentViewTests, theWriteButtonIsAsWideAsItsCard) {
-    open();
-    auto& write = button("Write Disk Image");
-    EXPECT_EQ(write.width(), write.parentWidget()->contentsRect().width() - 2 * 14);
-}
-
 TEST_F(ContentViewTests, whatCanBeSelectedCanBeCopied) {
     openReady();
     auto& clipboard = *QApplication::clipboard();

@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "tests/app/WindowTest.h"
 #include "views/CompactDiskTable.h"
 
@@ -8,14 +6,13 @@ namespace tessel {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
 using testing::IsSupersetOf;
 using Deeds = std::vector<std::string>;
 
 /// What goes wrong once the alert is open, and what the window then shows.
 struct FailedWrite {
     const char* name;
-    void (*arrange)(SimulatedReader& reader, const std::filesystem::path& image);
+    void (*arrange)(SimulatedReader& reader);
     const char* title;
     const char* detail;
     const char* logged;  ///< beside the error itself
@@ -25,18 +22,9 @@ struct FailedWrite {
     bool staysListed = true;
 };
 
-constexpr auto diskChanged =
-    "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
-
 const FailedWrite failedWrites[] = {
-    {.name = "refusedUnmount",
-     .arrange = [](auto& reader, auto&) { reader.setBehaviour("disk4", {.refusesUnmount = "In use."}); },
-     .title = "Preparing SD Card Failed",
-     .detail = "In use.",
-     .logged = "Preparing the selected SD card and unmounting its volumes.",
-     .deeds = {"unmountDisk"}},
     {.name = "dismissedPrompt",
-     .arrange = [](auto& reader, auto&) { reader.setBehaviour("disk4", {.authorization = "dismissed"}); },
+     .arrange = [](auto& reader) { reader.setBehaviour("disk4", {.authorization = "dismissed"}); },
      .title = "Operation Cancelled",
      .detail = "Writing was interrupted. The SD card may contain incomplete or invalid data and was ejected "
                "when possible.",
@@ -46,51 +34,24 @@ const FailedWrite failedWrites[] = {
      .tone = Tone::orange,
      .staysListed = false},
     {.name = "busy",
-     .arrange = [](auto& reader, auto&) { reader.setBehaviour("disk4", {.authorization = "busy"}); },
+     .arrange = [](auto& reader) { reader.setBehaviour("disk4", {.authorization = "busy"}); },
      .title = "Authorizing Raw Device Failed",
      .detail = "The SD card is still in use by another process. Close applications using the card, refresh "
                "the disk list, and try again.",
      .logged = "Requesting authorized access to the raw SD-card device.",
      .deeds = {"unmountDisk", "authopen", "eject"}},
-    {.name = "ejectFails",
-     .arrange = [](auto& reader, auto&) { reader.setBehaviour("disk4", {.ejectFails = "Stuck."}); },
-     .title = "Ejecting SD Card Failed",
-     .detail = "Stuck.",
-     .logged = "The media operation completed. Ejecting the SD card.",
-     .deeds = {"unmountDisk", "authopen", "eject", "eject"}},
-    {.name = "imageGrown",
-     .arrange = [](auto&, auto& image) { std::ofstream(image, std::ios::app) << "more"; },
-     .title = "Image Write Failed",
-     .detail = "The selected image changed after it was selected.",
-     .logged = "Revalidating /dev/disk4 immediately before the destructive operation.",
-     .deeds = {}},
     {.name = "cardExchanged",
-     .arrange = [](auto& reader, auto&) { reader.changeDetails("disk4", {{"MediaName", "Other Card"}}); },
+     .arrange = [](auto& reader) { reader.changeDetails("disk4", {{"MediaName", "Other Card"}}); },
      .title = "Image Write Failed",
-     .detail = diskChanged,
+     .detail = "The selected disk changed after it was scanned. Refresh the disk list and select it again.",
      .logged = "Disk revalidation mismatch. Expected identifier=disk4, media=SDHC Card, bus=USB, "
                "size=600000000; observed identifier=disk4, media=Other Card, bus=USB, size=600000000.",
      .deeds = {}},
-    {.name = "cardExchangedDuringPrompt",
-     .arrange =
-         [](auto& reader, auto&) {
-             reader.setBehaviour("disk4", {.exchangedDuringPrompt = {{"MediaName", "Other Card"}}});
-         },
-     .title = "Authorizing Raw Device Failed",
-     .detail = diskChanged,
-     .logged = "Requesting authorized access to the raw SD-card device.",
-     .deeds = {"unmountDisk", "authopen", "eject"}},
-    {.name = "writeProtected",
-     .arrange = [](auto& reader,
-                   auto&) { reader.changeDetails("disk4", {{"Writable", false}, {"WritableMedia", false}}); },
-     .title = "Image Write Failed",
-     .detail = "The selected disk is protected: macOS did not report the SD card as writable.",
-     .logged = "Revalidating /dev/disk4 immediately before the destructive operation.",
-     .deeds = {}},
 };
 
-/// Without this every byte of the case would be printed.
-void PrintTo(const FailedWrite&, std::ostream*) {}
+void PrintTo(const FailedWrite& write, std::ostream* stream) {
+    *stream << write.name;
+}
 
 class FailedWriteTests : public WindowTest, public testing::WithParamInterface<FailedWrite> {};
 
@@ -104,17 +65,7 @@ struct Scan {
     const char* label;  ///< in the place of the table
 };
 
-constexpr auto noDisks = "No whole disks are available. Insert an SD card and refresh the list.";
-
 const Scan scans[] = {
-    {"fails",
-     [](auto& reader) {
-         const auto program = reader.utilities().diskUtility;
-         std::filesystem::remove(program);
-         std::ofstream(program) << "#!/bin/sh\nexit 1\n";
-         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-     },
-     "Disk scan failed", Tone::red, "Error: diskutil list failed.", noDisks},
     {"findsNothing",
      [](auto& reader) {
          for (const char* disk : {"disk0", "disk4", "disk5", "disk7"})
@@ -123,7 +74,7 @@ const Scan scans[] = {
      "No whole disks found", Tone::orange,
      "macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled and press Refresh Disks "
      "again.",
-     noDisks},
+     "No whole disks are available. Insert an SD card and refresh the list."},
     {"findsNoCard",
      [](auto& reader) {
          for (const char* disk : {"disk4", "disk5"})
@@ -135,6 +86,10 @@ const Scan scans[] = {
      "inspection."},
 };
 
+void PrintTo(const Scan& scan, std::ostream* stream) {
+    *stream << scan.name;
+}
+
 class ScanTests : public WindowTest, public testing::WithParamInterface<Scan> {};
 
 constexpr auto nameOf = [](const auto& info) { return std::string(info.param.name); };
@@ -144,7 +99,7 @@ constexpr auto nameOf = [](const auto& info) { return std::string(info.param.nam
 TEST_P(FailedWriteTests, isShownAndLogged) {
     openReady();
     click(button("Write Disk Image"));
-    GetParam().arrange(reader, image);
+    GetParam().arrange(reader);
     click(button("Erase and Write to disk4"));
     until([this] { return viewModel().isBusy(); });
     untilIdle();

@@ -64,14 +64,6 @@ TEST(DiskRecordTests, aPartitionSaysNothingTwice) {
     }
 }
 
-TEST(DiskRecordTests, aPartitionMountedElsewhereMakesAnotherRecord) {
-    const SDWholeDisk disk = {.id = "disk4", .partitions = {{.id = "disk4s1"}}};
-    SDWholeDisk mounted = disk;
-    EXPECT_EQ(mounted, disk);
-    mounted.partitions[0].mountPoint = "/media/card";
-    EXPECT_NE(mounted, disk);
-}
-
 TEST(DiskRecordTests, progressStaysBetweenNothingAndAll) {
     using enum ImageWritePhase;
     const struct {

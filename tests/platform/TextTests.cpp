@@ -57,11 +57,6 @@ TEST(TextTests, digitsCompareByValueInTheOrderOfNames) {
     EXPECT_EQ(localizedStandardCompare("disk4", "disk4"), 0);
 }
 
-TEST(TextTests, joiningPutsTheSeparatorBetween) {
-    EXPECT_EQ(joined({"a", "", "a"}, " · "), "a ·  · a");
-    EXPECT_EQ(joined({}, ", "), "");
-}
-
 TEST(TextTests, onlyWellFormedBytesAreValid) {
     for (const std::string_view valid : {"", "disk4", "é · 😀"})
         EXPECT_TRUE(isValidUTF8(valid)) << valid;

@@ -246,19 +246,6 @@ TEST_F(AuthorizedRawDiskTests, onlyAWholeBlockDeviceIsADevice) {
     }
 }
 
-TEST_F(AuthorizedRawDiskTests, aBlockDeviceTellsItsGeometry) {
-    if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
-    const TemporaryFolder folder;
-    const auto file = folder.write("card.img", std::string(1 << 20, '\0'));
-    for (const uint32_t blockSize : {512U, 4096U}) {
-        const LoopDevice loop({.file = file, .blockSize = blockSize});
-        const auto handle = RawDiskOpener(TESSEL_ROGUE_AUTHOPEN, makeBlockDevice)
-                                .openAuthorizedRawDisk("send " + loop.path().string());
-        EXPECT_EQ(handle.blockSize, blockSize);
-        EXPECT_EQ(handle.blockCount, (1U << 20) / blockSize);
-    }
-}
-
 TEST_F(AuthorizedRawDiskTests, aHandleComparesBytesWithItsBlocks) {
     const AuthorizedRawDiskHandle handle{.device = nullptr, .blockSize = 4096, .blockCount = 1000};
     const struct {

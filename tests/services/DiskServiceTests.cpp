@@ -241,13 +241,6 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
     }
 }
 
-TEST_F(DiskServiceTests, aRevalidatedDiskIsTheFreshRecord) {
-    const ScriptedUtility utility("list*) list disk4 ;; *) card ;;");
-    const auto fresh = runUntilFinished(loop, utility.service().revalidateDisk(selectedCard()));
-    EXPECT_EQ(fresh.mediaName, "SDXC Reader");
-    EXPECT_TRUE(fresh.isWritable);
-}
-
 TEST_F(DiskServiceTests, aCancelledRevalidationRunsNoFurtherCommand) {
     enum class Moment { beforeStart, inCommand, inPause };
     const struct {

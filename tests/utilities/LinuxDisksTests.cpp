@@ -99,17 +99,6 @@ TEST_F(LinuxDisksTests, anotherMediumIsNotTheDiskAnyMore) {
     EXPECT_THAT(system.calls, IsEmpty());
 }
 
-TEST_F(LinuxDisksTests, ejectingUnmountsAndFlushesFirst) {
-    useReaderWithMechanism();
-    EXPECT_EQ(eject(), "");
-    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0"));
-}
-
-TEST_F(LinuxDisksTests, aSlotWithoutMechanismIsDoneWhenNothingIsMountedAnyMore) {
-    EXPECT_EQ(eject(), "");
-    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "wait"));
-}
-
 TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     system.onWait = [this] {
         mountByDesktop();

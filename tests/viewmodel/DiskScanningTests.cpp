@@ -90,12 +90,6 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
     }
 }
 
-TEST_F(DiskScanningTests, aScanKeepsTheProgressOfTheLastWrite) {
-    viewModel->applyWriteProgress({ImageWritePhase::synchronizing, 1, 1});
-    scan();
-    EXPECT_EQ(viewModel->writeOperationProgress(), 0.7);
-}
-
 TEST_F(DiskScanningTests, nothingElseHappensDuringAScan) {
     choose(folder.write("os.img", "image"));
     takeLog();

@@ -7,25 +7,6 @@ using testing::ElementsAre;
 
 using WriteProgressTests = ViewModelTest;
 
-TEST_F(WriteProgressTests, beginsWithNothingDone) {
-    EXPECT_FALSE(viewModel->selectedImage());
-    EXPECT_TRUE(viewModel->disks().empty());
-    EXPECT_EQ(viewModel->selectedDiskID(), "");
-    EXPECT_EQ(viewModel->selectedDisk(), nullptr);
-    EXPECT_TRUE(viewModel->verifyAfterWrite());
-    EXPECT_EQ(stateText(), "idle");
-    EXPECT_EQ(viewModel->logText(), "No operation messages yet.");
-    EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-    EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
-    EXPECT_EQ(viewModel->writePhaseTitle(), "Waiting to Start");
-    EXPECT_EQ(viewModel->writeProgressDetail(), "Select an image and a recognized SD card.");
-    EXPECT_FALSE(viewModel->didPerformInitialScan());
-    EXPECT_FALSE(viewModel->canRequestStop());
-    EXPECT_FALSE(viewModel->isCancellationRequested());
-    viewModel->requestStop();
-    EXPECT_EQ(changes, 0) << "there is nothing to stop";
-}
-
 TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
     constexpr auto largest = std::numeric_limits<uint64_t>::max();
     const struct {
@@ -107,16 +88,6 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     viewModel->startWrite();
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4) << "the next write begins anew";
     finishWrite();
-}
-
-TEST_F(WriteProgressTests, tellsOfChangesAndOfNothingElse) {
-    viewModel->setVerifyAfterWrite(true);
-    EXPECT_EQ(changes, 0);
-    viewModel->setVerifyAfterWrite(false);
-    EXPECT_EQ(changes, 1);
-    viewModel->onChange = nullptr;
-    viewModel->setVerifyAfterWrite(true);
-    EXPECT_TRUE(viewModel->verifyAfterWrite()) << "nobody has to listen";
 }
 
 TEST_F(WriteProgressTests, joinsTheLogAsItGrowsAndWhenItWasCleared) {

@@ -267,15 +267,6 @@ TEST_F(OperationLogViewTests, theKeyboardSelectsAndCopiesButNeverEdits) {
     EXPECT_EQ(view.toPlainText().toStdString(), text + "\nthird");
 }
 
-TEST_F(OperationLogViewTests, aNegativePauseEndsAtTheNextTurnOfTheEventLoop) {
-    OperationLogView impatient(-5s);
-    impatient.show();
-    QTest::keyClick(&impatient, Qt::Key_Home);
-    EXPECT_FALSE(impatient.isFollowingLatest());
-    QApplication::processEvents();
-    EXPECT_TRUE(impatient.isFollowingLatest());
-}
-
 TEST_F(OperationLogViewTests, aClosedViewLeavesNothingOnItsWay) {
     {
         OperationLogView shortLived(0ms);

@@ -113,35 +113,4 @@ TEST(SymbolTests, everyDrawingIsPaintedInItsColourAtEveryScale) {
     EXPECT_TRUE(symbolPixmap("no.such.symbol", 16, Qt::red, 1).isNull());
 }
 
-TEST(SymbolTests, theNamesThatTheWindowUsesExist) {
-    for (const char* name : {"sdcard.fill",
-                             "sdcard",
-                             "doc.badge.plus",
-                             "folder",
-                             "info.circle",
-                             "info.circle.fill",
-                             "arrow.clockwise",
-                             "exclamationmark.triangle.fill",
-                             "largecircle.fill.circle",
-                             "circle",
-                             "square.and.arrow.down.on.square.fill",
-                             "exclamationmark.octagon.fill",
-                             "checkmark.shield.fill",
-                             "lock.shield.fill",
-                             "text.alignleft",
-                             "trash",
-                             "stop.circle.fill",
-                             "lock.fill",
-                             "chevron.up",
-                             "chevron.down",
-                             "chevron.right",
-                             "doc.fill",
-                             "square.stack.3d.up.fill",
-                             "internaldrive.fill",
-                             "externaldrive.fill",
-                             "eject.circle.fill"}) {
-        EXPECT_FALSE(symbolPixmap(name, 16, Qt::black, 1).isNull()) << name;
-    }
-}
-
 }  // namespace tessel
