@@ -4,27 +4,23 @@
 #include <thread>
 #include <utility>
 
+#include "rehearsal/WrappedDevice.h"
+
 namespace tessel {
 
 namespace {
 
-class PacedDevice : public RawDevice {
+class PacedDevice : public WrappedDevice {
   public:
     PacedDevice(std::unique_ptr<RawDevice> device, double bytesPerSecond) :
-        device(std::move(device)),
+        WrappedDevice(std::move(device)),
         bytesPerSecond(bytesPerSecond) {}
 
-    SystemResult blockSize() override { return device->blockSize(); }
-    SystemResult blockCount() override { return device->blockCount(); }
-    SystemResult disableCaching() override { return device->disableCaching(); }
-    SystemResult synchronize() override { return device->synchronize(); }
-    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
-
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return paced([&] { return device->write(bytes, offset); });
+        return paced([&] { return WrappedDevice::write(bytes, offset); });
     }
     SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return paced([&] { return device->read(bytes, offset); });
+        return paced([&] { return WrappedDevice::read(bytes, offset); });
     }
 
   private:
@@ -36,7 +32,6 @@ class PacedDevice : public RawDevice {
         return result;
     }
 
-    std::unique_ptr<RawDevice> device;
     double bytesPerSecond;
 };
 

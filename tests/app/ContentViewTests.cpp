@@ -1,6 +1,3 @@
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
 #include <QSplitterHandle>
 
 #include "app/LogCard.h"
@@ -8,7 +5,6 @@
 #include "tests/app/WindowTest.h"
 #include "views/Card.h"
 #include "views/DisclosureButton.h"
-#include "views/OperationLogView.h"
 #include "views/Switch.h"
 
 namespace tessel {
@@ -160,30 +156,6 @@ TEST_F(ContentViewTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
         }
     }
     EXPECT_EQ(the<LogCard>().parentWidget()->width(), 340);
-}
-
-TEST_F(ContentViewTests, whatCanBeSelectedCanBeCopied) {
-    openReady();
-    auto& clipboard = *QApplication::clipboard();
-    for (auto* field : shownWidgets<QLineEdit>(window())) {
-        click(*field, {4, 4});
-        press(Qt::Key_A, Qt::ControlModifier);
-        press(Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(clipboard.text(), field->text());
-    }
-    auto& operationLog = the<OperationLogView>();
-    operationLog.setFocus();
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(clipboard.text(), operationLog.toPlainText());
-
-    click(button("Write Disk Image"));
-    for (auto* label : shownWidgets<QLabel>(*alert())) {
-        if (!label->text().startsWith("WARNING")) continue;
-        QTest::mouseDClick(label, Qt::LeftButton, {}, {20, 8});
-        QTest::keySequence(label, QKeySequence::Copy);
-    }
-    EXPECT_EQ(clipboard.text(), "WARNING");
 }
 
 }  // namespace tessel

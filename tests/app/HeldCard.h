@@ -2,8 +2,9 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
-#include "platform/RawDevice.h"
+#include "rehearsal/WrappedDevice.h"
 
 namespace tessel {
 
@@ -22,7 +23,7 @@ class CardHold {
 };
 
 /// A card that can be held up while it is written, and while it is read.
-class HeldCard : public RawDevice {
+class HeldCard : public WrappedDevice {
   public:
     struct Holds {
         CardHold writing;
@@ -30,25 +31,19 @@ class HeldCard : public RawDevice {
     };
 
     HeldCard(std::unique_ptr<RawDevice> device, const Holds& holds) :
-        device(std::move(device)),
+        WrappedDevice(std::move(device)),
         holds(holds) {}
 
-    SystemResult blockSize() override { return device->blockSize(); }
-    SystemResult blockCount() override { return device->blockCount(); }
-    SystemResult disableCaching() override { return device->disableCaching(); }
-    SystemResult synchronize() override { return device->synchronize(); }
-    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         if (offset > 0) holds.writing.waitWhileHeld();
-        return device->write(bytes, offset);
+        return WrappedDevice::write(bytes, offset);
     }
     SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
         if (offset > 0) holds.reading.waitWhileHeld();
-        return device->read(bytes, offset);
+        return WrappedDevice::read(bytes, offset);
     }
 
   private:
-    std::unique_ptr<RawDevice> device;
     const Holds& holds;
 };
 

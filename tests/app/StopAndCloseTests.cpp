@@ -1,7 +1,4 @@
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QTimer>
 
@@ -141,25 +138,6 @@ TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
         EXPECT_FALSE(viewModel().isBusy());
     }
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
-}
-
-TEST_F(StopAndCloseTests, theInstalledProgramUsesTheUtilitiesBesideItAndEndsBySignal) {
-    const auto libexec = folder.path() / "installed" / "libexec" / "velmora-tessel";
-    SimulatedReader installedReader(libexec, TESSEL_SIMULATED_PROGRAMS);
-    const auto program = folder.path() / "installed" / "bin" / "velmora-tessel";
-    std::filesystem::create_directories(program.parent_path());
-    std::filesystem::copy_file(TESSEL_PROGRAM, program);
-    std::string path = program.string();
-    char* const arguments[] = {path.data(), nullptr};
-    pid_t process = 0;
-    ASSERT_EQ(posix_spawn(&process, path.c_str(), nullptr, nullptr, arguments, environ), 0);
-    until([&] { return !installedReader.calls().empty(); });
-    kill(process, SIGTERM);
-    int status = 0;
-    waitpid(process, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_THAT(installedReader.calls(), ElementsAre("diskutil list -plist"));
 }
 
 }  // namespace tessel

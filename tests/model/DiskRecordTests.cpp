@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "model/ImageWriteProgress.h"
 #include "model/SDWholeDisk.h"
 
 namespace tessel {
@@ -62,19 +61,6 @@ TEST(DiskRecordTests, aPartitionSaysNothingTwice) {
         EXPECT_EQ(partition.displayName(), name);
         EXPECT_EQ(partition.detailText(), detail);
     }
-}
-
-TEST(DiskRecordTests, progressStaysBetweenNothingAndAll) {
-    using enum ImageWritePhase;
-    const struct {
-        ImageWriteProgress progress;
-        double fraction;
-    } cases[] = {
-        {{writingImage, 0, 0}, 0.0}, {{completed, 0, 0}, 1.0},      {{writingImage, 1, 4}, 0.25},
-        {{completed, 1, 4}, 0.25},   {{verifyingImage, 5, 4}, 1.0},
-    };
-    for (const auto& [progress, fraction] : cases)
-        EXPECT_DOUBLE_EQ(progress.fractionCompleted(), fraction);
 }
 
 }  // namespace tessel

@@ -57,12 +57,4 @@ TEST(TextTests, digitsCompareByValueInTheOrderOfNames) {
     EXPECT_EQ(localizedStandardCompare("disk4", "disk4"), 0);
 }
 
-TEST(TextTests, onlyWellFormedBytesAreValid) {
-    for (const std::string_view valid : {"", "disk4", "é · 😀"})
-        EXPECT_TRUE(isValidUTF8(valid)) << valid;
-    for (const std::string_view invalid : {"\xff", "caf\xc3", "\xc0\xaf", "\xed\xa0\x80"}) {
-        EXPECT_FALSE(isValidUTF8(invalid)) << testing::PrintToString(invalid);
-    }
-}
-
 }  // namespace tessel

@@ -1,34 +1,33 @@
 #pragma once
 
+#include <cerrno>
 #include <memory>
+#include <utility>
 
-#include "platform/RawDevice.h"
+#include "rehearsal/WrappedDevice.h"
 
 namespace tessel {
 
 /// A working device, but for one kind of call.
-class FaultyDevice : public RawDevice {
+class FaultyDevice : public WrappedDevice {
   public:
     enum class Fault { none, secondWrite, read, synchronize };
 
-    FaultyDevice(std::unique_ptr<RawDevice> device, Fault fault) : device(std::move(device)), fault(fault) {}
-    SystemResult blockSize() override { return device->blockSize(); }
-    SystemResult blockCount() override { return device->blockCount(); }
-    SystemResult disableCaching() override { return device->disableCaching(); }
+    FaultyDevice(std::unique_ptr<RawDevice> device, Fault fault) :
+        WrappedDevice(std::move(device)),
+        fault(fault) {}
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return fault == Fault::secondWrite && offset > 0 ? failure : device->write(bytes, offset);
+        return fault == Fault::secondWrite && offset > 0 ? failure : WrappedDevice::write(bytes, offset);
     }
     SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return fault == Fault::read ? failure : device->read(bytes, offset);
+        return fault == Fault::read ? failure : WrappedDevice::read(bytes, offset);
     }
-    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
     SystemResult synchronize() override {
-        return fault == Fault::synchronize ? failure : device->synchronize();
+        return fault == Fault::synchronize ? failure : WrappedDevice::synchronize();
     }
 
   private:
     static constexpr SystemResult failure{.error = EIO};
-    std::unique_ptr<RawDevice> device;
     Fault fault;
 };
 

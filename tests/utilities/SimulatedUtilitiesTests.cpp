@@ -47,43 +47,6 @@ TEST_F(SimulatedUtilitiesTests, theListNamesPartitionsAndNestedVolumesInOrder) {
     EXPECT_FALSE(info.asDictionary()->contains("Partitions"));
 }
 
-TEST_F(SimulatedUtilitiesTests, otherCommandsAreWrongUsage) {
-    for (const auto& arguments : std::vector<std::vector<std::string>>{
-             {},
-             {"list"},
-             {"list", "-plist", "/dev/disk4"},
-             {"info", "-plist", "disk4"},
-             {"info", "-plist", "/dev/rdisk4"},
-             {"info", "-plist", "/dev/disk4s1"},
-             {"info", "-plist", "/dev/disk"},
-             {"eject", "/dev/../disk4"},
-             {"eject", "force", "/dev/disk4"},
-             {"unmountDisk", "/dev/disk4"},
-             {"eraseDisk", "force", "/dev/disk4"},
-         }) {
-        const UtilityRun run = diskutil(arguments);
-        EXPECT_EQ(run.status, 64);
-        EXPECT_THAT(run.errors, HasSubstr("Usage: diskutil"));
-        EXPECT_EQ(run.output, "");
-    }
-}
-
-TEST_F(SimulatedUtilitiesTests, otherWaysOfOpeningAreWrongUsage) {
-    for (const auto& arguments : std::vector<std::vector<std::string>>{
-             {},
-             {"/dev/rdisk4"},
-             {"-stdoutpipe", "-o", "0", "/dev/rdisk4"},
-             {"-stdoutpipe", "-o", "2", "/dev/disk4"},
-             {"-stdoutpipe", "-o", "2", "/dev/rdisk4", "-w"},
-             {"-stdoutpipe", "-o", "2", "/dev/rdisk4/../rdisk4"},
-         }) {
-        const UtilityRun run = authopen(arguments);
-        EXPECT_EQ(run.status, 64);
-        EXPECT_THAT(run.errors, HasSubstr("Usage: authopen"));
-        EXPECT_EQ(run.received.outcome, Outcome::closed);
-    }
-}
-
 TEST_F(SimulatedUtilitiesTests, aCardIsOpenedExclusivelyWhereItIsABlockDevice) {
     if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
     UtilityRun first = authopen();

@@ -8,7 +8,6 @@
 #include "tests/views/Samples.h"
 #include "views/ElidedLabel.h"
 #include "views/InfoRow.h"
-#include "views/ProgressBar.h"
 #include "views/Switch.h"
 
 namespace tessel {
@@ -67,19 +66,6 @@ TEST(SwitchTests, mouseAndKeyboardToggleItAndScreenReadersHearACheckBox) {
     EXPECT_TRUE(heard->state().checked);
     QTest::keyClick(&toggle, Qt::Key_Space);
     EXPECT_FALSE(toggle.isChecked());
-}
-
-TEST(ProgressBarTests, screenReadersHearAPercentage) {
-    ProgressBar bar;
-    struct Case {
-        double fraction;
-        int percent;
-    };
-    for (const Case& one : {Case{0.005, 1}, Case{0.37, 37}, Case{1.5, 100}, Case{-1, 0}}) {
-        bar.setFraction(one.fraction);
-        QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(&bar);
-        EXPECT_EQ(heard->valueInterface()->currentValue().toInt(), one.percent) << one.fraction;
-    }
 }
 
 }  // namespace tessel

@@ -155,14 +155,6 @@ TEST_F(OperationLogViewTests, aPausedViewKeepsItsPlaceHoweverLinesWrap) {
     EXPECT_TRUE(resumes());
 }
 
-TEST_F(OperationLogViewTests, aNarrowerOrLowerViewFollowsOnWithoutNewLines) {
-    for (const QSize size : {QSize(150, 200), QSize(150, 90), QSize(400, 120)}) {
-        view.resize(size);
-        letPendingScrollsHappen();
-        EXPECT_TRUE(isAtEnd());
-    }
-}
-
 TEST_F(OperationLogViewTests, aHeldButtonKeepsThePauseWhichCountsFromItsRelease) {
     for (const QWidget* part : {view.viewport(), static_cast<QWidget*>(&scroller())}) {
         press(*part);

@@ -87,7 +87,10 @@ int rehearse(TerminationSignal& terminationSignal, const QStringList& arguments)
 
 int main(int argc, char* argv[]) {
     tessel::TerminationSignal terminationSignal;
-    if (!tessel::hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!tessel::hasDisplay()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_LOGGING_RULES", "default.warning=false");  // of what only a real screen has
+    }
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();
     try {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "platform/RawDevice.h"
+
+namespace tessel {
+
+/// A device that hands every call on to another; derive from it to change some of them.
+class WrappedDevice : public RawDevice {
+  public:
+    explicit WrappedDevice(std::unique_ptr<RawDevice> device) : device(std::move(device)) {}
+
+    SystemResult blockSize() override { return device->blockSize(); }
+    SystemResult blockCount() override { return device->blockCount(); }
+    SystemResult disableCaching() override { return device->disableCaching(); }
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+        return device->write(bytes, offset);
+    }
+    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+        return device->read(bytes, offset);
+    }
+    SystemResult synchronize() override { return device->synchronize(); }
+    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
+
+  private:
+    std::unique_ptr<RawDevice> device;
+};
+
+}  // namespace tessel
