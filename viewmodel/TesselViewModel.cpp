@@ -31,6 +31,10 @@ void TesselViewModel::logError(const std::exception_ptr& error) {
     appendLog("Error: " + localizedDescription(error));
 }
 
+void TesselViewModel::setVerifyAfterWrite(bool verify) {
+    if (!isBusy()) verifyAfterWrite = verify;
+}
+
 void TesselViewModel::clearLog() {
     if (isBusy()) return;
     joinedLog = {};

@@ -62,7 +62,8 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     const std::string& logText() const;
     bool isSuccessfulCompletion() const;
     double overallWorkflowProgress() const;
-    void setVerifyAfterWrite(bool verify) { verifyAfterWrite = verify; }
+    /// Does nothing while busy: what is said of a write is what was done in it.
+    void setVerifyAfterWrite(bool verify);
     /// Does nothing while busy.
     void clearLog();
     void applyWriteProgress(const ImageWriteProgress& progress);

@@ -118,6 +118,7 @@ class ViewModelTest : public LeavesNothingOpen {
         viewModel->selectDisk("disk4");
         viewModel->startWrite();
         viewModel->clearLog();
+        viewModel->setVerifyAfterWrite(!viewModel->verifyAfterWrite());
         startTask(Home::main(loop), Priority::userInitiated, viewModel->refreshDisks());
         EXPECT_EQ(changes, changesBefore);
         EXPECT_EQ(desktop.events, eventsBefore);
