@@ -27,6 +27,11 @@ constexpr size_t largestChunk = 8 * 1024 * 1024;
 constexpr int readsPerChunk = 3;
 constexpr std::chrono::milliseconds pauseBeforeReread{200};
 
+/// A whole number of blocks, and at least one.
+size_t chunkSizeFor(uint64_t blockSize) {
+    return static_cast<size_t>(std::max<uint64_t>(largestChunk / blockSize, 1) * blockSize);
+}
+
 TesselError failureAt(const std::string& what, uint64_t offset, const std::string& reason) {
     return TesselError::commandFailed(what + " at byte offset " + std::to_string(offset) + ": " + reason);
 }
@@ -151,9 +156,8 @@ Task<> writeImage(ImageTransfer transfer, ImageWriteProgressHandler progress) {
 
     const ImageSource source(transfer.imageURL, transfer.imageSize);
     const auto blockSize = transfer.handle.blockSize;
-    const ChunkGeometry geometry{.imageSize = transfer.imageSize,
-                                 .blockSize = blockSize,
-                                 .chunkSize = static_cast<size_t>(largestChunk / blockSize * blockSize)};
+    const ChunkGeometry geometry{
+        .imageSize = transfer.imageSize, .blockSize = blockSize, .chunkSize = chunkSizeFor(blockSize)};
 
     const auto digest = co_await writeChunks(transfer, source, geometry, progress);
     co_await progress({synchronizing, transfer.imageSize, transfer.imageSize});

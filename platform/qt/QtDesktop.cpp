@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QStandardPaths>
 #include <system_error>
+#include <utility>
 
 #include "platform/qt/SleepBlock.h"
 
@@ -11,13 +12,22 @@ namespace tessel {
 
 namespace {
 
-/// "Images (*.img *.IMG)": the desktop's own dialogs may tell cases apart.
+/// "*.ab *.aB *.Ab *.AB": the desktop's own dialogs may tell cases apart.
+QStringList patternsFor(const QString& extension) {
+    QStringList patterns{"*."};
+    for (const QChar letter : extension) {
+        const QStringList beginnings = std::exchange(patterns, {});
+        for (const QString& beginning : beginnings)
+            patterns << beginning + letter.toLower() << beginning + letter.toUpper();
+    }
+    patterns.removeDuplicates();
+    return patterns;
+}
+
 QString nameFilter(const Desktop::OpenPanel& panel) {
     QStringList patterns;
-    for (const auto& extension : panel.extensions) {
-        const auto pattern = "*." + QString::fromStdString(extension);
-        patterns << pattern << pattern.toUpper();
-    }
+    for (const auto& extension : panel.extensions)
+        patterns << patternsFor(QString::fromStdString(extension));
     return QString::fromStdString(panel.message) + " (" + patterns.join(' ') + ")";
 }
 
@@ -28,6 +38,7 @@ std::optional<std::filesystem::path> QtDesktop::runOpenPanel(const OpenPanel& pa
                        QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (!suggestedFile.empty()) dialog.selectFile(QString::fromStdString(suggestedFile.string()));
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilter(nameFilter(panel));
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;

@@ -17,7 +17,7 @@ class DescribedSystem : public BlockSystem {
     Machine read() override { return machine; }
     void unmount(const std::string& device) override {
         calls.push_back("unmount " + device);
-        if (!unmountFails) named(device).mounts.pop_back();
+        onUnmount(named(device));
     }
     FileDescriptor open(const std::string& device) override {
         calls.push_back("open " + device);
@@ -41,7 +41,7 @@ class DescribedSystem : public BlockSystem {
 
     Machine machine;
     std::vector<std::string> calls;
-    bool unmountFails = false;  ///< silently, as a lazy one does
+    std::function<void(BlockDevice&)> onUnmount = [](BlockDevice& device) { device.mounts.pop_back(); };
     std::function<FileDescriptor()> onOpen;
     std::function<Ejection()> onEject;
     std::function<void()> onWait;

@@ -11,6 +11,7 @@ namespace tessel {
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -66,10 +67,34 @@ TEST_F(LinuxDisksTests, everyMountIsUnmounted) {
 }
 
 TEST_F(LinuxDisksTests, anUnmountThatLeavesAMountHasFailed) {
-    system.unmountFails = true;
+    system.onUnmount = [](BlockDevice&) {};
     EXPECT_THAT(unmount(), HasSubstr("Resource busy"));
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
     EXPECT_THAT(system.calls, Not(Contains("flush")));
+}
+
+TEST_F(LinuxDisksTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
+    system.onUnmount = [](BlockDevice& device) {
+        device.mounts.clear();
+        throw PlatformError("Disk", EINVAL, "Somebody else unmounted it.");
+    };
+    EXPECT_EQ(eject(), "");
+
+    mountByDesktop();
+    system.calls.clear();
+    system.onUnmount = [](BlockDevice&) { throw PlatformError("Disk", EPERM, "User canceled."); };
+    EXPECT_EQ(eject(), "User canceled.");
+    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1")) << "nobody is asked twice";
+}
+
+TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
+    volume.isLocked = true;
+    EXPECT_EQ(eject(), "Resource busy: another program is working on disk7.");
+    EXPECT_THAT(system.calls, Each("wait"));
+
+    system.onWait = [this] { volume.isLocked = false; };
+    EXPECT_EQ(unmount(), "");
+    EXPECT_EQ(system.calls.back(), "unmount mmcblk0p1");
 }
 
 TEST_F(LinuxDisksTests, aProtectedDiskIsNeitherUnmountedNorEjected) {
@@ -107,6 +132,27 @@ TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls,
                 ElementsAre("unmount mmcblk0p1", "flush", "wait", "unmount mmcblk0p1", "flush", "wait"));
+}
+
+TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
+    useReaderWithMechanism();
+    system.onEject = [this] {
+        system.named("mmcblk0").sequenceNumber = 8;
+        return Ejection::done;
+    };
+    EXPECT_EQ(eject(), "");
+    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0"));
+}
+
+TEST_F(LinuxDisksTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {
+    useReaderWithMechanism();
+    system.onWait = [this] {
+        mountByDesktop();
+        system.onWait = nullptr;
+    };
+    EXPECT_EQ(eject(), "");
+    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0", "wait",
+                                          "unmount mmcblk0p1", "flush", "eject mmcblk0", "wait"));
 }
 
 TEST_F(LinuxDisksTests, aMechanismThatFailsIsNoneWhenNothingIsMounted) {

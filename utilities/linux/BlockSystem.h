@@ -29,7 +29,8 @@ class BlockSystem {
     /// Opens for reading and writing, past the caches, and fails when anybody else uses the device.
     virtual FileDescriptor open(const std::string& device) = 0;
 
-    /// Returns once everything that was written to any disk is there.
+    /// Has everything written that still waits in memory. Returns once it is, or after 10 seconds: what was
+    /// mounted and is not any more was written then, and other disks may be slow.
     virtual void flush() = 0;
 
     virtual Ejection eject(const std::string& device) = 0;

@@ -56,12 +56,18 @@ std::string cardKindOf(const BlockDevice& disk) {
     return isAboutThisMedium ? nameFor(disk.service.media, kinds, "") : "";
 }
 
+/// What the device database calls the reader. Nothing where the same USB device may be a flash drive, too.
+std::string readerNameOf(const BlockDevice& disk) {
+    const bool mayBeFlashDrive = lowercased(disk.databaseName).find("flash drive") != std::string::npos;
+    return mayBeFlashDrive ? "" : disk.databaseName;
+}
+
 /// Vendor and model, the reader's name in the device database, and the kind of card, each unless it was
 /// already told.
 std::string mediaNameOf(const BlockDevice& disk) {
     std::string name;
     for (const std::string& part :
-         {disk.service.vendor, disk.service.model, disk.databaseName, cardKindOf(disk)}) {
+         {disk.service.vendor, disk.service.model, readerNameOf(disk), cardKindOf(disk)}) {
         const std::string words = trimmed(part);
         if (words.empty() || lowercased(name).find(lowercased(words)) != std::string::npos) continue;
         name += (name.empty() ? "" : " ") + words;

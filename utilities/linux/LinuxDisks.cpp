@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <exception>
 
 #include "platform/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
@@ -21,16 +22,16 @@ constexpr int ejectAttempts = 3;
 /// A desktop mounts new partitions about a second after the descriptor that wrote them was closed.
 constexpr std::chrono::milliseconds timeToMountAgain{1500};
 
+/// The device manager locks a disk while it looks at what has just been written there.
+constexpr int lockAttempts = 20;
+constexpr std::chrono::milliseconds pauseWhileLocked{100};
+
 PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " is mounted again and again."};
 }
 
-/// Somebody else may be writing to it: another copy of this program, or a partitioning tool.
-void requireUnlocked(const Machine& machine, const BlockDevice& disk) {
-    if (std::ranges::any_of(partsOf(machine, disk), &BlockDevice::isLocked))
-        throw PlatformError(
-            "Disk", EBUSY,
-            "Resource busy: another program is working on " + identifierOf(machine, disk) + ".");
+PlatformError locked(const std::string& identifier) {
+    return {"Disk", EBUSY, "Resource busy: another program is working on " + identifier + "."};
 }
 
 bool hasEjectMechanism(const BlockDevice& disk) {
@@ -49,15 +50,21 @@ PropertyList::Dictionary LinuxDisks::info(const std::string& identifier) {
 }
 
 void LinuxDisks::unmount(const std::string& identifier) {
+    std::exception_ptr refusal;
     for (int round = 0; round <= unmountRounds; ++round) {
-        const Machine machine = system.read();
+        const Machine machine = readUnlocked(identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
-        requireUnlocked(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
-        for (const BlockDevice* part : mounted)
-            system.unmount(part->name);
+        if (refusal) std::rethrow_exception(refusal);
+        try {
+            for (const BlockDevice* part : mounted)
+                system.unmount(part->name);
+        } catch (const PlatformError&) {
+            // No failure if somebody else was faster.
+            refusal = std::current_exception();
+        }
     }
     throw busy(identifier);
 }
@@ -70,19 +77,36 @@ void LinuxDisks::eject(const std::string& identifier) {
         const BlockDevice& disk = listedDisk(machine, identifier);
         const auto ejection = hasEjectMechanism(disk) ? system.eject(disk.name) : Ejection::impossible;
         if (ejection == Ejection::busy) continue;
+        if (!isPresent(identifier)) return;
         // What stays in its slot may be mounted again.
-        if (ejection == Ejection::impossible) system.wait(timeToMountAgain);
+        system.wait(timeToMountAgain);
         if (isAtRest(identifier)) return;
     }
     throw busy(identifier);
 }
 
+/// The machine, as soon as nobody else works on the disk: another copy of this program, or a partitioning
+/// tool.
+Machine LinuxDisks::readUnlocked(const std::string& identifier) {
+    for (int attempt = 1;; ++attempt) {
+        Machine machine = system.read();
+        if (std::ranges::none_of(partsOf(machine, listedDisk(machine, identifier)), &BlockDevice::isLocked))
+            return machine;
+        if (attempt == lockAttempts) throw locked(identifier);
+        system.wait(pauseWhileLocked);
+    }
+}
+
+bool LinuxDisks::isPresent(const std::string& identifier) {
+    const Machine machine = system.read();
+    return findListedDisk(machine, identifier);
+}
+
 /// Whether the medium is gone, or nothing of it is mounted.
 bool LinuxDisks::isAtRest(const std::string& identifier) {
     const Machine machine = system.read();
-    return std::ranges::none_of(listedDisks(machine), [&](const BlockDevice* disk) {
-        return identifierOf(machine, *disk) == identifier && !mountedParts(machine, *disk).empty();
-    });
+    const BlockDevice* disk = findListedDisk(machine, identifier);
+    return !disk || mountedParts(machine, *disk).empty();
 }
 
 }  // namespace tessel

@@ -24,6 +24,8 @@ class LinuxDisks : public DiskSource {
     void eject(const std::string& identifier) override;
 
   private:
+    Machine readUnlocked(const std::string& identifier);
+    bool isPresent(const std::string& identifier);
     bool isAtRest(const std::string& identifier);
 
     BlockSystem& system;

@@ -86,9 +86,14 @@ std::string identifierOf(const Machine& machine, const BlockDevice& disk) {
     return "disk" + std::to_string(numberOf(machine, disk));
 }
 
-const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier) {
+const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier) {
     for (const BlockDevice* disk : listedDisks(machine))
-        if (identifierOf(machine, *disk) == identifier) return *disk;
+        if (identifierOf(machine, *disk) == identifier) return disk;
+    return nullptr;
+}
+
+const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier) {
+    if (const BlockDevice* disk = findListedDisk(machine, identifier)) return *disk;
     throw PlatformError("Disk", ENXIO, "Could not find disk: " + std::string(identifier) + ".");
 }
 

@@ -75,6 +75,9 @@ std::vector<const BlockDevice*> listedDisks(const Machine& machine);
 /// "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
 std::string identifierOf(const Machine& machine, const BlockDevice& disk);
 
+/// The listed disk with this identifier, or none.
+const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier);
+
 /// The listed disk with this identifier. Throws PlatformError when there is none.
 const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
 

@@ -84,9 +84,11 @@ BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
 Machine readKernelDevices() {
     const Database database(udev_new());
     Machine machine;
-    for (const std::string& name : namesIn("/sys/class/block"))
-        machine.devices.push_back(
-            readDevice(database.get(), std::filesystem::canonical("/sys/class/block/" + name)));
+    for (const std::string& name : namesIn("/sys/class/block")) {
+        std::error_code isGone;
+        const auto path = std::filesystem::canonical("/sys/class/block/" + name, isGone);
+        if (!isGone) machine.devices.push_back(readDevice(database.get(), path));
+    }
     addMountsAndSwaps(machine);
     addLocks(machine);
     return machine;

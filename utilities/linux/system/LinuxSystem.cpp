@@ -1,13 +1,23 @@
 #include "utilities/linux/system/LinuxSystem.h"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <thread>
 
+#include "platform/Errors.h"
 #include "utilities/linux/system/DiskServiceClient.h"
 #include "utilities/linux/system/KernelReader.h"
 
 namespace tessel {
+
+namespace {
+
+constexpr std::chrono::seconds flushLimit{10};
+
+}  // namespace
 
 Machine LinuxSystem::read() {
     Machine machine = readKernelDevices();
@@ -27,7 +37,19 @@ FileDescriptor LinuxSystem::open(const std::string& device) {
 }
 
 void LinuxSystem::flush() {
-    sync();
+    // Nothing ends a sync() early, so another process has to wait for it.
+    const pid_t flusher = fork();
+    if (flusher < 0) throw posixError("The disks could not be flushed", errno);
+    if (flusher == 0) {
+        close_range(0, UINT_MAX, 0);
+        sync();
+        _exit(0);
+    }
+    constexpr std::chrono::milliseconds pause{20};
+    for (std::chrono::milliseconds waited{0}; waited < flushLimit; waited += pause) {
+        if (waitpid(flusher, nullptr, WNOHANG) != 0) return;
+        wait(pause);
+    }
 }
 
 BlockSystem::Ejection LinuxSystem::eject(const std::string& device) {
