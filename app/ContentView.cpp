@@ -139,6 +139,7 @@ void ContentView::showEvent(QShowEvent* event) {
 void ContentView::askToWrite() {
     const auto message = confirmationMessage(*viewModel);
     const auto writeWhatWasConfirmed = [this, message] {
+        if (closesWhenWriteEnds) return;
         if (confirmationMessage(*viewModel) == message) {
             viewModel->startWrite();
         } else {

@@ -37,8 +37,8 @@ ImageCard::ImageCard(TesselViewModel& viewModel, QWidget* parent) :
 void ImageCard::render() {
     const auto& image = viewModel.selectedImage();
     selectButton->setEnabled(!viewModel.isBusy());
-    fileRow->setValue(image ? QString::fromStdString(image->url.filename().string()) : "No image selected");
-    pathRow->setValue(image ? QString::fromStdString(image->url.string()) : "Not selected");
+    fileRow->setValue(image ? QString::fromStdString(image->displayName()) : "No image selected");
+    pathRow->setValue(image ? QString::fromStdString(image->displayPath()) : "Not selected");
     sizeRow->setValue(image ? QString::fromStdString(byteCountText(image->sizeBytes)) : "Unknown");
     hint->setVisible(image.has_value());
 }

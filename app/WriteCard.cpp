@@ -95,7 +95,7 @@ void WriteCard::render() {
     imageRow->setVisible(image.has_value());
     if (image) {
         imageRow->setValue(
-            QString::fromStdString(image->url.filename().string() + " · " + byteCountText(image->sizeBytes)));
+            QString::fromStdString(image->displayName() + " · " + byteCountText(image->sizeBytes)));
     }
     verifySwitch->setChecked(viewModel.verifyAfterWrite());
     verifySwitch->setEnabled(!viewModel.isBusy());

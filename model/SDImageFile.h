@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
+
+#include "platform/Text.h"
 
 namespace tessel {
 
@@ -9,6 +12,10 @@ namespace tessel {
 struct SDImageFile {
     std::filesystem::path url;
     uint64_t sizeBytes = 0;
+
+    /// The file's name, and its whole path, as they are shown to a person.
+    std::string displayName() const { return printable(url.filename().string()); }
+    std::string displayPath() const { return printable(url.string()); }
 
     bool operator==(const SDImageFile&) const = default;
 };

@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/Text.h"
+
 namespace tessel {
 
 PlatformError::PlatformError(std::string domain, int code, std::string localizedDescription) :
@@ -15,7 +17,7 @@ std::string systemErrorText(int code) {
 }
 
 PlatformError posixError(const std::string& subject, int code) {
-    return {posixErrorDomain, code, subject + ": " + systemErrorText(code) + "."};
+    return {posixErrorDomain, code, printable(subject) + ": " + systemErrorText(code) + "."};
 }
 
 }  // namespace tessel

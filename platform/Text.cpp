@@ -111,6 +111,16 @@ int localizedStandardCompare(std::string_view one, std::string_view other) {
     return collator->compare(unicode(one), unicode(other));
 }
 
+std::string printable(std::string_view text) {
+    static const icu::UnicodeSet unprintable = characterSet(u"[[:Cc:][:Zl:][:Zp:][:Bidi_Control:]]");
+    icu::UnicodeString result;
+    for (icu::StringCharacterIterator rest(unicode(text)); rest.hasNext();) {
+        const UChar32 character = rest.next32PostInc();
+        result.append(unprintable.contains(character) ? UChar32{0xfffd} : character);
+    }
+    return utf8(result);
+}
+
 std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
     std::string result;
     for (const std::string& text : texts) {

@@ -28,6 +28,10 @@ std::vector<std::string> alphanumericWords(std::string_view text);
 /// ordering: different texts may compare equal.
 int localizedStandardCompare(std::string_view one, std::string_view other);
 
+/// For names that others chose: control characters, line breaks, and what changes the direction of writing
+/// become replacement characters, so that nobody reads another name, or another line.
+std::string printable(std::string_view text);
+
 /// The texts with the separator between them.
 std::string joined(const std::vector<std::string>& texts, std::string_view separator);
 

@@ -1,6 +1,7 @@
 #include "utilities/DiskUtility.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <initializer_list>
 #include <ostream>
 #include <string_view>
@@ -37,7 +38,8 @@ ExitStatus runCommand(std::span<const std::string> arguments, DiskSource& disks,
         errors << usage;
         return wrongUsage;
     }
-    return output.flush() ? success : failure;
+    if (!output.flush()) throw posixError("The answer could not be written", errno);
+    return success;
 }
 
 }  // namespace

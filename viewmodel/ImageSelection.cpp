@@ -53,7 +53,7 @@ void TesselViewModel::applyChosenImage(const std::filesystem::path& file) {
         selectedImage = image;
         resetWriteProgress();
         state = TesselOperationState::completed("Disk image selected");
-        appendLog("Selected image: " + image.url.string() + " (" + byteCountText(image.sizeBytes) + ").");
+        appendLog("Selected image: " + image.displayPath() + " (" + byteCountText(image.sizeBytes) + ").");
         appendLog(
             "The selected file extension is supported. Confirm that the file contains the intended raw disk "
             "image before writing.");

@@ -106,7 +106,7 @@ Task<> TesselViewModel::writeSelectedImage() {
         throw TesselError(TesselError::Case::imageChanged);
     co_await checkCancellation();
 
-    appendLog("Writing " + image.url.filename().string() + " to /dev/r" + card.id +
+    appendLog("Writing " + image.displayName() + " to /dev/r" + card.id +
               ". All existing data on the SD card will be destroyed.");
     if (verifyAfterWrite()) {
         appendLog(

@@ -2,20 +2,37 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QObject>
 #include <deque>
 #include <mutex>
 #include <utility>
 
 namespace tessel {
 
-/// Does one piece of work for each event that it receives.
-class QtMainThread::Receiver : public QObject {
-  public:
-    using QObject::QObject;
+/// What was posted. A thread that is late with it may find the application gone, and the receiver with it.
+struct QtMainThread::Inbox {
+    std::mutex mutex;
+    std::deque<std::function<void()>> pending;
+    QObject* receiver = nullptr;
+};
 
-    void add(std::function<void()> work) {
-        const std::lock_guard lock(mutex);
-        pending.push_back(std::move(work));
+namespace {
+
+/// Does one piece of work for each event that it receives.
+template <typename Inbox>
+class Receiver : public QObject {
+  public:
+    explicit Receiver(std::shared_ptr<Inbox> inbox) :
+        QObject(QCoreApplication::instance()),
+        inbox(std::move(inbox)) {}
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+
+    ~Receiver() override {
+        std::deque<std::function<void()>> undone;  // to be destroyed here, and without the lock
+        const std::lock_guard lock(inbox->mutex);
+        undone.swap(inbox->pending);
+        inbox->receiver = nullptr;
     }
 
   protected:
@@ -26,27 +43,33 @@ class QtMainThread::Receiver : public QObject {
 
   private:
     std::function<void()> next() {
-        const std::lock_guard lock(mutex);
-        auto work = std::move(pending.front());
-        pending.pop_front();
+        const std::lock_guard lock(inbox->mutex);
+        auto work = std::move(inbox->pending.front());
+        inbox->pending.pop_front();
         return work;
     }
 
-    std::mutex mutex;
-    std::deque<std::function<void()>> pending;
+    std::shared_ptr<Inbox> inbox;
 };
 
-QtMainThread::QtMainThread() : receiver(new Receiver(QCoreApplication::instance())) {}
+}  // namespace
+
+QtMainThread::QtMainThread() : inbox(std::make_shared<Inbox>()) {
+    inbox->receiver = new Receiver(inbox);
+}
 
 QtMainThread::~QtMainThread() {
     // Here may be any thread, and the last turn of the event loop may be over: then the application deletes
-    // it.
-    receiver->deleteLater();
+    // the receiver.
+    const std::lock_guard lock(inbox->mutex);
+    if (inbox->receiver) inbox->receiver->deleteLater();
 }
 
 void QtMainThread::post(std::function<void()> work) {
-    receiver->add(std::move(work));
-    QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+    const std::lock_guard lock(inbox->mutex);
+    if (!inbox->receiver) return;
+    inbox->pending.push_back(std::move(work));
+    QCoreApplication::postEvent(inbox->receiver, new QEvent(QEvent::User));
 }
 
 }  // namespace tessel

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/concurrency/Executor.h"
 
 namespace tessel {
 
 /// The thread of Qt's event loop, on which it is to be made. Nothing runs before the loop does. What was
-/// posted is also destroyed there, whoever posted it. Needs a QCoreApplication.
+/// posted is also destroyed there, whoever posted it, unless it comes after the end of the application: then
+/// nothing becomes of it. Needs a QCoreApplication.
 class QtMainThread : public Executor {
   public:
     QtMainThread();
@@ -14,8 +17,8 @@ class QtMainThread : public Executor {
     void post(std::function<void()> work) override;
 
   private:
-    class Receiver;
-    Receiver* receiver;  ///< lives on the event loop's thread, and is deleted there
+    struct Inbox;
+    std::shared_ptr<Inbox> inbox;
 };
 
 }  // namespace tessel

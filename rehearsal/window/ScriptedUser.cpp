@@ -21,10 +21,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The dialog that is open above the window, or null.
+/// Whether such a dialog is open above the window.
 template <typename Dialog>
-Dialog* openDialog() {
+bool isOpen() {
     return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
+}
+
+template <typename Dialog>
+Dialog& openDialog() {
+    if (auto* dialog = dynamic_cast<Dialog*>(QApplication::activeModalWidget())) return *dialog;
+    throw std::runtime_error("A dialog was closed before it was answered.");
 }
 
 }  // namespace
@@ -61,9 +67,9 @@ Task<> ScriptedUser::lookAround() {
 Task<> ScriptedUser::chooseImage() {
     // The panel has an event loop of its own, so the click does not return before it is answered.
     QTimer::singleShot(0, [this] { click(shownControl<Button>(application.window(), "Select Image")); });
-    co_await until("the open panel appears", [] { return openDialog<QFileDialog>(); });
+    co_await until("the open panel appears", isOpen<QFileDialog>);
     watch("03-open-panel");
-    click(shownControl<QPushButton>(*openDialog<QFileDialog>(), "Select Image"));
+    click(shownControl<QPushButton>(openDialog<QFileDialog>(), "Select Image"));
     co_await until("the image is selected",
                    [this] { return application.viewModel().selectedImage().has_value(); });
     co_await sleepFor(50ms);
@@ -80,9 +86,9 @@ Task<> ScriptedUser::chooseCard(std::string diskID) {
 
 Task<> ScriptedUser::confirm() {
     click(shownControl<Button>(application.window(), "Write Disk Image"));
-    co_await until("the confirmation appears", [] { return openDialog<AlertDialog>(); });
+    co_await until("the confirmation appears", isOpen<AlertDialog>);
     watch("06-confirmation");
-    for (auto* button : shownWidgets<Button>(*openDialog<AlertDialog>())) {
+    for (auto* button : shownWidgets<Button>(openDialog<AlertDialog>())) {
         if (button->text().startsWith("Erase and Write")) click(button);
     }
     co_await until("the write runs", [this] { return application.viewModel().hasWriteTask(); });
@@ -103,11 +109,11 @@ Task<> ScriptedUser::watchTheWrite() {
     co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
     if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
 
-    co_await until("the card may be removed", [] { return openDialog<AlertDialog>(); });
+    co_await until("the card may be removed", isOpen<AlertDialog>);
     co_await sleepFor(50ms);
     watch("09-safe-to-remove");
-    click(shownControl<Button>(*openDialog<AlertDialog>(), "Done"));
-    co_await until("the alert is closed", [] { return !openDialog<AlertDialog>(); });
+    click(shownControl<Button>(openDialog<AlertDialog>(), "Done"));
+    co_await until("the alert is closed", [] { return !isOpen<AlertDialog>(); });
     watch("10-done");
 }
 
@@ -125,7 +131,8 @@ Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulf
 }
 
 void ScriptedUser::click(QAbstractButton* button) const {
-    if (!button) throw std::runtime_error("A control is missing.");
+    if (!button || !button->isVisible())
+        throw std::runtime_error("A control is missing, or the window was closed.");
     if (!button->isEnabled())
         throw std::runtime_error("“" + button->text().toStdString() + "” can't be clicked.");
     QTest::mouseClick(button, Qt::LeftButton, {}, {12, button->height() / 2});

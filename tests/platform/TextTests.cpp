@@ -47,6 +47,12 @@ TEST(TextTests, wordsAreRunsOfLettersMarksAndNumbers) {
     EXPECT_THAT(alphanumericWords(brokenUTF8), ElementsAre("a"));
 }
 
+TEST(TextTests, whatWouldMisleadAReaderIsReplaced) {
+    EXPECT_EQ(printable("Ünïcödé 文字 שלום 💾.img"), "Ünïcödé 文字 שלום 💾.img");
+    EXPECT_EQ(printable("a\n[15:00:00]\u2028b\u202egmi.c"), "a\ufffd[15:00:00]\ufffdb\ufffdgmi.c");
+    EXPECT_EQ(printable(brokenUTF8), "a\ufffd\ufffd");
+}
+
 TEST(TextTests, digitsCompareByValueInTheOrderOfNames) {
     const char* ascending[] = {"disk0",  "disk2",   "disk2s9", "disk2s10", "disk10",
                                "Disk10", "Element", "élément", "Zip"};

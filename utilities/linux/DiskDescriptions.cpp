@@ -68,7 +68,7 @@ std::string mediaNameOf(const BlockDevice& disk) {
     std::string name;
     for (const std::string& part :
          {disk.service.vendor, disk.service.model, readerNameOf(disk), cardKindOf(disk)}) {
-        const std::string words = trimmed(part);
+        const std::string words = trimmed(printable(part));
         if (words.empty() || lowercased(name).find(lowercased(words)) != std::string::npos) continue;
         name += (name.empty() ? "" : " ") + words;
     }
@@ -86,7 +86,7 @@ std::string partitionSchemeOf(const BlockDevice& disk) {
 }
 
 void describeVolume(const BlockDevice& device, PropertyList::Dictionary& entry) {
-    if (!device.service.volumeName.empty()) entry["VolumeName"] = device.service.volumeName;
+    if (!device.service.volumeName.empty()) entry["VolumeName"] = printable(device.service.volumeName);
     if (!device.mounts.empty()) entry["MountPoint"] = device.mounts.front().target;
 }
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include "platform/Errors.h"
 #include "platform/FileDescriptor.h"
@@ -23,9 +23,8 @@ constexpr const char* callsFile = "calls.log";
 
 PropertyList::Dictionary readDictionary(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    if (!(bytes << file.rdbuf())) throw posixError(path.string() + " could not be read", errno);
-    const PropertyList value = parsePropertyList(bytes.view());
+    if (!file) throw posixError(path.string() + " could not be read", errno);
+    const PropertyList value = parsePropertyList(std::string(std::istreambuf_iterator(file), {}));
     const PropertyList::Dictionary* dictionary = value.asDictionary();
     if (!dictionary) throw posixError(path.string() + " is no dictionary", EINVAL);
     return *dictionary;
@@ -46,6 +45,7 @@ void ReaderFolder::logCall(std::string_view line) const {
     const FileDescriptor log(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644));
     // One write, so that lines of programs that run at the same time don't mix.
     const std::string bytes = std::string(line) + '\n';
+    if (!log.isOpen()) throw posixError(path.string() + " could not be opened", errno);
     if (write(log.get(), bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
         throw posixError(path.string() + " could not be written", errno);
 }

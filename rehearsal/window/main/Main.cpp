@@ -2,9 +2,10 @@
 /// scripted user does, off screen.
 
 #include <QApplication>
-#include <QFileInfo>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <span>
 
 #include "model/TesselError.h"
 #include "platform/qt/TerminationSignal.h"
@@ -38,7 +39,7 @@ void compareIndependently(const std::filesystem::path& image, const std::filesys
     std::printf("The card holds the image, was verified and ejected.\n");
 }
 
-Task<> play(Application& application, Stage& stage, std::filesystem::path image, int& status) {
+Task<> play(Application& application, Stage& stage, std::filesystem::path image, std::optional<int>& status) {
     const std::filesystem::path folder = "pictures";
     const Pictures pictures(application.window(), folder);
     const auto medium = stage.reader().mediumPath(usbReaderCard);
@@ -48,6 +49,7 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
         std::printf("%s\n", application.viewModel().logText().c_str());
         compareIndependently(image, medium);
         std::printf("Pictures of each stage are in %s/.\n", folder.c_str());
+        status = EXIT_SUCCESS;
     } catch (const std::exception&) {
         std::printf("%s\n", application.viewModel().logText().c_str());
         std::fprintf(stderr, "Error: %s\n", localizedDescription(std::current_exception()).c_str());
@@ -57,28 +59,31 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
 }
 
 /// The image that the person named, or a sample.
-std::filesystem::path imageToTry(const Stage& stage, const QStringList& arguments) {
-    if (arguments.size() < 2) return stage.makeSampleImage();
-    const std::filesystem::path image = arguments[1].toStdString();
+std::filesystem::path imageToTry(const Stage& stage, std::span<char* const> arguments) {
+    if (arguments.empty()) return stage.makeSampleImage();
+    const std::filesystem::path image = arguments.front();
     if (!std::filesystem::is_regular_file(image))
         throw std::runtime_error("“" + image.string() + "” is not a file.");
     return std::filesystem::canonical(image);
 }
 
-int rehearse(TerminationSignal& terminationSignal, const QStringList& arguments) {
+int rehearse(TerminationSignal& terminationSignal, std::span<char* const> arguments) {
     Stage stage;
     const auto image = imageToTry(stage, arguments);
     Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsedCard});
-    int status = EXIT_SUCCESS;
     application.desktop().setSuggestedFile(image);
     if (hasDisplay()) {
         std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
-    } else {
-        startTask(Home::main(application.mainThread()), Priority::userInitiated,
-                  play(application, stage, image, status));
+        return application.run(terminationSignal);
     }
-    const int closed = application.run(terminationSignal);
-    return status == EXIT_SUCCESS ? closed : status;
+    std::optional<int> status;
+    const auto performance = startTask(Home::main(application.mainThread()), Priority::userInitiated,
+                                       play(application, stage, image, status));
+    application.run(terminationSignal);
+    performance.cancel();
+    while (!status)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return *status;
 }
 
 }  // namespace
@@ -94,7 +99,7 @@ int main(int argc, char* argv[]) {
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();
     try {
-        return tessel::rehearse(terminationSignal, QApplication::arguments());
+        return tessel::rehearse(terminationSignal, std::span(argv + 1, argv + argc));
     } catch (const std::exception&) {
         std::fprintf(stderr, "Error: %s\n", tessel::localizedDescription(std::current_exception()).c_str());
         return EXIT_FAILURE;
