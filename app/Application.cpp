@@ -24,11 +24,6 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
     dialog->open();
 }
 
-void handleEventsUntil(const std::function<bool()>& isOver) {
-    while (!isOver())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
 }  // namespace
 
 Application::Application(const Machine& machine) :

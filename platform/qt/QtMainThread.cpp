@@ -16,11 +16,8 @@ struct QtMainThread::Inbox {
     QObject* receiver = nullptr;
 };
 
-namespace {
-
 /// Does one piece of work for each event that it receives.
-template <typename Inbox>
-class Receiver : public QObject {
+class QtMainThread::Receiver : public QObject {
   public:
     explicit Receiver(std::shared_ptr<Inbox> inbox) :
         QObject(QCoreApplication::instance()),
@@ -52,8 +49,6 @@ class Receiver : public QObject {
     std::shared_ptr<Inbox> inbox;
 };
 
-}  // namespace
-
 QtMainThread::QtMainThread() : inbox(std::make_shared<Inbox>()) {
     inbox->receiver = new Receiver(inbox);
 }
@@ -70,6 +65,11 @@ void QtMainThread::post(std::function<void()> work) {
     if (!inbox->receiver) return;
     inbox->pending.push_back(std::move(work));
     QCoreApplication::postEvent(inbox->receiver, new QEvent(QEvent::User));
+}
+
+void handleEventsUntil(const std::function<bool()>& isOver) {
+    while (!isOver())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 }  // namespace tessel

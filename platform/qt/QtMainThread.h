@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/concurrency/Executor.h"
@@ -18,7 +19,11 @@ class QtMainThread : public Executor {
 
   private:
     struct Inbox;
+    class Receiver;
     std::shared_ptr<Inbox> inbox;
 };
+
+/// Handles the events of Qt's event loop, on its thread, where the loop itself no longer runs.
+void handleEventsUntil(const std::function<bool()>& isOver);
 
 }  // namespace tessel

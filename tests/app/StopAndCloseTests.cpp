@@ -56,6 +56,16 @@ TEST_F(StopAndCloseTests, theStopButtonStopsAWriteAtTheNextCheckpoint) {
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }
 
+TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
+    openReady();
+    click(button("Write Disk Image"));
+    window().closeWhenWriteEnds();
+    click(button("Erase and Write to disk4"));
+    EXPECT_FALSE(viewModel().hasWriteTask());
+    until([this] { return !window().isVisible(); });
+    EXPECT_THAT(deeds(), ElementsAre());
+}
+
 TEST_F(StopAndCloseTests, thereIsAStopButtonDuringWritesOnlyAndItDoesNotStopAnEject) {
     reader.setBehaviour("disk4", {.delays = {{"info", 0.2}, {"eject", 1}}});
     openReady();

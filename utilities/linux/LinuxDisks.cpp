@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <exception>
 
 #include "platform/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
@@ -50,20 +49,18 @@ PropertyList::Dictionary LinuxDisks::info(const std::string& identifier) {
 }
 
 void LinuxDisks::unmount(const std::string& identifier) {
-    std::exception_ptr refusal;
     for (int round = 0; round <= unmountRounds; ++round) {
         const Machine machine = readUnlocked(identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
-        if (refusal) std::rethrow_exception(refusal);
         try {
             for (const BlockDevice* part : mounted)
                 system.unmount(part->name);
         } catch (const PlatformError&) {
             // No failure if somebody else was faster.
-            refusal = std::current_exception();
+            if (!isAtRest(identifier)) throw;
         }
     }
     throw busy(identifier);

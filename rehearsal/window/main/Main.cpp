@@ -8,6 +8,7 @@
 #include <span>
 
 #include "model/TesselError.h"
+#include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
 #include "rehearsal/PacedDevice.h"
 #include "rehearsal/Stage.h"
@@ -81,8 +82,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
                                        play(application, stage, image, status));
     application.run(terminationSignal);
     performance.cancel();
-    while (!status)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    handleEventsUntil([&status] { return status.has_value(); });
     return *status;
 }
 

@@ -13,12 +13,6 @@
 
 namespace tessel {
 
-namespace {
-
-constexpr std::chrono::seconds flushLimit{10};
-
-}  // namespace
-
 Machine LinuxSystem::read() {
     Machine machine = readKernelDevices();
     DiskServiceClient().describe(machine.devices);
@@ -45,8 +39,9 @@ void LinuxSystem::flush() {
         sync();
         _exit(0);
     }
+    constexpr std::chrono::seconds limit{10};
     constexpr std::chrono::milliseconds pause{20};
-    for (std::chrono::milliseconds waited{0}; waited < flushLimit; waited += pause) {
+    for (std::chrono::milliseconds waited{0}; waited < limit; waited += pause) {
         if (waitpid(flusher, nullptr, WNOHANG) != 0) return;
         wait(pause);
     }
