@@ -5,8 +5,8 @@
 
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
-#include "views/AlertDialog.h"
-#include "views/Symbol.h"
+#include "views/alerts/AlertDialog.h"
+#include "views/controls/Symbol.h"
 
 namespace tessel {
 

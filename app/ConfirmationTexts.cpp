@@ -1,7 +1,7 @@
 #include "app/ConfirmationTexts.h"
 
 #include "app/StatusTexts.h"
-#include "platform/ByteCount.h"
+#include "foundation/ByteCount.h"
 
 namespace tessel {
 

@@ -14,9 +14,9 @@
 #include "app/ProgressCard.h"
 #include "app/TargetCard.h"
 #include "app/WriteCard.h"
-#include "views/AlertDialog.h"
-#include "views/Divider.h"
-#include "views/ScrollBar.h"
+#include "views/alerts/AlertDialog.h"
+#include "views/controls/Divider.h"
+#include "views/controls/ScrollBar.h"
 
 namespace tessel {
 

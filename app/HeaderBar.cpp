@@ -4,8 +4,8 @@
 #include <QPainter>
 
 #include "app/StatusTexts.h"
-#include "views/Symbol.h"
-#include "views/TextLabel.h"
+#include "views/controls/Symbol.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

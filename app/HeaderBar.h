@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "viewmodel/TesselViewModel.h"
-#include "views/StatusBadge.h"
+#include "views/controls/StatusBadge.h"
 
 namespace tessel {
 

@@ -2,9 +2,9 @@
 
 #include <QHBoxLayout>
 
-#include "platform/ByteCount.h"
-#include "views/CardHeading.h"
-#include "views/Divider.h"
+#include "foundation/ByteCount.h"
+#include "views/controls/CardHeading.h"
+#include "views/controls/Divider.h"
 
 namespace tessel {
 

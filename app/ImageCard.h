@@ -1,10 +1,10 @@
 #pragma once
 
 #include "viewmodel/TesselViewModel.h"
-#include "views/Button.h"
-#include "views/Card.h"
-#include "views/InfoRow.h"
-#include "views/SymbolLabel.h"
+#include "views/controls/Button.h"
+#include "views/controls/Card.h"
+#include "views/controls/InfoRow.h"
+#include "views/controls/SymbolLabel.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include <QPainter>
 
 #include "app/StatusTexts.h"
-#include "views/SymbolLabel.h"
+#include "views/controls/SymbolLabel.h"
 
 namespace tessel {
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "viewmodel/TesselViewModel.h"
-#include "views/Button.h"
-#include "views/Card.h"
-#include "views/OperationLogView.h"
-#include "views/TextLabel.h"
+#include "views/controls/Button.h"
+#include "views/controls/Card.h"
+#include "views/controls/TextLabel.h"
+#include "views/log/OperationLogView.h"
 
 namespace tessel {
 

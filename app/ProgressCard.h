@@ -1,9 +1,9 @@
 #pragma once
 
 #include "viewmodel/TesselViewModel.h"
-#include "views/Card.h"
-#include "views/ProgressBar.h"
-#include "views/TextLabel.h"
+#include "views/controls/Card.h"
+#include "views/controls/ProgressBar.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/ByteCount.h"
+#include "foundation/ByteCount.h"
 
 namespace tessel {
 

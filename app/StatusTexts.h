@@ -4,7 +4,7 @@
 #include <string>
 
 #include "viewmodel/TesselOperationState.h"
-#include "views/Style.h"
+#include "views/controls/Style.h"
 
 namespace tessel {
 

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
-#include "views/CardHeading.h"
-#include "views/DiskTexts.h"
+#include "views/controls/CardHeading.h"
 
 namespace tessel {
 

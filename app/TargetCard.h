@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "model/DiskSorting.h"
 #include "viewmodel/TesselViewModel.h"
-#include "views/Button.h"
-#include "views/Card.h"
-#include "views/CompactDiskTable.h"
-#include "views/DiskDetailsDisclosure.h"
-#include "views/DiskSorting.h"
-#include "views/Switch.h"
-#include "views/SymbolLabel.h"
+#include "views/controls/Button.h"
+#include "views/controls/Card.h"
+#include "views/controls/Switch.h"
+#include "views/controls/SymbolLabel.h"
+#include "views/disks/CompactDiskTable.h"
+#include "views/disks/DiskDetailsDisclosure.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <utility>
 
-#include "platform/ByteCount.h"
+#include "foundation/ByteCount.h"
 
 namespace tessel {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "benchmarks/Table.h"
-#include "views/OperationLogView.h"
+#include "views/log/OperationLogView.h"
 
 namespace {
 

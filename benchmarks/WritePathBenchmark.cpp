@@ -16,9 +16,9 @@
 
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
-#include "platform/LoopDevice.h"
 #include "platform/Process.h"
 #include "platform/concurrency/TaskHandle.h"
+#include "platform/linux/LoopDevice.h"
 #include "rehearsal/SimulatedReader.h"
 #include "services/DiskService.h"
 #include "services/ImageTransfer.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "platform/Text.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 

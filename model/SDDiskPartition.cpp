@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/Text.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 

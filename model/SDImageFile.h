@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/Text.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 

@@ -1,7 +1,7 @@
 #include "model/SDWholeDisk.h"
 
-#include "platform/ByteCount.h"
-#include "platform/Text.h"
+#include "foundation/ByteCount.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 

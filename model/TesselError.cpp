@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

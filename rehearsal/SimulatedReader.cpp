@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

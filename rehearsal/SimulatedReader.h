@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/LoopDevice.h"
+#include "platform/linux/LoopDevice.h"
 #include "services/SystemUtilities.h"
 #include "utilities/simulated/DiskBehaviour.h"
 #include "utilities/simulated/ReaderFolder.h"

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/Sha256.h"
+#include "foundation/Sha256.h"
 #include "rehearsal/StandardMachine.h"
 
 namespace tessel {

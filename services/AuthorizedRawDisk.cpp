@@ -5,11 +5,11 @@
 #include <optional>
 #include <string_view>
 
+#include "foundation/Errors.h"
+#include "foundation/Text.h"
 #include "platform/DescriptorChannel.h"
-#include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
-#include "platform/Text.h"
 
 namespace tessel {
 

@@ -3,7 +3,7 @@
 #include <future>
 #include <span>
 
-#include "platform/Sha256.h"
+#include "foundation/Sha256.h"
 
 namespace tessel {
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "foundation/Text.h"
 #include "platform/Process.h"
-#include "platform/Text.h"
 #include "platform/concurrency/Background.h"
 
 namespace tessel {

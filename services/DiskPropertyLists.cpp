@@ -6,10 +6,10 @@
 #include <ranges>
 #include <set>
 
+#include "foundation/PropertyList.h"
+#include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/PropertyList.h"
-#include "platform/Text.h"
 
 namespace tessel {
 

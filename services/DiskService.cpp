@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 #include "platform/concurrency/Background.h"
 
 namespace tessel {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "foundation/Errors.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 
 namespace tessel {
 

@@ -10,10 +10,10 @@
 #include <span>
 #include <string>
 
+#include "foundation/Errors.h"
+#include "foundation/Sha256.h"
 #include "model/TesselError.h"
 #include "platform/AlignedBuffer.h"
-#include "platform/Errors.h"
-#include "platform/Sha256.h"
 #include "platform/concurrency/Background.h"
 #include "services/ImageReader.h"
 

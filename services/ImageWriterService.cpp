@@ -3,9 +3,9 @@
 #include <chrono>
 #include <utility>
 
+#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/concurrency/Background.h"
 

@@ -11,7 +11,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "utilities/Utility.h"
 
 namespace tessel {

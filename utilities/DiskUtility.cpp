@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "utilities/Utility.h"
 
 namespace tessel {

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace tessel {
 

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <string_view>
 
+#include "foundation/ByteCount.h"
+#include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/ByteCount.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 #include "viewmodel/TesselViewModel.h"
 
 namespace tessel {

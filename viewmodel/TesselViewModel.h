@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "foundation/Published.h"
 #include "model/ImageWriteProgress.h"
 #include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
 #include "platform/Desktop.h"
-#include "platform/Published.h"
 #include "platform/concurrency/TaskHandle.h"
 #include "services/DiskService.h"
 #include "services/ImageWriterService.h"

@@ -3,7 +3,7 @@
 #include <limits>
 #include <string_view>
 
-#include "platform/ByteCount.h"
+#include "foundation/ByteCount.h"
 #include "viewmodel/TesselViewModel.h"
 
 namespace tessel {

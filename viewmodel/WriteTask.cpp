@@ -1,8 +1,8 @@
 #include <utility>
 
+#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 #include "platform/concurrency/Background.h"
 #include "viewmodel/TesselViewModel.h"
 

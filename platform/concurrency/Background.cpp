@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

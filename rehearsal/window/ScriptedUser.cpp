@@ -9,11 +9,11 @@
 
 #include "platform/concurrency/Background.h"
 #include "rehearsal/window/WidgetSearch.h"
-#include "views/AlertDialog.h"
-#include "views/Button.h"
-#include "views/CompactDiskRow.h"
-#include "views/DisclosureButton.h"
-#include "views/Switch.h"
+#include "views/alerts/AlertDialog.h"
+#include "views/controls/Button.h"
+#include "views/controls/DisclosureButton.h"
+#include "views/controls/Switch.h"
+#include "views/disks/CompactDiskRow.h"
 
 namespace tessel {
 

@@ -1,9 +1,9 @@
 #include <QAccessible>
 
 #include "tests/app/WindowTest.h"
-#include "views/DisclosureButton.h"
-#include "views/ProgressBar.h"
-#include "views/Switch.h"
+#include "views/controls/DisclosureButton.h"
+#include "views/controls/ProgressBar.h"
+#include "views/controls/Switch.h"
 
 namespace tessel {
 

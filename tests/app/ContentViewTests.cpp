@@ -3,9 +3,9 @@
 #include "app/LogCard.h"
 #include "app/StatusTexts.h"
 #include "tests/app/WindowTest.h"
-#include "views/Card.h"
-#include "views/DisclosureButton.h"
-#include "views/Switch.h"
+#include "views/controls/Card.h"
+#include "views/controls/DisclosureButton.h"
+#include "views/controls/Switch.h"
 
 namespace tessel {
 

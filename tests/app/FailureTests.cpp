@@ -1,5 +1,5 @@
 #include "tests/app/WindowTest.h"
-#include "views/CompactDiskTable.h"
+#include "views/disks/CompactDiskTable.h"
 
 namespace tessel {
 

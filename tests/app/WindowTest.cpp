@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <sstream>
 
-#include "views/OperationLogView.h"
-#include "views/StatusBadge.h"
-#include "views/TextLabel.h"
+#include "views/controls/StatusBadge.h"
+#include "views/controls/TextLabel.h"
+#include "views/log/OperationLogView.h"
 
 namespace tessel {
 

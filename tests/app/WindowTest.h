@@ -17,9 +17,9 @@
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/HeldCard.h"
 #include "tests/support/TemporaryFolder.h"
-#include "views/AlertDialog.h"
-#include "views/CompactDiskRow.h"
-#include "views/Style.h"
+#include "views/alerts/AlertDialog.h"
+#include "views/controls/Style.h"
+#include "views/disks/CompactDiskRow.h"
 
 namespace tessel {
 

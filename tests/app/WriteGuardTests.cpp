@@ -1,7 +1,7 @@
 #include "app/ConfirmationTexts.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/WindowTest.h"
-#include "views/Switch.h"
+#include "views/controls/Switch.h"
 
 namespace tessel {
 

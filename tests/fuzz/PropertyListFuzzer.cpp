@@ -1,7 +1,7 @@
 #include <cstdlib>
 
-#include "platform/Errors.h"
-#include "platform/PropertyList.h"
+#include "foundation/Errors.h"
+#include "foundation/PropertyList.h"
 
 /// Whatever the bytes are, they are read or refused, and what was read survives being written.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "platform/concurrency/Background.h"
 #include "platform/concurrency/TaskHandle.h"
 

@@ -7,8 +7,8 @@
 
 #include <cerrno>
 
-#include "platform/BlockDescriptor.h"
-#include "platform/LoopDevice.h"
+#include "platform/linux/BlockDescriptor.h"
+#include "platform/linux/LoopDevice.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel {

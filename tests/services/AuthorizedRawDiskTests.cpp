@@ -10,8 +10,8 @@
 #include <chrono>
 #include <optional>
 
-#include "platform/Errors.h"
-#include "platform/LoopDevice.h"
+#include "foundation/Errors.h"
+#include "platform/linux/LoopDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
 

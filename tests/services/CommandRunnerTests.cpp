@@ -5,7 +5,7 @@
 #include <signal.h>
 #include <stdlib.h>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
 #include "platform/concurrency/TaskHandle.h"
 #include "tests/support/OpenResources.h"

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/Errors.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 
 namespace tessel {
 

@@ -5,9 +5,9 @@
 
 #include <sstream>
 
+#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 #include "platform/concurrency/Background.h"
 #include "platform/concurrency/TaskHandle.h"
 #include "rehearsal/StandardMachine.h"

@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "foundation/Errors.h"
 #include "model/TesselError.h"
-#include "platform/Errors.h"
 #include "platform/concurrency/TaskHandle.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/ScriptedDevice.h"

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"

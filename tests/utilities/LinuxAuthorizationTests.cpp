@@ -7,9 +7,9 @@
 
 #include <optional>
 
-#include "platform/BlockDescriptor.h"
-#include "platform/Errors.h"
-#include "platform/LoopDevice.h"
+#include "foundation/Errors.h"
+#include "platform/linux/BlockDescriptor.h"
+#include "platform/linux/LoopDevice.h"
 #include "tests/support/DescribedSystem.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "tests/support/DescribedMachine.h"
 #include "tests/support/DescribedSystem.h"
 

@@ -14,10 +14,10 @@
 #include <sstream>
 #include <thread>
 
-#include "platform/BlockDescriptor.h"
-#include "platform/LoopDevice.h"
 #include "platform/concurrency/RunLoop.h"
 #include "platform/concurrency/TaskHandle.h"
+#include "platform/linux/BlockDescriptor.h"
+#include "platform/linux/LoopDevice.h"
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskPropertyLists.h"
 #include "services/ImageTransfer.h"

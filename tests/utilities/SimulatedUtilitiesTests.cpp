@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 #include "rehearsal/SimulatedReader.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UtilityRun.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Text.h"
+#include "foundation/Text.h"
 #include "utilities/linux/DiskProtection.h"
 
 namespace tessel {

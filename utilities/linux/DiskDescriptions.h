@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 #include "utilities/linux/Machine.h"
 
 namespace tessel {

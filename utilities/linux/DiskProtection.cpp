@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <string_view>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

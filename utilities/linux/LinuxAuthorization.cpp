@@ -2,8 +2,8 @@
 
 #include <cerrno>
 
-#include "platform/BlockDescriptor.h"
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
+#include "platform/linux/BlockDescriptor.h"
 #include "utilities/linux/DiskProtection.h"
 
 namespace tessel {

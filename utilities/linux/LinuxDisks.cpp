@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <chrono>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
 #include "utilities/linux/DiskProtection.h"
 

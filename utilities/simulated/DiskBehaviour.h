@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace tessel {
 

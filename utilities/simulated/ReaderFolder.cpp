@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
 #include "utilities/Utility.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 #include "utilities/simulated/DiskBehaviour.h"
 
 namespace tessel {

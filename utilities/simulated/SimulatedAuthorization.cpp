@@ -7,7 +7,7 @@
 
 #include <cerrno>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

@@ -1,6 +1,6 @@
 #include "utilities/simulated/SimulatedDisks.h"
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <thread>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "utilities/linux/system/DiskServiceErrors.h"
 
 namespace tessel {

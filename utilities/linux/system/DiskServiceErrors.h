@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

@@ -7,7 +7,7 @@
 #include <climits>
 #include <thread>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 #include "utilities/linux/system/DiskServiceClient.h"
 #include "utilities/linux/system/KernelReader.h"
 

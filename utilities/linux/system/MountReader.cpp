@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/Errors.h"
+#include "foundation/Errors.h"
 
 namespace tessel {
 

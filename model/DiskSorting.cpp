@@ -1,0 +1,69 @@
+#include "model/DiskSorting.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "foundation/Text.h"
+#include "model/DiskTexts.h"
+#include "model/SDCardPolicy.h"
+
+namespace tessel {
+
+namespace {
+
+/// A disk and the text that it is compared by, built once instead of at each comparison.
+struct Entry {
+    SDWholeDisk disk;
+    std::string key;
+};
+
+std::string sortKey(const SDWholeDisk& disk, DiskSortField field) {
+    const std::string name = lowercased(trimmed(disk.mediaName));
+    switch (field) {
+        case DiskSortField::disk:
+            return name + "|" + disk.id;
+        case DiskSortField::size:
+            return {};
+        case DiskSortField::media:
+            return lowercased(mediaKindText(disk)) + "|" + lowercased(connectionText(disk)) + "|" + name;
+    }
+    return {};
+}
+
+/// Negative, zero or positive, in ascending order.
+int compare(const Entry& one, const Entry& other, DiskSortField field) {
+    if (field == DiskSortField::size) {
+        const uint64_t size = one.disk.sizeBytes;
+        const uint64_t otherSize = other.disk.sizeBytes;
+        return size == otherSize ? 0 : size < otherSize ? -1 : 1;
+    }
+    return localizedStandardCompare(one.key, other.key);
+}
+
+}  // namespace
+
+std::vector<SDWholeDisk> visibleDisks(const std::vector<SDWholeDisk>& disks, bool showAllDisks,
+                                      DiskSortField field, bool ascending) {
+    std::vector<Entry> entries;
+    for (const SDWholeDisk& disk : disks) {
+        if (showAllDisks || (disk.isPhysical && isRecognizedSDCard(disk))) {
+            entries.push_back({disk, sortKey(disk, field)});
+        }
+    }
+    std::ranges::sort(entries, [=](const Entry& one, const Entry& other) {
+        const int result = compare(one, other, field);
+        if (result == 0) {
+            return localizedStandardCompare(one.disk.id, other.disk.id) < 0;
+        }
+        return ascending ? result < 0 : result > 0;
+    });
+    std::vector<SDWholeDisk> sorted;
+    sorted.reserve(entries.size());
+    for (Entry& entry : entries) {
+        sorted.push_back(std::move(entry.disk));
+    }
+    return sorted;
+}
+
+}  // namespace tessel

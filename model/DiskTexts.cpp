@@ -1,0 +1,74 @@
+#include "model/DiskTexts.h"
+
+#include <string_view>
+
+#include "foundation/ByteCount.h"
+#include "foundation/Text.h"
+#include "model/SDCardPolicy.h"
+
+namespace tessel {
+
+namespace {
+
+bool mentions(std::string_view text, std::string_view lowercaseWords) {
+    return lowercased(trimmed(text)).find(lowercaseWords) != std::string::npos;
+}
+
+}  // namespace
+
+bool isDiskImage(const SDWholeDisk& disk) {
+    return mentions(disk.busProtocol, "disk image") || mentions(disk.mediaName, "disk image");
+}
+
+std::string mediaKindText(const SDWholeDisk& disk) {
+    if (isDiskImage(disk)) {
+        return "Disk Image";
+    }
+    if (!disk.isPhysical) {
+        return "Virtual / Synthesized";
+    }
+    if (isRecognizedSDCard(disk)) {
+        return "SD Card";
+    }
+    if (mentions(disk.busProtocol, "usb")) {
+        return "USB Storage";
+    }
+    if (!disk.isInternal) {
+        return "Physical Disk";
+    }
+    return *disk.isInternal ? "Internal Disk" : "External Disk";
+}
+
+std::string connectionText(const SDWholeDisk& disk) {
+    const std::string bus = trimmed(disk.busProtocol);
+    return bus.empty() ? "Unknown connection" : bus;
+}
+
+std::string mediaSymbol(const SDWholeDisk& disk) {
+    if (isDiskImage(disk)) {
+        return "doc.fill";
+    }
+    if (!disk.isPhysical) {
+        return "square.stack.3d.up.fill";
+    }
+    if (isRecognizedSDCard(disk)) {
+        return "sdcard.fill";
+    }
+    return disk.isInternal.value_or(false) ? "internaldrive.fill" : "externaldrive.fill";
+}
+
+std::string devicePath(const SDWholeDisk& disk) {
+    return "/dev/" + disk.id;
+}
+
+std::string partitionSizeText(const SDDiskPartition& partition) {
+    return partition.sizeBytes == 0 ? "Unknown size" : byteCountText(partition.sizeBytes);
+}
+
+std::string emptyTableText(size_t foundDisks) {
+    return foundDisks == 0 ? "No whole disks are available. Insert an SD card and refresh the list."
+                           : "No positively identified SD card is currently available. Enable Show All Disks "
+                             "only for diagnostic inspection.";
+}
+
+}  // namespace tessel

@@ -1,0 +1,60 @@
+#include "platform/linux/BlockDescriptor.h"
+
+#include <linux/fs.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <thread>
+
+namespace tessel {
+
+namespace {
+
+/// BLKGETDISKSEQ, which older headers lack.
+constexpr unsigned long getDiskSequenceNumber = _IOR(0x12, 128, uint64_t);
+
+SystemResult askNumber(int descriptor, unsigned long request) {
+    uint64_t number = 0;
+    if (ioctl(descriptor, request, &number) != 0) return {.error = errno};
+    return {.value = number};
+}
+
+}  // namespace
+
+bool isWholeBlockDevice(int descriptor) {
+    struct stat status{};
+    if (fstat(descriptor, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
+    const auto inSysfs = "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
+                         std::to_string(minor(status.st_rdev));
+    std::error_code unknown;
+    return std::filesystem::exists(inSysfs, unknown) &&
+           !std::filesystem::exists(inSysfs + "/partition", unknown) && !unknown;
+}
+
+SystemResult diskSequenceNumber(int descriptor) {
+    return askNumber(descriptor, getDiskSequenceNumber);
+}
+
+SystemResult mediumSize(int descriptor) {
+    return askNumber(descriptor, BLKGETSIZE64);
+}
+
+SystemResult lockExclusively(int descriptor) {
+    // The device manager holds a lock of its own while it looks at a disk that has just changed.
+    constexpr int attempts = 40;
+    constexpr std::chrono::milliseconds pause{50};
+    for (int attempt = 1;; ++attempt) {
+        const auto locked = SystemResult::from(flock(descriptor, LOCK_EX | LOCK_NB));
+        if (locked.error != EWOULDBLOCK) return locked;
+        if (attempt == attempts) return {.error = EBUSY};
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,50 @@
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "foundation/Errors.h"
+
+namespace tessel {
+
+FileStatus fileStatus(const std::filesystem::path& path) {
+    struct stat status{};
+    if (lstat(path.c_str(), &status) != 0) {
+        throw posixError("The file “" + path.string() + "” could not be inspected", errno);
+    }
+    return {S_ISREG(status.st_mode), static_cast<uint64_t>(status.st_size)};
+}
+
+bool isExecutableFile(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(path, ignored) && access(path.c_str(), X_OK) == 0;
+}
+
+SystemResult ReadOnlyFile::open(const std::filesystem::path& path) {
+    // Non-blocking, or a pipe that took the file's place would hang this call; regular files ignore it.
+    const auto result =
+        SystemResult::from(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!result.isSuccess()) return result;
+    descriptor = FileDescriptor(static_cast<int>(result.value));
+    posix_fadvise(descriptor.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    return result;
+}
+
+SystemResult ReadOnlyFile::size() const {
+    struct stat status{};
+    if (fstat(descriptor.get(), &status) != 0) return {.error = errno};
+    return SystemResult::from(status.st_size);
+}
+
+SystemResult ReadOnlyFile::read(std::span<std::byte> bytes, uint64_t offset) const {
+    return SystemResult::from(
+        pread(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
+}
+
+void ReadOnlyFile::adviseFinished(uint64_t offset, uint64_t length) const {
+    posix_fadvise(descriptor.get(), static_cast<off_t>(offset), static_cast<off_t>(length),
+                  POSIX_FADV_DONTNEED);
+}
+
+}  // namespace tessel

@@ -1,0 +1,43 @@
+#include "foundation/ByteCount.h"
+
+#include <gtest/gtest.h>
+
+namespace tessel {
+
+TEST(ByteCountTests, sizesReadAsPeopleSayThem) {
+    const struct {
+        uint64_t bytes;
+        const char* text;
+    } cases[] = {
+        {0, "Zero KB"},
+        {1, "1 byte"},
+        {2, "2 bytes"},
+        {999, "999 bytes"},
+        {1'000, "1 KB"},
+        {1'499, "1 KB"},
+        {1'500, "2 KB"},
+        {999'499, "999 KB"},
+        {999'500, "1 MB"},
+        {1'049'999, "1 MB"},
+        {1'050'000, "1.1 MB"},
+        {536'870'912, "536.9 MB"},
+        {999'949'999, "999.9 MB"},
+        {999'950'000, "1 GB"},
+        {1'005'000'000, "1.01 GB"},
+        {1'050'000'000, "1.05 GB"},
+        {31'914'983'424, "31.91 GB"},
+        {32'000'000'000, "32 GB"},
+        {63'900'000'000, "63.9 GB"},
+        {100'000'000'000, "100 GB"},
+        {549'755'813'888, "549.76 GB"},
+        {999'995'000'000, "1 TB"},
+        {2'000'398'934'016, "2 TB"},
+        {999'995'000'000'000, "1 PB"},
+        {9'223'372'036'854'775'807, "9.22 EB"},
+        {UINT64_MAX, "18.45 EB"},
+    };
+    for (const auto& [bytes, text] : cases)
+        EXPECT_EQ(byteCountText(bytes), text) << bytes;
+}
+
+}  // namespace tessel

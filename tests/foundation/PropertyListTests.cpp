@@ -1,0 +1,156 @@
+#include "foundation/PropertyList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "foundation/Errors.h"
+
+namespace tessel {
+
+namespace {
+
+std::string repeated(std::string_view text, size_t times) {
+    std::string result;
+    for (size_t time = 0; time < times; ++time)
+        result += text;
+    return result;
+}
+
+std::string xml(const std::string& value) {
+    return R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">)" +
+           value + "</plist>\n";
+}
+
+/// The binary encoding of the given objects with one-byte references and two-byte offsets.
+std::string binary(const std::vector<std::string>& objects) {
+    std::string bytes = "bplist00";
+    std::string offsets;
+    for (const std::string& object : objects) {
+        offsets += {static_cast<char>(bytes.size() >> 8), static_cast<char>(bytes.size())};
+        bytes += object;
+    }
+    const size_t table = bytes.size();
+    bytes += offsets + std::string(6, '\0') + "\x02\x01" + std::string(6, '\0');
+    bytes += {static_cast<char>(objects.size() >> 8), static_cast<char>(objects.size())};
+    bytes += std::string(8 + 6, '\0');
+    bytes += {static_cast<char>(table >> 8), static_cast<char>(table)};
+    return bytes;
+}
+
+/// A list, one of whose items refers to the next object, as often as it is told.
+std::vector<std::string> listsOfTheNext(size_t levels, char references) {
+    std::vector<std::string> objects;
+    for (size_t level = 1; level <= levels; ++level)
+        objects.push_back(static_cast<char>(0xA0 | references) +
+                          std::string(static_cast<size_t>(references), static_cast<char>(level)));
+    objects.push_back("\x09");
+    return objects;
+}
+
+}  // namespace
+
+TEST(PropertyListTests, everyKindIsReadFromXML) {
+    const PropertyList value = parsePropertyList(xml(R"(<dict>
+        <key>text</key><string>B&amp;W &#x2713; <![CDATA[</dict>]]></string>
+        <!-- </dict> --><key>flags</key><array><true/><false/></array>
+        <key>whole</key><integer>64021856256</integer><key>negative</key><integer>-1</integer>
+        <key>real</key><real>0.25</real><key>empty</key><dict/>
+        <key>date</key><date>2024-05-01T10:00:00Z</date><key>data</key><data>AAEC</data></dict>)"));
+    EXPECT_EQ(value, (PropertyList::Dictionary{
+                         {"text", "B&W ✓ </dict>"},
+                         {"flags", PropertyList::List{true, false}},
+                         {"whole", uint64_t{64021856256}},
+                         {"negative", UINT64_MAX},
+                         {"real", 0.25},
+                         {"empty", PropertyList::Dictionary{}},
+                         {"date", PropertyList()},
+                         {"data", PropertyList()},
+                     }));
+}
+
+TEST(PropertyListTests, theBinaryEncodingIsRead) {
+    const std::string shared("\x54Size", 5);
+    const std::string wide("\x61\x26\x3A", 3);
+    EXPECT_EQ(
+        parsePropertyList(binary({std::string("\xD2\x01\x03\x02\x04", 5), shared,
+                                  std::string("\x12\x3B\x9A\xCA\x00", 5), wide, "\xA2\x01\x05", "\x08"})),
+        (PropertyList::Dictionary{
+            {"Size", uint64_t{1'000'000'000}},
+            {"☺", PropertyList::List{"Size", false}},
+        }));
+}
+
+TEST(PropertyListTests, whatIsWrittenReadsBackTheSame) {
+    const PropertyList value = PropertyList::Dictionary{
+        {"<&>\"'", "<&>\"' é"},
+        {"list", PropertyList::List{true, uint64_t{0}, UINT64_MAX, 0.1, "", PropertyList::List{}}},
+        {"empty", PropertyList::Dictionary{}},
+    };
+    EXPECT_EQ(parsePropertyList(propertyListXML(value)), value);
+}
+
+TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
+    EXPECT_NO_THROW(parsePropertyList(xml(repeated("<array>", 64) + repeated("</array>", 64))));
+    EXPECT_THROW(parsePropertyList(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
+    EXPECT_NO_THROW(parsePropertyList(binary(listsOfTheNext(63, 1))));
+    EXPECT_THROW(parsePropertyList(binary(listsOfTheNext(64, 1))), PlatformError);
+}
+
+TEST(PropertyListTests, hostileBytesEndInOneSentence) {
+    const std::string whole = xml("<dict><key>a</key><array><string>b</string></array></dict>");
+    const std::string wholeBinary = binary({"\xD1\x01\x02",
+                                            "\x51"
+                                            "a",
+                                            "\xA1\x01"});
+    const std::string manyLevels = repeated("<array>", 1'000'000);
+    std::vector<std::pair<const char*, std::string>> hostile = {
+        {"nothing", ""},
+        {"no property list", "disk4: not found"},
+        {"no value", xml("")},
+        {"unknown element", xml("<set/>")},
+        {"deep", xml(manyLevels)},
+        {"deep behind a closing tag in a comment", xml(repeated("<array><!-- </array> -->", 100'000))},
+        {"deep behind a quoted closing tag", xml(repeated("<array a=\"</array>\">", 100'000))},
+        {"deep behind a comment in an instruction", "<? \" ?><!-- \" ?>" + manyLevels + "-->"},
+        {"deep behind a comment in a document type", "<!DOCTYPE a [ > <!-- ]>" + manyLevels + "-->"},
+        {"deep behind a zero byte", xml(repeated(std::string_view("<array\0>", 8), 100'000))},
+        {"many values", xml("<array>" + repeated("<true/>", 1'000'000) + "</array>")},
+        {"too large", xml("<string>" + std::string(size_t{17} << 20, 'a') + "</string>")},
+        {"binary without objects", binary({})},
+        {"binary list that holds itself", binary({std::string("\xA1\x00", 2)})},
+        {"binary lists that hold each other", binary({"\xA1\x01", std::string("\xA1\x00", 2)})},
+        {"binary list that doubles at each level", binary(listsOfTheNext(60, 2))},
+        {"binary text shared very often",
+         binary({"\xA1\x01", "\xAF\x10\x64" + std::string(100, '\x02'),
+                 "\xAF\x10\x64" + std::string(100, '\x03'), "\x5F\x11\x27\x10" + std::string(10'000, 'a')})},
+        {"binary list without end", binary({"\xAF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
+        {"binary text without end", binary({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
+        {"binary key with a zero character", binary({"\xD1\x01\x01", std::string("\x62\0a\0\0", 5)})},
+        {"binary text with a zero character", binary({std::string("\x53"
+                                                                  "a\0b",
+                                                                  4)})},
+        {"binary reference to nowhere", binary({"\xA1\x07"})},
+    };
+    for (size_t length = 8; length < wholeBinary.size(); length += 3)
+        hostile.emplace_back("truncated binary", wholeBinary.substr(0, length));
+    for (size_t length = 1; length < whole.find("</dict>"); length += 11)
+        hostile.emplace_back("truncated", whole.substr(0, length));
+
+    ASSERT_NO_THROW(parsePropertyList(whole));
+    ASSERT_NO_THROW(parsePropertyList(wholeBinary));
+    for (const auto& [name, bytes] : hostile) {
+        try {
+            parsePropertyList(bytes);
+            ADD_FAILURE() << name << " was read";
+        } catch (const PlatformError& error) {
+            EXPECT_EQ(error.domain(), "PropertyList") << name;
+            EXPECT_THAT(error.localizedDescription(),
+                        testing::MatchesRegex("The property list could not be read: it is [a-z ]+\\."))
+                << name;
+        }
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "model/SDWholeDisk.h"
+
+namespace tessel {
+
+/// An SD card that may be chosen.
+inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaName = "SDXC Reader",
+                              uint64_t sizeBytes = 32'000'000'000) {
+    return {.id = id,
+            .mediaName = mediaName,
+            .sizeBytes = sizeBytes,
+            .busProtocol = "Secure Digital",
+            .deviceLocation = "External",
+            .partitionScheme = "FDisk_partition_scheme",
+            .partitions = {},
+            .isInternal = false,
+            .isWhole = true,
+            .isRemovable = true,
+            .isEjectable = true,
+            .isWritable = true,
+            .isPhysical = true,
+            .hasDetailedInfo = true};
+}
+
+/// A fixed disk, which is protected.
+inline SDWholeDisk sampleFixedDisk(const std::string& id) {
+    SDWholeDisk disk = sampleCard(id, "Fast NVMe Disk", 1'000'000'000'000);
+    disk.busProtocol = "PCI-Express";
+    disk.isInternal = true;
+    disk.isRemovable = false;
+    disk.isEjectable = false;
+    return disk;
+}
+
+}  // namespace tessel

@@ -1,0 +1,271 @@
+#include "views/log/OperationLogView.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <functional>
+#include <random>
+
+#include "views/log/ReadingPosition.h"
+
+namespace tessel {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto pause = 200ms;
+
+std::string linesUpTo(int count) {
+    std::string text = "[12:00:00] Line 1";
+    for (int number = 2; number <= count; ++number)
+        text += "\n[12:00:00] Line " + std::to_string(number);
+    return text;
+}
+
+void letPendingScrollsHappen() {
+    QTest::qWait(20);
+}
+
+/// A shown view with 100 lines that has scrolled to the last of them.
+class OperationLogViewTests : public testing::Test {
+  protected:
+    void SetUp() override {
+        view.resize(300, 200);
+        view.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+        view.setFocus();
+        view.setLog(linesUpTo(100), 100);
+        letPendingScrollsHappen();
+        ASSERT_TRUE(isAtEnd());
+    }
+
+    bool isAtEnd() const { return scroller().maximum() > 0 && scroller().value() == scroller().maximum(); }
+    QScrollBar& scroller() const { return *view.verticalScrollBar(); }
+    int firstVisibleBlockNumber() const {
+        return view.document()->findBlock(readingPosition(view)).blockNumber();
+    }
+
+    void growByAWrappingLine() {
+        text += "\n" + std::string(random() % 400, 'x') + " end";
+        view.setLog(text, ++count);
+    }
+    void resizeAtRandom() {
+        view.resize(80 + static_cast<int>(random() % 500), 60 + static_cast<int>(random() % 300));
+    }
+
+    QPoint inWindow(const QWidget& part) const { return part.mapTo(&view, part.rect().center()); }
+    void press(const QWidget& part, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(view.windowHandle(), button, {}, inWindow(part));
+    }
+    void release(const QWidget& part, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseRelease(view.windowHandle(), button, {}, inWindow(part));
+    }
+    void wheelUp(const QWidget& part) {
+        const QPoint position = inWindow(part);
+        QWheelEvent event(position, view.mapToGlobal(position), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.windowHandle(), &event);
+    }
+    void type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(view.windowHandle(), key, modifiers);
+    }
+    void select(int anchor, int position) {
+        QTextCursor cursor = view.textCursor();
+        cursor.setPosition(anchor);
+        cursor.setPosition(position, QTextCursor::KeepAnchor);
+        view.setTextCursor(cursor);
+    }
+    bool resumes(std::chrono::milliseconds patience = 10 * pause) const {
+        return QTest::qWaitFor([this] { return view.isFollowingLatest() && isAtEnd(); },
+                               static_cast<int>(patience.count()));
+    }
+
+    std::string text = linesUpTo(100);
+    std::size_t count = 100;
+    std::mt19937 random{1};
+    OperationLogView view{pause};
+};
+
+}  // namespace
+
+TEST_F(OperationLogViewTests, theEndStaysInViewHoweverLinesWrap) {
+    for (std::size_t step = 0; step < 60; ++step) {
+        growByAWrappingLine();
+        if (step % 3 == 0) resizeAtRandom();
+        letPendingScrollsHappen();
+        ASSERT_TRUE(isAtEnd()) << step;
+        ASSERT_EQ(view.horizontalScrollBar()->maximum(), 0) << step;
+        QTextCursor end(view.document());
+        end.movePosition(QTextCursor::End);
+        ASSERT_TRUE(view.viewport()->rect().contains(view.cursorRect(end))) << step;
+    }
+}
+
+TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilThePersonIsIdle) {
+    struct Interaction {
+        const char* name;
+        std::function<void()> act;
+    };
+    QWidget& viewport = *view.viewport();
+    const Interaction interactions[] = {
+        {"wheel over the text", [&] { wheelUp(viewport); }},
+        {"wheel over the scroll bar", [&] { wheelUp(scroller()); }},
+        {"click in the text", [&] { press(viewport), release(viewport); }},
+        {"click on the scroll bar", [&] { press(scroller()), release(scroller()); }},
+        {"select all", [&] { type(Qt::Key_A, Qt::ControlModifier); }},
+        {"copy", [&] { type(Qt::Key_C, Qt::ControlModifier); }},
+        {"page up", [&] { type(Qt::Key_PageUp); }},
+    };
+    for (const auto& [name, act] : interactions) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(view.isFollowingLatest());
+        QElapsedTimer idle;
+        idle.start();
+        act();
+        EXPECT_FALSE(view.isFollowingLatest());
+        EXPECT_TRUE(resumes());
+        EXPECT_GE(idle.elapsed(), pause.count());
+    }
+}
+
+TEST_F(OperationLogViewTests, aPausedViewKeepsItsPlaceHoweverLinesWrap) {
+    for (std::size_t step = 0; step < 30; ++step)
+        growByAWrappingLine();
+    letPendingScrollsHappen();
+    for (int step = 0; step < 30; ++step) {
+        type(Qt::Key_Shift);
+        scroller().setValue(scroller().maximum() * (step % 10) / 12);
+        letPendingScrollsHappen();
+        const int place = firstVisibleBlockNumber();
+        growByAWrappingLine();
+        letPendingScrollsHappen();
+        ASSERT_EQ(firstVisibleBlockNumber(), place) << step;
+        resizeAtRandom();
+        letPendingScrollsHappen();
+        if (!isAtEnd()) ASSERT_EQ(firstVisibleBlockNumber(), place) << step;
+    }
+    EXPECT_FALSE(view.isFollowingLatest());
+    EXPECT_TRUE(resumes());
+}
+
+TEST_F(OperationLogViewTests, aHeldButtonKeepsThePauseWhichCountsFromItsRelease) {
+    for (const QWidget* part : {view.viewport(), static_cast<QWidget*>(&scroller())}) {
+        press(*part);
+        QTest::qWait(static_cast<int>((3 * pause).count()));
+        EXPECT_FALSE(view.isFollowingLatest());
+        QElapsedTimer idle;
+        idle.start();
+        release(*part);
+        EXPECT_TRUE(resumes());
+        EXPECT_GE(idle.elapsed(), pause.count());
+    }
+}
+
+TEST_F(OperationLogViewTests, aMenuThatTakesTheReleaseDoesNotPauseForever) {
+    press(*view.viewport(), Qt::RightButton);
+    QWidget* menu = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (menu = QApplication::activePopupWidget()) != nullptr; }));
+    QTest::mouseRelease(menu->windowHandle(), Qt::RightButton, {}, {-50, -50});
+    menu->close();
+    EXPECT_FALSE(view.isFollowingLatest());
+    EXPECT_TRUE(resumes());
+}
+
+TEST_F(OperationLogViewTests, anInteractionCancelsTheScrollThatIsOnItsWay) {
+    view.setLog(linesUpTo(200), 200);
+    wheelUp(*view.viewport());
+    const int place = scroller().value();
+    letPendingScrollsHappen();
+    EXPECT_EQ(scroller().value(), place);
+}
+
+TEST_F(OperationLogViewTests, onlyAnotherTextOrCountScrolls) {
+    scroller().setValue(0);
+    view.setLog(linesUpTo(100), 100);
+    letPendingScrollsHappen();
+    EXPECT_EQ(scroller().value(), 0);
+
+    view.setLog(linesUpTo(100), 1);
+    letPendingScrollsHappen();
+    EXPECT_TRUE(isAtEnd());
+}
+
+TEST_F(OperationLogViewTests, growthTouchesNothingThatIsShownAlready) {
+    const int end = view.document()->characterCount() - 1;
+    int firstTouched = -1;
+    QObject::connect(view.document(), &QTextDocument::contentsChange,
+                     [&](int position) { firstTouched = position; });
+    view.setLog(linesUpTo(102), 102);
+    EXPECT_EQ(firstTouched, end);
+}
+
+TEST_F(OperationLogViewTests, theSelectionSurvivesGrowthAndIsClampedByAReplacement) {
+    const int end = view.document()->characterCount() - 1;
+    struct Selection {
+        int anchor, position, anchorInShorter, positionInShorter;
+    };
+    const std::string shorter = "No operation messages yet.";
+    const int shorterEnd = static_cast<int>(shorter.size());
+    for (const auto& [anchor, position, anchorInShorter, positionInShorter] : {
+             Selection{4, 9, 4, 9},
+             Selection{end, 3, shorterEnd, 3},
+             Selection{3, end, 3, shorterEnd},
+             Selection{40, 60, shorterEnd, shorterEnd},
+             Selection{end, end, shorterEnd, shorterEnd},
+         }) {
+        view.setLog(linesUpTo(100), 100);
+        select(anchor, position);
+        view.setLog(linesUpTo(102), 102);
+        EXPECT_EQ(view.toPlainText().toStdString(), linesUpTo(102));
+        EXPECT_EQ(view.textCursor().anchor(), anchor);
+        EXPECT_EQ(view.textCursor().position(), position);
+
+        view.setLog(shorter, 0);
+        EXPECT_EQ(view.toPlainText().toStdString(), shorter);
+        EXPECT_EQ(view.textCursor().anchor(), anchorInShorter);
+        EXPECT_EQ(view.textCursor().position(), positionInShorter);
+    }
+}
+
+TEST_F(OperationLogViewTests, aSelectionIsDraggedOnWhileTheLogGrows) {
+    QWidget& viewport = *view.viewport();
+    press(viewport);
+    const int anchor = view.textCursor().anchor();
+    view.setLog(linesUpTo(110), 110);
+    QTest::mouseMove(view.windowHandle(), inWindow(viewport) - QPoint(0, 60));
+    EXPECT_EQ(view.textCursor().anchor(), anchor);
+    EXPECT_LT(view.textCursor().position(), anchor);
+    release(viewport);
+    EXPECT_TRUE(resumes());
+}
+
+TEST_F(OperationLogViewTests, theKeyboardSelectsAndCopiesButNeverEdits) {
+    text = "Größe 32 GB · “Karte” 💾\nsecond";
+    view.setLog(text, 2);
+    type(Qt::Key_Home, Qt::ControlModifier);
+    type(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+    view.setLog(text + "\nthird", 3);
+    type(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), text);
+    type(Qt::Key_X);
+    type(Qt::Key_Delete);
+    EXPECT_EQ(view.toPlainText().toStdString(), text + "\nthird");
+}
+
+TEST_F(OperationLogViewTests, aClosedViewLeavesNothingOnItsWay) {
+    {
+        OperationLogView shortLived(0ms);
+        shortLived.setLog("line", 1);
+        QTest::keyClick(&shortLived, Qt::Key_Home);
+    }
+    letPendingScrollsHappen();
+}
+
+}  // namespace tessel

@@ -1,0 +1,131 @@
+#include "views/controls/Button.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "views/controls/Painting.h"
+#include "views/controls/Style.h"
+#include "views/controls/Symbol.h"
+
+namespace tessel {
+
+namespace {
+
+struct Measures {
+    FontRole font;
+    QSize padding;
+    int radius;
+};
+
+Measures measuresOf(Button::Size size) {
+    switch (size) {
+        case Button::Size::small:
+            return {FontRole::caption, {10, 5}, 7};
+        case Button::Size::regular:
+            return {FontRole::body, {14, 7}, 8};
+        case Button::Size::large:
+            return {FontRole::headline, {18, 11}, 10};
+    }
+    return {FontRole::body, {14, 7}, 8};
+}
+
+constexpr double ringGap = 3;  // the focus ring and the gap between it and the fill
+
+}  // namespace
+
+Button::Button(const Fields& fields, QWidget* parent) :
+    QPushButton(fields.text, parent),
+    symbol(fields.symbol),
+    look(fields.look),
+    size(fields.size) {
+    setAttribute(Qt::WA_Hover);
+    setAutoDefault(true);  // Return presses it too
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    applyFont();
+}
+
+QSize Button::sizeHint() const {
+    const QSize padding = measuresOf(size).padding;
+    return {contentWidth() + 2 * padding.width(), fontMetrics().height() + 2 * padding.height()};
+}
+
+QSize Button::minimumSizeHint() const {
+    const int textWidth = fontMetrics().horizontalAdvance(text());
+    const int fewLetters = fontMetrics().horizontalAdvance("mm…");
+    return sizeHint() - QSize(std::max(textWidth - fewLetters, 0), 0);
+}
+
+void Button::changeEvent(QEvent* event) {
+    QPushButton::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        applyFont();
+    }
+}
+
+void Button::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintBackground(painter);
+    paintContent(painter);
+}
+
+bool Button::isProminent() const {
+    return look == Look::prominent || look == Look::destructiveProminent;
+}
+
+void Button::applyFont() {
+    setFont(styledFont(measuresOf(size).font, isProminent() ? QFont::DemiBold : QFont::Medium));
+    updateGeometry();
+}
+
+int Button::symbolSize() const {
+    return symbol.isEmpty() ? 0 : fontMetrics().ascent() + spacing::hair;
+}
+
+int Button::contentWidth() const {
+    const int gap = symbol.isEmpty() ? 0 : spacing::small - spacing::hair;
+    return symbolSize() + gap + fontMetrics().horizontalAdvance(text());
+}
+
+QColor Button::ink() const {
+    const Colors colors = currentColors();
+    if (!isEnabled()) {
+        return withOpacity(colors.primary, 0.38);
+    }
+    if (isProminent()) {
+        return Qt::white;
+    }
+    return look == Look::destructive ? colors.red : colors.primary;
+}
+
+void Button::paintBackground(QPainter& painter) const {
+    const Colors colors = currentColors();
+    BoxLook box{.bounds = rect(), .radius = static_cast<double>(measuresOf(size).radius)};
+    if (showsKeyboardFocus(*this)) {
+        paintFocusRing(painter, box.bounds, box.radius);
+        box.bounds.adjust(ringGap, ringGap, -ringGap, -ringGap);
+        box.radius -= ringGap;
+    }
+    const bool isHovered = isEnabled() && underMouse();
+    if (isProminent() && isEnabled()) {
+        const QColor fill = look == Look::prominent ? colors.accentFill : colors.redFill;
+        box.fill = mixed(fill, Qt::black, isDown() ? 0.24 : isHovered ? 0.12 : 0);
+    } else {
+        box.fill = withOpacity(colors.primary, isDown() ? 0.16 : isHovered ? 0.1 : 0.05);
+        box.stroke = withOpacity(colors.primary, isEnabled() ? 0.16 : 0.08);
+    }
+    paintBox(painter, box);
+}
+
+void Button::paintContent(QPainter& painter) const {
+    const int shownWidth = std::min(contentWidth(), width() - 2 * measuresOf(size).padding.width());
+    const int left = (width() - shownWidth) / 2;
+    const int beforeText = contentWidth() - fontMetrics().horizontalAdvance(text());
+    const QRect textBounds(left + beforeText, 0, shownWidth - beforeText + 1, height());
+    paintSymbol(painter, symbol, QRect(left, 0, symbolSize(), height()), symbolSize(), ink());
+    painter.setPen(ink());
+    painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, textBounds.width()));
+}
+
+}  // namespace tessel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QPainter>
+#include <QWidget>
+
+#include "views/controls/Style.h"
+
+namespace tessel {
+
+/// A fine horizontal line.
+class Divider : public QWidget {
+  public:
+    explicit Divider(QWidget* parent = nullptr) : QWidget(parent) { setFixedHeight(1); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(rect(), withOpacity(currentColors().primary, 0.1));
+    }
+};
+
+}  // namespace tessel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "views/controls/TextLabel.h"
+
+namespace tessel {
+
+/// A text of one line that is shortened with an ellipsis when it does not fit. The whole text is then its
+/// tool tip, and always what screen readers say.
+class ElidedLabel : public TextLabel {
+  public:
+    ElidedLabel(const TextLook& look, Qt::TextElideMode mode, QWidget* parent = nullptr);
+
+    bool isElided() const;
+    QSize minimumSizeHint() const override;
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Qt::TextElideMode mode;
+};
+
+/// A tool tip that shows the text as it is, wrapped, and never reads it as markup.
+QString plainToolTip(const QString& text);
+
+}  // namespace tessel

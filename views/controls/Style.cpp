@@ -1,0 +1,173 @@
+#include "views/controls/Style.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QGuiApplication>
+#include <QPalette>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace tessel {
+
+namespace {
+
+constexpr int designedBodySize = 13;  // every size below is relative to it
+constexpr int smallestSize = 11;
+
+int designedSize(FontRole role) {
+    switch (role) {
+        case FontRole::title:
+            return 26;
+        case FontRole::headline:
+            return 14;
+        case FontRole::body:
+        case FontRole::subheadline:
+            return 13;
+        case FontRole::caption:
+            return 12;
+        case FontRole::smallestCaption:
+        case FontRole::monospaced:
+            return 11;
+        case FontRole::smallMonospaced:
+            return 10;
+    }
+    return designedBodySize;
+}
+
+int bodySize() {
+    return std::max(QFontInfo(QGuiApplication::font()).pixelSize(), designedBodySize);
+}
+
+constexpr double readableContrast = 4.8;  // 4.5, and what a faint tint behind the text takes away
+
+double relativeLuminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+/// The colour, moved towards `goal` until it can be read on all of the backgrounds.
+QColor readable(QColor color, const QColor& goal, std::span<const QColor> backgrounds) {
+    const auto canBeRead = [&](const QColor& background) {
+        return contrastRatio(color, background) >= readableContrast;
+    };
+    for (int step = 0; step < 40 && !std::ranges::all_of(backgrounds, canBeRead); ++step) {
+        color = mixed(color, goal, 0.06);
+    }
+    return color;
+}
+
+struct Hues {
+    QColor green;
+    QColor blue;
+    QColor orange;
+    QColor red;
+};
+
+Hues lightHues() {
+    return {QColor(0x1a7f37), QColor(0x0a63c9), QColor(0xa85400), QColor(0xc62828)};
+}
+
+Hues darkHues() {
+    return {QColor(0x57cc75), QColor(0x6fb3ff), QColor(0xf2a54e), QColor(0xff8178)};
+}
+
+}  // namespace
+
+QFont styledFont(FontRole role, QFont::Weight weight) {
+    const bool isMonospaced = role == FontRole::monospaced || role == FontRole::smallMonospaced;
+    QFont font = isMonospaced ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
+    font.setPixelSize(std::max(smallestSize, designedSize(role) * bodySize() / designedBodySize));
+    font.setWeight(weight);
+    return font;
+}
+
+int scaledWithFont(int width) {
+    return width * bodySize() / designedBodySize;
+}
+
+QColor Colors::of(Tone tone) const {
+    switch (tone) {
+        case Tone::primary:
+            return primary;
+        case Tone::secondary:
+            return secondary;
+        case Tone::green:
+            return green;
+        case Tone::blue:
+            return blue;
+        case Tone::orange:
+            return orange;
+        case Tone::red:
+            return red;
+        case Tone::accent:
+            return accent;
+    }
+    return primary;
+}
+
+Colors currentColors() {
+    const QPalette palette = QGuiApplication::palette();
+    const QColor window = palette.color(QPalette::Active, QPalette::Window);
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    const bool isDark = relativeLuminance(text) > relativeLuminance(window);
+    const bool isBaseLighter = relativeLuminance(base) > relativeLuminance(window);
+    const QColor goal = isDark ? Qt::white : Qt::black;
+
+    Colors colors;
+    colors.windowBackground = isBaseLighter ? base : window;
+    colors.underPageBackground = isBaseLighter ? window : base;
+    if (contrastRatio(colors.windowBackground, colors.underPageBackground) < 1.05) {
+        colors.underPageBackground = mixed(colors.windowBackground, Qt::black, isDark ? 0.3 : 0.06);
+    }
+    colors.controlBackground = mixed(colors.windowBackground, colors.underPageBackground, 0.4);
+    colors.textBackground = colors.controlBackground;
+
+    const std::array plain{colors.windowBackground, colors.underPageBackground, colors.controlBackground};
+    colors.primary = readable(text, goal, plain);
+    const auto toned = [&](const QColor& hue) {
+        const QColor tinted = mixed(colors.windowBackground, hue, 0.12);
+        const std::array backgrounds{plain[0], plain[1], plain[2], tinted,
+                                     mixed(colors.controlBackground, hue, 0.12)};
+        return readable(hue, goal, backgrounds);
+    };
+    const Hues hues = isDark ? darkHues() : lightHues();
+    colors.green = toned(hues.green);
+    colors.blue = toned(hues.blue);
+    colors.orange = toned(hues.orange);
+    colors.red = toned(hues.red);
+    const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
+    colors.accent = toned(highlight);
+    const std::array white{QColor(Qt::white)};
+    colors.accentFill = readable(highlight, Qt::black, white);
+    colors.redFill = readable(lightHues().red, Qt::black, white);
+    // Secondary text also lies on rows tinted green or with the accent.
+    const std::array tinted{plain[0], plain[1], plain[2], mixed(colors.controlBackground, colors.green, 0.12),
+                            mixed(colors.controlBackground, colors.accent, 0.12)};
+    colors.secondary = readable(mixed(text, colors.windowBackground, 0.4), goal, tinted);
+    return colors;
+}
+
+QColor withOpacity(QColor color, double opacity) {
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
+QColor mixed(const QColor& color, const QColor& other, double share) {
+    const auto channel = [share](float from, float to) {
+        return static_cast<float>(from + (to - from) * share);
+    };
+    return QColor::fromRgbF(channel(color.redF(), other.redF()), channel(color.greenF(), other.greenF()),
+                            channel(color.blueF(), other.blueF()));
+}
+
+double contrastRatio(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({relativeLuminance(one), relativeLuminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+}  // namespace tessel

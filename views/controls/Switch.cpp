@@ -1,0 +1,77 @@
+#include "views/controls/Switch.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include "views/controls/Painting.h"
+#include "views/controls/Style.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int ringWidth = 3;  // room for the focus ring around the track
+constexpr double disabledOpacity = 0.45;
+
+}  // namespace
+
+Switch::Switch(const QString& text, Size size, QWidget* parent) : QCheckBox(text, parent), size(size) {
+    setAttribute(Qt::WA_Hover);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    applyFont();
+}
+
+QSize Switch::sizeHint() const {
+    const int textWidth = fontMetrics().horizontalAdvance(text());
+    return {trackBounds().right() + 1 + ringWidth + spacing::small + textWidth,
+            std::max(fontMetrics().height() + spacing::tight, trackBounds().height() + 2 * ringWidth)};
+}
+
+void Switch::changeEvent(QEvent* event) {
+    QCheckBox::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        applyFont();
+    }
+}
+
+void Switch::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
+    paintTrack(painter);
+    painter.setPen(currentColors().primary);
+    const QRect beside = rect().adjusted(trackBounds().right() + 1 + ringWidth + spacing::small, 0, 0, 0);
+    painter.drawText(beside, Qt::AlignLeft | Qt::AlignVCenter, text());
+}
+
+void Switch::applyFont() {
+    setFont(styledFont(size == Size::small ? FontRole::caption : FontRole::body));
+    updateGeometry();
+}
+
+QRect Switch::trackBounds() const {
+    const int trackHeight = size == Size::small ? 16 : 20;
+    return {ringWidth, (height() - trackHeight) / 2, trackHeight * 7 / 4, trackHeight};
+}
+
+void Switch::paintTrack(QPainter& painter) const {
+    const Colors colors = currentColors();
+    const QRectF track = trackBounds();
+    const double radius = track.height() / 2;
+    const QColor off = withOpacity(colors.primary, underMouse() ? 0.14 : 0.08);
+    paintBox(painter, {.bounds = track,
+                       .radius = radius,
+                       .fill = isChecked() ? colors.accentFill : off,
+                       .stroke = isChecked() ? colors.accentFill : colors.secondary});
+    const double inset = isChecked() ? 2.5 : 4;
+    const double diameter = track.height() - 2 * inset;
+    const double left = isChecked() ? track.right() - inset - diameter : track.left() + inset;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isChecked() ? QColor(Qt::white) : colors.secondary);
+    painter.drawEllipse(QRectF(left, track.top() + inset, diameter, diameter));
+    if (showsKeyboardFocus(*this)) {
+        paintFocusRing(painter, track.adjusted(-ringWidth, -ringWidth, ringWidth, ringWidth),
+                       radius + ringWidth);
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,47 @@
+#include "views/controls/TextLabel.h"
+
+#include <QEvent>
+
+namespace tessel {
+
+TextLabel::TextLabel(const QString& text, const TextLook& look, QWidget* parent) :
+    QLabel(text, parent),
+    currentLook(look) {
+    setTextFormat(Qt::PlainText);
+    // Otherwise a label in a button takes the button's.
+    setForegroundRole(QPalette::WindowText);
+    TextLabel::applyLook();
+}
+
+void TextLabel::setLook(const TextLook& look) {
+    if (look != currentLook) {
+        currentLook = look;
+        applyLook();
+    }
+}
+
+void TextLabel::changeEvent(QEvent* event) {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
+        applyLook();
+    }
+}
+
+void TextLabel::applyLook() {
+    setFont(styledFont(currentLook.font, currentLook.weight));
+    const QColor color = currentColors().of(currentLook.tone);
+    // Setting a palette is itself a change of palette.
+    if (palette().color(QPalette::WindowText) != color) {
+        QPalette tinted = palette();
+        tinted.setColor(QPalette::WindowText, color);
+        setPalette(tinted);
+    }
+}
+
+TextLabel* wrappedLabel(const QString& text, const TextLook& look, QWidget* parent) {
+    auto* label = new TextLabel(text, look, parent);
+    label->setWordWrap(true);
+    return label;
+}
+
+}  // namespace tessel

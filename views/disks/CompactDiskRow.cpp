@@ -1,0 +1,131 @@
+#include "views/disks/CompactDiskRow.h"
+
+#include <QAccessibleWidget>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "model/DiskTexts.h"
+#include "views/controls/ElidedLabel.h"
+#include "views/controls/Painting.h"
+#include "views/disks/DiskMediaCell.h"
+#include "views/disks/DiskTargetSelector.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int cellSpacing = spacing::small;  // inside a column, at its trailing end
+
+class AccessibleDiskRow : public QAccessibleWidget {
+  public:
+    explicit AccessibleDiskRow(CompactDiskRow& row) :
+        QAccessibleWidget(&row, QAccessible::ListItem),
+        row(row) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.selectable = true;
+        state.selected = row.fields().isInspected;
+        return state;
+    }
+
+  private:
+    CompactDiskRow& row;
+};
+
+QAccessibleInterface* accessibleDiskRow(const QString&, QObject* object) {
+    auto* row = dynamic_cast<CompactDiskRow*>(object);
+    return row ? new AccessibleDiskRow(*row) : nullptr;
+}
+
+QVBoxLayout* stacked(QWidget* above, QWidget* below) {
+    auto* column = new QVBoxLayout;
+    column->setContentsMargins(0, 0, cellSpacing, 0);
+    column->setSpacing(1);
+    column->addStretch();
+    column->addWidget(above);
+    column->addWidget(below);
+    column->addStretch();
+    return column;
+}
+
+}  // namespace
+
+CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent) :
+    QWidget(parent),
+    actions(actions),
+    selector(new DiskTargetSelector(actions.select)),
+    name(new ElidedLabel({.font = FontRole::subheadline, .weight = QFont::DemiBold}, Qt::ElideRight)),
+    device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideMiddle)),
+    size(new ElidedLabel({.font = FontRole::monospaced, .weight = QFont::Medium}, Qt::ElideRight)),
+    media(new DiskMediaCell) {
+    QAccessible::installFactory(&accessibleDiskRow);
+    setAttribute(Qt::WA_Hover);
+    selector->setFixedWidth(widths.target);
+    size->setFixedWidth(widths.size);
+    auto* diskCell = new QWidget;
+    diskCell->setFixedWidth(widths.disk);
+    diskCell->setLayout(stacked(name, device));
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(spacing::small, 0, spacing::small, 1);
+    row->setSpacing(0);
+    row->addWidget(selector);
+    row->addWidget(diskCell);
+    row->addWidget(size);
+    row->addWidget(media, 1);
+    setMinimumHeight(minimumRowHeight);
+}
+
+void CompactDiskRow::display(const Fields& fields) {
+    if (fields == shown) {
+        return;
+    }
+    shown = fields;
+    const SDWholeDisk& disk = shown.disk;
+    selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
+    name->setText(QString::fromStdString(disk.mediaName));
+    device->setText(QString::fromStdString(devicePath(disk)));
+    size->setText(QString::fromStdString(disk.sizeText()));
+    media->display(disk);
+    setAccessibleName(selector->accessibilityLabel());
+    setAccessibleDescription(selector->toolTip());
+    update();
+}
+
+void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space) {
+        selector->press();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
+    event->setAccepted(event->button() == Qt::LeftButton);
+}
+
+void CompactDiskRow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) {
+        actions.inspect();
+    }
+}
+
+void CompactDiskRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Colors colors = currentColors();
+    if (shown.isSelectedTarget) {
+        painter.fillRect(rect(), withOpacity(colors.green, 0.1));
+    } else if (shown.isInspected) {
+        painter.fillRect(rect(), withOpacity(colors.accent, 0.1));
+    } else if (underMouse()) {
+        painter.fillRect(rect(), withOpacity(colors.primary, 0.03));
+    }
+    painter.fillRect(0, height() - 1, width(), 1, withOpacity(colors.primary, 0.08));
+    if (showsKeyboardFocus(*this)) {
+        paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
+    }
+}
+
+}  // namespace tessel

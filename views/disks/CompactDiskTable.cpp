@@ -1,0 +1,268 @@
+#include "views/disks/CompactDiskTable.h"
+
+#include <QAccessibleWidget>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScrollArea>
+#include <algorithm>
+
+#include "views/controls/Painting.h"
+#include "views/controls/ScrollBar.h"
+#include "views/controls/Style.h"
+#include "views/controls/TextLabel.h"
+#include "views/disks/SortableDiskHeader.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int headerHeight = 34;
+constexpr int dividerHeight = 1;
+constexpr int mostRowsAtOnce = 6;
+constexpr double cornerRadius = 10;
+
+class DiskRowList : public QWidget {};
+
+QAccessibleInterface* accessibleRowList(const QString&, QObject* object) {
+    auto* list = dynamic_cast<DiskRowList*>(object);
+    return list ? new QAccessibleWidget(list, QAccessible::List, "Disks") : nullptr;
+}
+
+/// The rounded outline. It lies over the rows and hides their square corners.
+class TableFrame : public QWidget {
+  public:
+    explicit TableFrame(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const Colors colors = currentColors();
+        QPainterPath corners;
+        corners.addRect(rect());
+        corners.addRoundedRect(rect(), cornerRadius, cornerRadius);
+        painter.fillPath(corners, colors.windowBackground);
+        paintBox(painter,
+                 {.bounds = rect(), .radius = cornerRadius, .stroke = withOpacity(colors.primary, 0.08)});
+    }
+};
+
+}  // namespace
+
+CompactDiskTable::CompactDiskTable(const Actions& actions, QWidget* parent) :
+    QWidget(parent),
+    actions(actions),
+    scrollArea(new QScrollArea),
+    rowList(new DiskRowList) {
+    QAccessible::installFactory(&accessibleRowList);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(dividerHeight);
+    column->addWidget(makeHeader());
+    column->addWidget(scrollArea, 1);
+    scrollArea->setFrameShape(QFrame::NoFrame);
+    scrollArea->setFocusPolicy(Qt::NoFocus);
+    scrollArea->setVerticalScrollBar(new ScrollBar);
+    scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollArea->viewport()->setAutoFillBackground(false);
+    scrollArea->setWidget(rowList);
+    rowList->setAutoFillBackground(false);
+    scrollArea->viewport()->installEventFilter(this);
+    frame = new TableFrame(this);
+}
+
+QWidget* CompactDiskTable::makeHeader() {
+    auto* header = new QWidget;
+    header->setFixedHeight(headerHeight);
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(spacing::tight, 0, spacing::small, 0);
+    row->setSpacing(0);
+    auto* target = new TextLabel(
+        "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
+    // It begins left of the radio controls' column, which is as narrow as its name.
+    target->setFixedWidth(spacing::small - spacing::tight + widths.target);
+    row->addWidget(target);
+    const auto addColumn = [&](const QString& title, DiskSortField field, int width) {
+        auto* heading = new SortableDiskHeader(title, field, [this](DiskSortField f) { actions.sort(f); });
+        heading->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+        if (width > 0) {
+            heading->setFixedWidth(width);
+        }
+        row->addWidget(heading);
+        headers.push_back(heading);
+    };
+    addColumn("Disk", DiskSortField::disk, widths.disk);
+    addColumn("Size", DiskSortField::size, widths.size);
+    addColumn("Media", DiskSortField::media, 0);
+    return header;
+}
+
+void CompactDiskTable::display(const Fields& fields) {
+    if (fields == shown) {
+        return;
+    }
+    shown = fields;
+    setFixedHeight(shown.height);
+    for (SortableDiskHeader* header : headers) {
+        header->display(shown.sortField, shown.sortAscending);
+    }
+    showRows();
+}
+
+int CompactDiskTable::tableHeight(size_t visibleDisks) {
+    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(visibleDisks, 1, mostRowsAtOnce));
+    return headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
+}
+
+CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {
+    const auto withDisk = [this, diskID](const std::function<void(const SDWholeDisk&)>& action) {
+        // A copy: the action may well change what the row shows.
+        const SDWholeDisk disk = rowsByID.at(diskID)->fields().disk;
+        action(disk);
+    };
+    const CompactDiskRow::Actions rowActions{.inspect = [=, this] { withDisk(actions.inspect); },
+                                             .select = [=, this] { withDisk(actions.select); }};
+    auto* row = new CompactDiskRow(widths, rowActions, rowList);
+    row->setFocusPolicy(Qt::ClickFocus);
+    row->installEventFilter(this);
+    row->show();
+    return row;
+}
+
+void CompactDiskTable::showRows() {
+    RowsByID previous = std::exchange(rowsByID, {});
+    rows.clear();
+    for (const SDWholeDisk& disk : shown.disks) {
+        const auto kept = previous.extract(disk.id);
+        CompactDiskRow* row = kept ? kept.mapped() : makeRow(disk.id);
+        row->display({.disk = disk,
+                      .isSelectedTarget = disk.id == shown.selectedTargetID,
+                      .isInspected = disk.id == shown.inspectedDiskID,
+                      .isBusy = shown.isBusy});
+        rows.push_back(row);
+        rowsByID.emplace(disk.id, row);
+    }
+    placeRows();
+    chooseTabStop();
+    retire(previous);
+}
+
+void CompactDiskTable::retire(const RowsByID& retired) {
+    for (const auto& [id, row] : retired) {
+        if (row->hasFocus() && !rows.empty()) {
+            rows.front()->setFocus(Qt::OtherFocusReason);
+        }
+        row->hide();
+        // Not at once: it may be the row whose click led here.
+        row->deleteLater();
+    }
+}
+
+void CompactDiskTable::placeRows() {
+    const int width = scrollArea->viewport()->width();
+    int rowHeight = CompactDiskRow::minimumRowHeight;
+    if (!rows.empty()) {
+        rowHeight = std::max(rowHeight, rows.front()->minimumSizeHint().height());
+    }
+    rowList->resize(width, rowHeight * static_cast<int>(rows.size()));
+    int top = 0;
+    for (CompactDiskRow* row : rows) {
+        row->setGeometry(0, top, width, rowHeight);
+        top += rowHeight;
+    }
+}
+
+void CompactDiskTable::chooseTabStop() {
+    CompactDiskRow* stop = rows.empty() ? nullptr : rows.front();
+    for (CompactDiskRow* row : rows) {
+        row->setFocusPolicy(Qt::ClickFocus);
+        if (row->hasFocus() || (row->fields().isInspected && !focusedIndex())) {
+            stop = row;
+        }
+    }
+    if (stop) {
+        stop->setFocusPolicy(Qt::StrongFocus);
+        // A new row would be the window's last stop.
+        setTabOrder(headers.back(), stop);
+    }
+}
+
+bool CompactDiskTable::eventFilter(QObject* object, QEvent* event) {
+    if (object == scrollArea->viewport()) {
+        if (event->type() == QEvent::Resize) {
+            placeRows();
+        }
+        return false;
+    }
+    if (event->type() == QEvent::FocusIn) {
+        chooseTabStop();
+    }
+    return event->type() == QEvent::KeyPress && handleKey(static_cast<QKeyEvent*>(event)->key());
+}
+
+bool CompactDiskTable::handleKey(int key) {
+    const std::optional<size_t> current = focusedIndex();
+    if (!current) {
+        return false;
+    }
+    const size_t last = rows.size() - 1;
+    const size_t page =
+        std::max<size_t>(1, static_cast<size_t>(scrollArea->viewport()->height() / rows[0]->height()));
+    switch (key) {
+        case Qt::Key_Up:
+            moveTo(*current == 0 ? 0 : *current - 1);
+            return true;
+        case Qt::Key_Down:
+            moveTo(std::min(*current + 1, last));
+            return true;
+        case Qt::Key_PageUp:
+            moveTo(*current < page ? 0 : *current - page);
+            return true;
+        case Qt::Key_PageDown:
+            moveTo(std::min(*current + page, last));
+            return true;
+        case Qt::Key_Home:
+            moveTo(0);
+            return true;
+        case Qt::Key_End:
+            moveTo(last);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CompactDiskTable::moveTo(size_t index) {
+    CompactDiskRow* row = rows[index];
+    window()->setAttribute(Qt::WA_KeyboardFocusChange);
+    row->setFocus(Qt::OtherFocusReason);
+    scrollArea->ensureWidgetVisible(row, 0, 0);
+    const SDWholeDisk disk = row->fields().disk;
+    actions.inspect(disk);
+}
+
+std::optional<size_t> CompactDiskTable::focusedIndex() const {
+    const auto focused =
+        std::ranges::find_if(rows, [](const CompactDiskRow* row) { return row->hasFocus(); });
+    if (focused == rows.end()) {
+        return std::nullopt;
+    }
+    return static_cast<size_t>(focused - rows.begin());
+}
+
+void CompactDiskTable::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Colors colors = currentColors();
+    paintBox(painter, {.bounds = rect(), .radius = cornerRadius, .fill = colors.controlBackground});
+    painter.fillRect(0, 0, width(), headerHeight, withOpacity(colors.primary, 0.035));
+    painter.fillRect(0, headerHeight, width(), dividerHeight, withOpacity(colors.primary, 0.1));
+}
+
+void CompactDiskTable::resizeEvent(QResizeEvent*) {
+    frame->setGeometry(rect());
+    frame->raise();
+}
+
+}  // namespace tessel

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "model/DiskSorting.h"
+#include "views/disks/CompactDiskRow.h"
+
+class QScrollArea;
+
+namespace tessel {
+
+class SortableDiskHeader;
+
+/// The disks as a table of one row each, below sortable headings. It decides nothing: it shows the disks in
+/// the order given and reports what the person does.
+///
+/// All rows together are one stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move to
+/// another row and inspect it; the space bar chooses the disk of the row.
+class CompactDiskTable : public QWidget {
+  public:
+    struct Fields {
+        std::vector<SDWholeDisk> disks;  ///< filtered and sorted
+        std::string selectedTargetID;    ///< empty when there is no target
+        std::optional<std::string> inspectedDiskID;
+        bool isBusy = false;
+        DiskSortField sortField = DiskSortField::disk;
+        bool sortAscending = true;
+        int height = 0;  ///< pixels; see tableHeight
+
+        bool operator==(const Fields&) const = default;
+    };
+
+    struct Actions {
+        std::function<void(DiskSortField)> sort;
+        std::function<void(const SDWholeDisk&)> inspect;
+        std::function<void(const SDWholeDisk&)> select;
+    };
+
+    explicit CompactDiskTable(const Actions& actions, QWidget* parent = nullptr);
+
+    /// Cheap when nothing changed; otherwise rows are kept by their disk's identifier.
+    void display(const Fields& fields);
+
+    /// The height for this many disks: the header and one to six rows.
+    static int tableHeight(size_t visibleDisks);
+
+  protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    using RowsByID = std::unordered_map<std::string, CompactDiskRow*>;
+
+    QWidget* makeHeader();
+    CompactDiskRow* makeRow(const std::string& diskID);
+    void showRows();
+    void retire(const RowsByID& rows);
+    void placeRows();
+    void chooseTabStop();
+    bool handleKey(int key);
+    void moveTo(size_t index);
+    std::optional<size_t> focusedIndex() const;
+
+    DiskColumnWidths widths;
+    Actions actions;
+    Fields shown;
+    std::vector<SortableDiskHeader*> headers;
+    QScrollArea* scrollArea;
+    QWidget* rowList;
+    QWidget* frame;
+    std::vector<CompactDiskRow*> rows;  ///< in the order of the disks
+    RowsByID rowsByID;
+};
+
+}  // namespace tessel

@@ -1,0 +1,108 @@
+#include "views/disks/DiskInspectorContent.h"
+
+#include "model/DiskTexts.h"
+#include "model/SDCardPolicy.h"
+#include "views/controls/DisclosureButton.h"
+#include "views/controls/InfoRow.h"
+#include "views/controls/SymbolLabel.h"
+#include "views/disks/DiskPartitionRow.h"
+
+namespace tessel {
+
+namespace {
+
+QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(spacing::tight);
+    for (InfoRow* row : rows) {
+        column->addWidget(row);
+    }
+    return column;
+}
+
+}  // namespace
+
+DiskInspectorContent::DiskInspectorContent(QWidget* parent) :
+    QWidget(parent),
+    device(new InfoRow("Device")),
+    media(new InfoRow("Media")),
+    location(new InfoRow("Location")),
+    capacity(new InfoRow("Capacity")),
+    connection(new InfoRow("Connection")),
+    map(new InfoRow("Map")),
+    attributes(new InfoRow("Attributes")),
+    partitionsButton(new DisclosureButton),
+    partitionCount(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
+    partitions(new QWidget),
+    verdict(new SymbolLabel({}, {}, {.font = FontRole::smallestCaption})) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(10);
+    column->addLayout(makeColumns());
+    column->addWidget(attributes);
+    column->addWidget(partitionsButton);
+    column->addWidget(partitions);
+    column->addWidget(verdict);
+    partitionsButton->label().addWidget(partitionCount, 1);
+    partitions->setVisible(false);
+    connect(partitionsButton, &DisclosureButton::toggled, partitions, &QWidget::setVisible);
+}
+
+QLayout* DiskInspectorContent::makeColumns() {
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(spacing::page);
+    columns->addLayout(columnOf({device, media, location}), 1);
+    columns->addLayout(columnOf({capacity, connection, map}), 1);
+    return columns;
+}
+
+void DiskInspectorContent::display(const SDWholeDisk& disk) {
+    if (disk == shown) {
+        return;
+    }
+    if (!shown || shown->id != disk.id) {
+        partitionsButton->setChecked(false);
+    }
+    device->setValue(QString::fromStdString(devicePath(disk)));
+    media->setValue(QString::fromStdString(disk.mediaName));
+    location->setValue(QString::fromStdString(disk.locationText()));
+    capacity->setValue(QString::fromStdString(disk.sizeText()));
+    connection->setValue(QString::fromStdString(disk.busProtocol));
+    map->setValue(QString::fromStdString(disk.partitionSchemeText()));
+    attributes->setValue(QString::fromStdString(disk.capabilitySummary()));
+    if (!shown || shown->partitions != disk.partitions) {
+        showPartitions(disk);
+    }
+    showVerdict(disk);
+    shown = disk;
+}
+
+void DiskInspectorContent::showPartitions(const SDWholeDisk& disk) {
+    const QString count = QString::fromStdString(disk.partitionCountText());
+    partitionCount->setText(count);
+    partitionsButton->setAccessibleName(count);
+
+    qDeleteAll(partitions->findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+    delete partitions->layout();
+    auto* column = new QVBoxLayout(partitions);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(6);
+    for (const SDDiskPartition& partition : disk.partitions) {
+        column->addWidget(new DiskPartitionRow(partition));
+    }
+    if (disk.partitions.empty()) {
+        column->addWidget(wrappedLabel("No child partitions or volumes were reported.",
+                                       {.font = FontRole::smallestCaption, .tone = Tone::secondary}));
+    }
+}
+
+void DiskInspectorContent::showVerdict(const SDWholeDisk& disk) {
+    const auto reason = eligibilityFailureReason(disk);
+    verdict->setSymbol(reason ? "lock.shield.fill" : "checkmark.shield.fill");
+    verdict->setLook({.font = FontRole::smallestCaption, .tone = reason ? Tone::orange : Tone::blue});
+    verdict->setText(reason ? QString::fromStdString(*reason)
+                            : "This device is positively identified as an SD card and passed the current "
+                              "physical-media, writable-media, size, and removability checks.");
+}
+
+}  // namespace tessel

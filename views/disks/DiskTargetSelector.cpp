@@ -1,0 +1,88 @@
+#include "views/disks/DiskTargetSelector.h"
+
+#include <QPainter>
+#include <QRadioButton>
+
+#include "model/SDCardPolicy.h"
+#include "views/controls/Symbol.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int symbolSize = 18;
+
+/// Shows what it is told and never changes by itself: whether a disk is the target is decided elsewhere.
+class TargetRadioButton : public QRadioButton {
+  public:
+    explicit TargetRadioButton(QWidget* parent) : QRadioButton(parent) {
+        setAttribute(Qt::WA_Hover);
+        // The row has the focus, and presses this with the space bar.
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+  protected:
+    bool hitButton(const QPoint& position) const override { return rect().contains(position); }
+    void nextCheckState() override {}
+
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setOpacity(isEnabled() ? 1 : 0.45);
+        const Colors colors = currentColors();
+        const QColor unselected = underMouse() && isEnabled() ? colors.green : colors.secondary;
+        paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(), symbolSize,
+                    isChecked() ? colors.green : unselected);
+    }
+};
+
+QString accessibilityText(const SDWholeDisk& disk, bool isProtected, bool isSelectedTarget) {
+    const QString summary = QString::fromStdString(disk.displaySummary());
+    if (isProtected) {
+        return "Protected disk " + summary;
+    }
+    return isSelectedTarget ? "Selected SD-card target " + summary
+                            : "Select " + summary + " as the SD-card target";
+}
+
+}  // namespace
+
+DiskTargetSelector::DiskTargetSelector(std::function<void()> selectAction, QWidget* parent) :
+    QWidget(parent),
+    radio(new TargetRadioButton(this)),
+    lock(new SymbolView({.symbol = "lock.fill", .tone = Tone::secondary, .size = 14}, this)) {
+    connect(radio, &QRadioButton::clicked, std::move(selectAction));
+}
+
+void DiskTargetSelector::display(const Fields& fields) {
+    const auto reason = eligibilityFailureReason(fields.disk);
+    radio->setVisible(!reason);
+    lock->setVisible(reason.has_value());
+    radio->setEnabled(!fields.isBusy);
+    radio->setChecked(fields.isSelectedTarget);
+    const QString label = accessibilityText(fields.disk, reason.has_value(), fields.isSelectedTarget);
+    radio->setAccessibleName(label);
+    lock->setAccessibleName(label);
+    if (reason) {
+        setToolTip(QString::fromStdString(*reason));
+    } else {
+        setToolTip(fields.isSelectedTarget ? "This SD card is the selected write target."
+                                           : "Select this SD card as the write target.");
+    }
+}
+
+void DiskTargetSelector::press() {
+    if (!radio->isHidden()) {
+        radio->click();
+    }
+}
+
+QString DiskTargetSelector::accessibilityLabel() const {
+    return radio->accessibleName();
+}
+
+void DiskTargetSelector::resizeEvent(QResizeEvent*) {
+    radio->setGeometry(rect());
+    lock->setGeometry(rect());
+}
+
+}  // namespace tessel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QPushButton>
+#include <functional>
+
+#include "model/DiskSorting.h"
+
+namespace tessel {
+
+/// The heading of a sortable column. The active one shows the direction, and screen readers say it.
+class SortableDiskHeader : public QPushButton {
+  public:
+    /// `action` is called with this heading's own field.
+    SortableDiskHeader(const QString& title, DiskSortField field, std::function<void(DiskSortField)> action,
+                       QWidget* parent = nullptr);
+
+    void display(DiskSortField activeField, bool ascending);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    DiskSortField field;
+    QString chevron;  ///< the symbol of the direction; empty when another column is active
+};
+
+}  // namespace tessel

@@ -1,0 +1,66 @@
+#include "views/log/OperationLogCoordinator.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "views/log/ReadingPosition.h"
+
+namespace tessel {
+
+using namespace std::chrono_literals;
+
+OperationLogCoordinator::OperationLogCoordinator(QPlainTextEdit& view,
+                                                 std::chrono::milliseconds interactionPauseDuration) :
+    view(view) {
+    for (QWidget* source :
+         {static_cast<QWidget*>(&view), view.viewport(), static_cast<QWidget*>(view.verticalScrollBar())})
+        source->installEventFilter(this);
+
+    resumeTask.setSingleShot(true);
+    resumeTask.setTimerType(Qt::PreciseTimer);  // the others may fire early
+    resumeTask.setInterval(std::max(interactionPauseDuration, 0ms));
+    resumeTask.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
+}
+
+bool OperationLogCoordinator::eventFilter(QObject* /*watched*/, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+        case QEvent::ContextMenu:
+            noteUserActivity();
+            break;
+        case QEvent::MouseMove:
+            if (static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton) noteUserActivity();
+            break;
+        default:
+            break;
+    }
+    return false;
+}
+
+void OperationLogCoordinator::noteUserActivity() {
+    followingLatest = false;
+    ++scrollRequestGeneration;
+    resumeTask.start();
+}
+
+void OperationLogCoordinator::resumeFollowingIfIdle() {
+    // Asked of the application, since a menu, a dialog or a drag may receive the release in the view's place.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return noteUserActivity();
+    followingLatest = true;
+    scheduleScrollToLatest();
+}
+
+void OperationLogCoordinator::scheduleScrollToLatest() {
+    if (!followingLatest) return;
+    QTimer::singleShot(0ms, this, [this, generation = ++scrollRequestGeneration] {
+        if (generation == scrollRequestGeneration) scrollToReadingPosition(view, endPosition(view));
+    });
+}
+
+}  // namespace tessel

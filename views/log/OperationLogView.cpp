@@ -1,0 +1,93 @@
+#include "views/log/OperationLogView.h"
+
+#include <QFontDatabase>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "views/log/ReadingPosition.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int fontPixelSize = 11;
+constexpr int textInset = 10;
+
+// Half-transparent grey shows on light and dark text backgrounds alike.
+constexpr const char* slimScrollBar = R"(
+    QScrollBar:vertical { background: transparent; border: none; width: 10px; margin: 0; }
+    QScrollBar::handle:vertical { background: rgba(128, 128, 128, 128); border-radius: 3px; margin: 2px; min-height: 24px; }
+    QScrollBar::handle:vertical:hover { background: rgba(128, 128, 128, 200); }
+    QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
+    QScrollBar::add-page, QScrollBar::sub-page { background: transparent; })";
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration, QWidget* parent) :
+    QPlainTextEdit(parent),
+    coordinator(*this, interactionPauseDuration) {
+    setAccessibleName("Operation log");
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setUndoRedoEnabled(false);
+
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(fontPixelSize);
+    setFont(font);
+    document()->setDocumentMargin(textInset);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+
+    setFrameShape(QFrame::NoFrame);
+    setBackgroundRole(QPalette::Base);  // also behind the scroll bar
+    setAutoFillBackground(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    verticalScrollBar()->setStyleSheet(slimScrollBar);
+}
+
+void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
+    const std::ptrdiff_t previousEntryCount = lastEntryCount;
+    lastEntryCount = static_cast<std::ptrdiff_t>(entryCount);
+    if (text != shownText)
+        replaceText(text);
+    else if (lastEntryCount == previousEntryCount)
+        return;
+    coordinator.scheduleScrollToLatest();
+}
+
+void OperationLogView::resizeEvent(QResizeEvent* event) {
+    const int firstVisible = readingPosition(*this);
+    QPlainTextEdit::resizeEvent(event);
+    scrollToReadingPosition(*this, firstVisible);
+    coordinator.scheduleScrollToLatest();
+}
+
+void OperationLogView::replaceText(std::string_view text) {
+    const int firstVisible = readingPosition(*this);
+    const int anchor = textCursor().anchor();
+    const int position = textCursor().position();
+
+    if (!shownText.empty() && text.starts_with(shownText))
+        insertAtEnd(text.substr(shownText.size()));
+    else
+        setPlainText(toQString(text));
+    shownText = text;
+
+    // After an insertion too: a selection up to the end has grown with it.
+    const int end = endPosition(*this);
+    QTextCursor selection(document());
+    selection.setPosition(std::min(anchor, end));
+    selection.setPosition(std::min(position, end), QTextCursor::KeepAnchor);
+    setTextCursor(selection);
+    scrollToReadingPosition(*this, firstVisible);
+}
+
+void OperationLogView::insertAtEnd(std::string_view text) {
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(toQString(text));
+}
+
+}  // namespace tessel
