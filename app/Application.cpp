@@ -26,14 +26,14 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
 
 }  // namespace
 
-Application::Application(const Machine& machine) :
+Application::Application(const Disks& disks) :
     thread(std::make_shared<QtMainThread>()),
     qtDesktop(showAlert),
     model(TesselViewModel::create({.mainThread = thread,
                                    .desktop = qtDesktop,
-                                   .utilities = machine.utilities,
-                                   .makeDevice = machine.makeDevice})),
-    contentView(model, thread) {
+                                   .utilities = disks.utilities,
+                                   .makeDevice = disks.makeDevice})),
+    contentView(model) {
     qtDesktop.setWindow(&contentView);
 }
 

@@ -22,11 +22,6 @@ namespace tessel {
 
 namespace {
 
-/// The coroutine keeps the view model, whatever becomes of the window.
-Task<> refresh(std::shared_ptr<TesselViewModel> viewModel) {
-    co_await viewModel->refreshDisks();
-}
-
 QVBoxLayout* paneLayout(QWidget* pane) {
     auto* column = new QVBoxLayout(pane);
     column->setContentsMargins(spacing::page, spacing::page, spacing::page, spacing::page);
@@ -36,12 +31,11 @@ QVBoxLayout* paneLayout(QWidget* pane) {
 
 }  // namespace
 
-ContentView::ContentView(std::shared_ptr<TesselViewModel> model, MainThread mainThread) :
+ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     viewModel(std::move(model)),
-    mainThread(std::move(mainThread)),
     header(new HeaderBar(*viewModel)),
     imageCard(new ImageCard(*viewModel)),
-    targetCard(new TargetCard(*viewModel, [this] { refreshDisks(); })),
+    targetCard(new TargetCard(*viewModel)),
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)) {
@@ -127,13 +121,9 @@ void ContentView::closeWithEverythingAbove() {
     close();
 }
 
-void ContentView::refreshDisks() {
-    startTask(Home::main(mainThread), Priority::userInitiated, refresh(viewModel));
-}
-
 void ContentView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!viewModel->didPerformInitialScan()) refreshDisks();
+    if (!viewModel->didPerformInitialScan()) viewModel->refreshDisks();
 }
 
 void ContentView::askToWrite() {

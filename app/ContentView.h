@@ -23,7 +23,7 @@ class WriteCard;
 /// it then asks for a stop and takes effect when the card is closed and ejected.
 class ContentView : public QWidget {
   public:
-    ContentView(std::shared_ptr<TesselViewModel> viewModel, MainThread mainThread);
+    explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
     /// Closes the window without asking, as soon as no write runs; a running one is asked to stop.
@@ -39,13 +39,11 @@ class ContentView : public QWidget {
     QWidget* makeRightPane();
     void scheduleRender();
     void render();
-    void refreshDisks();
     void askToWrite();
     void askToStop();
     void closeWithEverythingAbove();
 
     std::shared_ptr<TesselViewModel> viewModel;
-    MainThread mainThread;
     HeaderBar* header;
     ImageCard* imageCard;
     TargetCard* targetCard;

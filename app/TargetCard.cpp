@@ -21,7 +21,7 @@ QString countText(size_t count, const char* what) {
 
 }  // namespace
 
-TargetCard::TargetCard(TesselViewModel& viewModel, std::function<void()> refresh, QWidget* parent) :
+TargetCard::TargetCard(TesselViewModel& viewModel, QWidget* parent) :
     Card(parent),
     viewModel(viewModel),
     shownCount(new TextLabel({}, countLook)),
@@ -40,13 +40,13 @@ TargetCard::TargetCard(TesselViewModel& viewModel, std::function<void()> refresh
         "info.circle",
         "Select a row to make Disk Details available. Details remain collapsed until opened explicitly.",
         smallLook)) {
-    buildContent(makeControls(std::move(refresh)));
+    buildContent(makeControls());
 }
 
-QWidget* TargetCard::makeControls(std::function<void()> refresh) {
+QWidget* TargetCard::makeControls() {
     refreshButton =
         new Button({.text = "Refresh Disks", .symbol = "arrow.clockwise", .size = Button::Size::small});
-    connect(refreshButton, &Button::clicked, this, std::move(refresh));
+    connect(refreshButton, &Button::clicked, this, [this] { viewModel.refreshDisks(); });
     showAllSwitch = new Switch("Show All Disks", Switch::Size::small);
     connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) {
         showAllDisks = showAll;

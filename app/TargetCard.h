@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,13 +19,12 @@ namespace tessel {
 /// shown and looked at is this card's own; the target is the view model's.
 class TargetCard : public Card {
   public:
-    /// `refresh` starts a scan.
-    TargetCard(TesselViewModel& viewModel, std::function<void()> refresh, QWidget* parent = nullptr);
+    explicit TargetCard(TesselViewModel& viewModel, QWidget* parent = nullptr);
 
     void render();
 
   private:
-    QWidget* makeControls(std::function<void()> refresh);
+    QWidget* makeControls();
     void buildContent(QWidget* controls);
     void sortBy(DiskSortField field);
     void inspect(std::optional<std::string> diskID);

@@ -101,7 +101,9 @@ struct Play {
             while (viewModel.disks().empty())
                 co_await sleepFor(std::chrono::milliseconds(100));
             isScanning = true;
-            co_await viewModel.refreshDisks();
+            viewModel.refreshDisks();
+            while (viewModel.isBusy())
+                co_await sleepFor(std::chrono::milliseconds(1));
             isScanning = false;
             co_await ScriptedUser(application, [](const QString&) {}).writeSuggestedImage(usbReaderCard);
         } catch (const std::exception&) {
@@ -121,7 +123,7 @@ void measureTurns(TerminationSignal& terminationSignal) {
     Play play{application};
     const LongestTurn scanning([&] { return play.isScanning; });
     const LongestTurn writing([&] { return application.viewModel().hasWriteTask(); });
-    startTask(Home::main(application.mainThread()), Priority::userInitiated, play.run());
+    startTask(application.mainThread(), play.run());
     application.run(terminationSignal);
     if (play.error) std::rethrow_exception(play.error);
     printRow({"longest turn while slow disks are scanned / 50 ms", scanning.milliseconds(), 50, "ms", 1.0});

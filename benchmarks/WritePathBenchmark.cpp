@@ -17,7 +17,8 @@
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
 #include "platform/Process.h"
-#include "platform/concurrency/TaskHandle.h"
+#include "platform/RunLoop.h"
+#include "platform/concurrency/Background.h"
 #include "platform/linux/LoopDevice.h"
 #include "rehearsal/SimulatedReader.h"
 #include "services/DiskService.h"
@@ -80,17 +81,15 @@ AuthorizedRawDiskHandle openDevice(const fs::path& path) {
     return {std::move(device), blockSize, blockCount};
 }
 
-Task<> ignoreReport() {
-    co_return;
+Task<> transferInBackground(ImageTransfer request, std::shared_ptr<RunLoop> loop) {
+    const auto report = [&loop](const ImageWriteProgress&) { loop->call([] {}); };
+    co_await inBackground([&](const std::stop_token& stop) { writeImage(request, stop, report); });
 }
 
 void transfer(const fs::path& image, const fs::path& device) {
     const auto loop = std::make_shared<RunLoop>();
     const auto handle = openDevice(device);
-    const ImageTransfer request{image, fs::file_size(image), handle, true};
-    const auto report = [](ImageWriteProgress) { return onMain(ignoreReport()); };
-    const auto task = startTask(Home::background(loop), Priority::userInitiated, writeImage(request, report));
-    runUntilFinished(loop, task.value());
+    runUntilFinished(loop, transferInBackground({image, fs::file_size(image), handle, true}, loop));
 }
 
 struct Contender {

@@ -5,19 +5,17 @@
 
 namespace tessel {
 
-/// A value that everybody may read, only its owner may change, and whose changes are told to an observer.
-template <typename T, typename Owner>
+/// A value whose changes are told to an observer.
+template <typename T>
 class Published {
   public:
-    /// The observer is the owner's, so that all of its properties share one.
+    /// Several values may share one observer, which must outlive them and may be empty.
     Published(const std::function<void()>& observer, T initial) :
         observer(observer),
         value(std::move(initial)) {}
+    Published(const Published&) = delete;
 
-    const T& operator()() const { return value; }
-
-  private:
-    friend Owner;
+    [[nodiscard]] const T& operator()() const { return value; }
 
     Published& operator=(T changed) {
         if (value == changed) return *this;
@@ -33,6 +31,7 @@ class Published {
         notify();
     }
 
+  private:
     void notify() const {
         if (observer) observer();
     }

@@ -33,6 +33,8 @@ Sha256::Digest Sha256::finish() {
     Digest digest{};
     require(
         EVP_DigestFinal_ex(state->context.get(), reinterpret_cast<unsigned char*>(digest.data()), nullptr));
+    // The same algorithm again, in the same memory.
+    require(EVP_DigestInit_ex(state->context.get(), nullptr, nullptr));
     return digest;
 }
 

@@ -18,8 +18,8 @@ class Sha256 {
 
     void update(std::span<const std::byte> bytes);
 
-    /// The digest of everything so far. Nothing may follow.
-    Digest finish();
+    /// The digest of everything since the beginning or the last call.
+    [[nodiscard]] Digest finish();
 
   private:
     struct State;

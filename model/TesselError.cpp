@@ -1,5 +1,6 @@
 #include "model/TesselError.h"
 
+#include <new>
 #include <utility>
 
 #include "foundation/Errors.h"
@@ -65,6 +66,8 @@ std::string localizedDescription(const std::exception_ptr& error) {
         return own.errorDescription();
     } catch (const PlatformError& platform) {
         return platform.localizedDescription();
+    } catch (const std::bad_alloc&) {
+        return "There is not enough memory.";
     } catch (const std::exception& other) {
         return other.what();
     }

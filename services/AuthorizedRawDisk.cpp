@@ -123,10 +123,11 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     if (ending.termination.isSuccess() && hasDescriptor) return std::move(message->descriptor);
 
     const auto errorText = isValidUTF8(error.collected()) ? trimmed(error.collected()) : std::string();
-    throw errorText.empty() ? receptionFailure(message) : authorizationFailure(errorText);
+    if (errorText.empty()) throw receptionFailure(message);
+    throwAuthorizationFailure(errorText);
 }
 
-TesselError authorizationFailure(const std::string& errorText) {
+void throwAuthorizationFailure(const std::string& errorText) {
     struct Refusal {
         std::string_view words;
         std::string_view message;  ///< empty for a cancellation
@@ -146,10 +147,10 @@ TesselError authorizationFailure(const std::string& errorText) {
     const auto text = lowercased(errorText);
     for (const auto& [words, message] : refusals) {
         if (text.find(words) == std::string::npos) continue;
-        if (message.empty()) return TesselError(TesselError::Case::operationCancelled);
-        return TesselError::commandFailed(std::string(message));
+        if (message.empty()) throw CancellationError();
+        throw TesselError::commandFailed(std::string(message));
     }
-    return TesselError::commandFailed("The authorized raw-device open failed: " + errorText);
+    throw TesselError::commandFailed("The authorized raw-device open failed: " + errorText);
 }
 
 }  // namespace tessel

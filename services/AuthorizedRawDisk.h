@@ -32,8 +32,8 @@ class RawDiskOpener {
         makeDevice(std::move(makeDevice)) {}
 
     /// Opens "/dev/rdisk4" or the like. Blocks until the utility has ended, however long the person takes to
-    /// answer its prompt; call it on a background thread. Throws TesselError: operationCancelled for a
-    /// refused prompt, commandFailed for everything else. Whatever was opened is closed by then.
+    /// answer its prompt; call it on a background thread. Throws CancellationError for a refused prompt, and
+    /// TesselError for everything else. Whatever was opened is closed by then.
     AuthorizedRawDiskHandle openAuthorizedRawDisk(const std::string& devicePath) const;
 
   private:
@@ -43,7 +43,7 @@ class RawDiskOpener {
     RawDeviceFactory makeDevice;
 };
 
-/// What the utility's words on standard error mean.
-TesselError authorizationFailure(const std::string& errorText);
+/// Throws what the utility's words on standard error mean: CancellationError or TesselError.
+[[noreturn]] void throwAuthorizationFailure(const std::string& errorText);
 
 }  // namespace tessel

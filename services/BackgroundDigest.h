@@ -1,35 +1,38 @@
 #pragma once
 
-#include <future>
 #include <span>
 
 #include "foundation/Sha256.h"
+#include "services/HelperThread.h"
 
 namespace tessel {
 
-/// A SHA-256 computation that goes on while its caller reads or writes the next chunk.
+/// A SHA-256 computation that goes on while its owner reads or writes the next chunk.
 class BackgroundDigest {
   public:
-    /// Begins to digest the bytes, which must stay as they are until the next call. Waits until those of the
+    BackgroundDigest() = default;
+    BackgroundDigest(const BackgroundDigest&) = delete;
+    BackgroundDigest& operator=(const BackgroundDigest&) = delete;
+    ~BackgroundDigest() { helper.wait(); }
+
+    /// Begins to digest the bytes, which must stay as they are until the next call. Returns once those of the
     /// last call are digested.
     void update(std::span<const std::byte> bytes) {
-        wait();
-        digesting = std::async(std::launch::async, [this, bytes] { digest.update(bytes); });
+        helper.finish();
+        current = bytes;
+        helper.begin();
     }
 
-    /// The digest of everything. Nothing may follow.
-    Sha256::Digest finish() {
-        wait();
+    /// The digest of everything since the beginning or the last call.
+    [[nodiscard]] Sha256::Digest finish() {
+        helper.finish();
         return digest.finish();
     }
 
   private:
-    void wait() {
-        if (digesting.valid()) digesting.get();
-    }
-
     Sha256 digest;
-    std::future<void> digesting;  ///< last, so that it ends before what it uses
+    std::span<const std::byte> current;
+    HelperThread helper{[this] { digest.update(current); }};
 };
 
 }  // namespace tessel

@@ -54,7 +54,7 @@ std::string CommandResult::failureMessage(std::string_view fallback) const {
 }
 
 Task<CommandResult> CommandRunner::run(Command command) const {
-    co_return co_await inBackground(Priority::userInitiated, [&command] { return runBlocking(command); });
+    co_return co_await inBackground([&command](const std::stop_token&) { return runBlocking(command); });
 }
 
 }  // namespace tessel

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
@@ -13,6 +12,9 @@ namespace {
 
 constexpr std::chrono::seconds listTimeout{30};
 constexpr std::chrono::seconds infoTimeout{20};
+
+constexpr int searchAttempts = 3;
+constexpr std::chrono::milliseconds searchPause{200};
 
 std::string locationOf(std::optional<bool> isInternal) {
     if (!isInternal) return "Unknown";
@@ -42,16 +44,29 @@ Task<std::optional<SDWholeDisk>> DiskService::readDiskInfo(std::string identifie
     co_return parseDiskInfo(result.standardOutput, identifier, layout);
 }
 
-Task<DiskObservation> DiskService::observeDisk(std::string identifier) const {
+Task<DiskSearch> DiskService::findAgain(SDWholeDisk expected) const {
+    DiskSearch search;
+    while (!search.found && search.attempts < searchAttempts) {
+        if (search.attempts > 0) co_await sleepFor(searchPause);
+        co_await checkCancellation();
+        ++search.attempts;
+        co_await lookFor(expected, search);
+    }
+    co_return search;
+}
+
+/// One attempt.
+Task<> DiskService::lookFor(const SDWholeDisk& expected, DiskSearch& search) const {
     try {
         const auto list = co_await listWholeDisks();
-        if (std::ranges::find(list.identifiers, identifier) == list.identifiers.end())
-            co_return DiskObservation();
-        co_return DiskObservation{.disk = co_await readDiskInfo(identifier, list.layoutOf(identifier))};
+        if (std::ranges::find(list.identifiers, expected.id) == list.identifiers.end()) co_return;
+        auto disk = co_await readDiskInfo(expected.id, list.layoutOf(expected.id));
+        if (!disk) co_return;
+        (isSameDisk(*disk, expected) ? search.found : search.otherDisk) = std::move(disk);
     } catch (const TesselError&) {
         throw;
     } catch (const std::exception&) {
-        co_return DiskObservation{.readError = std::current_exception()};
+        search.readError = std::current_exception();
     }
 }
 
@@ -69,25 +84,11 @@ Task<std::vector<SDWholeDisk>> DiskService::scanDisks() const {
 }
 
 Task<SDWholeDisk> DiskService::revalidateDisk(SDWholeDisk selected) const {
-    try {
-        for (int attempt = 1; attempt <= revalidationAttempts; ++attempt) {
-            if (attempt > 1) co_await sleepFor(revalidationPause);
-            if (auto fresh = co_await attemptRevalidation(selected)) co_return std::move(*fresh);
-        }
-    } catch (const CancellationError&) {
-        throw TesselError(TesselError::Case::operationCancelled);
-    }
-    throw TesselError(TesselError::Case::diskChanged);
-}
-
-/// The fresh record, or nothing when the attempt failed and another may succeed.
-Task<std::optional<SDWholeDisk>> DiskService::attemptRevalidation(SDWholeDisk selected) const {
+    auto search = co_await findAgain(std::move(selected));
+    if (!search.found) throw TesselError(TesselError::Case::diskChanged);
     co_await checkCancellation();
-    auto observed = co_await observeDisk(selected.id);
-    if (!observed.disk || !isSameDisk(*observed.disk, selected)) co_return std::nullopt;
-    co_await checkCancellation();
-    if (const auto reason = eligibilityFailureReason(*observed.disk)) throw TesselError::unsafeDisk(*reason);
-    co_return std::move(observed.disk);
+    if (const auto reason = eligibilityFailureReason(*search.found)) throw TesselError::unsafeDisk(*reason);
+    co_return std::move(*search.found);
 }
 
 SDWholeDisk DiskService::placeholderDisk(const std::string& identifier, const DiskLayout* layout) {

@@ -15,19 +15,18 @@
 
 namespace tessel {
 
-/// What one attempt to read a disk again saw: its record, or nothing, and the error that stood in the way.
-struct DiskObservation {
-    std::optional<SDWholeDisk> disk;
-    std::exception_ptr readError;
+/// What was seen while an expected disk was looked for.
+struct DiskSearch {
+    std::optional<SDWholeDisk> found;      ///< the fresh record; absent when no attempt found the disk
+    int attempts = 0;                      ///< how many it took
+    std::optional<SDWholeDisk> otherDisk;  ///< the last one that stood in its place
+    std::exception_ptr readError;          ///< the last one that another attempt might have passed
 };
 
 /// Asks the operating system about disks, through its disk utility. Stateless: every operation starts from
 /// fresh output, and runs its commands strictly one after another.
 class DiskService {
   public:
-    static constexpr int revalidationAttempts = 3;
-    static constexpr std::chrono::milliseconds revalidationPause{200};
-
     explicit DiskService(SystemUtilities utilities) : utilities(std::move(utilities)) {}
 
     /// Runs the disk utility. A non-zero status is a result, not an error.
@@ -42,23 +41,23 @@ class DiskService {
     /// Throws PlatformError for rubbish.
     Task<std::optional<SDWholeDisk>> readDiskInfo(std::string identifier, const DiskLayout* layout) const;
 
-    /// One attempt to read a disk again, from the list on. Throws TesselError where no other attempt can
-    /// help; any other error is part of what was observed.
-    Task<DiskObservation> observeDisk(std::string identifier) const;
+    /// Looks for the disk until it is found the same as expected, up to three times and 0.2 seconds apart.
+    /// Whether it may still be written to is for the caller to ask. Throws CancellationError, and TesselError
+    /// where no other attempt can help; any other error is part of what was seen.
+    Task<DiskSearch> findAgain(SDWholeDisk expected) const;
 
     /// Every whole disk in display order. A disk whose details can't be read is a placeholder.
     Task<std::vector<SDWholeDisk>> scanDisks() const;
 
     /// A fresh record of the selected disk, once it is certain that it is the same disk and still eligible.
-    /// Tries three times, 0.2 seconds apart. Throws TesselError: diskChanged, unsafeDisk, operationCancelled,
-    /// or what the list command failed with.
+    /// Throws what findAgain() throws, and TesselError: diskChanged or unsafeDisk.
     Task<SDWholeDisk> revalidateDisk(SDWholeDisk selected) const;
 
     /// The record of a listed disk whose details can't be read. Never eligible.
     static SDWholeDisk placeholderDisk(const std::string& identifier, const DiskLayout* layout);
 
   private:
-    Task<std::optional<SDWholeDisk>> attemptRevalidation(SDWholeDisk selected) const;
+    Task<> lookFor(const SDWholeDisk& expected, DiskSearch& search) const;
 
     SystemUtilities utilities;
 };

@@ -1,15 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <future>
+#include <memory>
 #include <span>
 
-#include "platform/AlignedBuffer.h"
-#include "platform/Files.h"
 #include "services/BackgroundDigest.h"
+#include "services/HelperThread.h"
+#include "services/ImageSource.h"
 
 namespace tessel {
 
@@ -20,9 +18,9 @@ struct ChunkGeometry {
     size_t chunkSize;    ///< a whole number of blocks
 
     /// The image bytes of the chunk that begins at the offset.
-    size_t lengthAt(uint64_t offset) const;
+    [[nodiscard]] size_t lengthAt(uint64_t offset) const;
     /// The length rounded up to whole blocks.
-    size_t padded(size_t length) const;
+    [[nodiscard]] size_t padded(size_t length) const;
 };
 
 /// One chunk of an image in memory.
@@ -31,48 +29,28 @@ struct ImageChunk {
     std::span<const std::byte> padded;  ///< the same, followed by zeros up to a whole number of blocks
 };
 
-/// The open image file. Throws TesselError for what goes wrong with it.
-class ImageSource {
-  public:
-    /// Opens the file, which must have the expected size in bytes: imageChanged otherwise.
-    ImageSource(const std::filesystem::path& url, uint64_t expectedSize);
-
-    /// Fills the span from that offset. Throws imageChanged when the file ends before.
-    void read(std::span<std::byte> bytes, uint64_t offset) const;
-
-    /// Throws imageChanged when the file no longer has the expected size.
-    void requireUnchangedSize() const;
-
-    void adviseFinished(uint64_t offset, uint64_t length) const { file.adviseFinished(offset, length); }
-
-  private:
-    ReadOnlyFile file;
-    uint64_t expectedSize;
-};
-
-/// Reads an image once from its beginning to its end and digests it on the way, one chunk ahead of its
-/// caller. What goes wrong with a chunk is thrown when that chunk is asked for, never before.
+/// Reads an image from its beginning to its end, as often as wanted, and digests it on the way. While its
+/// owner works on a chunk it reads the next one; what goes wrong with a chunk is thrown when that chunk is
+/// asked for, never before. Dropped in the middle, it waits for no read: one that is stuck is left behind
+/// with the file and the memory that it uses.
 class ImageReader {
   public:
-    ImageReader(const ImageSource& source, const ChunkGeometry& geometry);
+    /// Opens the image, and acquires all memory and threads that reading takes. Throws TesselError,
+    /// PlatformError or std::bad_alloc.
+    ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry);
 
     /// The next chunk; it stays valid until the next call. To be called once for each chunk.
-    ImageChunk next();
+    [[nodiscard]] ImageChunk next();
 
-    /// The SHA-256 digest of the image, once every chunk was asked for.
-    Sha256::Digest finishDigest() { return digest.finish(); }
+    /// Once every chunk was asked for: the SHA-256 digest of the image. The next chunk is the first one
+    /// again. Throws imageChanged when the file no longer has its size.
+    [[nodiscard]] Sha256::Digest finishPass();
 
   private:
-    void startReading();
-    ImageChunk read(uint64_t offset, const AlignedBuffer& buffer) const;
-
-    const ImageSource& source;
-    ChunkGeometry geometry;
-    std::array<AlignedBuffer, 2> buffers;
-    BackgroundDigest digest;
-    uint64_t nextOffset = 0;
-    size_t nextBuffer = 0;
-    std::future<ImageChunk> readAhead;  ///< last, so that it ends before what it uses
+    struct Reading;
+    std::shared_ptr<Reading> reading;
+    HelperThread readAhead;
+    BackgroundDigest digest;  ///< last, so that it ends before the memory that it reads
 };
 
 }  // namespace tessel

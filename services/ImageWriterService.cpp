@@ -30,11 +30,11 @@ void verifyImageUnchanged(const SDImageFile& image) {
 
 /// The error to report for one that ended a write.
 [[noreturn]] void throwReported(const std::exception_ptr& error, bool wasCancelled) {
-    if (wasCancelled) throw TesselError(TesselError::Case::operationCancelled);
+    if (wasCancelled) throw CancellationError();
     try {
         std::rethrow_exception(error);
     } catch (const CancellationError&) {
-        throw TesselError(TesselError::Case::operationCancelled);
+        throw;
     } catch (const TesselError&) {
         throw;
     } catch (const std::exception&) {
@@ -42,45 +42,48 @@ void verifyImageUnchanged(const SDImageFile& image) {
     }
 }
 
-/// Blocks its thread while the authorization prompt is open, which can't be withdrawn.
-Task<AuthorizedRawDiskHandle> authorize(RawDiskOpener opener, std::string rawDevicePath) {
-    co_await checkCancellation();
+/// Blocks while the authorization prompt is open, which can't be withdrawn. A card that is opened after a
+/// stop was requested is closed at once.
+AuthorizedRawDiskHandle authorize(const RawDiskOpener& opener, const std::string& rawDevicePath,
+                                  const std::stop_token& stop) {
+    checkCancellation(stop);
     auto handle = opener.openAuthorizedRawDisk(rawDevicePath);
-    co_await checkCancellation();
-    co_return handle;
+    checkCancellation(stop);
+    return handle;
 }
 
-/// Calls the handler where this task runs; a plain call would be made where the task is created.
-Task<> callHandler(const ImageWriteProgressHandler& handler, ImageWriteProgress report) {
-    co_await handler(report);
+/// Closing a card in error recovery may take half a minute.
+Task<> close(AuthorizedRawDiskHandle handle) {
+    co_await inBackground([&handle](const std::stop_token&) { handle.device.reset(); });
 }
 
 }  // namespace
 
-Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler progress) const {
+Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report) const {
     co_await checkCancellation();
     if (const auto reason = eligibilityFailureReason(request.target)) throw TesselError::unsafeDisk(*reason);
 
-    auto prepared = co_await outcomeOf(prepareTarget(request, progress));
+    auto prepared = co_await outcomeOf(prepareTarget(request, report));
     if (prepared.error()) throwReported(prepared.error(), co_await isCancelled());
 
     const auto card = std::move(prepared).value();
-    const auto written = co_await outcomeOf(writeUnmountedCard(request, card, progress));
+    const auto written = co_await outcomeOf(writeUnmountedCard(request, card, report));
     if (written.error()) {
-        co_await ejectWhenPossible("/dev/" + card.id);
+        // The person is about to pull the card, so a stop does not end this, and its own failure is not told.
+        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, bestEffortTimeout));
         throwReported(written.error(), co_await isCancelled());
     }
 }
 
 /// Everything up to the unmount. A failure here leaves the card as it was.
 Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
-                                                    const ImageWriteProgressHandler& progress) const {
+                                                    const ImageWriteProgressHandler& report) const {
     verifyImageUnchanged(request.image);
     co_await checkCancellation();
     auto card = co_await diskService.revalidateDisk(request.target);
     co_await checkCancellation();
     if (card.sizeBytes < request.image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
-    co_await progress({preparingTarget, 0, request.image.sizeBytes});
+    report({preparingTarget, 0, request.image.sizeBytes});
     co_await checkCancellation();
     co_await require({"unmountDisk", "force", "/dev/" + card.id},
                      "The selected SD card could not be unmounted.");
@@ -89,25 +92,27 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
 
 /// Everything from the unmount on. A failure here is followed by an eject.
 Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWholeDisk& card,
-                                              const ImageWriteProgressHandler& progress) const {
+                                              const ImageWriteProgressHandler& report) const {
     const auto imageSize = request.image.sizeBytes;
     co_await checkCancellation();
-    co_await progress({authorizingDevice, 0, imageSize});
+    report({authorizingDevice, 0, imageSize});
     co_await checkCancellation();
-    co_await transferImage(request, card, progress);
+    auto handle = co_await inBackground(
+        [&](const std::stop_token& stop) { return authorize(opener, "/dev/r" + card.id, stop); });
+    auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, report));
+    co_await outcomeOf(close(std::move(handle)));
+    std::move(transferred).value();
     co_await checkCancellation();
-    co_await progress({ejecting, imageSize, imageSize});
+    report({ejecting, imageSize, imageSize});
     co_await require({"eject", "/dev/" + card.id},
                      "The image was written, but the SD card could not be ejected.");
-    co_await progress({completed, imageSize, imageSize});
+    report({completed, imageSize, imageSize});
 }
 
-/// Opens the card, proves that it is still the same one, and writes it. It is closed on every way out.
-Task<> ImageWriterService::transferImage(const Write& request, const SDWholeDisk& card,
-                                         const ImageWriteProgressHandler& progress) const {
-    const auto background = Home::background(mainThread);
-    const auto handle = co_await withForwardedCancellation(
-        startTask(background, Priority::userInitiated, authorize(opener, "/dev/r" + card.id)));
+/// Proves that the open card is still the same one, and writes it.
+Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
+                                         const AuthorizedRawDiskHandle& handle,
+                                         const ImageWriteProgressHandler& report) const {
     co_await checkCancellation();
     const auto revalidated = co_await diskService.revalidateDisk(card);
     co_await checkCancellation();
@@ -119,25 +124,17 @@ Task<> ImageWriterService::transferImage(const Write& request, const SDWholeDisk
                                  .imageSize = request.image.sizeBytes,
                                  .handle = handle,
                                  .verify = request.verify};
-    const auto progressOnMain = [&progress](ImageWriteProgress report) {
-        return onMain(callHandler(progress, report));
+    const auto reportOnMainThread = [&](const ImageWriteProgress& progress) {
+        mainThread->call([&] { report(progress); });
     };
-    co_await withForwardedCancellation(
-        startTask(background, Priority::userInitiated, writeImage(transfer, progressOnMain)));
+    co_await inBackground(
+        [&](const std::stop_token& stop) { writeImage(transfer, stop, reportOnMainThread); });
 }
 
 /// Runs a disk-utility command that must succeed.
 Task<> ImageWriterService::require(std::vector<std::string> arguments, std::string fallback) const {
     const auto result = co_await diskService.runDiskutil(std::move(arguments), commandTimeout);
     if (result.status != 0) throw TesselError::commandFailed(result.failureMessage(fallback));
-}
-
-/// Not stopped by a stop request: the person is about to pull the card.
-Task<> ImageWriterService::ejectWhenPossible(std::string devicePath) const {
-    const auto eject =
-        startTask(Home::main(mainThread), Priority::utility,
-                  diskService.runDiskutil({"eject", std::move(devicePath)}, bestEffortTimeout));
-    co_await outcomeOf(eject.value());
 }
 
 }  // namespace tessel

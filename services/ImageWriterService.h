@@ -4,7 +4,7 @@
 
 #include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
-#include "platform/concurrency/TaskHandle.h"
+#include "platform/concurrency/Task.h"
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskService.h"
 #include "services/ImageTransfer.h"
@@ -12,9 +12,9 @@
 
 namespace tessel {
 
-/// Runs one complete destructive write. Stateless; its steps run on the main thread, the authorization and
-/// the transfer on threads of their own. Once the card is unmounted it is ejected on every way out, when
-/// possible.
+/// Runs one complete destructive write. Stateless; its steps run on the main thread, while the authorization,
+/// the transfer and the closing of the card block threads of their own. Once the card is unmounted it is
+/// ejected on every way out, when possible.
 class ImageWriterService {
   public:
     struct Write {
@@ -23,26 +23,26 @@ class ImageWriterService {
         bool verify = true;
     };
 
-    ImageWriterService(MainThread mainThread, const SystemUtilities& utilities, RawDeviceFactory makeDevice) :
+    ImageWriterService(std::shared_ptr<MainThread> mainThread, const SystemUtilities& utilities,
+                       RawDeviceFactory makeDevice) :
         mainThread(std::move(mainThread)),
         diskService(utilities),
         opener(utilities.authorizationUtility, std::move(makeDevice)) {}
 
-    /// Returns once the image was written, flushed, verified when requested, and the card ejected. To be
-    /// awaited on the main thread, where `progress` is called too. Throws TesselError; a stop is
-    /// operationCancelled, or CancellationError when it came before the write began.
-    Task<> write(Write request, ImageWriteProgressHandler progress) const;
+    /// Returns once the image was written, flushed, verified when requested, and the card ejected. `report`
+    /// is called on the main thread. Throws TesselError, or CancellationError after a stop or a dismissed
+    /// prompt.
+    Task<> write(Write request, ImageWriteProgressHandler report) const;
 
   private:
-    Task<SDWholeDisk> prepareTarget(const Write& request, const ImageWriteProgressHandler& progress) const;
+    Task<SDWholeDisk> prepareTarget(const Write& request, const ImageWriteProgressHandler& report) const;
     Task<> writeUnmountedCard(const Write& request, const SDWholeDisk& card,
-                              const ImageWriteProgressHandler& progress) const;
-    Task<> transferImage(const Write& request, const SDWholeDisk& card,
-                         const ImageWriteProgressHandler& progress) const;
+                              const ImageWriteProgressHandler& report) const;
+    Task<> writeOpenCard(const Write& request, const SDWholeDisk& card, const AuthorizedRawDiskHandle& handle,
+                         const ImageWriteProgressHandler& report) const;
     Task<> require(std::vector<std::string> arguments, std::string fallback) const;
-    Task<> ejectWhenPossible(std::string devicePath) const;
 
-    MainThread mainThread;
+    std::shared_ptr<MainThread> mainThread;
     DiskService diskService;
     RawDiskOpener opener;
 };

@@ -1,25 +1,36 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace tessel {
+
+/// How a write ended.
+enum class WriteOutcome { written, writtenAndVerified, failed, cancelled };
 
 /// What the program is doing, or how the last operation ended.
 struct TesselOperationState {
     enum class Case { idle, selectingImage, scanningDisks, writingImage, completed, warning, failed };
 
     Case kind = Case::idle;
-    std::string text;  ///< of an operation that ended
+    std::string text = {};                                    ///< of an operation that ended
+    std::optional<WriteOutcome> writeOutcome = std::nullopt;  ///< of a write that ended
 
     static TesselOperationState completed(std::string text) { return {Case::completed, std::move(text)}; }
     static TesselOperationState warning(std::string text) { return {Case::warning, std::move(text)}; }
     static TesselOperationState failed(std::string text) { return {Case::failed, std::move(text)}; }
+    static TesselOperationState ofWrite(WriteOutcome outcome);
 
     bool operator==(const TesselOperationState&) const = default;
 
     /// Whether every other operation is refused.
-    bool isBusy() const {
+    [[nodiscard]] bool isBusy() const {
         return kind == Case::selectingImage || kind == Case::scanningDisks || kind == Case::writingImage;
+    }
+
+    /// Whether a write ended well, and nothing has happened since.
+    [[nodiscard]] bool isSuccessfulCompletion() const {
+        return writeOutcome == WriteOutcome::written || writeOutcome == WriteOutcome::writtenAndVerified;
     }
 };
 

@@ -1,64 +1,130 @@
 #include "viewmodel/TesselViewModel.h"
 
 #include <algorithm>
+#include <exception>
 
-#include "model/TesselError.h"
-#include "platform/TimeOfDay.h"
+#include "foundation/ByteCount.h"
+#include "model/SDCardPolicy.h"
+#include "viewmodel/ScanSummary.h"
 
 namespace tessel {
 
-std::shared_ptr<TesselViewModel> TesselViewModel::create(Environment environment) {
-    return std::shared_ptr<TesselViewModel>(new TesselViewModel(std::move(environment)));
+using enum TesselOperationState::Case;
+
+std::shared_ptr<TesselViewModel> TesselViewModel::create(const Environment& environment) {
+    return std::shared_ptr<TesselViewModel>(new TesselViewModel(environment));
 }
 
-TesselViewModel::TesselViewModel(Environment environment) :
+TesselViewModel::TesselViewModel(const Environment& environment) :
     mainThread(environment.mainThread),
     desktop(environment.desktop),
     diskService(environment.utilities),
-    imageWriterService(environment.mainThread, environment.utilities, std::move(environment.makeDevice)) {}
+    imageWriterService(environment.mainThread, environment.utilities, environment.makeDevice) {}
 
-const SDWholeDisk* TesselViewModel::selectedDisk() const {
-    const auto found = std::ranges::find(disks(), selectedDiskID(), &SDWholeDisk::id);
-    return found == disks().end() ? nullptr : &*found;
-}
-
-void TesselViewModel::appendLog(const std::string& message) {
-    auto line = "[" + timeOfDayText() + "] " + message;
-    logLines.modify([&line](auto& lines) { lines.push_back(std::move(line)); });
-}
-
-void TesselViewModel::logError(const std::exception_ptr& error) {
-    appendLog("Error: " + localizedDescription(error));
-}
-
-void TesselViewModel::setVerifyAfterWrite(bool verify) {
-    if (!isBusy()) verifyAfterWrite = verify;
+/// Starts an operation that keeps the view model once it has begun, so that what was begun is always ended.
+TaskHandle TesselViewModel::start(Task<> (TesselViewModel::*operation)()) {
+    const auto run = [](std::weak_ptr<TesselViewModel> weakViewModel,
+                        Task<> (TesselViewModel::*begun)()) -> Task<> {
+        if (const auto viewModel = weakViewModel.lock()) co_await (viewModel.get()->*begun)();
+    };
+    return startTask(mainThread, run(weak_from_this(), operation));
 }
 
 void TesselViewModel::clearLog() {
+    if (!isBusy()) log.clear();
+}
+
+void TesselViewModel::refreshDisks() {
     if (isBusy()) return;
-    joinedLog = {};
-    logLines = {};
+    hasStartedScan = true;
+    operationState = TesselOperationState{.kind = scanningDisks};
+    log.append("Scanning every whole disk visible to macOS.");
+    start(&TesselViewModel::scanDisks);
 }
 
-const std::string& TesselViewModel::logText() const {
-    static const std::string emptyLogText = "No operation messages yet.";
-    const auto& lines = logLines();
-    for (; joinedLog.count < lines.size(); ++joinedLog.count) {
-        if (joinedLog.count > 0) joinedLog.text += '\n';
-        joinedLog.text += lines[joinedLog.count];
+Task<> TesselViewModel::scanDisks() {
+    auto scan = co_await outcomeOf(diskService.scanDisks());
+    if (scan.error()) {
+        operationState = TesselOperationState::failed("Disk scan failed");
+        log.append(scan.error());
+        co_return;
     }
-    return lines.empty() ? emptyLogText : joinedLog.text;
+    targets.replaceDisks(std::move(scan).value());
+    const auto summary = ScanSummary::of(disks());
+    operationState = summary.state;
+    for (const auto& message : summary.messages)
+        log.append(message);
 }
 
-bool TesselViewModel::isSuccessfulCompletion() const {
-    return state() == TesselOperationState::completed("Image written") ||
-           state() == TesselOperationState::completed("Image written and verified");
+void TesselViewModel::selectDisk(const std::string& id) {
+    const auto* disk = isBusy() ? nullptr : targets.select(id);
+    if (!disk) return;
+    progress.reset();
+    operationState = TesselOperationState::completed("Target " + id + " selected");
+    log.append("Selected SD-card target: " + disk->displaySummary() + " · " + disk->partitionCountText() +
+               ".");
+}
+
+void TesselViewModel::chooseImage() {
+    if (isBusy()) return;
+    operationState = TesselOperationState{.kind = selectingImage};
+    if (const auto file = desktop.runOpenPanel(ImageSelection::openPanel())) {
+        takeChosenImage(*file);
+    } else {
+        operationState = TesselOperationState();
+        log.append("Image selection was cancelled.");
+    }
+}
+
+void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
+    try {
+        image.select(file);
+        progress.reset();
+        operationState = TesselOperationState::completed("Disk image selected");
+        log.append("Selected image: " + selectedImage()->displayPath() + " (" +
+                   byteCountText(selectedImage()->sizeBytes) + ").");
+        log.append(
+            "The selected file extension is supported. Confirm that the file contains the intended raw disk "
+            "image before writing.");
+    } catch (const std::exception&) {
+        operationState = TesselOperationState::failed("Image selection failed");
+        log.append(std::current_exception());
+    }
+}
+
+void TesselViewModel::setVerifyAfterWrite(bool verify) {
+    if (!isBusy()) verifies = verify;
+}
+
+bool TesselViewModel::canStartWrite() const {
+    const auto* target = selectedDisk();
+    return selectedImage() && target && !isBusy() && !eligibilityFailureReason(*target) &&
+           selectedImage()->sizeBytes != 0 && target->sizeBytes >= selectedImage()->sizeBytes;
+}
+
+void TesselViewModel::startWrite() {
+    if (hasWriteTask() || isBusy()) return;
+    writeTask.prepare();
+    writeTask.begin(start(&TesselViewModel::performWrite));
+}
+
+Task<> TesselViewModel::performWrite() {
+    co_await writeTask.perform(verifyAfterWrite(),
+                               [weakViewModel = weak_from_this()](const ImageWriteProgress& report) {
+                                   if (const auto viewModel = weakViewModel.lock())
+                                       viewModel->applyWriteProgress(report);
+                               });
+}
+
+void TesselViewModel::applyWriteProgress(const ImageWriteProgress& report) {
+    // The stop's own words stay until the outcome replaces them.
+    if (isCancellationRequested()) return progress.notePhase(report.phase);
+    if (const auto message = progress.show(report)) log.append(*message);
 }
 
 double TesselViewModel::overallWorkflowProgress() const {
     if (isSuccessfulCompletion()) return 1.0;
-    if (state().kind == TesselOperationState::Case::writingImage || writeOperationProgress() > 0) {
+    if (state().kind == writingImage || writeOperationProgress() > 0) {
         return std::min(0.4 + 0.6 * writeOperationProgress(), 1.0);
     }
     return (selectedImage() ? 0.2 : 0.0) + (selectedDisk() ? 0.2 : 0.0);

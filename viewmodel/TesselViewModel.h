@@ -7,14 +7,16 @@
 #include <vector>
 
 #include "foundation/Published.h"
-#include "model/ImageWriteProgress.h"
-#include "model/SDImageFile.h"
-#include "model/SDWholeDisk.h"
 #include "platform/Desktop.h"
-#include "platform/concurrency/TaskHandle.h"
+#include "platform/concurrency/Task.h"
 #include "services/DiskService.h"
 #include "services/ImageWriterService.h"
+#include "viewmodel/ImageSelection.h"
+#include "viewmodel/OperationLog.h"
+#include "viewmodel/TargetSelection.h"
 #include "viewmodel/TesselOperationState.h"
+#include "viewmodel/WriteProgress.h"
+#include "viewmodel/WriteTask.h"
 
 namespace tessel {
 
@@ -23,115 +25,102 @@ namespace tessel {
 class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
   public:
     struct Environment {
-        MainThread mainThread;
+        std::shared_ptr<MainThread> mainThread;
         Desktop& desktop;  ///< outlives the view model
         SystemUtilities utilities;
         RawDeviceFactory makeDevice;
     };
 
-    static std::shared_ptr<TesselViewModel> create(Environment environment);
+    static std::shared_ptr<TesselViewModel> create(const Environment& environment);
     TesselViewModel(const TesselViewModel&) = delete;
     TesselViewModel& operator=(const TesselViewModel&) = delete;
 
-    /// Called after every change of a published property.
+    /// Called after every change of what can be read here.
     std::function<void()> onChange;
 
-    template <typename T>
-    using Property = Published<T, TesselViewModel>;
+    // State and log
 
-    Property<std::optional<SDImageFile>> selectedImage{onChange, std::nullopt};
-    Property<std::vector<SDWholeDisk>> disks{onChange, {}};
-    Property<std::string> selectedDiskID{onChange, ""};  ///< empty without a target
-    Property<bool> verifyAfterWrite{onChange, true};
-    Property<TesselOperationState> state{onChange, {}};
-    Property<std::vector<std::string>> logLines{onChange, {}};
-    Property<double> writeOperationProgress{onChange, 0};         ///< 0 to 1, of the whole write
-    Property<double> sdPreparationAndWriteProgress{onChange, 0};  ///< 0 to 1, up to the flush
-    Property<std::string> writePhaseTitle{onChange, "Waiting to Start"};
-    Property<std::string> writeProgressDetail{onChange, "Select an image and a recognized SD card."};
-    Property<bool> isCancellationRequested{onChange, false};
-
-    // State and progress
-
-    bool isBusy() const { return state().isBusy(); }
-    /// Whether a write task exists, from its start until it has ended.
-    bool hasWriteTask() const { return writeTask().has_value(); }
-    /// The target, or null.
-    const SDWholeDisk* selectedDisk() const;
+    [[nodiscard]] const TesselOperationState& state() const { return operationState(); }
+    [[nodiscard]] bool isBusy() const { return state().isBusy(); }
+    [[nodiscard]] bool isSuccessfulCompletion() const { return state().isSuccessfulCompletion(); }
+    [[nodiscard]] const std::vector<std::string>& logLines() const { return log.lines(); }
     /// The log as one text. Growing it costs no more than the new lines.
-    const std::string& logText() const;
-    bool isSuccessfulCompletion() const;
-    double overallWorkflowProgress() const;
-    /// Does nothing while busy: what is said of a write is what was done in it.
-    void setVerifyAfterWrite(bool verify);
+    [[nodiscard]] const std::string& logText() const { return log.text(); }
     /// Does nothing while busy.
     void clearLog();
-    void applyWriteProgress(const ImageWriteProgress& progress);
 
     // Disks
 
-    bool didPerformInitialScan() const { return hasStartedScan; }
-    /// The caller keeps the view model alive.
-    Task<> refreshDisks();
+    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return targets.disks(); }
+    /// Empty without a target.
+    [[nodiscard]] const std::string& selectedDiskID() const { return targets.selectedDiskID(); }
+    /// The target, or null.
+    [[nodiscard]] const SDWholeDisk* selectedDisk() const { return targets.selectedDisk(); }
+    [[nodiscard]] bool didPerformInitialScan() const { return hasStartedScan; }
+    /// Scans all disks; the state tells when that is over.
+    void refreshDisks();
     /// Makes an eligible disk the target; any other is ignored.
     void selectDisk(const std::string& id);
 
     // Image
 
+    [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return image.selectedImage(); }
     void chooseImage();
-    bool canStartWrite() const;
 
     // Write
 
-    /// Begins the destructive operation. Only to be called once the user has confirmed it.
+    [[nodiscard]] bool verifyAfterWrite() const { return verifies(); }
+    /// Does nothing while busy: what is said of a write is what was done in it.
+    void setVerifyAfterWrite(bool verify);
+    [[nodiscard]] bool canStartWrite() const;
+    /// Begins the destructive operation. Only to be called once the person has confirmed it.
     void startWrite();
-    bool canRequestStop() const;
-    void requestStop();
+    /// Whether a write task exists, from its start until it has ended.
+    [[nodiscard]] bool hasWriteTask() const { return writeTask.exists(); }
+    [[nodiscard]] bool isCancellationRequested() const { return writeTask.isCancellationRequested(); }
+    [[nodiscard]] bool canRequestStop() const { return writeTask.canRequestStop(); }
+    void requestStop() { writeTask.requestStop(); }
+
+    // Progress
+
+    /// Each is 0 to 1.
+    [[nodiscard]] double writeOperationProgress() const { return progress.overall(); }
+    [[nodiscard]] double sdPreparationAndWriteProgress() const { return progress.preparationAndWriting(); }
+    [[nodiscard]] double overallWorkflowProgress() const;
+    [[nodiscard]] const std::string& writePhaseTitle() const { return progress.title(); }
+    [[nodiscard]] const std::string& writeProgressDetail() const { return progress.detail(); }
+    [[nodiscard]] std::optional<ImageWritePhase> currentWritePhase() const { return progress.phase(); }
+    void applyWriteProgress(const ImageWriteProgress& report);
 
   private:
-    explicit TesselViewModel(Environment environment);
+    explicit TesselViewModel(const Environment& environment);
 
-    void appendLog(const std::string& message);
-    void logError(const std::exception_ptr& error);
-    void resetWriteProgress();
-
-    void applyScan(std::vector<SDWholeDisk> scannedDisks);
-    void keepOrClearTarget();
-    void forgetDisk(const std::string& id);
-
-    void applyChosenImage(const std::filesystem::path& file);
-
-    static Task<> runWriteTask(std::weak_ptr<TesselViewModel> weakViewModel);
-    static Task<> forwardProgress(std::weak_ptr<TesselViewModel> weakViewModel, ImageWriteProgress progress);
+    TaskHandle start(Task<> (TesselViewModel::*operation)());
+    Task<> scanDisks();
     Task<> performWrite();
-    Task<> writeSelectedImage();
-    Task<SDWholeDisk> revalidateSelectedDisk(SDWholeDisk expected);
-    void finishSuccessfulWrite(const std::string& writtenDiskID);
-    void finishFailedWrite(const std::exception_ptr& error);
-    void finishCancelledWrite();
-    void showSafeToRemoveAlert(bool verified);
+    void takeChosenImage(const std::filesystem::path& file);
 
-    MainThread mainThread;
+    std::shared_ptr<MainThread> mainThread;
     Desktop& desktop;
     DiskService diskService;
     ImageWriterService imageWriterService;
+
+    Published<TesselOperationState> operationState{onChange, {}};
+    OperationLog log{onChange};
+    TargetSelection targets{onChange};
+    ImageSelection image{onChange};
+    WriteProgress progress{onChange};
+    Published<bool> verifies{onChange, true};
     bool hasStartedScan = false;
-    Property<std::optional<ImageWritePhase>> currentWritePhase{onChange, std::nullopt};
-    std::optional<ImageWritePhase> lastLoggedWritePhase;
-    Property<std::optional<TaskHandle<void>>> writeTask{onChange, std::nullopt};
-
-    /// The first lines of the log, joined.
-    struct JoinedLines {
-        std::string text;
-        size_t count = 0;
-    };
-    mutable JoinedLines joinedLog;
+    WriteTask writeTask{onChange,
+                        {.desktop = desktop,
+                         .diskService = diskService,
+                         .imageWriterService = imageWriterService,
+                         .image = image,
+                         .targets = targets,
+                         .progress = progress,
+                         .log = log,
+                         .state = operationState}};
 };
-
-/// The image at that place, when it is one that can be written. Throws TesselError or PlatformError.
-SDImageFile inspectImage(const std::filesystem::path& url);
-
-/// What is shown above the progress bars in a phase.
-std::string phaseTitle(ImageWritePhase phase);
 
 }  // namespace tessel

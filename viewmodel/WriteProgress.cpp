@@ -1,17 +1,22 @@
+#include "viewmodel/WriteProgress.h"
+
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 #include "foundation/ByteCount.h"
-#include "viewmodel/TesselViewModel.h"
 
 namespace tessel {
 
 namespace {
 
-/// How a phase is shown. A progress value is `start` plus `share` times the finished fraction of the phase.
+using enum ImageWritePhase;
+
+/// How a phase is shown.
 struct PhasePresentation {
+    /// A progress value: `start` plus `share` times the finished fraction of the phase.
     struct Value {
         double start;
         double share = 0;
@@ -19,54 +24,67 @@ struct PhasePresentation {
         double at(double fraction) const { return std::clamp(start + share * fraction, 0.0, 1.0); }
     };
 
+    ImageWritePhase phase;
     std::string_view title;
     Value overall;
     Value preparationAndWriting;
     std::string_view detail;  ///< after the byte counts, in the phases that count bytes
-    bool countsBytes;
-    std::string_view logSentence;  ///< may be empty
+    bool countsBytes = false;
+    std::string_view logSentence = {};
 };
 
-/// In the order of the phases.
-constexpr PhasePresentation presentations[] = {
-    {"Preparing SD Card",
-     {0.02},
-     {0.02},
-     "Unmounting and preparing the selected SD card.",
-     false,
-     "Preparing the selected SD card and unmounting its volumes."},
-    {"Authorizing Raw Device",
-     {0.05},
-     {0.06},
-     "Waiting for authorized raw-device access.",
-     false,
-     "Requesting authorized access to the raw SD-card device."},
-    {"Writing Image",
-     {0.05, 0.62},
-     {0.06, 0.9},
-     " written.",
-     true,
-     "Authorized raw-device access was granted. Writing image data."},
-    {"Synchronizing Media",
-     {0.7},
-     {0.98},
-     "Flushing written data to the physical media.",
-     false,
-     "Image data was written. Synchronizing the physical media."},
-    {"Verifying Image",
-     {0.7, 0.27},
-     {1.0},
-     " verified.",
-     true,
-     "Synchronization completed. Verifying the image through the same raw-device descriptor."},
-    {"Ejecting SD Card",
-     {0.99},
-     {1.0},
-     "Ejecting the completed SD card.",
-     false,
-     "The media operation completed. Ejecting the SD card."},
-    {"Completed", {1.0}, {1.0}, "The SD-card operation completed successfully.", false, ""},
-};
+constexpr auto presentations = std::to_array<PhasePresentation>({
+    {.phase = preparingTarget,
+     .title = "Preparing SD Card",
+     .overall = {.start = 0.02},
+     .preparationAndWriting = {.start = 0.02},
+     .detail = "Unmounting and preparing the selected SD card.",
+     .logSentence = "Preparing the selected SD card and unmounting its volumes."},
+    {.phase = authorizingDevice,
+     .title = "Authorizing Raw Device",
+     .overall = {.start = 0.05},
+     .preparationAndWriting = {.start = 0.06},
+     .detail = "Waiting for authorized raw-device access.",
+     .logSentence = "Requesting authorized access to the raw SD-card device."},
+    {.phase = writingImage,
+     .title = "Writing Image",
+     .overall = {.start = 0.05, .share = 0.62},
+     .preparationAndWriting = {.start = 0.06, .share = 0.9},
+     .detail = " written.",
+     .countsBytes = true,
+     .logSentence = "Authorized raw-device access was granted. Writing image data."},
+    {.phase = synchronizing,
+     .title = "Synchronizing Media",
+     .overall = {.start = 0.7},
+     .preparationAndWriting = {.start = 0.98},
+     .detail = "Flushing written data to the physical media.",
+     .logSentence = "Image data was written. Synchronizing the physical media."},
+    {.phase = verifyingImage,
+     .title = "Verifying Image",
+     .overall = {.start = 0.7, .share = 0.27},
+     .preparationAndWriting = {.start = 1.0},
+     .detail = " verified.",
+     .countsBytes = true,
+     .logSentence = "Synchronization completed. Verifying the image through the same raw-device descriptor."},
+    {.phase = ejecting,
+     .title = "Ejecting SD Card",
+     .overall = {.start = 0.99},
+     .preparationAndWriting = {.start = 1.0},
+     .detail = "Ejecting the completed SD card.",
+     .logSentence = "The media operation completed. Ejecting the SD card."},
+    {.phase = completed,
+     .title = "Completed",
+     .overall = {.start = 1.0},
+     .preparationAndWriting = {.start = 1.0},
+     .detail = "The SD-card operation completed successfully."},
+});
+
+constexpr bool isEveryPhaseInItsPlace() {
+    for (size_t place = 0; place < presentations.size(); ++place)
+        if (presentations[place].phase != static_cast<ImageWritePhase>(place)) return false;
+    return presentations.back().phase == completed;
+}
+static_assert(isEveryPhaseInItsPlace());
 
 const PhasePresentation& presentationOf(ImageWritePhase phase) {
     return presentations[static_cast<size_t>(phase)];
@@ -76,42 +94,60 @@ std::string byteText(uint64_t bytes) {
     return byteCountText(std::min<uint64_t>(bytes, std::numeric_limits<int64_t>::max()));
 }
 
-std::string detailOf(const ImageWriteProgress& progress) {
-    const auto& presentation = presentationOf(progress.phase);
+std::string detailOf(const ImageWriteProgress& report) {
+    const auto& presentation = presentationOf(report.phase);
     const std::string detail(presentation.detail);
     if (!presentation.countsBytes) return detail;
-    return byteText(progress.completedBytes) + " of " + byteText(progress.totalBytes) + detail;
+    return byteText(report.completedBytes) + " of " + byteText(report.totalBytes) + detail;
 }
+
+constexpr const char* titleBeforeStart = "Waiting to Start";
+constexpr const char* detailBeforeStart = "Select an image and a recognized SD card.";
 
 }  // namespace
 
-std::string phaseTitle(ImageWritePhase phase) {
-    return std::string(presentationOf(phase).title);
+WriteProgress::WriteProgress(const std::function<void()>& onChange) :
+    overallFraction(onChange, 0),
+    preparationFraction(onChange, 0),
+    titleText(onChange, titleBeforeStart),
+    detailText(onChange, detailBeforeStart),
+    reportedPhase(onChange, std::nullopt) {}
+
+void WriteProgress::reset() {
+    overallFraction = 0.0;
+    preparationFraction = 0.0;
+    say(titleBeforeStart, detailBeforeStart);
+    reportedPhase = std::nullopt;
+    lastLoggedPhase = std::nullopt;
 }
 
-void TesselViewModel::applyWriteProgress(const ImageWriteProgress& progress) {
-    currentWritePhase = progress.phase;
-    if (isCancellationRequested()) return;
+std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report) {
+    const auto& presentation = presentationOf(report.phase);
+    const auto fraction = report.fractionCompleted();
+    reportedPhase = report.phase;
+    titleText = std::string(presentation.title);
+    overallFraction = presentation.overall.at(fraction);
+    preparationFraction = presentation.preparationAndWriting.at(fraction);
+    detailText = detailOf(report);
 
-    const auto& presentation = presentationOf(progress.phase);
-    const auto fraction = progress.fractionCompleted();
-    writePhaseTitle = std::string(presentation.title);
-    writeOperationProgress = presentation.overall.at(fraction);
-    sdPreparationAndWriteProgress = presentation.preparationAndWriting.at(fraction);
-    writeProgressDetail = detailOf(progress);
-
-    if (lastLoggedWritePhase == progress.phase) return;
-    lastLoggedWritePhase = progress.phase;
-    if (!presentation.logSentence.empty()) appendLog(std::string(presentation.logSentence));
+    if (lastLoggedPhase == report.phase) return std::nullopt;
+    lastLoggedPhase = report.phase;
+    if (presentation.logSentence.empty()) return std::nullopt;
+    return std::string(presentation.logSentence);
 }
 
-void TesselViewModel::resetWriteProgress() {
-    writeOperationProgress = 0.0;
-    sdPreparationAndWriteProgress = 0.0;
-    writePhaseTitle = "Waiting to Start";
-    writeProgressDetail = "Select an image and a recognized SD card.";
-    currentWritePhase = std::nullopt;
-    lastLoggedWritePhase = std::nullopt;
+void WriteProgress::say(const std::string& title, const std::string& detail) {
+    titleText = title;
+    detailText = detail;
+}
+
+void WriteProgress::complete() {
+    overallFraction = 1.0;
+    preparationFraction = 1.0;
+}
+
+std::string WriteProgress::failureTitle() const {
+    return (phase() ? std::string(presentationOf(*phase()).title) : "Image Write") + " Failed";
 }
 
 }  // namespace tessel

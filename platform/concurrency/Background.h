@@ -2,52 +2,58 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
+#include <thread>
 #include <type_traits>
 
 #include "platform/concurrency/Task.h"
-#include "platform/concurrency/Threads.h"
 
 namespace tessel {
 
+/// Runs the work, which must not throw, on a new thread. Throws PlatformError when the system allows no more.
+[[nodiscard]] std::thread startThread(std::function<void()> work);
+
 namespace detail {
 
-/// To be awaited: runs the work on a thread of its own and comes back.
-struct OnOwnThread {
-    Priority priority;
-    std::function<void()> work;
+template <typename Function>
+struct BackgroundCall {
+    using Result = std::invoke_result_t<Function&, std::stop_token>;
+
+    Function function;
+    std::optional<Outcome<Result>> outcome = std::nullopt;
 
     bool await_ready() const noexcept { return false; }
-    void await_resume() const noexcept {}
+    Result await_resume() { return std::move(*outcome).value(); }
 
     template <typename Promise>
     void await_suspend(std::coroutine_handle<Promise> task) {
-        startThread(priority, [work = std::move(work), home = task.promise().context.home, task] {
-            work();
-            home->post([task] { task.resume(); });
-        });
+        startThread([this, context = task.promise().context, task] {
+            outcome.emplace(Outcome<Result>::of([&] { return function(context.cancellation.get_token()); }));
+            context.mainThread->post([task] { task.resume(); });
+        }).detach();
     }
 };
 
 }  // namespace detail
 
-/// Runs a blocking function on a thread of its own and comes back with its value or error. Every call has its
-/// own thread: a fixed pool could deadlock on calls that wait for each other. Never cut short.
-template <typename Function, typename Result = std::invoke_result_t<Function&>>
-Task<Result> inBackground(Priority priority, Function function) {
-    std::optional<Outcome<Result>> outcome;
-    co_await detail::OnOwnThread{priority,
-                                 [&outcome, &function] { outcome.emplace(Outcome<Result>::of(function)); }};
-    co_return std::move(*outcome).value();
+/// To be awaited: runs a blocking function on a thread of its own, hands it the waiter's stop token, and
+/// comes back with its value or error. Never cut short: the function itself looks at the token where it may
+/// stop. Every call has its own thread, since a fixed pool could deadlock on calls that wait for each other.
+template <typename Function>
+detail::BackgroundCall<Function> inBackground(Function function) {
+    return {std::move(function)};
 }
 
-/// Throws CancellationError when the current task was cancelled.
+/// For blocking functions: throws CancellationError when a stop was requested.
+void checkCancellation(const std::stop_token& stop);
+
+/// For blocking functions: waits that long, and ends early with CancellationError when a stop is requested.
+void sleepFor(std::chrono::nanoseconds duration, const std::stop_token& stop);
+
+/// The same for tasks.
 Task<> checkCancellation();
+Task<> sleepFor(std::chrono::nanoseconds duration);
 
 /// Whether the current task was cancelled.
 Task<bool> isCancelled();
-
-/// Waits that long; ends early with CancellationError when the current task is cancelled.
-Task<> sleepFor(std::chrono::nanoseconds duration);
 
 }  // namespace tessel

@@ -1,20 +1,19 @@
 #pragma once
 
 #include <coroutine>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <utility>
 
-#include "platform/concurrency/Executor.h"
+#include "platform/concurrency/MainThread.h"
 #include "platform/concurrency/Outcome.h"
 
 /// How work waits.
 ///
-/// A Task is a coroutine that starts when it is awaited. It has a home, the one thread on which all of its
-/// steps run, and a cancellation token. A task that is awaited inherits both. Wherever awaited work was done,
-/// the coroutine goes on at its own home.
+/// A Task is a coroutine that starts when it is awaited. All of its steps run on the main thread, and it can
+/// be cancelled; a task that is awaited inherits both from its waiter. Whatever blocks is an ordinary
+/// function that runs on a thread of its own while a task waits for it: see inBackground().
 ///
 /// Cancelling is cooperative: a cancelled task learns of it from checkCancellation(), isCancelled() or an
 /// interrupted sleepFor(), and from nothing else. Waiting for work that was begun is never cut short.
@@ -24,69 +23,44 @@ namespace tessel {
 
 /// What an awaited task inherits.
 struct TaskContext {
-    std::shared_ptr<Executor> home;
-    MainThread mainThread;
-    std::stop_token cancellation;
+    std::shared_ptr<MainThread> mainThread;
+    std::stop_source cancellation;
 };
-
-template <typename T>
-class Task;
 
 namespace detail {
 
-/// Awaited by every task as its last step: hands over to the waiter.
+/// Awaited by every task as its last step: its waiter goes on. A task that nobody waits for frees itself.
 struct Finish {
     bool await_ready() const noexcept { return false; }
     void await_resume() const noexcept {}
 
     template <typename Promise>
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> task) const noexcept {
-        const auto waiter = task.promise().waiter;
-        const auto waiterHome = std::move(task.promise().waiterHome);
-        if (!waiter) {
-            task.destroy();
-            return std::noop_coroutine();
-        }
-        if (waiterHome == task.promise().context.home) return waiter;
-        // From here on the waiter may run at its home and free this task.
-        waiterHome->post([waiter] { waiter.resume(); });
+        if (const auto waiter = task.promise().waiter) return waiter;
+        task.destroy();
         return std::noop_coroutine();
     }
 };
 
+template <typename T>
 struct PromiseBase {
     std::suspend_always initial_suspend() const noexcept { return {}; }
     Finish final_suspend() const noexcept { return {}; }
+    void unhandled_exception() { outcome.emplace(std::current_exception()); }
 
     TaskContext context;
-    std::coroutine_handle<> waiter;  ///< null for a detached task, which frees itself when it ends
-    std::shared_ptr<Executor> waiterHome;
-};
-
-template <typename T>
-class Promise : public PromiseBase {
-  public:
-    Task<T> get_return_object();
-    void return_value(T value) { outcome.emplace(std::move(value)); }
-    void unhandled_exception() { outcome.emplace(std::current_exception()); }
-    T takeResult() { return std::move(*outcome).value(); }
-
-  private:
+    std::coroutine_handle<> waiter;  ///< null when nobody waits
     std::optional<Outcome<T>> outcome;
 };
 
-template <>
-class Promise<void> : public PromiseBase {
-  public:
-    Task<void> get_return_object();
-    void return_void() const {}
-    void unhandled_exception() { error = std::current_exception(); }
-    void takeResult() const {
-        if (error) std::rethrow_exception(error);
-    }
+template <typename T>
+struct Promise : PromiseBase<T> {
+    void return_value(T value) { this->outcome.emplace(std::move(value)); }
+};
 
-  private:
-    std::exception_ptr error;
+template <>
+struct Promise<void> : PromiseBase<void> {
+    void return_void() { outcome.emplace(std::monostate()); }
 };
 
 }  // namespace detail
@@ -96,9 +70,10 @@ class Promise<void> : public PromiseBase {
 template <typename T = void>
 class [[nodiscard]] Task {
   public:
-    using promise_type = detail::Promise<T>;
+    struct promise_type : detail::Promise<T> {
+        Task get_return_object() { return Task(std::coroutine_handle<promise_type>::from_promise(*this)); }
+    };
 
-    explicit Task(std::coroutine_handle<promise_type> coroutine) : coroutine(coroutine) {}
     Task(Task&& other) noexcept : coroutine(std::exchange(other.coroutine, nullptr)) {}
     Task(const Task&) = delete;
     Task& operator=(Task) = delete;
@@ -106,71 +81,32 @@ class [[nodiscard]] Task {
         if (coroutine) coroutine.destroy();
     }
 
-    auto operator co_await() && { return Awaiter{coroutine, std::nullopt}; }
+    Task&& operator co_await() && { return std::move(*this); }
+    void operator co_await() & = delete;  // awaited twice, it would go on after its end
 
-    /// To be awaited: runs the task in another context, then comes back.
-    auto runIn(TaskContext context) && { return Awaiter{coroutine, std::move(context)}; }
+    bool await_ready() const noexcept { return false; }
 
-    /// Starts the task at its home, with nobody waiting for it. It must not throw.
+    template <typename WaiterPromise>
+    std::coroutine_handle<> await_suspend(std::coroutine_handle<WaiterPromise> waiter) {
+        coroutine.promise().context = waiter.promise().context;
+        coroutine.promise().waiter = waiter;
+        return coroutine;
+    }
+
+    T await_resume() { return std::move(*coroutine.promise().outcome).value(); }
+
+    /// Has the main thread start the task, with nobody waiting for it. The task must not throw.
     void detach(TaskContext context) && {
         const auto started = std::exchange(coroutine, nullptr);
-        const auto home = context.home;
         started.promise().context = std::move(context);
-        home->post([started] { started.resume(); });
+        started.promise().context.mainThread->post([started] { started.resume(); });
     }
 
   private:
-    struct Awaiter {
-        std::coroutine_handle<promise_type> task;
-        std::optional<TaskContext> otherContext;
-
-        bool await_ready() const noexcept { return false; }
-
-        template <typename WaiterPromise>
-        std::coroutine_handle<> await_suspend(std::coroutine_handle<WaiterPromise> waiter) {
-            const auto started = task;
-            auto& promise = started.promise();
-            const TaskContext& waiterContext = waiter.promise().context;
-            promise.waiter = waiter;
-            promise.waiterHome = waiterContext.home;
-            promise.context = otherContext ? std::move(*otherContext) : waiterContext;
-            if (promise.context.home == waiterContext.home) return started;
-            const auto home = promise.context.home;
-            home->post([started] { started.resume(); });
-            return std::noop_coroutine();
-        }
-
-        T await_resume() { return task.promise().takeResult(); }
-    };
+    explicit Task(std::coroutine_handle<promise_type> coroutine) : coroutine(coroutine) {}
 
     std::coroutine_handle<promise_type> coroutine;
 };
-
-template <typename T>
-Task<T> detail::Promise<T>::get_return_object() {
-    return Task<T>(std::coroutine_handle<Promise>::from_promise(*this));
-}
-
-inline Task<void> detail::Promise<void>::get_return_object() {
-    return Task<void>(std::coroutine_handle<Promise>::from_promise(*this));
-}
-
-/// To be awaited: the context of the awaiting task.
-struct CurrentContext {
-    TaskContext context;
-
-    bool await_ready() const noexcept { return false; }
-    template <typename Promise>
-    bool await_suspend(std::coroutine_handle<Promise> task) {
-        context = task.promise().context;
-        return false;
-    }
-    TaskContext await_resume() { return std::move(context); }
-};
-
-inline CurrentContext currentContext() {
-    return {};
-}
 
 /// The value or error of a task as a value, since nothing can be awaited in a catch handler: clean-up that
 /// waits is written after it.
@@ -188,12 +124,26 @@ Task<Outcome<T>> outcomeOf(Task<T> task) {
     }
 }
 
-/// Runs a task on the main thread and comes back.
-template <typename T>
-Task<T> onMain(Task<T> task) {
-    auto context = co_await currentContext();
-    context.home = context.mainThread;
-    co_return co_await std::move(task).runIn(std::move(context));
+/// A task that was started on its own. Nobody can wait for it: what it has to tell, it tells at its end.
+/// Handles may be copied and dropped freely, which does not cancel the task.
+class TaskHandle {
+  public:
+    explicit TaskHandle(std::stop_source cancellation) : cancellation(std::move(cancellation)) {}
+
+    bool operator==(const TaskHandle&) const = default;
+
+    /// Asks the task to stop, which it does at its next checkpoint. May be called on any thread.
+    void cancel() { cancellation.request_stop(); }
+
+  private:
+    std::stop_source cancellation;
+};
+
+/// Has the main thread start a task that can be cancelled on its own. The task must not throw.
+inline TaskHandle startTask(std::shared_ptr<MainThread> mainThread, Task<> task) {
+    const std::stop_source cancellation;
+    std::move(task).detach({std::move(mainThread), cancellation});
+    return TaskHandle(cancellation);
 }
 
 }  // namespace tessel

@@ -4,16 +4,53 @@
 #include <QEvent>
 #include <QObject>
 #include <deque>
-#include <mutex>
 #include <utility>
+
+#include "foundation/Mutex.h"
 
 namespace tessel {
 
-/// What was posted. A thread that is late with it may find the application gone, and the receiver with it.
-struct QtMainThread::Inbox {
-    std::mutex mutex;
-    std::deque<std::function<void()>> pending;
-    QObject* receiver = nullptr;
+/// What was posted and is not done yet. A thread that is late with its work may find the receiver gone, since
+/// the application takes it along.
+class QtMainThread::Inbox {
+  public:
+    using Work = std::function<void()>;
+
+    void open(QObject* newReceiver) {
+        const MutexLock lock(mutex);
+        receiver = newReceiver;
+    }
+
+    /// Accepts nothing more, and gives what is left.
+    std::deque<Work> close() {
+        const MutexLock lock(mutex);
+        receiver = nullptr;
+        return std::exchange(pending, {});
+    }
+
+    void put(Work work) {
+        const MutexLock lock(mutex);
+        if (!receiver) return;
+        pending.push_back(std::move(work));
+        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+    }
+
+    Work take() {
+        const MutexLock lock(mutex);
+        auto work = std::move(pending.front());
+        pending.pop_front();
+        return work;
+    }
+
+    void deleteReceiver() {
+        const MutexLock lock(mutex);
+        if (receiver) receiver->deleteLater();
+    }
+
+  private:
+    Mutex mutex;
+    std::deque<Work> pending __attribute__((guarded_by(mutex)));
+    QObject* receiver __attribute__((guarded_by(mutex))) = nullptr;
 };
 
 /// Does one piece of work for each event that it receives.
@@ -24,47 +61,27 @@ class QtMainThread::Receiver : public QObject {
         inbox(std::move(inbox)) {}
     Receiver(const Receiver&) = delete;
     Receiver& operator=(const Receiver&) = delete;
-
-    ~Receiver() override {
-        std::deque<std::function<void()>> undone;  // to be destroyed here, and without the lock
-        const std::lock_guard lock(inbox->mutex);
-        undone.swap(inbox->pending);
-        inbox->receiver = nullptr;
-    }
+    ~Receiver() override { inbox->close(); }
 
   protected:
-    void customEvent(QEvent*) override {
-        const auto work = next();
-        work();
-    }
+    void customEvent(QEvent*) override { inbox->take()(); }
 
   private:
-    std::function<void()> next() {
-        const std::lock_guard lock(inbox->mutex);
-        auto work = std::move(inbox->pending.front());
-        inbox->pending.pop_front();
-        return work;
-    }
-
     std::shared_ptr<Inbox> inbox;
 };
 
 QtMainThread::QtMainThread() : inbox(std::make_shared<Inbox>()) {
-    inbox->receiver = new Receiver(inbox);
+    inbox->open(new Receiver(inbox));
 }
 
 QtMainThread::~QtMainThread() {
-    // Here may be any thread, and the last turn of the event loop may be over: then the application deletes
-    // the receiver.
-    const std::lock_guard lock(inbox->mutex);
-    if (inbox->receiver) inbox->receiver->deleteLater();
+    // May run on any thread, and after the last turn of the event loop: then the application deletes the
+    // receiver.
+    inbox->deleteReceiver();
 }
 
 void QtMainThread::post(std::function<void()> work) {
-    const std::lock_guard lock(inbox->mutex);
-    if (!inbox->receiver) return;
-    inbox->pending.push_back(std::move(work));
-    QCoreApplication::postEvent(inbox->receiver, new QEvent(QEvent::User));
+    inbox->put(std::move(work));
 }
 
 void handleEventsUntil(const std::function<bool()>& isOver) {

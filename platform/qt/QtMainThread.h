@@ -3,14 +3,14 @@
 #include <functional>
 #include <memory>
 
-#include "platform/concurrency/Executor.h"
+#include "platform/concurrency/MainThread.h"
 
 namespace tessel {
 
-/// The thread of Qt's event loop, on which it is to be made. Nothing runs before the loop does. What was
-/// posted is also destroyed there, whoever posted it, unless it comes after the end of the application: then
-/// nothing becomes of it. Needs a QCoreApplication.
-class QtMainThread : public Executor {
+/// The thread of Qt's event loop, on which this is to be made. Nothing posted is done before the loop runs.
+/// What was posted is destroyed on that thread too, whoever posted it; after the end of the application it is
+/// dropped at once. Needs a QCoreApplication.
+class QtMainThread : public MainThread {
   public:
     QtMainThread();
     ~QtMainThread() override;
@@ -18,7 +18,7 @@ class QtMainThread : public Executor {
     void post(std::function<void()> work) override;
 
   private:
-    struct Inbox;
+    class Inbox;
     class Receiver;
     std::shared_ptr<Inbox> inbox;
 };

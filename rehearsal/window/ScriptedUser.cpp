@@ -96,16 +96,16 @@ Task<> ScriptedUser::confirm() {
 
 Task<> ScriptedUser::watchTheWrite() {
     const auto& viewModel = application.viewModel();
-    const auto isIn = [&viewModel](const char* title) { return viewModel.writePhaseTitle() == title; };
+    const auto isIn = [&viewModel](ImageWritePhase phase) { return viewModel.currentWritePhase() == phase; };
     const auto hasComeTo = [&viewModel](double progress) {
         return viewModel.writeOperationProgress() >= progress;
     };
     co_await until("half of the image is written",
                    [&] { return hasComeTo(0.35) || !viewModel.hasWriteTask(); });
-    if (isIn("Writing Image")) watch("07-writing");
+    if (isIn(ImageWritePhase::writingImage)) watch("07-writing");
     co_await until("half of the image is verified",
                    [&] { return hasComeTo(0.83) || !viewModel.hasWriteTask(); });
-    if (isIn("Verifying Image")) watch("08-verifying");
+    if (isIn(ImageWritePhase::verifyingImage)) watch("08-verifying");
     co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
     if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
 
@@ -120,9 +120,10 @@ Task<> ScriptedUser::watchTheWrite() {
 /// Looks as often as a person would blink.
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
     const auto deadline = std::chrono::steady_clock::now() + 60s;
-    const auto& state = application.viewModel().state;
+    const auto& viewModel = application.viewModel();
     while (!isFulfilled()) {
-        if (state().kind == TesselOperationState::Case::failed) throw std::runtime_error(state().text + ".");
+        if (viewModel.state().kind == TesselOperationState::Case::failed)
+            throw std::runtime_error(viewModel.state().text + ".");
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("Waited in vain until " + expectation + ".");
         co_await sleepFor(10ms);

@@ -45,7 +45,7 @@ void WindowTest::open() {
     const auto makeDevice = [this](FileDescriptor descriptor) {
         return std::make_unique<HeldCard>(makeRehearsalDevice(std::move(descriptor)), holds);
     };
-    application = std::make_unique<Application>(Application::Machine{reader.utilities(), makeDevice});
+    application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice});
     window().show();
     window().activateWindow();
     if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");

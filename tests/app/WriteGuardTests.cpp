@@ -18,8 +18,7 @@ class WriteGuardTests : public WindowTest {
     }
 
     void refreshAsACall() {
-        const auto refresh = [](TesselViewModel& model) -> Task<> { co_await model.refreshDisks(); };
-        startTask(Home::main(application->mainThread()), Priority::userInitiated, refresh(viewModel()));
+        viewModel().refreshDisks();
         until([this] { return viewModel().isBusy(); });
         untilIdle();
     }

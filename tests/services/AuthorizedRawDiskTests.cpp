@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 #include "foundation/Errors.h"
@@ -18,8 +19,6 @@
 namespace tessel {
 
 namespace {
-
-using Kind = TesselError::Case;
 
 constexpr const char* nothingSent =
     "The authorization utility closed its descriptor channel before returning the raw device.";
@@ -34,7 +33,7 @@ constexpr const char* denied =
 constexpr const char* busy =
     "The SD card is still in use by another process. Close applications using the card, refresh the disk "
     "list, and try again.";
-constexpr const char* cancelled = "The administrator-authorized operation was cancelled.";
+constexpr const char* cancelled = "a cancellation";
 
 struct Geometry {
     SystemResult blockSize{.value = 512};
@@ -68,22 +67,25 @@ RawDeviceFactory pretend(Geometry geometry = {}) {
     };
 }
 
-/// The error of an attempt to open, or nothing when it succeeds.
-std::optional<TesselError> failureOf(const RawDiskOpener& opener, const std::string& devicePath) {
+/// What the action throws: a sentence, `cancelled`, or nothing when it succeeds.
+std::string failureOf(const std::function<void()>& action) {
     try {
-        opener.openAuthorizedRawDisk(devicePath);
-        return std::nullopt;
+        action();
+        return "";
+    } catch (const CancellationError&) {
+        return cancelled;
     } catch (const TesselError& error) {
-        return error;
+        EXPECT_EQ(error.kind(), TesselError::Case::commandFailed);
+        return error.errorDescription();
     }
 }
 
-std::string messageOf(const std::optional<TesselError>& failure) {
-    return failure ? failure->errorDescription() : "";
+std::string openFailure(const RawDiskOpener& opener, const std::string& devicePath) {
+    return failureOf([&] { opener.openAuthorizedRawDisk(devicePath); });
 }
 
 std::string openFailure(const RawDeviceFactory& makeDevice, const std::string& steps) {
-    return messageOf(failureOf(RawDiskOpener(TESSEL_ROGUE_AUTHOPEN, makeDevice), steps));
+    return openFailure(RawDiskOpener(TESSEL_ROGUE_AUTHOPEN, makeDevice), steps);
 }
 
 /// Adds a partition to the device; its path is that of the device and "p1".
@@ -146,28 +148,24 @@ TEST_F(AuthorizedRawDiskTests, onlyACompleteAnswerOpensTheDevice) {
 TEST_F(AuthorizedRawDiskTests, theUtilitysWordsDecideInThisOrder) {
     const struct {
         const char* text;
-        Kind kind;
         std::string message;
     } cases[] = {
-        {"authopen: User Canceled.", Kind::operationCancelled, cancelled},
-        {"user cancelled", Kind::operationCancelled, cancelled},
-        {"AUTHORIZATION CANCELED", Kind::operationCancelled, cancelled},
-        {"Authorization cancelled (-60006)", Kind::operationCancelled, cancelled},
-        {"Authorization Denied", Kind::operationCancelled, cancelled},
-        {"permission denied: authorization denied", Kind::operationCancelled, cancelled},
-        {"open: Operation Not Permitted", Kind::commandFailed, denied},
-        {"/dev/rdisk4: Permission denied", Kind::commandFailed, denied},
-        {"Resource busy, then permission denied", Kind::commandFailed, denied},
-        {"open: Resource Busy", Kind::commandFailed, busy},
-        {"DEVICE BUSY", Kind::commandFailed, busy},
-        {"device is busy", Kind::commandFailed, "The authorized raw-device open failed: device is busy"},
-        {"Éteint\nENXIO", Kind::commandFailed, "The authorized raw-device open failed: Éteint\nENXIO"},
+        {"authopen: User Canceled.", cancelled},
+        {"user cancelled", cancelled},
+        {"AUTHORIZATION CANCELED", cancelled},
+        {"Authorization cancelled (-60006)", cancelled},
+        {"Authorization Denied", cancelled},
+        {"permission denied: authorization denied", cancelled},
+        {"open: Operation Not Permitted", denied},
+        {"/dev/rdisk4: Permission denied", denied},
+        {"Resource busy, then permission denied", denied},
+        {"open: Resource Busy", busy},
+        {"DEVICE BUSY", busy},
+        {"device is busy", "The authorized raw-device open failed: device is busy"},
+        {"Éteint\nENXIO", "The authorized raw-device open failed: Éteint\nENXIO"},
     };
-    for (const auto& [text, kind, message] : cases) {
-        const auto error = authorizationFailure(text);
-        EXPECT_EQ(error.kind(), kind) << text;
-        EXPECT_EQ(error.errorDescription(), message);
-    }
+    for (const auto& [text, message] : cases)
+        EXPECT_EQ(failureOf([words = text] { throwAuthorizationFailure(words); }), message) << text;
 }
 
 TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
@@ -183,9 +181,7 @@ TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
                             "” could not be started: Exec format error."},
     };
     for (const auto& [utility, message] : cases) {
-        const auto failure = failureOf(RawDiskOpener(utility, pretend()), "/dev/rdisk4");
-        EXPECT_EQ(messageOf(failure), message);
-        EXPECT_EQ(failure->kind(), Kind::commandFailed);
+        EXPECT_EQ(openFailure(RawDiskOpener(utility, pretend()), "/dev/rdisk4"), message);
     }
 
     // Last: the sanitizer that checks objects needs descriptors when it meets a new kind of error.
@@ -194,10 +190,9 @@ TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
     getrlimit(RLIMIT_NOFILE, &usual);
     const rlimit none{.rlim_cur = 0, .rlim_max = usual.rlim_max};
     setrlimit(RLIMIT_NOFILE, &none);
-    const auto failure = failureOf(opener, "send");
+    const auto failure = openFailure(opener, "send");
     setrlimit(RLIMIT_NOFILE, &usual);
-    EXPECT_EQ(messageOf(failure),
-              "The descriptor-transfer socket could not be created: Too many open files.");
+    EXPECT_EQ(failure, "The descriptor-transfer socket could not be created: Too many open files.");
 }
 
 TEST_F(AuthorizedRawDiskTests, onlyASoundGeometryIsAccepted) {

@@ -7,7 +7,7 @@
 
 #include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
-#include "platform/concurrency/TaskHandle.h"
+#include "platform/RunLoop.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -8,8 +8,8 @@
 #include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
+#include "platform/RunLoop.h"
 #include "platform/concurrency/Background.h"
-#include "platform/concurrency/TaskHandle.h"
 #include "rehearsal/StandardMachine.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
@@ -26,7 +26,6 @@ const auto loop = std::make_shared<RunLoop>();
 
 constexpr const char* changed =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
-constexpr const char* cancelled = "The administrator-authorized operation was cancelled.";
 
 /// What every script can use: it logs its command, counts how often it was run and reports when two run at
 /// once. `list` and `card` print property lists, `$asked` is such as "info disk4 2" for the second run.
@@ -98,9 +97,9 @@ SDWholeDisk selectedCard() {
 
 /// The description of the error that the task ended with; empty for none.
 template <typename T>
-std::string failureOf(Task<T> task) {
+std::string failureOf(Task<T> task, const std::stop_source& cancellation = {}) {
     try {
-        runUntilFinished(loop, std::move(task));
+        runUntilFinished(loop, std::move(task), cancellation);
         return {};
     } catch (...) {
         return localizedDescription(std::current_exception());
@@ -256,20 +255,20 @@ TEST_F(DiskServiceTests, aCancelledRevalidationRunsNoFurtherCommand) {
          "list*) list disk4 ;; *) sleep 0.3; writable=false; card ;;", Moment::inCommand, "li"},
         {"in the pause", "list*) list ;;", Moment::inPause, "l"},
     };
-    const auto cancelAt = [](DiskService service, Moment moment, const ScriptedUtility& utility,
-                             std::string commands) -> Task<SDWholeDisk> {
-        const auto revalidation =
-            startTask(Home::main(loop), Priority::userInitiated, service.revalidateDisk(selectedCard()));
+    const auto cancelAt = [](Moment moment, const ScriptedUtility& utility, std::string commands,
+                             std::stop_source cancellation) -> Task<> {
         while (utility.commandLetters() != commands || (moment == Moment::inPause && utility.isRunning()))
             co_await sleepFor(1ms);
         if (moment == Moment::inPause) co_await sleepFor(50ms);
-        revalidation.cancel();
-        co_return co_await revalidation.value();
+        cancellation.request_stop();
     };
     for (const auto& [what, answers, moment, commands] : cases) {
         SCOPED_TRACE(what);
         const ScriptedUtility utility(answers);
-        EXPECT_EQ(failureOf(cancelAt(utility.service(), moment, utility, commands)), cancelled);
+        const std::stop_source cancellation;
+        startTask(loop, cancelAt(moment, utility, commands, cancellation));
+        EXPECT_EQ(failureOf(utility.service().revalidateDisk(selectedCard()), cancellation),
+                  CancellationError().what());
         EXPECT_EQ(utility.commandLetters(), commands);
     }
 }

@@ -7,7 +7,6 @@
 
 #include "foundation/Errors.h"
 #include "model/TesselError.h"
-#include "platform/concurrency/TaskHandle.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/ScriptedDevice.h"
 #include "tests/support/TemporaryFolder.h"
@@ -31,30 +30,22 @@ class ImageTransferTests : public LeavesNothingOpen {
         imageURL = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
     }
 
-    /// Runs a transfer to its end. The hook is called with each report, on the main thread, and may cancel
-    /// it.
+    /// Runs a transfer to its end. The hook is called with each report and may stop it.
     std::exception_ptr transfer(bool verify = true) {
         const AuthorizedRawDiskHandle handle{.device = std::make_unique<ScriptedDevice>(script),
                                              .blockSize = script.blockSize,
                                              .blockCount = script.medium.size() / script.blockSize};
-        const ImageTransfer request{imageURL, image.size(), handle, verify};
-        const auto record = [](ImageTransferTests* self, ImageWriteProgress report) -> Task<> {
-            self->reports.push_back(report);
-            if (self->onReport) self->onReport(report);
-            co_return;
+        stop = {};
+        const auto record = [this](const ImageWriteProgress& report) {
+            reports.push_back(report);
+            if (onReport) onReport(report);
         };
-        const auto run = [](ImageTransferTests* self, TaskHandle<void> task) -> Task<Outcome<void>> {
-            self->stop = [task] { task.cancel(); };
-            const auto outcome = co_await outcomeOf(task.value());
-            self->stop = nullptr;
-            co_return outcome;
-        };
-        const auto onMainThread = [this, record](ImageWriteProgress report) {
-            return onMain(record(this, report));
-        };
-        auto task =
-            startTask(Home::background(loop), Priority::userInitiated, writeImage(request, onMainThread));
-        return runUntilFinished(loop, run(this, std::move(task))).error();
+        try {
+            writeImage({imageURL, image.size(), handle, verify}, stop.get_token(), record);
+            return nullptr;
+        } catch (...) {
+            return std::current_exception();
+        }
     }
 
     std::string failure(bool verify = true) { return localizedDescription(transfer(verify)); }
@@ -84,10 +75,7 @@ class ImageTransferTests : public LeavesNothingOpen {
     DeviceScript script;
     std::vector<ImageWriteProgress> reports;
     std::function<void(const ImageWriteProgress&)> onReport;
-    std::function<void()> stop;
-
-  private:
-    std::shared_ptr<RunLoop> loop = std::make_shared<RunLoop>();
+    std::stop_source stop;
 };
 
 }  // namespace
@@ -347,7 +335,7 @@ TEST_F(ImageTransferTests, aStopTakesEffectAtTheNextCheckpoint) {
         script.writes = 0;
         reports.clear();
         onReport = [&](const ImageWriteProgress&) {
-            if (reports.size() == last + 1) stop();
+            if (reports.size() == last + 1) stop.request_stop();
         };
         const auto error = transfer();
         const bool nothingLeftToStop =

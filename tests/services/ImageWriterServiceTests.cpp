@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
+#include "platform/RunLoop.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
@@ -19,7 +20,7 @@ using enum ImageWritePhase;
 constexpr uint64_t cardSize = 600'000'000 / 512 * 512;
 constexpr uint64_t imageSize = 20'000'001;
 
-constexpr auto cancelled = "The administrator-authorized operation was cancelled.";
+constexpr auto cancelled = "The operation was cancelled.";
 constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 constexpr auto imageChanged = "The selected image changed after it was selected.";
@@ -38,27 +39,22 @@ class ImageWriterServiceTests : public testing::Test {
 
     /// Runs the write to its end and gives the sentence of its error, or "".
     std::string write() {
-        const auto record = [](ImageWriterServiceTests* self, ImageWriteProgress report) -> Task<> {
-            if (self->phases.empty() || self->phases.back() != report.phase)
-                self->phases.push_back(report.phase);
-            if (self->onReport) self->onReport(report);
-            co_return;
-        };
-        const auto wait = [](TaskHandle<void> task) -> Task<Outcome<void>> {
-            co_return co_await outcomeOf(task.value());
-        };
         const auto before = openDescriptors();
         const ImageWriterService service(loop, reader.utilities(), makeDevice);
-        const auto task =
-            startTask(Home::main(loop), Priority::userInitiated,
-                      service.write(request, [&, main = std::this_thread::get_id()](auto report) {
-                          EXPECT_EQ(std::this_thread::get_id(), main);
-                          return record(this, report);
-                      }));
-        stop = [task] { task.cancel(); };
-        const auto outcome = runUntilFinished(loop, wait(task));
+        const auto report = [&, main = std::this_thread::get_id()](const ImageWriteProgress& progress) {
+            EXPECT_EQ(std::this_thread::get_id(), main);
+            if (phases.empty() || phases.back() != progress.phase) phases.push_back(progress.phase);
+            if (onReport) onReport(progress);
+        };
+        std::string failure;
+        try {
+            stop = {};
+            runUntilFinished(loop, service.write(request, report), stop);
+        } catch (...) {
+            failure = localizedDescription(std::current_exception());
+        }
         EXPECT_EQ(openDescriptors(), before);
-        return outcome.error() ? localizedDescription(outcome.error()) : "";
+        return failure;
     }
 
     std::string commands() const { return commandLetters(reader, callsBefore); }
@@ -69,7 +65,7 @@ class ImageWriterServiceTests : public testing::Test {
     RawDeviceFactory makeDevice = makeRehearsalDevice;
     std::vector<ImageWritePhase> phases;
     std::function<void(const ImageWriteProgress&)> onReport;
-    std::function<void()> stop;
+    std::stop_source stop;
     size_t callsBefore = 0;
 
   private:
@@ -176,7 +172,7 @@ TEST_F(ImageWriterServiceTests, aStopWaitsForAnOpenPrompt) {
         if (report.phase != authorizingDevice) return;
         stopper = std::thread([this] {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            stop();
+            stop.request_stop();
         });
     };
     EXPECT_EQ(write(), cancelled);

@@ -14,8 +14,7 @@
 #include <sstream>
 #include <thread>
 
-#include "platform/concurrency/RunLoop.h"
-#include "platform/concurrency/TaskHandle.h"
+#include "platform/concurrency/Task.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "platform/linux/LoopDevice.h"
 #include "services/AuthorizedRawDisk.h"
@@ -116,18 +115,17 @@ class LinuxProgramsTest : public testing::Test {
 
     /// Opens the disk and writes an image of that many bytes onto it, as the program does below its policy.
     /// The hook is called with each report. Gives the error's text; empty when all is well.
-    std::string write(size_t size, const std::function<void(ImageWriteProgress)>& onReport) const {
+    std::string write(size_t size, const ImageWriteProgressHandler& onReport) const {
         const auto image = patternedBytes(size);
         const auto file = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
         const auto handle = RawDiskOpener(programs / "authopen", makeBlockDevice)
                                 .openAuthorizedRawDisk("/dev/r" + identifier);
-        const auto report = [&onReport](ImageWriteProgress progress) -> Task<> {
-            onReport(progress);
-            co_return;
-        };
-        const auto outcome = runUntilFinished(std::make_shared<RunLoop>(),
-                                              outcomeOf(writeImage({file, size, handle, true}, report)));
-        return outcome.error() ? localizedDescription(outcome.error()) : "";
+        try {
+            writeImage({file, size, handle, true}, {}, onReport);
+            return "";
+        } catch (const std::exception&) {
+            return localizedDescription(std::current_exception());
+        }
     }
     bool holdsImage() const {
         const auto image = contentOf(folder.path() / "os.img");

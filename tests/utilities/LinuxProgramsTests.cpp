@@ -51,7 +51,7 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         const char* message;
         const char* sentence;
     } refusals[] = {
-        {"NotAuthorizedDismissed", "Not authorized", "The administrator-authorized operation was cancelled."},
+        {"NotAuthorizedDismissed", "Not authorized", "The operation was cancelled."},
         {"NotAuthorized", "Not authorized to perform operation",
          "The authorized raw-device open failed: Not authorized to perform operation"},
         {"NotAuthorizedCanObtain", "Nobody can be asked",
@@ -68,7 +68,11 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         const UtilityRun run = authopen();
         EXPECT_EQ(run.status, 1);
         const std::string text = run.errors.substr(0, run.errors.find_last_not_of('\n') + 1);
-        EXPECT_EQ(localizedDescription(std::make_exception_ptr(authorizationFailure(text))), sentence);
+        try {
+            throwAuthorizationFailure(text);
+        } catch (const std::exception&) {
+            EXPECT_EQ(localizedDescription(std::current_exception()), sentence);
+        }
     }
 }
 

@@ -85,7 +85,6 @@ TEST_F(ImageSelectionTests, nothingElseHappensWhileTheUserChooses) {
     desktop.onPanel = [this] {
         EXPECT_EQ(stateText(), "selectingImage");
         tryEverything();
-        scan();
         return std::nullopt;
     };
     viewModel->chooseImage();

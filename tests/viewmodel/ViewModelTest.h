@@ -6,6 +6,7 @@
 #include <regex>
 #include <utility>
 
+#include "platform/RunLoop.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
@@ -86,22 +87,26 @@ class ViewModelTest : public LeavesNothingOpen {
 
     // What the user does
 
-    void scan() { runUntilFinished(loop, viewModel->refreshDisks()); }
+    void scan() {
+        viewModel->refreshDisks();
+        runUntilIdle();
+    }
 
     void choose(const std::optional<std::filesystem::path>& file) {
         desktop.onPanel = [file] { return file; };
         viewModel->chooseImage();
     }
 
-    void finishWrite() {
-        isWaitingForWrite = true;
-        if (viewModel->hasWriteTask()) loop->run();
-        isWaitingForWrite = false;
+    /// Goes on until no operation runs.
+    void runUntilIdle() {
+        isWaiting = true;
+        if (isOccupied()) loop->run();
+        isWaiting = false;
     }
 
     void write() {
         viewModel->startWrite();
-        finishWrite();
+        runUntilIdle();
     }
 
     /// Does it in the moment in which the text has become the last message of the log, or the detail.
@@ -119,7 +124,7 @@ class ViewModelTest : public LeavesNothingOpen {
         viewModel->startWrite();
         viewModel->clearLog();
         viewModel->setVerifyAfterWrite(!viewModel->verifyAfterWrite());
-        startTask(Home::main(loop), Priority::userInitiated, viewModel->refreshDisks());
+        viewModel->refreshDisks();
         EXPECT_EQ(changes, changesBefore);
         EXPECT_EQ(desktop.events, eventsBefore);
     }
@@ -213,9 +218,11 @@ class ViewModelTest : public LeavesNothingOpen {
         return bytes;
     }
 
+    bool isOccupied() const { return viewModel->isBusy() || viewModel->hasWriteTask(); }
+
     void noteChange() {
         ++changes;
-        if (isWaitingForWrite && !viewModel->hasWriteTask()) loop->stop();
+        if (isWaiting && !isOccupied()) loop->stop();
         const auto& lines = viewModel->logLines();
         const bool isLogged = !lines.empty() && lines.back().ends_with("] " + awaitedText);
         if (onAwaitedText && (isLogged || viewModel->writeProgressDetail() == awaitedText)) {
@@ -225,7 +232,7 @@ class ViewModelTest : public LeavesNothingOpen {
 
     std::string awaitedText;
     std::function<void()> onAwaitedText;
-    bool isWaitingForWrite = false;
+    bool isWaiting = false;
     size_t linesTaken = 0;
     size_t callsTaken = 0;
 };

@@ -82,12 +82,12 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4);
     viewModel->applyWriteProgress({synchronizing, 5, 5});
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.82);
-    finishWrite();
+    runUntilIdle();
     EXPECT_EQ(stateText(), "failed: Image write failed");
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.82) << "what was reached stays to be seen";
     viewModel->startWrite();
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4) << "the next write begins anew";
-    finishWrite();
+    runUntilIdle();
 }
 
 TEST_F(WriteProgressTests, joinsTheLogAsItGrowsAndWhenItWasCleared) {

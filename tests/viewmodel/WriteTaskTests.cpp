@@ -363,7 +363,7 @@ TEST_F(WriteTaskTests, reportsAfterAStopOnlyDecideHowItIsWorded) {
         if (phase) viewModel->applyWriteProgress({*phase, 1, 1});
         EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
         EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-        finishWrite();
+        runUntilIdle();
         expectCancellation(message);
         EXPECT_EQ(takeLog(), stopLog(message));
         EXPECT_EQ(takeCommands(), "") << "it was stopped before it began";
@@ -396,7 +396,7 @@ TEST_F(WriteTaskTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
         EXPECT_FALSE(viewModel->canRequestStop()) << "the eject is under way";
         viewModel->requestStop();
     });
-    finishWrite();
+    runUntilIdle();
     EXPECT_EQ(stateText(), "completed: Image written and verified");
     EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
     EXPECT_EQ(takeCommands(), "LILIUALIE");

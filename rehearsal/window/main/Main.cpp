@@ -78,8 +78,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
         return application.run(terminationSignal);
     }
     std::optional<int> status;
-    const auto performance = startTask(Home::main(application.mainThread()), Priority::userInitiated,
-                                       play(application, stage, image, status));
+    auto performance = startTask(application.mainThread(), play(application, stage, image, status));
     application.run(terminationSignal);
     performance.cancel();
     handleEventsUntil([&status] { return status.has_value(); });

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+
+namespace tessel {
+
+/// A mutex that the compiler understands: data marked `guarded_by` it can't be used without holding it.
+class __attribute__((capability("mutex"))) Mutex {
+  public:
+    void lock() __attribute__((acquire_capability())) { mutex.lock(); }
+    void unlock() __attribute__((release_capability())) { mutex.unlock(); }
+
+  private:
+    std::mutex mutex;
+};
+
+/// Holds a mutex from its making to its end.
+class __attribute__((scoped_lockable)) MutexLock {
+  public:
+    explicit MutexLock(Mutex& mutex) __attribute__((acquire_capability(mutex))) : mutex(mutex) {
+        mutex.lock();
+    }
+    MutexLock(const MutexLock&) = delete;
+    MutexLock& operator=(const MutexLock&) = delete;
+    ~MutexLock() __attribute__((release_capability())) { mutex.unlock(); }
+
+    /// Sleeps until the condition may have changed. The mutex is free meanwhile and held again afterwards.
+    void wait(std::condition_variable_any& condition) { condition.wait(mutex); }
+
+  private:
+    Mutex& mutex;
+};
+
+}  // namespace tessel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <deque>
+
+#include "foundation/Mutex.h"
+#include "platform/concurrency/Task.h"
+
+namespace tessel {
+
+/// A main thread for programs without a window: whoever calls run() is that thread.
+class RunLoop : public MainThread {
+  public:
+    void post(std::function<void()> work) override;
+
+    /// Does what is posted until stop() is called, and sleeps while there is nothing to do.
+    void run();
+
+    /// Makes run() return after the work in hand. May be called on any thread, also before run().
+    void stop();
+
+  private:
+    Mutex mutex;
+    std::condition_variable_any changed;
+    std::deque<std::function<void()>> pending __attribute__((guarded_by(mutex)));
+    bool isStopped __attribute__((guarded_by(mutex))) = false;
+};
+
+/// Makes the calling thread the main thread until the task has ended, and gives its value or throws its
+/// error.
+template <typename T>
+T runUntilFinished(const std::shared_ptr<RunLoop>& loop, Task<T> task, std::stop_source cancellation = {}) {
+    std::optional<Outcome<T>> outcome;
+    const auto finish = [](Task<T> work, std::optional<Outcome<T>>& result, RunLoop& stopped) -> Task<> {
+        result = co_await outcomeOf(std::move(work));
+        stopped.stop();
+    };
+    finish(std::move(task), outcome, *loop).detach({loop, std::move(cancellation)});
+    loop->run();
+    return std::move(*outcome).value();
+}
+
+}  // namespace tessel

@@ -1,0 +1,91 @@
+#include "services/HelperThread.h"
+
+#include <exception>
+#include <utility>
+
+#include "foundation/Mutex.h"
+#include "platform/concurrency/Background.h"
+
+namespace tessel {
+
+struct HelperThread::Shared {
+    enum class State { idle, working, ended };
+
+    const std::function<void()> work;
+    Mutex mutex;
+    std::condition_variable_any changed;
+    State state __attribute__((guarded_by(mutex))) = State::idle;
+    std::exception_ptr error __attribute__((guarded_by(mutex)));
+
+    explicit Shared(std::function<void()> work) : work(std::move(work)) {}
+
+    /// What the thread does until its owner has gone.
+    void run() {
+        while (isToldToWork()) {
+            auto outcome = Outcome<void>::of(work);
+            const MutexLock lock(mutex);
+            if (state == State::ended) return;
+            error = outcome.error();
+            state = State::idle;
+            changed.notify_all();
+        }
+    }
+
+    bool isToldToWork() {
+        MutexLock lock(mutex);
+        while (state == State::idle)
+            lock.wait(changed);
+        return state == State::working;
+    }
+
+    void begin() {
+        const MutexLock lock(mutex);
+        state = State::working;
+        changed.notify_all();
+    }
+
+    void wait() {
+        MutexLock lock(mutex);
+        while (state == State::working)
+            lock.wait(changed);
+    }
+
+    std::exception_ptr takeError() {
+        const MutexLock lock(mutex);
+        return std::exchange(error, nullptr);
+    }
+
+    /// Gives whether the work was not done yet.
+    bool end() {
+        const MutexLock lock(mutex);
+        changed.notify_all();
+        return std::exchange(state, State::ended) == State::working;
+    }
+};
+
+HelperThread::HelperThread(std::function<void()> work) :
+    shared(std::make_shared<Shared>(std::move(work))),
+    thread(startThread([shared = shared] { shared->run(); })) {}
+
+HelperThread::~HelperThread() {
+    if (shared->end()) {
+        thread.detach();
+    } else {
+        thread.join();
+    }
+}
+
+void HelperThread::begin() {
+    shared->begin();
+}
+
+void HelperThread::wait() {
+    shared->wait();
+}
+
+void HelperThread::finish() {
+    wait();
+    if (const auto error = shared->takeError()) std::rethrow_exception(error);
+}
+
+}  // namespace tessel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "foundation/Published.h"
+#include "model/SDWholeDisk.h"
+
+namespace tessel {
+
+/// The disks that the last scan found, and the one among them that is to be written. Only a disk that may be
+/// written to can be the target. Main thread only.
+class TargetSelection {
+  public:
+    explicit TargetSelection(const std::function<void()>& onChange) :
+        listed(onChange, {}),
+        targetID(onChange, "") {}
+
+    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return listed(); }
+    /// Empty when there is no target.
+    [[nodiscard]] const std::string& selectedDiskID() const { return targetID(); }
+    /// The target, or null.
+    [[nodiscard]] const SDWholeDisk* selectedDisk() const;
+
+    /// Takes the disks of a scan, in their order. The target stays while a disk of that name may still be
+    /// written to.
+    void replaceDisks(std::vector<SDWholeDisk> disks);
+
+    /// Makes the disk the target and gives it. Gives null and changes nothing when it may not be written to
+    /// or is not listed.
+    const SDWholeDisk* select(const std::string& id);
+
+    /// Leaves no target, and takes an ejected card off the list.
+    void forget(const std::string& id);
+
+  private:
+    Published<std::vector<SDWholeDisk>> listed;
+    Published<std::string> targetID;
+};
+
+}  // namespace tessel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <optional>
+
+#include "foundation/Published.h"
+#include "platform/Desktop.h"
+#include "platform/concurrency/Task.h"
+#include "services/DiskService.h"
+#include "services/ImageWriterService.h"
+#include "viewmodel/ImageSelection.h"
+#include "viewmodel/OperationLog.h"
+#include "viewmodel/TargetSelection.h"
+#include "viewmodel/TesselOperationState.h"
+#include "viewmodel/WriteProgress.h"
+
+namespace tessel {
+
+/// The destructive operation: its steps, its stop and its outcome. Main thread only.
+class WriteTask {
+  public:
+    /// What a write uses and changes. All of it outlives the write.
+    struct Surroundings {
+        Desktop& desktop;
+        const DiskService& diskService;
+        const ImageWriterService& imageWriterService;
+        const ImageSelection& image;
+        TargetSelection& targets;
+        WriteProgress& progress;
+        OperationLog& log;
+        Published<TesselOperationState>& state;
+    };
+
+    WriteTask(const std::function<void()>& onChange, const Surroundings& surroundings);
+
+    /// Whether a write exists, from its start until it has ended.
+    [[nodiscard]] bool exists() const { return running().has_value(); }
+    [[nodiscard]] bool isCancellationRequested() const { return cancellationRequested(); }
+
+    /// Gets everything ready for a write to begin.
+    void prepare();
+    /// Takes the handle of the task that will call perform().
+    void begin(TaskHandle task) { running = std::move(task); }
+    /// Writes the selected image to the target and applies the outcome. Never throws.
+    Task<> perform(bool verify, ImageWriteProgressHandler report);
+
+    [[nodiscard]] bool canRequestStop() const;
+    void requestStop();
+
+  private:
+    Task<> writeSelectedImage(bool verify, ImageWriteProgressHandler report);
+    [[nodiscard]] SDWholeDisk requireWritableTarget(const SDImageFile& image) const;
+    Task<SDWholeDisk> revalidateTarget(SDWholeDisk expected);
+    void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
+    void finishFailedWrite(const std::exception_ptr& error);
+    void finishCancelledWrite();
+    void showSafeToRemoveAlert(bool verified);
+
+    Surroundings surroundings;
+    Published<std::optional<TaskHandle>> running;
+    Published<bool> cancellationRequested;
+};
+
+}  // namespace tessel
