@@ -165,6 +165,39 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
     }
 }
 
+TEST_F(ImageWriterServiceTests, theCardIsClosedBeforeItIsEjectedAndOffTheMainThread) {
+    class Witness : public WrappedDevice {
+      public:
+        Witness(std::unique_ptr<RawDevice> device, std::function<void()> onClose) :
+            WrappedDevice(std::move(device)),
+            onClose(std::move(onClose)) {}
+        ~Witness() override { onClose(); }
+
+      private:
+        std::function<void()> onClose;
+    };
+    int closed = 0;
+    const auto noteClosing = [&, main = std::this_thread::get_id()] {
+        ++closed;
+        EXPECT_NE(std::this_thread::get_id(), main);
+        EXPECT_EQ(commands(), "LIUALI");
+    };
+    makeDevice = [&](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
+        return std::make_unique<Witness>(makeRehearsalDevice(std::move(descriptor)), noteClosing);
+    };
+    EXPECT_EQ(write(), "");
+    EXPECT_EQ(commands(), "LIUALIE");
+
+    reader.reinsert("disk4");
+    callsBefore = reader.calls().size();
+    onReport = [this](const ImageWriteProgress& report) {
+        if (report.phase == writingImage) stop.request_stop();
+    };
+    EXPECT_EQ(write(), cancelled);
+    EXPECT_EQ(commands(), "LIUALIE");
+    EXPECT_EQ(closed, 2);
+}
+
 TEST_F(ImageWriterServiceTests, aStopWaitsForAnOpenPrompt) {
     reader.setBehaviour("disk4", {.delays = {{"authopen", 0.3}}});
     std::thread stopper;
