@@ -52,9 +52,8 @@ void measureFirstPaint(const std::filesystem::path& program) {
         auto process = Process::launch({.executable = program,
                                         .arguments = {"--first-paint", utilities.diskUtility.string(),
                                                       utilities.authorizationUtility.string()},
-                                        .environment = {},
-                                        .standardOutput = STDOUT_FILENO,
-                                        .standardError = STDERR_FILENO});
+                                        .environment = {}},
+                                       {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
         if (!process.waitUntilExit({.streams = {}, .timeout = std::nullopt}).termination.isSuccess())
             throw std::runtime_error("the window was not painted");
     };

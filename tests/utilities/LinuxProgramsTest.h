@@ -107,11 +107,13 @@ class LinuxProgramsTest : public testing::Test {
     }
 
     UtilityRun diskutil(std::vector<std::string> arguments) const {
-        return UtilityRun::ofDiskUtility({programs / "diskutil", std::move(arguments)});
+        return UtilityRun::ofDiskUtility(
+            {.executable = programs / "diskutil", .arguments = std::move(arguments)});
     }
     UtilityRun authopen() const {
         return UtilityRun::ofAuthorizationUtility(
-            {programs / "authopen", {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
+            {.executable = programs / "authopen",
+             .arguments = {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
     }
 
     /// Opens the disk and writes an image of that many bytes onto it, as the program does below its policy.

@@ -21,11 +21,13 @@ class SimulatedUtilitiesTests : public testing::Test {
     }
 
     UtilityRun diskutil(const std::vector<std::string>& arguments) const {
-        return UtilityRun::ofDiskUtility({reader.utilities().diskUtility, arguments});
+        return UtilityRun::ofDiskUtility(
+            {.executable = reader.utilities().diskUtility, .arguments = arguments});
     }
     UtilityRun authopen(const std::vector<std::string>& arguments = {"-stdoutpipe", "-o", "2",
                                                                      "/dev/rdisk4"}) const {
-        return UtilityRun::ofAuthorizationUtility({reader.utilities().authorizationUtility, arguments});
+        return UtilityRun::ofAuthorizationUtility(
+            {.executable = reader.utilities().authorizationUtility, .arguments = arguments});
     }
 
     TemporaryFolder folder;
