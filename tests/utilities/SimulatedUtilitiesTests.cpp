@@ -49,6 +49,32 @@ TEST_F(SimulatedUtilitiesTests, theListNamesPartitionsAndNestedVolumesInOrder) {
     EXPECT_FALSE(info.asDictionary()->contains("Partitions"));
 }
 
+TEST_F(SimulatedUtilitiesTests, nothingButTheKnownCommandsForWholeDisksIsAnswered) {
+    constexpr int wrongUsage = 64;
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{},
+                                                                       {"list"},
+                                                                       {"eject"},
+                                                                       {"eject", "disk4"},
+                                                                       {"eject", "/dev/disk4s1"},
+                                                                       {"eject", "/dev/rdisk4"},
+                                                                       {"eject", "force", "/dev/disk4"},
+                                                                       {"info", "/dev/disk4"},
+                                                                       {"unmountDisk", "/dev/disk4"}})
+        EXPECT_EQ(diskutil(arguments).status, wrongUsage) << testing::PrintToString(arguments);
+
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{},
+                                               {"/dev/rdisk4"},
+                                               {"-stdoutpipe", "-o", "0", "/dev/rdisk4"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/disk4"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/rdisk4s1"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/rdisk"}}) {
+        const UtilityRun run = authopen(arguments);
+        EXPECT_EQ(run.status, wrongUsage) << testing::PrintToString(arguments);
+        EXPECT_EQ(run.received.outcome, Outcome::closed);
+    }
+}
+
 TEST_F(SimulatedUtilitiesTests, aCardIsOpenedExclusivelyWhereItIsABlockDevice) {
     if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
     UtilityRun first = authopen();
