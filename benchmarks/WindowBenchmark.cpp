@@ -17,6 +17,7 @@
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
 #include "platform/qt/TerminationSignal.h"
+#include "rehearsal/FileDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"
 #include "rehearsal/window/ScriptedUser.h"

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
+#include "rehearsal/FileDevice.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"

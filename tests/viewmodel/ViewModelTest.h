@@ -6,6 +6,7 @@
 #include <regex>
 #include <utility>
 
+#include "rehearsal/FileDevice.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
