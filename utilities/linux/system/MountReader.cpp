@@ -40,7 +40,7 @@ std::string deviceNameOf(libmnt_fs* entry) {
     return isBlockDevice ? blockDeviceName(status.st_rdev) : "";
 }
 
-bool isByDiskService(libmnt_fs* entry) {
+bool isByUDisks(libmnt_fs* entry) {
     char* value = nullptr;
     size_t length = 0;
     return mnt_fs_get_option(entry, "uhelper", &value, &length) == 0 && value &&
@@ -69,7 +69,7 @@ void changeDevice(Machine& machine, const std::string& name, Action change) {
 void addMountsAndSwaps(Machine& machine) {
     forEachEntry(mnt_table_parse_mtab, nullptr, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
-        const Mount mount{.target = mnt_fs_get_target(entry), .isByDiskService = isByDiskService(entry)};
+        const Mount mount{.target = mnt_fs_get_target(entry), .isByUDisks = isByUDisks(entry)};
         // Of several mounts over each other the last one is what "/" leads to.
         if (mount.target == "/") machine.rootDevice = name;
         changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });

@@ -11,18 +11,18 @@ namespace tessel {
 struct ReleaseError {
     void operator()(GError* error) const { g_error_free(error); }
 };
-using ServiceError = std::unique_ptr<GError, ReleaseError>;
+using OwnedError = std::unique_ptr<GError, ReleaseError>;
 
 /// Whether somebody uses what was to be changed.
 bool isBusy(const GError& error);
 
-/// Whether the service tried, and what it tried failed; not that it was refused, or went away.
+/// Whether UDisks2 tried, and what it tried failed; not that it was refused, or went away.
 bool isFailedAttempt(const GError& error);
 
-/// Whether the service, or the bus to it, said nothing, or went away before it did.
+/// Whether UDisks2, or the bus to it, said nothing, or went away before it did.
 bool isWithoutAnswer(const GError& error);
 
-/// The service's refusal, worded so that a dismissed dialog reads as a cancellation and nothing else does.
+/// The refusal of UDisks2, worded so that a dismissed dialog reads as a cancellation and nothing else does.
 PlatformError refusal(const GError& error);
 
 }  // namespace tessel

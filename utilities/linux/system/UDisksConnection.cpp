@@ -1,4 +1,4 @@
-#include "utilities/linux/system/DiskServiceClient.h"
+#include "utilities/linux/system/UDisksConnection.h"
 
 #include <fcntl.h>
 #include <gio/gunixfdlist.h>
@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
-#include "utilities/linux/system/DiskServiceErrors.h"
+#include "utilities/linux/system/UDisksErrors.h"
 
 namespace tessel {
 
@@ -28,7 +28,7 @@ struct ReleaseObject {
 template <typename Type>
 using Object = std::unique_ptr<Type, ReleaseObject<Type>>;
 
-/// Cancels what still waits for the bus or the service when the limit is over.
+/// Cancels what still waits for the bus or UDisks2 when the limit is over.
 class TimeLimit {
   public:
     explicit TimeLimit(std::chrono::seconds limit) :
@@ -57,7 +57,7 @@ auto checked(Call call) {
     GError* error = nullptr;
     const auto result = call(&error);
     if (!error) return result;
-    throw refusal(*ServiceError(error));
+    throw refusal(*OwnedError(error));
 }
 
 std::string text(const char* words) {
@@ -110,7 +110,7 @@ std::optional<uint64_t> sequenceNumberInLinks(const char* const* links) {
     return std::nullopt;
 }
 
-void describeDrive(UDisksDrive* drive, ServiceRecord& record) {
+void describeDrive(UDisksDrive* drive, UDisksRecord& record) {
     record.vendor = text(udisks_drive_get_vendor(drive));
     record.model = text(udisks_drive_get_model(drive));
     record.media = text(udisks_drive_get_media(drive));
@@ -119,8 +119,8 @@ void describeDrive(UDisksDrive* drive, ServiceRecord& record) {
     record.isEjectable = udisks_drive_get_ejectable(drive);
 }
 
-ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
-    ServiceRecord record{
+UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
+    UDisksRecord record{
         .sequenceNumber = sequenceNumberInLinks(udisks_block_get_symlinks(block)),
         .fileSystem = text(udisks_block_get_id_type(block)),
         .volumeName = text(udisks_block_get_id_label(block)),
@@ -134,15 +134,15 @@ ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 
 }  // namespace
 
-DiskServiceClient::DiskServiceClient() {
-    // No person has to answer yet, and a service that is started only now needs a second or two.
+UDisksConnection::UDisksConnection() {
+    // No person has to answer yet, and a UDisks2 that is started only now needs a second or two.
     const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
     client.reset(udisks_client_new_sync(limit.get(), &error));
-    const ServiceError problem(error);
+    const OwnedError problem(error);
     if (problem && isWithoutAnswer(*problem)) throw refusal(*problem);
     GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
-    // A client without a service succeeds, and finds no disks.
+    // A client without the service succeeds, and finds no disks.
     char* const owner =
         manager ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
                 : nullptr;
@@ -153,24 +153,24 @@ DiskServiceClient::DiskServiceClient() {
     g_free(owner);
 }
 
-void DiskServiceClient::describe(std::vector<BlockDevice>& devices) const {
+void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
     for (BlockDevice& device : devices)
         if (const auto block = findBlock(client.get(), device.name))
-            device.service = describeBlock(client.get(), block.get());
+            device.udisks = describeBlock(client.get(), block.get());
 }
 
-void DiskServiceClient::unmount(const std::string& device) const {
+void UDisksConnection::unmount(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
         throw PlatformError("Disk", EINVAL, "The disk service finds no file system on /dev/" + device + ".");
-    // The service's "force" would only hide the mount while it is still in use.
+    // The "force" of UDisks2 would only hide the mount while it is still in use.
     checked([&](GError** error) {
         return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
     });
 }
 
-FileDescriptor DiskServiceClient::open(const std::string& device) const {
+FileDescriptor UDisksConnection::open(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     GVariantBuilder options;
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
@@ -188,21 +188,21 @@ FileDescriptor DiskServiceClient::open(const std::string& device) const {
         [&](GError** error) { return g_unix_fd_list_get(descriptors, g_variant_get_handle(index), error); }));
 }
 
-BlockSystem::Ejection DiskServiceClient::eject(const std::string& device) const {
+BlockSystem::Ejection UDisksConnection::eject(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
     if (!drive) return BlockSystem::Ejection::impossible;
 
     GError* error = nullptr;
     udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), nullptr, &error);
-    const ServiceError problem(error);
+    const OwnedError problem(error);
     if (!problem) return BlockSystem::Ejection::done;
     if (isBusy(*problem)) return BlockSystem::Ejection::busy;
     if (isFailedAttempt(*problem)) return BlockSystem::Ejection::impossible;
     throw refusal(*problem);
 }
 
-void DiskServiceClient::Release::operator()(UDisksClient* object) const {
+void UDisksConnection::Release::operator()(UDisksClient* object) const {
     g_object_unref(object);
 }
 
