@@ -86,10 +86,4 @@ void requireUnprotected(const Machine& machine, const BlockDevice& disk) {
         identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + *reason + ".");
 }
 
-std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk) {
-    auto parts = partsOf(machine, disk);
-    std::erase_if(parts, [](const BlockDevice* part) { return part->mounts.empty(); });
-    return parts;
-}
-
 }  // namespace tessel

@@ -67,6 +67,9 @@ bool isInCardSlot(const BlockDevice& device);
 /// The disk and every part of it.
 std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
 
+/// Those of them that are mounted.
+std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
+
 /// The physical disks that hold "/", by their numbers. Empty when "/" leads to none.
 std::vector<const BlockDevice*> systemDisks(const Machine& machine);
 
