@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
-#include "utilities/linux/system/KernelReader.h"
+#include "utilities/linux/system/KernelDevices.h"
 #include "utilities/linux/system/UDisksConnection.h"
 
 namespace tessel {

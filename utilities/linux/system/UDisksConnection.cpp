@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 #include "utilities/linux/system/UDisksErrors.h"
 
 namespace tessel {
@@ -22,11 +23,9 @@ namespace tessel {
 namespace {
 
 template <typename Type>
-struct ReleaseObject {
-    void operator()(Type* object) const { g_object_unref(object); }
-};
-template <typename Type>
-using Object = std::unique_ptr<Type, ReleaseObject<Type>>;
+using Object = std::unique_ptr<Type, Release<g_object_unref>>;
+using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
+using Text = std::unique_ptr<char, Release<g_free>>;
 
 /// Cancels what still waits for the bus or UDisks2 when the limit is over.
 class TimeLimit {
@@ -45,11 +44,6 @@ class TimeLimit {
     Object<GCancellable> cancellable{g_cancellable_new()};
     std::jthread canceller;  ///< last, so that it ends before what it cancels
 };
-
-struct ReleaseVariant {
-    void operator()(GVariant* value) const { g_variant_unref(value); }
-};
-using Variant = std::unique_ptr<GVariant, ReleaseVariant>;
 
 /// Runs a call that reports through a GError whether it failed.
 template <typename Call>
@@ -143,14 +137,13 @@ UDisksConnection::UDisksConnection() {
     if (problem && isWithoutAnswer(*problem)) throw refusal(*problem);
     GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
     // A client without the service succeeds, and finds no disks.
-    char* const owner =
-        manager ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
-                : nullptr;
+    const Text owner(manager
+                         ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
+                         : nullptr);
     if (!owner)
         throw PlatformError("UDisks2", ENOENT,
                             "The disk service UDisks2 is not running. Install the package udisks2, or start "
                             "the service, and try again.");
-    g_free(owner);
 }
 
 void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
@@ -202,7 +195,7 @@ BlockSystem::Ejection UDisksConnection::eject(const std::string& device) const {
     throw refusal(*problem);
 }
 
-void UDisksConnection::Release::operator()(UDisksClient* object) const {
+void UDisksConnection::Disconnect::operator()(UDisksClient* object) const {
     g_object_unref(object);
 }
 

@@ -28,10 +28,10 @@ class UDisksConnection {
     BlockSystem::Ejection eject(const std::string& device) const;
 
   private:
-    struct Release {
+    struct Disconnect {
         void operator()(UDisksClient* client) const;
     };
-    std::unique_ptr<UDisksClient, Release> client;
+    std::unique_ptr<UDisksClient, Disconnect> client;
 };
 
 }  // namespace tessel

@@ -5,13 +5,11 @@
 #include <memory>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 
 namespace tessel {
 
-struct ReleaseError {
-    void operator()(GError* error) const { g_error_free(error); }
-};
-using OwnedError = std::unique_ptr<GError, ReleaseError>;
+using OwnedError = std::unique_ptr<GError, Release<g_error_free>>;
 
 /// Whether somebody uses what was to be changed.
 bool isBusy(const GError& error);

@@ -1,4 +1,4 @@
-#include "utilities/linux/system/MountReader.h"
+#include "utilities/linux/system/DeviceMounts.h"
 
 #include <libmount/libmount.h>
 #include <sys/stat.h>
@@ -10,15 +10,12 @@
 #include <memory>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 
 namespace tessel {
 
 namespace {
 
-template <auto release>
-struct Release {
-    void operator()(auto* object) const { release(object); }
-};
 using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
 using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
