@@ -17,6 +17,7 @@
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
 #include "platform/qt/TerminationSignal.h"
+#include "rehearsal/FileDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"
 #include "rehearsal/window/ScriptedUser.h"
@@ -52,9 +53,8 @@ void measureFirstPaint(const std::filesystem::path& program) {
         auto process = Process::launch({.executable = program,
                                         .arguments = {"--first-paint", utilities.diskUtility.string(),
                                                       utilities.authorizationUtility.string()},
-                                        .environment = {},
-                                        .standardOutput = STDOUT_FILENO,
-                                        .standardError = STDERR_FILENO});
+                                        .environment = {}},
+                                       {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
         if (!process.waitUntilExit({.streams = {}, .timeout = std::nullopt}).termination.isSuccess())
             throw std::runtime_error("the window was not painted");
     };

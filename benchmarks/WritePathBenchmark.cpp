@@ -17,6 +17,7 @@
 
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
+#include "platform/CollectingPipe.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/concurrency/Background.h"
@@ -205,12 +206,12 @@ double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::
     CollectingPipe output;
     auto process = Process::launch({.executable = program,
                                     .arguments = {"--transfer", image.string(), device.string()},
-                                    .environment = {},
-                                    .standardOutput = output.writingEnd(),
-                                    .standardError = STDERR_FILENO});
+                                    .environment = {}},
+                                   {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
     output.closeWritingEnd();
     Process::Stream streams[] = {output.stream()};
-    process.waitUntilExit({.streams = streams, .timeout = std::nullopt});
+    // A transfer that failed printed no number.
+    static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));
     return std::stod(output.collected());
 }
 

@@ -8,20 +8,15 @@
 
 #include "foundation/Errors.h"
 #include "foundation/PropertyListGuard.h"
+#include "foundation/Release.h"
 
 namespace tessel {
 
 namespace {
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-using Text = std::unique_ptr<char, Free>;
-
-struct FreeNode {
-    void operator()(plist_t node) const { plist_free(node); }
-};
-using Node = std::unique_ptr<void, FreeNode>;
+using Text = std::unique_ptr<char, Release<std::free>>;
+using Iterator = std::unique_ptr<void, Release<std::free>>;
+using Node = std::unique_ptr<void, Release<plist_free>>;
 
 PlatformError unreadable(const std::string& reason) {
     return {"PropertyList", 1, "The property list could not be read: it " + reason + "."};
@@ -39,7 +34,7 @@ PropertyList::List listOf(plist_t node) {
     PropertyList::List list;
     void* start = nullptr;
     plist_array_new_iter(node, &start);
-    const std::unique_ptr<void, Free> iterator(start);
+    const Iterator iterator(start);
     for (;;) {
         plist_t item = nullptr;
         plist_array_next_item(node, iterator.get(), &item);
@@ -52,7 +47,7 @@ PropertyList::Dictionary dictionaryOf(plist_t node) {
     PropertyList::Dictionary dictionary;
     void* start = nullptr;
     plist_dict_new_iter(node, &start);
-    const std::unique_ptr<void, Free> iterator(start);
+    const Iterator iterator(start);
     for (;;) {
         char* name = nullptr;
         plist_t item = nullptr;

@@ -3,6 +3,7 @@
 #include <openssl/evp.h>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 
 namespace tessel {
 
@@ -16,7 +17,7 @@ void require(int answer) {
 }  // namespace
 
 struct Sha256::State {
-    std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context{EVP_MD_CTX_new(), EVP_MD_CTX_free};
+    std::unique_ptr<EVP_MD_CTX, Release<EVP_MD_CTX_free>> context{EVP_MD_CTX_new()};
 };
 
 Sha256::Sha256() : state(std::make_unique<State>()) {

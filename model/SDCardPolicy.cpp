@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include "foundation/DiskIdentifier.h"
 #include "foundation/Text.h"
 
 namespace tessel {
@@ -119,13 +120,6 @@ bool hasFixedDriveIdentity(const SDWholeDisk& disk) {
 bool isConfirmedRemovableOrExternal(const SDWholeDisk& disk) {
     return disk.isInternal == false || contains(keywordText(disk.deviceLocation), "external") ||
            disk.isRemovable || disk.isEjectable || usesNativeSDInterface(disk);
-}
-
-bool isWholeDiskIdentifier(std::string_view identifier) {
-    constexpr std::string_view prefix = "disk";
-    if (!identifier.starts_with(prefix)) return false;
-    const std::string_view number = identifier.substr(prefix.size());
-    return !number.empty() && number.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 int targetPriority(const SDWholeDisk& disk) {

@@ -24,9 +24,6 @@ bool isRecognizedSDCard(const SDWholeDisk& disk);
 bool hasFixedDriveIdentity(const SDWholeDisk& disk);
 bool isConfirmedRemovableOrExternal(const SDWholeDisk& disk);
 
-/// Whether the text is "disk" and a number, and nothing else.
-bool isWholeDiskIdentifier(std::string_view identifier);
-
 /// 0 for an eligible disk, 1 for another SD card, 2 for other movable disks, 3 for the rest.
 int targetPriority(const SDWholeDisk& disk);
 

@@ -19,6 +19,9 @@ struct FileStatus {
 /// PlatformError.
 FileStatus fileStatus(const std::filesystem::path& path);
 
+/// What is open. Throws PlatformError.
+FileStatus fileStatus(const FileDescriptor& descriptor);
+
 /// Whether there is a file that this program may start.
 bool isExecutableFile(const std::filesystem::path& path);
 

@@ -41,8 +41,4 @@ using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor
 /// written.
 std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
-/// A regular file that plays a card of 512-byte blocks where block devices can't be had; a block device stays
-/// what it is. For rehearsals only.
-std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor);
-
 }  // namespace tessel

@@ -7,6 +7,7 @@
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
+#include "platform/CollectingPipe.h"
 #include "platform/DescriptorChannel.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
@@ -102,8 +103,8 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     auto process = launching([&] {
         return Process::launch({.executable = authorizationUtility,
                                 .arguments = {"-stdoutpipe", "-o", "2", devicePath},
-                                .environment = {{"LC_ALL", "C"}},
-                                .standardOutput = channel.sendingEnd.get(),
+                                .environment = {{"LC_ALL", "C"}}},
+                               {.standardOutput = channel.sendingEnd.get(),
                                 .standardError = error.writingEnd()});
     });
     channel.sendingEnd.close();

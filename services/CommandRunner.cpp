@@ -3,6 +3,7 @@
 #include <array>
 
 #include "foundation/Text.h"
+#include "platform/CollectingPipe.h"
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
 
@@ -14,22 +15,18 @@ std::string trimmedText(const std::string& bytes) {
     return isValidUTF8(bytes) ? trimmed(bytes) : std::string();
 }
 
-CommandResult runBlocking(const CommandRunner::Command& command) {
+CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout) {
     CollectingPipe output;
     CollectingPipe error;
-    auto process = Process::launch({.executable = command.executable,
-                                    .arguments = command.arguments,
-                                    .environment = command.environment,
-                                    .standardOutput = output.writingEnd(),
-                                    .standardError = error.writingEnd()});
+    auto process = Process::launch(
+        command, {.standardOutput = output.writingEnd(), .standardError = error.writingEnd()});
     output.closeWritingEnd();
     error.closeWritingEnd();
 
-    std::array streams{output.stream(), error.stream()};
+    const std::array streams{output.stream(), error.stream()};
     Process::WaitOptions wait{.streams = streams, .timeout = std::nullopt};
-    if (command.timeout && command.timeout->count() > 0) {
-        wait.timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(*command.timeout);
-    }
+    if (timeout && timeout->count() > 0)
+        wait.timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(*timeout);
     const auto ending = process.waitUntilExit(wait);
     return {.status = ending.termination.status,
             .standardOutput = output.collected(),
@@ -53,8 +50,9 @@ std::string CommandResult::failureMessage(std::string_view fallback) const {
     return text.empty() ? std::string(timeoutSentence) : text + "\n" + std::string(timeoutSentence);
 }
 
-Task<CommandResult> CommandRunner::run(Command command) const {
-    co_return co_await inBackground([&command](const std::stop_token&) { return runBlocking(command); });
+Task<CommandResult> CommandRunner::run(Command command, Timeout timeout) const {
+    co_return co_await inBackground(
+        [&command, timeout](const std::stop_token&) { return runBlocking(command, timeout); });
 }
 
 }  // namespace tessel

@@ -6,9 +6,9 @@
 #include <ranges>
 #include <set>
 
+#include "foundation/DiskIdentifier.h"
 #include "foundation/PropertyList.h"
 #include "foundation/Text.h"
-#include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 
 namespace tessel {

@@ -27,8 +27,8 @@ Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
                                              std::chrono::seconds timeout) const {
     co_return co_await CommandRunner().run({.executable = utilities.diskUtility,
                                             .arguments = std::move(arguments),
-                                            .environment = {{"LC_ALL", "C"}},
-                                            .timeout = timeout});
+                                            .environment = {{"LC_ALL", "C"}}},
+                                           timeout);
 }
 
 Task<DiskList> DiskService::listWholeDisks() const {

@@ -12,7 +12,8 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
-#include "utilities/Utility.h"
+#include "utilities/DevicePath.h"
+#include "utilities/ExitStatus.h"
 
 namespace tessel {
 
@@ -24,7 +25,7 @@ std::optional<std::string> requestedDisk(std::span<const std::string> arguments)
     constexpr std::array<std::string_view, 3> options{"-stdoutpipe", "-o", "2"};
     if (arguments.size() != options.size() + 1) return std::nullopt;
     if (!std::ranges::equal(arguments.first(options.size()), options)) return std::nullopt;
-    return wholeDiskIdentifier(arguments.back(), "/dev/r");
+    return wholeDiskIn(arguments.back(), "/dev/r");
 }
 
 void sendDescriptor(int socket, int descriptor) {

@@ -7,7 +7,8 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
-#include "utilities/Utility.h"
+#include "utilities/DevicePath.h"
+#include "utilities/ExitStatus.h"
 
 namespace tessel {
 
@@ -22,7 +23,7 @@ ExitStatus runCommand(std::span<const std::string> arguments, DiskSource& disks,
     const auto begins = [&](std::initializer_list<std::string_view> words) {
         return std::ranges::equal(arguments.first(arguments.size() - 1), words);
     };
-    const auto identifier = arguments.empty() ? std::nullopt : wholeDiskIdentifier(arguments.back(), "/dev/");
+    const auto identifier = arguments.empty() ? std::nullopt : wholeDiskIn(arguments.back(), "/dev/");
 
     if (std::ranges::equal(arguments, std::initializer_list<std::string_view>{"list", "-plist"})) {
         output << propertyListXML(disks.list());

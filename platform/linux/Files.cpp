@@ -8,12 +8,26 @@
 
 namespace tessel {
 
+namespace {
+
+FileStatus statusFrom(const struct stat& status) {
+    return {S_ISREG(status.st_mode), static_cast<uint64_t>(status.st_size)};
+}
+
+}  // namespace
+
 FileStatus fileStatus(const std::filesystem::path& path) {
     struct stat status{};
     if (lstat(path.c_str(), &status) != 0) {
         throw posixError("The file “" + path.string() + "” could not be inspected", errno);
     }
-    return {S_ISREG(status.st_mode), static_cast<uint64_t>(status.st_size)};
+    return statusFrom(status);
+}
+
+FileStatus fileStatus(const FileDescriptor& descriptor) {
+    struct stat status{};
+    if (fstat(descriptor.get(), &status) != 0) throw posixError("An open file could not be inspected", errno);
+    return statusFrom(status);
 }
 
 bool isExecutableFile(const std::filesystem::path& path) {

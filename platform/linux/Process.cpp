@@ -13,10 +13,10 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "foundation/Errors.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 
@@ -27,11 +27,11 @@ using Clock = std::chrono::steady_clock;
 /// What posix_spawn wants beside the program: descriptors 0 to 2, and ordinary signal handling.
 class SpawnSettings {
   public:
-    explicit SpawnSettings(const Process::Options& options) {
+    explicit SpawnSettings(const Process::Outputs& outputs) {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions, options.standardOutput, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, options.standardError, STDERR_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, outputs.standardOutput, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, outputs.standardError, STDERR_FILENO);
         // Libraries may have opened descriptors that are not close-on-exec.
         posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 
@@ -81,12 +81,9 @@ void keepEndingsOfChildren() {
     if (sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
 }
 
-Process::Termination reap(int identifier) {
-    int status = SIGKILL;  // an ending that can't be had counts as a kill, never as success
-    while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (WIFSIGNALED(status)) return {Process::Termination::Reason::signal, WTERMSIG(status)};
-    return {Process::Termination::Reason::exit, WEXITSTATUS(status)};
+PlatformError tooTalkative(const std::string& program) {
+    const auto limit = std::to_string(Process::outputLimit >> 20) + " MiB";
+    return {"Process", E2BIG, program + " was ended, because it printed more than " + limit + "."};
 }
 
 /// The time for poll(2), rounded up so that it never returns just before the deadline.
@@ -98,79 +95,100 @@ int millisecondsUntil(std::optional<Clock::time_point> deadline) {
 
 }  // namespace
 
-Process Process::launch(const Options& options) {
-    std::vector<std::string> arguments{options.executable.string()};
-    arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
-    auto environment = environmentWith(options.environment);
-    const SpawnSettings settings(options);
+Process::Process(const std::filesystem::path& executable) :
+    name("“" + printable(executable.string()) + "”") {}
+
+Process Process::launch(const Command& command, const Outputs& outputs) {
+    std::vector<std::string> arguments{command.executable.string()};
+    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
+    auto environment = environmentWith(command.environment);
+    const SpawnSettings settings(outputs);
     keepEndingsOfChildren();
 
-    pid_t identifier = 0;
+    Process process(command.executable);
     const int error =
-        posix_spawn(&identifier, options.executable.c_str(), &settings.actions, &settings.attributes,
+        posix_spawn(&process.identifier, command.executable.c_str(), &settings.actions, &settings.attributes,
                     nullTerminated(arguments).data(), nullTerminated(environment).data());
-    if (error != 0) throw posixError("“" + options.executable.string() + "” could not be started", error);
+    if (error != 0) throw posixError(process.name + " could not be started", error);
 
-    FileDescriptor exitSignal(pidfd_open(identifier, 0));
-    if (!exitSignal.isOpen()) {
+    process.exitSignal = FileDescriptor(pidfd_open(process.identifier, 0));
+    if (!process.exitSignal.isOpen()) {
         const int reason = errno;
-        kill(identifier, SIGKILL);
-        reap(identifier);
-        throw posixError("“" + options.executable.string() + "” could not be watched", reason);
+        kill(process.identifier, SIGKILL);
+        process.reap();
+        throw posixError(process.name + " could not be watched", reason);
     }
-    return {identifier, std::move(exitSignal)};
+    return process;
+}
+
+Process::~Process() {
+    if (!exitSignal.isOpen()) return;
+    kill(identifier, SIGKILL);
+    reap();
 }
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
+    Streams streams(options.streams.begin(), options.streams.end());
+    std::optional<TimePoint> timeoutEnd;
+    if (options.timeout) timeoutEnd = Clock::now() + *options.timeout;
+
     Ending ending;
-    bool hasExited = false;
-    std::optional<Clock::time_point> deadline;
-    if (options.timeout) deadline = Clock::now() + *options.timeout;
-
-    std::vector<Stream> streams(options.streams.begin(), options.streams.end());
-    while (!hasExited || !streams.empty()) {
-        std::vector<pollfd> watched;
-        for (const auto& stream : streams)
-            watched.push_back({stream.descriptor, POLLIN, 0});
-        if (!hasExited) watched.push_back({exitSignal.get(), POLLIN, 0});
-        if (poll(watched.data(), watched.size(), millisecondsUntil(deadline)) < 0) continue;
-
-        size_t index = 0;
-        std::erase_if(streams, [&](const Stream& stream) {
-            return watched[index++].revents != 0 && stream.read() == Stream::State::finished;
-        });
-        if (!hasExited && watched.back().revents != 0) {
-            ending.termination = reap(identifier);
-            hasExited = true;
-            deadline = Clock::now() + streamGrace;
-        }
-        if (!deadline || Clock::now() < *deadline) continue;
-        if (hasExited) break;
-        kill(identifier, ending.didTimeOut ? SIGKILL : SIGTERM);
-        deadline = ending.didTimeOut ? std::nullopt : std::optional(Clock::now() + killDelay);
+    if (!readUntilExit(streams, timeoutEnd)) {
         ending.didTimeOut = true;
+        kill(identifier, SIGTERM);
+        if (!readUntilExit(streams, Clock::now() + killDelay)) {
+            kill(identifier, SIGKILL);
+            readUntilExit(streams, std::nullopt);
+        }
     }
+    ending.termination = reap();
+    readUntilFinished(streams, Clock::now() + streamGrace);
     return ending;
 }
 
-CollectingPipe::CollectingPipe() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw posixError("A pipe could not be created", errno);
-    reader = FileDescriptor(ends[0]);
-    writer = FileDescriptor(ends[1]);
+/// Gives whether the child has ended; otherwise the deadline has passed.
+bool Process::readUntilExit(Streams& streams, std::optional<TimePoint> deadline) const {
+    for (;;) {
+        if (readWhatIsThere(streams, deadline)) return true;
+        if (deadline && Clock::now() >= *deadline) return false;
+    }
 }
 
-Process::Stream CollectingPipe::stream() {
-    return {reader.get(), [this] { return readMore(); }};
+void Process::readUntilFinished(Streams& streams, TimePoint deadline) const {
+    while (!streams.empty() && Clock::now() < deadline)
+        readWhatIsThere(streams, deadline);
 }
 
-Process::Stream::State CollectingPipe::readMore() {
-    std::array<char, 64 * 1024> buffer;
-    const ssize_t count = read(reader.get(), buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) return Process::Stream::State::open;
-    if (count <= 0) return Process::Stream::State::finished;
-    bytes.append(buffer.data(), static_cast<size_t>(count));
-    return Process::Stream::State::open;
+/// Waits until a stream has something, the child ends or the deadline passes, and reads the streams that have
+/// something; those that are finished are dropped. Gives whether the child has ended.
+bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const {
+    std::vector<pollfd> watched;
+    for (const auto& stream : streams)
+        watched.push_back({stream.descriptor, POLLIN, 0});
+    // Once the child is reaped this is no descriptor, and poll passes it over.
+    watched.push_back({exitSignal.get(), POLLIN, 0});
+    if (poll(watched.data(), watched.size(), millisecondsUntil(deadline)) < 0) {
+        if (errno == EINTR || errno == EAGAIN) return false;
+        throw posixError(name + " could not be watched", errno);
+    }
+
+    size_t index = 0;
+    std::erase_if(streams, [&](const Stream& stream) {
+        if (watched[index++].revents == 0) return false;
+        const auto state = stream.read();
+        if (state == Stream::State::full) throw tooTalkative(name);
+        return state == Stream::State::finished;
+    });
+    return watched.back().revents != 0;
+}
+
+Process::Termination Process::reap() {
+    int status = SIGKILL;  // an ending that can't be had counts as a kill, never as success
+    while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
+    }
+    exitSignal.close();
+    if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
+    return {Termination::Reason::exit, WEXITSTATUS(status)};
 }
 
 }  // namespace tessel

@@ -3,40 +3,19 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <utility>
 
 #include "platform/linux/BlockDescriptor.h"
+#include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {
 
 namespace {
 
-class DescriptorDevice : public RawDevice {
+class LockedBlockDevice : public DescriptorDevice {
   public:
-    explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
-
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return SystemResult::from(
-            pwrite(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
-    }
-
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return SystemResult::from(
-            pread(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
-    }
-
-    SystemResult synchronize() override { return SystemResult::from(fsync(descriptor.get())); }
-
-  protected:
-    FileDescriptor descriptor;
-};
-
-class BlockDevice : public DescriptorDevice {
-  public:
-    explicit BlockDevice(FileDescriptor given) :
+    explicit LockedBlockDevice(FileDescriptor given) :
         DescriptorDevice(std::move(given)),
         medium(diskSequenceNumber(descriptor.get())),
         lock(lockExclusively(descriptor.get())) {}
@@ -73,36 +52,10 @@ class BlockDevice : public DescriptorDevice {
     SystemResult lock;
 };
 
-class FileDevice : public DescriptorDevice {
-  public:
-    using DescriptorDevice::DescriptorDevice;
-
-    SystemResult blockSize() override { return {.value = fileBlockSize}; }
-
-    SystemResult blockCount() override {
-        const auto bytes = SystemResult::from(lseek(descriptor.get(), 0, SEEK_END));
-        return {.value = bytes.value / fileBlockSize, .error = bytes.error};
-    }
-
-    SystemResult disableCaching() override { return {}; }
-    SystemResult confirmSameMedium() override { return {}; }
-
-  private:
-    static constexpr uint64_t fileBlockSize = 512;
-};
-
 }  // namespace
 
 std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor) {
-    return std::make_unique<BlockDevice>(std::move(descriptor));
-}
-
-std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor) {
-    struct stat status{};
-    if (fstat(descriptor.get(), &status) == 0 && S_ISREG(status.st_mode)) {
-        return std::make_unique<FileDevice>(std::move(descriptor));
-    }
-    return makeBlockDevice(std::move(descriptor));
+    return std::make_unique<LockedBlockDevice>(std::move(descriptor));
 }
 
 }  // namespace tessel

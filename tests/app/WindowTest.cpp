@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "rehearsal/FileDevice.h"
 #include "views/controls/StatusBadge.h"
 #include "views/controls/TextLabel.h"
 #include "views/log/OperationLogView.h"

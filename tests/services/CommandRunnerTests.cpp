@@ -23,16 +23,13 @@ using Bytes = testing::Matcher<const std::string&>;
 
 class CommandRunnerTests : public LeavesNothingOpen {};
 
-CommandResult run(const CommandRunner::Command& command) {
-    return runUntilFinished(std::make_shared<RunLoop>(), CommandRunner().run(command));
+CommandResult run(const Command& command, CommandRunner::Timeout timeout = std::nullopt) {
+    return runUntilFinished(std::make_shared<RunLoop>(), CommandRunner().run(command, timeout));
 }
 
-CommandResult runShell(const std::string& script, std::optional<Seconds> timeout = std::nullopt,
+CommandResult runShell(const std::string& script, CommandRunner::Timeout timeout = std::nullopt,
                        const std::map<std::string, std::string>& environment = {}) {
-    return run({.executable = "/bin/sh",
-                .arguments = {"-c", script},
-                .environment = environment,
-                .timeout = timeout});
+    return run({.executable = "/bin/sh", .arguments = {"-c", script}, .environment = environment}, timeout);
 }
 
 }  // namespace
@@ -117,6 +114,24 @@ TEST_F(CommandRunnerTests, aDescendantThatKeepsAStreamOpenIsNotWaitedFor) {
         EXPECT_EQ(result.didTimeOut, isKilled);
         EXPECT_EQ(result.status, isKilled ? SIGTERM : 5);
         EXPECT_THAT(result.standardOutput, output);
+    }
+}
+
+TEST_F(CommandRunnerTests, aCommandThatPrintsTooMuchIsEnded) {
+    constexpr size_t limit = 16'777'216;
+    EXPECT_THAT(runShell("head -c 16777216 /dev/zero").standardOutput, SizeIs(limit));
+    for (const char* script : {"head -c 16777217 /dev/zero; sleep 60",
+                               "head -c 16777217 /dev/zero >&2; sleep 60", "cat /dev/zero & exit 0"}) {
+        SCOPED_TRACE(script);
+        const auto begin = std::chrono::steady_clock::now();
+        try {
+            runShell(script);
+            ADD_FAILURE() << "everything was kept";
+        } catch (const PlatformError& error) {
+            EXPECT_EQ(error.localizedDescription(),
+                      "“/bin/sh” was ended, because it printed more than 16 MiB.");
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, Seconds(20));
     }
 }
 

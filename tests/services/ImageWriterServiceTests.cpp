@@ -6,6 +6,7 @@
 
 #include "foundation/Errors.h"
 #include "platform/RunLoop.h"
+#include "rehearsal/FileDevice.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"

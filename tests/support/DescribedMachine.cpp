@@ -32,14 +32,14 @@ std::vector<std::string> wordsOf(const Section& section, const std::string& key)
     return {std::istream_iterator<std::string>(text), {}};
 }
 
-std::optional<uint64_t> serviceNumberOf(const Section& section) {
-    if (textOf(section, "service diskseq") == "none") return std::nullopt;
-    return numberOf(section, "service diskseq", numberOf(section, "diskseq"));
+std::optional<uint64_t> udisksNumberOf(const Section& section) {
+    if (textOf(section, "udisks diskseq") == "none") return std::nullopt;
+    return numberOf(section, "udisks diskseq", numberOf(section, "diskseq"));
 }
 
 std::vector<Mount> mountsOf(const Section& section) {
     std::vector<Mount> mounts;
-    if (section.contains("service mount")) mounts.push_back({section.at("service mount"), true});
+    if (section.contains("udisks mount")) mounts.push_back({section.at("udisks mount"), true});
     if (section.contains("mount")) mounts.push_back({section.at("mount"), false});
     return mounts;
 }
@@ -60,16 +60,16 @@ BlockDevice deviceOf(const std::string& name, const Section& section, const std:
         .isSwap = flagOf(section, "swap"),
         .spansDisks = flagOf(section, "spans disks"),
         .mounts = mountsOf(section),
-        .service = {.sequenceNumber = serviceNumberOf(section),
-                    .vendor = textOf(section, "vendor"),
-                    .model = textOf(section, "model"),
-                    .media = textOf(section, "media"),
-                    .isMediaAvailable = flagOf(section, "medium"),
-                    .isMediaRemovable = flagOf(section, "removable"),
-                    .isEjectable = flagOf(section, "ejectable"),
-                    .fileSystem = textOf(section, "file system"),
-                    .volumeName = textOf(section, "label"),
-                    .partitionTable = textOf(section, "partition table")},
+        .udisks = {.sequenceNumber = udisksNumberOf(section),
+                   .vendor = textOf(section, "vendor"),
+                   .model = textOf(section, "model"),
+                   .media = textOf(section, "media"),
+                   .isMediaAvailable = flagOf(section, "medium"),
+                   .isMediaRemovable = flagOf(section, "removable"),
+                   .isEjectable = flagOf(section, "ejectable"),
+                   .fileSystem = textOf(section, "file system"),
+                   .volumeName = textOf(section, "label"),
+                   .partitionTable = textOf(section, "partition table")},
     };
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "platform/CollectingPipe.h"
 #include "platform/DescriptorChannel.h"
 #include "platform/Process.h"
 
@@ -19,38 +18,28 @@ struct UtilityRun {
     std::chrono::duration<double> duration{};
     ReceivedDescriptor received{ReceivedDescriptor::Outcome::closed, {}};
 
-    struct Options {
-        std::filesystem::path program;
-        std::vector<std::string> arguments;
-        std::map<std::string, std::string> environment = {};
-    };
-
-    static UtilityRun ofDiskUtility(const Options& options) {
+    static UtilityRun ofDiskUtility(const Command& command) {
         CollectingPipe output;
-        UtilityRun run = launch(options, output.writingEnd(), &output);
+        UtilityRun run = launch(command, output.writingEnd(), &output);
         run.output = output.collected();
         return run;
     }
 
-    static UtilityRun ofAuthorizationUtility(const Options& options) {
+    static UtilityRun ofAuthorizationUtility(const Command& command) {
         DescriptorChannel channel = DescriptorChannel::create();
-        UtilityRun run = launch(options, channel.sendingEnd.get(), nullptr);
+        UtilityRun run = launch(command, channel.sendingEnd.get(), nullptr);
         channel.sendingEnd.close();
         run.received = receiveDescriptor(channel.receivingEnd.get());
         return run;
     }
 
   private:
-    static UtilityRun launch(const Options& options, int output, CollectingPipe* collected) {
-        auto environment = options.environment;
-        environment["LC_ALL"] = "C";
+    static UtilityRun launch(Command command, int output, CollectingPipe* collected) {
+        command.environment["LC_ALL"] = "C";
         CollectingPipe errors;
         const auto start = std::chrono::steady_clock::now();
-        Process process = Process::launch({.executable = options.program,
-                                           .arguments = options.arguments,
-                                           .environment = environment,
-                                           .standardOutput = output,
-                                           .standardError = errors.writingEnd()});
+        Process process =
+            Process::launch(command, {.standardOutput = output, .standardError = errors.writingEnd()});
         errors.closeWritingEnd();
         std::vector<Process::Stream> streams{errors.stream()};
         if (collected) {

@@ -109,7 +109,7 @@ TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
         part.holders = {"dm-0"};
         EXPECT_NE(protectionReason(machine, *card), std::nullopt);
         part = unused;
-        part.mounts.push_back({.target = "/mnt", .isByDiskService = true});
+        part.mounts.push_back({.target = "/mnt", .isByUDisks = true});
         EXPECT_NE(protectionReason(machine, *card), std::nullopt);
         part = unused;
     }

@@ -18,7 +18,7 @@ class HostileSystemTests : public MountedDiskTest {
     void SetUp() override {
         MountedDiskTest::SetUp();
         if (IsSkipped()) return;
-        startService();
+        startUDisks();
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     }
 
@@ -32,8 +32,8 @@ class HostileSystemTests : public MountedDiskTest {
     UtilityRun eject() const { return diskutil({"eject", "/dev/" + identifier}); }
 };
 
-TEST_F(HostileSystemTests, theServiceMayStopWhileTheCardIsWritten) {
-    EXPECT_EQ(writeWhile([this] { service.reset(); }), "");
+TEST_F(HostileSystemTests, udisksMayStopWhileTheCardIsWritten) {
+    EXPECT_EQ(writeWhile([this] { udisks.reset(); }), "");
     EXPECT_TRUE(holdsImage());
     EXPECT_THAT(eject().errors, HasSubstr("UDisks2 is not running"));
 }
@@ -68,7 +68,7 @@ TEST_F(HostileSystemTests, whatTheDesktopMountsAgainIsUnmountedBeforeTheCardMayB
     EXPECT_FALSE(isMounted());
 }
 
-TEST_F(HostileSystemTests, theServiceMayBeLateButNotSilent) {
+TEST_F(HostileSystemTests, udisksMayBeLateButNotSilent) {
     const auto later = [](const Companion& companion) {
         companion.pause();
         return std::async(std::launch::async, [&companion] {
@@ -76,14 +76,14 @@ TEST_F(HostileSystemTests, theServiceMayBeLateButNotSilent) {
             companion.resume();
         });
     };
-    for (const auto* companion : {&*bus, &*service}) {
+    for (const auto* companion : {&*bus, &*udisks}) {
         const auto awakening = later(*companion);
         EXPECT_EQ(diskutil({"list", "-plist"}).status, 0);
     }
 }
 
 TEST_F(HostileSystemTests, silenceEndsWithASentence) {
-    for (const auto* companion : {&*bus, &*service}) {
+    for (const auto* companion : {&*bus, &*udisks}) {
         companion->pause();
         EXPECT_EQ(diskutil({"list", "-plist"}).errors,
                   "The disk service UDisks2 did not answer. Try again.\n");
@@ -91,12 +91,12 @@ TEST_F(HostileSystemTests, silenceEndsWithASentence) {
     }
 }
 
-TEST_F(HostileSystemTests, theServiceMayStopWhileThePersonIsAsked) {
-    startService("open=Silence\n");
+TEST_F(HostileSystemTests, udisksMayStopWhileThePersonIsAsked) {
+    startUDisks("open=Silence\n");
     auto opening = std::async(std::launch::async, [this] { return authopen(); });
     while (calls().size() < 2)
         std::this_thread::yield();
-    service.reset();
+    udisks.reset();
     EXPECT_EQ(opening.get().errors, "The disk service UDisks2 did not answer. Try again.\n");
 }
 

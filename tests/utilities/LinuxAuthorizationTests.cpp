@@ -41,7 +41,7 @@ class LinuxAuthorizationTests : public testing::Test {
                   .sequenceNumber = number,
                   .sequenceNumberAfterwards = number,
                   .sizeBytes = mediumSizeInBytes,
-                  .service = {.sequenceNumber = number}};
+                  .udisks = {.sequenceNumber = number}};
         system.onOpen = [this] { return openReadWrite(loop->path()); };
     }
 
@@ -84,9 +84,9 @@ TEST_F(LinuxAuthorizationTests, whatSomebodyElseLockedIsBusy) {
 }
 
 TEST_F(LinuxAuthorizationTests, protectedAndMountedDisksAreNotOpened) {
-    card().mounts = {{.target = "/media/ada/CARD", .isByDiskService = true}};
+    card().mounts = {{.target = "/media/ada/CARD", .isByUDisks = true}};
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
-    card().mounts = {{.target = "/home", .isByDiskService = false}};
+    card().mounts = {{.target = "/home", .isByUDisks = false}};
     EXPECT_THAT(refusal(), HasSubstr("is protected"));
     identifier = "disk0";
     EXPECT_THAT(refusal(), HasSubstr("is protected"));
@@ -126,7 +126,7 @@ TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceThePersonAgreed) {
             return openReadWrite(loop->path());
         };
     };
-    whileAsked([this] { card().mounts = {{.target = "/media/ada/CARD", .isByDiskService = true}}; });
+    whileAsked([this] { card().mounts = {{.target = "/media/ada/CARD", .isByUDisks = true}}; });
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
     card().mounts.clear();
     whileAsked([this] { card().holders = {"dm-0"}; });

@@ -52,7 +52,7 @@ class LinuxDisksTests : public testing::Test {
             path.erase(path.find("mmc_host/"), 9);
         }
     }
-    void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByDiskService = true}); }
+    void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByUDisks = true}); }
 
     DescribedSystem system = systemOf("laptop-sd-card");
     BlockDevice& volume = system.named("mmcblk0p1");
@@ -61,7 +61,7 @@ class LinuxDisksTests : public testing::Test {
 
 TEST_F(LinuxDisksTests, everyMountIsUnmounted) {
     mountByDesktop();
-    system.named("mmcblk0").mounts.push_back({.target = "/run/media/ada/WHOLE", .isByDiskService = true});
+    system.named("mmcblk0").mounts.push_back({.target = "/run/media/ada/WHOLE", .isByUDisks = true});
     EXPECT_EQ(unmount(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0", "unmount mmcblk0p1", "unmount mmcblk0p1"));
 }
@@ -110,7 +110,7 @@ TEST_F(LinuxDisksTests, aProtectedDiskIsNeitherUnmountedNorEjected) {
 TEST_F(LinuxDisksTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
     useReaderWithMechanism();
     system.onEject = [this] {
-        volume.mounts.push_back({.target = "/srv", .isByDiskService = false});
+        volume.mounts.push_back({.target = "/srv", .isByUDisks = false});
         return Ejection::busy;
     };
     EXPECT_THAT(eject(), HasSubstr("is protected"));

@@ -60,7 +60,7 @@ inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags
     return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | flags));
 }
 
-/// The real programs on this machine's kernel, with a bus and a stand-in disk service of their own that knows
+/// The real programs on this machine's kernel, with a bus and a stand-in for UDisks2 of their own that knows
 /// one disk: a loop device.
 class LinuxProgramsTest : public testing::Test {
   protected:
@@ -93,24 +93,26 @@ class LinuxProgramsTest : public testing::Test {
     }
 
     /// What a test adds are more keys of the device.
-    void startService(const std::string& keys = "", std::optional<uint64_t> knownNumber = {}) {
-        service.reset();
+    void startUDisks(const std::string& keys = "", std::optional<uint64_t> knownNumber = {}) {
+        udisks.reset();
         std::filesystem::remove(folder.path() / "calls");
         const auto description =
             folder.write("disks", "[" + loop->path().filename().string() +
                                       "]\nvendor=Generic\nmodel=SD Card\nfile system=ext4\nsequence number=" +
                                       std::to_string(knownNumber.value_or(number)) + "\n" + keys);
-        service.emplace(std::vector<std::string>{TESSEL_STAND_IN_DISK_SERVICE, description.string(),
-                                                 (folder.path() / "calls").string()});
+        udisks.emplace(std::vector<std::string>{TESSEL_STAND_IN_UDISKS, description.string(),
+                                                (folder.path() / "calls").string()});
         ASSERT_TRUE(appears(folder.path() / "calls"));
     }
 
     UtilityRun diskutil(std::vector<std::string> arguments) const {
-        return UtilityRun::ofDiskUtility({programs / "diskutil", std::move(arguments)});
+        return UtilityRun::ofDiskUtility(
+            {.executable = programs / "diskutil", .arguments = std::move(arguments)});
     }
     UtilityRun authopen() const {
         return UtilityRun::ofAuthorizationUtility(
-            {programs / "authopen", {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
+            {.executable = programs / "authopen",
+             .arguments = {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
     }
 
     /// Opens the disk and writes an image of that many bytes onto it, as the program does below its policy.
@@ -155,7 +157,7 @@ class LinuxProgramsTest : public testing::Test {
     std::string identifier;
     std::string busAddress;
     std::optional<Companion> bus;
-    std::optional<Companion> service;
+    std::optional<Companion> udisks;
 };
 
 /// With a file system on the disk that only this process and its children see mounted.
@@ -172,7 +174,7 @@ class MountedDiskTest : public LinuxProgramsTest {
             ASSERT_EQ(::mount("tmpfs", place, "tmpfs", 0, nullptr), 0);
     }
     void TearDown() override {
-        service.reset();
+        udisks.reset();
         umount2(mountPoint, MNT_DETACH);
         umount2("/run", MNT_DETACH);
         umount2("/media", MNT_DETACH);
@@ -187,7 +189,7 @@ class MountedDiskTest : public LinuxProgramsTest {
     /// What a test adds are more keys of the device.
     void mountWith(const std::string& options, const std::string& keys = "") {
         mount(options);
-        startService("mounted at=" + std::string(mountPoint) + "\n" + keys);
+        startUDisks("mounted at=" + std::string(mountPoint) + "\n" + keys);
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     }
     bool isMounted() const { return contentOf("/proc/self/mountinfo").find(mountPoint) != std::string::npos; }

@@ -12,7 +12,7 @@ class LinuxProgramsTests : public LinuxProgramsTest {};
 
 class MountedDiskTests : public MountedDiskTest {};
 
-TEST_F(LinuxProgramsTests, withoutTheServiceTheySayWhatIsMissing) {
+TEST_F(LinuxProgramsTests, withoutUDisksTheySayWhatIsMissing) {
     for (const UtilityRun& run : {diskutil({"list", "-plist"}), authopen()}) {
         EXPECT_EQ(run.status, 1);
         EXPECT_THAT(run.errors, HasSubstr("UDisks2 is not running"));
@@ -20,7 +20,7 @@ TEST_F(LinuxProgramsTests, withoutTheServiceTheySayWhatIsMissing) {
 }
 
 TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
-    startService();
+    startUDisks();
     const DiskList list = parseDiskList(diskutil({"list", "-plist"}).output);
     EXPECT_THAT(list.identifiers, Contains(identifier));
     const SDWholeDisk disk = info();
@@ -33,7 +33,7 @@ TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
 }
 
 TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
-    startService();
+    startUDisks();
     if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     const UtilityRun run = authopen();
     ASSERT_EQ(run.received.outcome, ReceivedDescriptor::Outcome::received) << run.errors;
@@ -63,7 +63,7 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
     };
     for (const auto& [error, message, sentence] : refusals) {
-        startService("open=" + std::string(error) + "\nmessage=" + message + "\n");
+        startUDisks("open=" + std::string(error) + "\nmessage=" + message + "\n");
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
         const UtilityRun run = authopen();
         EXPECT_EQ(run.status, 1);
@@ -76,8 +76,8 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
     }
 }
 
-TEST_F(LinuxProgramsTests, whatTheServiceSaysOfAnotherMediumIsNotBelieved) {
-    startService("", number + 1);
+TEST_F(LinuxProgramsTests, whatUDisksSaysOfAnotherMediumIsNotBelieved) {
+    startUDisks("", number + 1);
     EXPECT_FALSE(info().isWritable);
     EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
     EXPECT_NE(diskutil({"eject", "/dev/" + identifier}).status, 0);
@@ -85,7 +85,7 @@ TEST_F(LinuxProgramsTests, whatTheServiceSaysOfAnotherMediumIsNotBelieved) {
 }
 
 TEST_F(LinuxProgramsTests, theSystemsDiskIsNeverTouched) {
-    startService();
+    startUDisks();
     identifier = "disk0";
     EXPECT_EQ(authopen().status, 1);
     for (const auto& arguments : {std::vector<std::string>{"unmountDisk", "force", "/dev/disk0"},
@@ -101,14 +101,14 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     } cases[] = {
         {"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}, {"DeviceBusy", 1}};
     for (const auto& [error, status] : cases) {
-        startService("eject=" + std::string(error) + "\nmessage=no\n");
+        startUDisks("eject=" + std::string(error) + "\nmessage=no\n");
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
         EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, status) << error;
         EXPECT_THAT(calls(), Contains("eject " + loop->path().filename().string()));
     }
 }
 
-TEST_F(MountedDiskTests, whatTheServiceMountedIsUnmounted) {
+TEST_F(MountedDiskTests, whatUDisksMountedIsUnmounted) {
     mountWith("uhelper=udisks2");
     EXPECT_TRUE(info().isWritable);
     EXPECT_THAT(authopen().errors, HasSubstr("Resource busy")) << "mounted";

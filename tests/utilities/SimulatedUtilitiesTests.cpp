@@ -21,11 +21,13 @@ class SimulatedUtilitiesTests : public testing::Test {
     }
 
     UtilityRun diskutil(const std::vector<std::string>& arguments) const {
-        return UtilityRun::ofDiskUtility({reader.utilities().diskUtility, arguments});
+        return UtilityRun::ofDiskUtility(
+            {.executable = reader.utilities().diskUtility, .arguments = arguments});
     }
     UtilityRun authopen(const std::vector<std::string>& arguments = {"-stdoutpipe", "-o", "2",
                                                                      "/dev/rdisk4"}) const {
-        return UtilityRun::ofAuthorizationUtility({reader.utilities().authorizationUtility, arguments});
+        return UtilityRun::ofAuthorizationUtility(
+            {.executable = reader.utilities().authorizationUtility, .arguments = arguments});
     }
 
     TemporaryFolder folder;
@@ -45,6 +47,32 @@ TEST_F(SimulatedUtilitiesTests, theListNamesPartitionsAndNestedVolumesInOrder) {
     const PropertyList info = parsePropertyList(diskutil({"info", "-plist", "/dev/disk10"}).output);
     EXPECT_EQ(info.asDictionary()->at("MediaName"), "Other");
     EXPECT_FALSE(info.asDictionary()->contains("Partitions"));
+}
+
+TEST_F(SimulatedUtilitiesTests, nothingButTheKnownCommandsForWholeDisksIsAnswered) {
+    constexpr int wrongUsage = 64;
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{},
+                                                                       {"list"},
+                                                                       {"eject"},
+                                                                       {"eject", "disk4"},
+                                                                       {"eject", "/dev/disk4s1"},
+                                                                       {"eject", "/dev/rdisk4"},
+                                                                       {"eject", "force", "/dev/disk4"},
+                                                                       {"info", "/dev/disk4"},
+                                                                       {"unmountDisk", "/dev/disk4"}})
+        EXPECT_EQ(diskutil(arguments).status, wrongUsage) << testing::PrintToString(arguments);
+
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{},
+                                               {"/dev/rdisk4"},
+                                               {"-stdoutpipe", "-o", "0", "/dev/rdisk4"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/disk4"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/rdisk4s1"},
+                                               {"-stdoutpipe", "-o", "2", "/dev/rdisk"}}) {
+        const UtilityRun run = authopen(arguments);
+        EXPECT_EQ(run.status, wrongUsage) << testing::PrintToString(arguments);
+        EXPECT_EQ(run.received.outcome, Outcome::closed);
+    }
 }
 
 TEST_F(SimulatedUtilitiesTests, aCardIsOpenedExclusivelyWhereItIsABlockDevice) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/RunLoop.h"
+#include "rehearsal/FileDevice.h"
 #include "tests/support/CommandLetters.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"

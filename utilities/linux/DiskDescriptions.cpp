@@ -48,12 +48,12 @@ std::string cardKindOf(const BlockDevice& disk) {
         {"flash_sdhc", "SDHC Card"},
         {"flash_sd", "SD Card"},
     }};
-    // In a native slot the kernel knows; the service takes soldered flash for a card where it knows nothing.
+    // In a native slot the kernel knows; UDisks2 takes soldered flash for a card where it knows nothing.
     if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
-    // What the service said of the last medium says nothing of this one.
+    // What UDisks2 said of the last medium says nothing of this one.
     const bool isAboutThisMedium =
-        disk.service.isMediaAvailable && disk.service.sequenceNumber == disk.sequenceNumber;
-    return isAboutThisMedium ? nameFor(disk.service.media, kinds, "") : "";
+        disk.udisks.isMediaAvailable && disk.udisks.sequenceNumber == disk.sequenceNumber;
+    return isAboutThisMedium ? nameFor(disk.udisks.media, kinds, "") : "";
 }
 
 /// What the device database calls the reader. Nothing where the same USB device may be a flash drive, too.
@@ -67,7 +67,7 @@ std::string readerNameOf(const BlockDevice& disk) {
 std::string mediaNameOf(const BlockDevice& disk) {
     std::string name;
     for (const std::string& part :
-         {disk.service.vendor, disk.service.model, readerNameOf(disk), cardKindOf(disk)}) {
+         {disk.udisks.vendor, disk.udisks.model, readerNameOf(disk), cardKindOf(disk)}) {
         const std::string words = trimmed(printable(part));
         if (words.empty() || lowercased(name).find(lowercased(words)) != std::string::npos) continue;
         name += (name.empty() ? "" : " ") + words;
@@ -80,13 +80,13 @@ bool isExternal(const BlockDevice& disk) {
 }
 
 std::string partitionSchemeOf(const BlockDevice& disk) {
-    const std::string& table = disk.service.partitionTable;
+    const std::string& table = disk.udisks.partitionTable;
     if (table == "dos") return "FDisk_partition_scheme";
     return table == "gpt" ? "GUID_partition_scheme" : table;
 }
 
 void describeVolume(const BlockDevice& device, PropertyList::Dictionary& entry) {
-    if (!device.service.volumeName.empty()) entry["VolumeName"] = printable(device.service.volumeName);
+    if (!device.udisks.volumeName.empty()) entry["VolumeName"] = printable(device.udisks.volumeName);
     if (!device.mounts.empty()) entry["MountPoint"] = device.mounts.front().target;
 }
 
@@ -99,7 +99,7 @@ PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk)
     for (const BlockDevice* part : parts) {
         PropertyList::Dictionary entry{
             {"DeviceIdentifier", identifierOf(machine, disk) + "s" + std::to_string(part->partitionNumber)},
-            {"Content", part->service.fileSystem},
+            {"Content", part->udisks.fileSystem},
             {"Size", part->sizeBytes},
         };
         describeVolume(*part, entry);
@@ -148,8 +148,8 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"WritableMedia", !disk.isReadOnly && !protectionReason(machine, disk)},
         {"Content", partitionSchemeOf(disk)},
         {"WholeDisk", true},
-        {"RemovableMedia", disk.service.isMediaRemovable && !isSoldered},
-        {"Ejectable", disk.service.isEjectable && !isSoldered},
+        {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},
+        {"Ejectable", disk.udisks.isEjectable && !isSoldered},
     };
 }
 

@@ -11,9 +11,9 @@ namespace tessel {
 
 namespace {
 
-/// Made by the disk service where it mounts what people plug in: whoever asked for it can do without it.
+/// Made by UDisks2 where it mounts what people plug in: whoever asked for it can do without it.
 bool mayBeUnmounted(const Mount& mount) {
-    return mount.isByDiskService &&
+    return mount.isByUDisks &&
            (mount.target.starts_with("/media/") || mount.target.starts_with("/run/media/"));
 }
 
@@ -38,7 +38,7 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
      "its medium is being exchanged"},
 
     {[](const Machine&, const BlockDevice& disk) {
-         return disk.service.sequenceNumber != disk.sequenceNumber;
+         return disk.udisks.sequenceNumber != disk.sequenceNumber;
      },
      "the disk service does not know its medium yet"},
 });
@@ -57,7 +57,7 @@ constexpr auto partChecks = std::to_array<PartCheck>({
 
     {[](const BlockDevice& part) {
          // Pools of ZFS are imported without a sign in the kernel's device tree.
-         return part.spansDisks || part.service.fileSystem == "zfs_member";
+         return part.spansDisks || part.udisks.fileSystem == "zfs_member";
      },
      "it is part of a file system that may lie on several disks"},
 
@@ -84,12 +84,6 @@ void requireUnprotected(const Machine& machine, const BlockDevice& disk) {
     throw PlatformError(
         "Disk", EPERM,
         identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + *reason + ".");
-}
-
-std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk) {
-    auto parts = partsOf(machine, disk);
-    std::erase_if(parts, [](const BlockDevice* part) { return part->mounts.empty(); });
-    return parts;
 }
 
 }  // namespace tessel

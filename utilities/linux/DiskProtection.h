@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "utilities/linux/Machine.h"
 
@@ -14,8 +13,5 @@ std::optional<std::string> protectionReason(const Machine& machine, const BlockD
 
 /// Throws PlatformError, which gives the reason, when the disk is protected.
 void requireUnprotected(const Machine& machine, const BlockDevice& disk);
-
-/// The parts of the disk that are mounted.
-std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
 
 }  // namespace tessel

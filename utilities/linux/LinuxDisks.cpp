@@ -34,7 +34,7 @@ PlatformError locked(const std::string& identifier) {
 }
 
 bool hasEjectMechanism(const BlockDevice& disk) {
-    return disk.service.isEjectable && !isInCardSlot(disk);
+    return disk.udisks.isEjectable && !isInCardSlot(disk);
 }
 
 }  // namespace

@@ -67,6 +67,12 @@ std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevic
     return parts;
 }
 
+std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk) {
+    auto parts = partsOf(machine, disk);
+    std::erase_if(parts, [](const BlockDevice* part) { return part->mounts.empty(); });
+    return parts;
+}
+
 std::vector<const BlockDevice*> systemDisks(const Machine& machine) {
     std::vector<const BlockDevice*> disks;
     collectDisksBelow(machine, machine.rootDevice, disks);

@@ -6,17 +6,18 @@
 #include <string_view>
 #include <vector>
 
-/// A computer's disks as the kernel, the device database and the disk service described them at one moment.
-/// Plain values, and pure functions of them: whatever decides about a disk decides on these alone.
+/// A computer's disks as the kernel, the device database and the desktop's disk service (UDisks2) described
+/// them at one moment. Plain values, and pure functions of them: whatever decides about a disk decides on
+/// these alone.
 namespace tessel {
 
 struct Mount {
-    std::string target;            ///< the folder
-    bool isByDiskService = false;  ///< the disk service made it, at somebody's request
+    std::string target;       ///< the folder
+    bool isByUDisks = false;  ///< UDisks2 made it, at somebody's request
 };
 
-/// What the disk service says about a block device and its drive.
-struct ServiceRecord {
+/// What UDisks2 says about a block device and its drive.
+struct UDisksRecord {
     /// The disk sequence number in the links that the device database gave. Absent when it gave none.
     std::optional<uint64_t> sequenceNumber;
     std::string vendor;
@@ -48,7 +49,7 @@ struct BlockDevice {
     bool spansDisks = false;  ///< a mounted file system lies on this device and on others
     std::vector<Mount> mounts;
     bool isLocked = false;  ///< a program works on it and wants to be alone
-    ServiceRecord service = {};
+    UDisksRecord udisks = {};
 };
 
 struct Machine {
@@ -65,6 +66,9 @@ bool isInCardSlot(const BlockDevice& device);
 
 /// The disk and every part of it.
 std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
+
+/// Those of them that are mounted.
+std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
 
 /// The physical disks that hold "/", by their numbers. Empty when "/" leads to none.
 std::vector<const BlockDevice*> systemDisks(const Machine& machine);

@@ -8,9 +8,9 @@
 #include <fstream>
 #include <iterator>
 
+#include "foundation/DiskIdentifier.h"
 #include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
-#include "utilities/Utility.h"
 
 namespace tessel {
 
@@ -61,8 +61,8 @@ std::vector<std::string> ReaderFolder::calls() const {
 std::vector<std::string> ReaderFolder::disks() const {
     std::vector<std::string> identifiers;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const auto identifier = wholeDiskIdentifier(entry.path().filename().string(), "");
-        if (identifier && isIn(*identifier)) identifiers.push_back(*identifier);
+        const std::string name = entry.path().filename().string();
+        if (isWholeDiskIdentifier(name) && isIn(name)) identifiers.push_back(name);
     }
     std::ranges::sort(identifiers, [](const std::string& one, const std::string& other) {
         return std::pair(one.size(), one) < std::pair(other.size(), other);

@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "utilities/Utility.h"
+#include "utilities/ExitStatus.h"
 
 namespace tessel {
 

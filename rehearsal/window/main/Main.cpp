@@ -10,6 +10,7 @@
 #include "model/TesselError.h"
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
+#include "rehearsal/FileDevice.h"
 #include "rehearsal/PacedDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"

@@ -8,14 +8,14 @@
 #include <thread>
 
 #include "foundation/Errors.h"
-#include "utilities/linux/system/DiskServiceClient.h"
-#include "utilities/linux/system/KernelReader.h"
+#include "utilities/linux/system/KernelDevices.h"
+#include "utilities/linux/system/UDisksConnection.h"
 
 namespace tessel {
 
 Machine LinuxSystem::read() {
     Machine machine = readKernelDevices();
-    DiskServiceClient().describe(machine.devices);
+    UDisksConnection().describe(machine.devices);
     // Whatever was read in between counts only if it was about one and the same medium.
     for (BlockDevice& device : machine.devices)
         device.sequenceNumberAfterwards = readSequenceNumber(device.path);
@@ -23,11 +23,11 @@ Machine LinuxSystem::read() {
 }
 
 void LinuxSystem::unmount(const std::string& device) {
-    DiskServiceClient().unmount(device);
+    UDisksConnection().unmount(device);
 }
 
 FileDescriptor LinuxSystem::open(const std::string& device) {
-    return DiskServiceClient().open(device);
+    return UDisksConnection().open(device);
 }
 
 void LinuxSystem::flush() {
@@ -48,7 +48,7 @@ void LinuxSystem::flush() {
 }
 
 BlockSystem::Ejection LinuxSystem::eject(const std::string& device) {
-    return DiskServiceClient().eject(device);
+    return UDisksConnection().eject(device);
 }
 
 void LinuxSystem::wait(std::chrono::milliseconds duration) {

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// This computer. Everything that needs rights is asked of the disk service, without which each operation
+/// This computer. Everything that needs rights is asked of UDisks2, without which each operation
 /// fails; the rest is read from the kernel and the device database.
 class LinuxSystem : public BlockSystem {
   public:

@@ -9,17 +9,17 @@ namespace tessel {
 
 using testing::HasSubstr;
 
-/// With the real disk service on a private bus, and a device database that knows one loop device.
-class RealDiskServiceTests : public MountedDiskTest {
+/// With the real UDisks2 on a private bus, and a device database that knows one loop device.
+class RealUDisksTests : public MountedDiskTest {
   protected:
     void SetUp() override {
         MountedDiskTest::SetUp();
         if (IsSkipped()) return;
-        if (!std::filesystem::exists(daemon)) GTEST_SKIP() << "the disk service is not installed";
+        if (!std::filesystem::exists(daemon)) GTEST_SKIP() << "UDisks2 is not installed";
         ASSERT_EQ(::mount("tmpfs", "/var/lib", "tmpfs", 0, nullptr), 0);
         std::filesystem::create_directories("/var/lib/udisks2");
         describeInDatabase();
-        service.emplace(std::vector<std::string>{"sh", "-c", std::string("exec ") + daemon + " 2>/dev/null"});
+        udisks.emplace(std::vector<std::string>{"sh", "-c", std::string("exec ") + daemon + " 2>/dev/null"});
         for (int attempt = 0; attempt < 30 && diskutil({"list", "-plist"}).status != 0; ++attempt)
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
@@ -38,7 +38,7 @@ class RealDiskServiceTests : public MountedDiskTest {
             << "S:disk/by-diskseq/" << number << "\nI:1\nE:ID_FS_USAGE=filesystem\nE:ID_FS_TYPE=ext4\nV:1\n";
     }
 
-    /// As a file manager does. Gives whether it succeeded. The service waits up to 20 seconds for the device
+    /// As a file manager does. Gives whether it succeeded. UDisks2 waits up to 20 seconds for the device
     /// manager to notice, here and when unmounting, which none does in a test.
     bool mountAsDesktop() const {
         const auto command =
@@ -52,13 +52,13 @@ class RealDiskServiceTests : public MountedDiskTest {
     static constexpr const char* daemon = "/usr/libexec/udisks2/udisksd";
 };
 
-TEST_F(RealDiskServiceTests, thePolicyRefusesTheLoopDeviceAsVirtual) {
+TEST_F(RealUDisksTests, thePolicyRefusesTheLoopDeviceAsVirtual) {
     EXPECT_EQ(eligibilityFailureReason(info()),
               "The disk is virtual or synthesized rather than physical media.");
     EXPECT_TRUE(info().isWritable);
 }
 
-TEST_F(RealDiskServiceTests, aWholeWriteBelowThePolicy) {
+TEST_F(RealUDisksTests, aWholeWriteBelowThePolicy) {
     ASSERT_TRUE(mountAsDesktop());
     EXPECT_THAT(authopen().errors, HasSubstr("Resource busy")) << "mounted";
     ASSERT_EQ(diskutil({"unmountDisk", "force", "/dev/" + identifier}).status, 0);

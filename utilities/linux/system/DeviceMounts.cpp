@@ -1,4 +1,4 @@
-#include "utilities/linux/system/MountReader.h"
+#include "utilities/linux/system/DeviceMounts.h"
 
 #include <libmount/libmount.h>
 #include <sys/stat.h>
@@ -10,15 +10,12 @@
 #include <memory>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 
 namespace tessel {
 
 namespace {
 
-template <auto release>
-struct Release {
-    void operator()(auto* object) const { release(object); }
-};
 using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
 using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
@@ -40,7 +37,7 @@ std::string deviceNameOf(libmnt_fs* entry) {
     return isBlockDevice ? blockDeviceName(status.st_rdev) : "";
 }
 
-bool isByDiskService(libmnt_fs* entry) {
+bool isByUDisks(libmnt_fs* entry) {
     char* value = nullptr;
     size_t length = 0;
     return mnt_fs_get_option(entry, "uhelper", &value, &length) == 0 && value &&
@@ -69,7 +66,7 @@ void changeDevice(Machine& machine, const std::string& name, Action change) {
 void addMountsAndSwaps(Machine& machine) {
     forEachEntry(mnt_table_parse_mtab, nullptr, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
-        const Mount mount{.target = mnt_fs_get_target(entry), .isByDiskService = isByDiskService(entry)};
+        const Mount mount{.target = mnt_fs_get_target(entry), .isByUDisks = isByUDisks(entry)};
         // Of several mounts over each other the last one is what "/" leads to.
         if (mount.target == "/") machine.rootDevice = name;
         changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });

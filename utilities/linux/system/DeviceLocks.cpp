@@ -1,4 +1,4 @@
-#include "utilities/linux/system/LockReader.h"
+#include "utilities/linux/system/DeviceLocks.h"
 
 #include <sys/stat.h>
 #include <sys/sysmacros.h>

@@ -1,4 +1,4 @@
-#include "utilities/linux/system/KernelReader.h"
+#include "utilities/linux/system/KernelDevices.h"
 
 #include <libudev.h>
 
@@ -6,8 +6,9 @@
 #include <fstream>
 #include <memory>
 
-#include "utilities/linux/system/LockReader.h"
-#include "utilities/linux/system/MountReader.h"
+#include "foundation/Release.h"
+#include "utilities/linux/system/DeviceLocks.h"
+#include "utilities/linux/system/DeviceMounts.h"
 
 namespace tessel {
 
@@ -37,10 +38,6 @@ std::vector<std::string> namesIn(const std::filesystem::path& folder) {
     return names;
 }
 
-template <auto release>
-struct Release {
-    void operator()(auto* object) const { release(object); }
-};
 using Database = std::unique_ptr<udev, Release<udev_unref>>;
 using DatabaseEntry = std::unique_ptr<udev_device, Release<udev_device_unref>>;
 

@@ -10,9 +10,9 @@
 #include <fstream>
 #include <string>
 
-/// Plays the disk service on a bus, from a key file with one group a block device:
+/// Plays UDisks2 on a bus, from a key file with one group a block device:
 ///
-///     stand-in-disk-service KEY-FILE CALLS-FILE
+///     stand-in-udisks KEY-FILE CALLS-FILE
 ///
 /// "open", "unmount" and "eject" are names of errors to answer with, with "message"; without them the device
 /// is opened as asked, "mounted at" is unmounted, and ejecting succeeds. "Silence" is no error but no answer.
@@ -52,12 +52,12 @@ void fail(GDBusMethodInvocation* call, const std::string& message) {
 }
 
 gboolean openDevice(UDisksBlock* block, GDBusMethodInvocation* call, GUnixFDList*, const char* mode,
-                    GVariant* options, StandIn* service) {
+                    GVariant* options, StandIn* standIn) {
     const std::string device = deviceOf(block);
     int flags = 0;
     g_variant_lookup(options, "flags", "i", &flags);
-    service->log("open " + device + " " + mode);
-    if (service->refuses(call, device, "open")) return TRUE;
+    standIn->log("open " + device + " " + mode);
+    if (standIn->refuses(call, device, "open")) return TRUE;
 
     const int descriptor = open(("/dev/" + device).c_str(), O_RDWR | flags);
     if (descriptor < 0) {
@@ -71,13 +71,13 @@ gboolean openDevice(UDisksBlock* block, GDBusMethodInvocation* call, GUnixFDList
 }
 
 gboolean unmount(UDisksFilesystem* fileSystem, GDBusMethodInvocation* call, GVariant* options,
-                 StandIn* service) {
+                 StandIn* standIn) {
     const std::string device = deviceOf(fileSystem);
     gboolean isForced = FALSE;
     g_variant_lookup(options, "force", "b", &isForced);
-    service->log("unmount " + device + (isForced ? " by force" : ""));
-    if (service->refuses(call, device, "unmount")) return TRUE;
-    if (umount2(service->text(device, "mounted at").c_str(), isForced ? MNT_DETACH : 0) == 0) {
+    standIn->log("unmount " + device + (isForced ? " by force" : ""));
+    if (standIn->refuses(call, device, "unmount")) return TRUE;
+    if (umount2(standIn->text(device, "mounted at").c_str(), isForced ? MNT_DETACH : 0) == 0) {
         udisks_filesystem_complete_unmount(fileSystem, call);
     } else if (errno == EBUSY) {
         g_dbus_method_invocation_return_dbus_error(
@@ -89,9 +89,9 @@ gboolean unmount(UDisksFilesystem* fileSystem, GDBusMethodInvocation* call, GVar
     return TRUE;
 }
 
-gboolean eject(UDisksDrive* drive, GDBusMethodInvocation* call, GVariant*, StandIn* service) {
-    service->log("eject " + deviceOf(drive));
-    if (!service->refuses(call, deviceOf(drive), "eject")) udisks_drive_complete_eject(drive, call);
+gboolean eject(UDisksDrive* drive, GDBusMethodInvocation* call, GVariant*, StandIn* standIn) {
+    standIn->log("eject " + deviceOf(drive));
+    if (!standIn->refuses(call, deviceOf(drive), "eject")) udisks_drive_complete_eject(drive, call);
     return TRUE;
 }
 
@@ -101,63 +101,63 @@ Interface* answering(Interface* interface, const std::string& device) {
     return interface;
 }
 
-void exportDrive(GDBusObjectManagerServer* manager, const std::string& device, StandIn* service) {
+void exportDrive(GDBusObjectManagerServer* manager, const std::string& device, StandIn* standIn) {
     UDisksDrive* const drive = answering(udisks_drive_skeleton_new(), device);
-    const std::string media = service->text(device, "media");
-    g_object_set(drive, "vendor", service->text(device, "vendor").c_str(), "model",
-                 service->text(device, "model").c_str(), "media", media.c_str(), "media-available", TRUE,
+    const std::string media = standIn->text(device, "media");
+    g_object_set(drive, "vendor", standIn->text(device, "vendor").c_str(), "model",
+                 standIn->text(device, "model").c_str(), "media", media.c_str(), "media-available", TRUE,
                  "media-removable", TRUE, "ejectable", TRUE, "serial", "", "id", device.c_str(), nullptr);
-    g_signal_connect(drive, "handle-eject", G_CALLBACK(eject), service);
+    g_signal_connect(drive, "handle-eject", G_CALLBACK(eject), standIn);
     UDisksObjectSkeleton* const object =
         udisks_object_skeleton_new(("/org/freedesktop/UDisks2/drives/" + device).c_str());
     udisks_object_skeleton_set_drive(object, drive);
     g_dbus_object_manager_server_export(manager, G_DBUS_OBJECT_SKELETON(object));
 }
 
-void exportBlock(GDBusObjectManagerServer* manager, const std::string& device, StandIn* service) {
+void exportBlock(GDBusObjectManagerServer* manager, const std::string& device, StandIn* standIn) {
     struct stat status{};
     stat(("/dev/" + device).c_str(), &status);
-    const std::string link = "/dev/disk/by-diskseq/" + service->text(device, "sequence number");
+    const std::string link = "/dev/disk/by-diskseq/" + standIn->text(device, "sequence number");
     const char* const links[] = {"/dev/disk/by-id/any", link.c_str(), nullptr};
 
     UDisksBlock* const block = answering(udisks_block_skeleton_new(), device);
     g_object_set(block, "device", ("/dev/" + device).c_str(), "preferred-device", ("/dev/" + device).c_str(),
                  "symlinks", links, "device-number", guint64{status.st_rdev}, "drive",
                  ("/org/freedesktop/UDisks2/drives/" + device).c_str(), "crypto-backing-device", "/",
-                 "mdraid", "/", "mdraid-member", "/", "id-type", service->text(device, "file system").c_str(),
+                 "mdraid", "/", "mdraid-member", "/", "id-type", standIn->text(device, "file system").c_str(),
                  "id-label", "", "id-usage", "", "id-uuid", "", "id-version", "", "id", device.c_str(),
                  nullptr);
-    g_signal_connect(block, "handle-open-device", G_CALLBACK(openDevice), service);
+    g_signal_connect(block, "handle-open-device", G_CALLBACK(openDevice), standIn);
     UDisksObjectSkeleton* const object =
         udisks_object_skeleton_new(("/org/freedesktop/UDisks2/block_devices/" + device).c_str());
     udisks_object_skeleton_set_block(object, block);
-    if (!service->text(device, "file system").empty()) {
+    if (!standIn->text(device, "file system").empty()) {
         UDisksFilesystem* const fileSystem = answering(udisks_filesystem_skeleton_new(), device);
-        g_signal_connect(fileSystem, "handle-unmount", G_CALLBACK(unmount), service);
+        g_signal_connect(fileSystem, "handle-unmount", G_CALLBACK(unmount), standIn);
         udisks_object_skeleton_set_filesystem(object, fileSystem);
     }
     g_dbus_object_manager_server_export(manager, G_DBUS_OBJECT_SKELETON(object));
 }
 
-void logReady(GDBusConnection*, const char*, gpointer service) {
-    static_cast<StandIn*>(service)->log("ready");
+void logReady(GDBusConnection*, const char*, gpointer standIn) {
+    static_cast<StandIn*>(standIn)->log("ready");
 }
 
 }  // namespace
 
 int main(int, char* arguments[]) {
-    StandIn service;
-    service.callsFile = arguments[2];
-    g_key_file_load_from_file(service.description, arguments[1], G_KEY_FILE_NONE, nullptr);
+    StandIn standIn;
+    standIn.callsFile = arguments[2];
+    g_key_file_load_from_file(standIn.description, arguments[1], G_KEY_FILE_NONE, nullptr);
     GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
     GDBusObjectManagerServer* const manager = g_dbus_object_manager_server_new("/org/freedesktop/UDisks2");
-    char** const devices = g_key_file_get_groups(service.description, nullptr);
+    char** const devices = g_key_file_get_groups(standIn.description, nullptr);
     for (char** device = devices; *device; ++device) {
-        exportDrive(manager, *device, &service);
-        exportBlock(manager, *device, &service);
+        exportDrive(manager, *device, &standIn);
+        exportBlock(manager, *device, &standIn);
     }
     g_dbus_object_manager_server_set_connection(manager, bus);
     g_bus_own_name_on_connection(bus, "org.freedesktop.UDisks2", G_BUS_NAME_OWNER_FLAGS_NONE, logReady,
-                                 nullptr, &service, nullptr);
+                                 nullptr, &standIn, nullptr);
     g_main_loop_run(g_main_loop_new(nullptr, FALSE));
 }

@@ -12,15 +12,15 @@ using UDisksClient = struct _UDisksClient;
 
 namespace tessel {
 
-/// The disk service that desktops run, UDisks2, on the system bus. It asks the person where it must, for as
+/// The desktop's disk service, UDisks2, on the system bus. It asks the person where it must, for as
 /// long as it takes. What it says is what it said when this was made. Operations throw PlatformError, worded
 /// as BlockSystem says.
-class DiskServiceClient {
+class UDisksConnection {
   public:
-    /// Throws PlatformError when the service is missing.
-    DiskServiceClient();
+    /// Throws PlatformError when UDisks2 is missing.
+    UDisksConnection();
 
-    /// Fills in what the service says about each of the devices.
+    /// Fills in what UDisks2 says about each of the devices.
     void describe(std::vector<BlockDevice>& devices) const;
 
     void unmount(const std::string& device) const;
@@ -28,10 +28,10 @@ class DiskServiceClient {
     BlockSystem::Ejection eject(const std::string& device) const;
 
   private:
-    struct Release {
+    struct Disconnect {
         void operator()(UDisksClient* client) const;
     };
-    std::unique_ptr<UDisksClient, Release> client;
+    std::unique_ptr<UDisksClient, Disconnect> client;
 };
 
 }  // namespace tessel

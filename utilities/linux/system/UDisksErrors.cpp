@@ -1,4 +1,4 @@
-#include "utilities/linux/system/DiskServiceErrors.h"
+#include "utilities/linux/system/UDisksErrors.h"
 
 #include <udisks/udisks.h>
 
@@ -14,7 +14,7 @@ bool hasCode(const GError& error, UDisksError code) {
 
 /// Without the name of the error, which the bus puts before it.
 std::string ownWords(const GError& error) {
-    const ServiceError copy(g_error_copy(&error));
+    const OwnedError copy(g_error_copy(&error));
     g_dbus_error_strip_remote_error(copy.get());
     return copy->message;
 }

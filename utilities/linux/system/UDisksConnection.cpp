@@ -1,4 +1,4 @@
-#include "utilities/linux/system/DiskServiceClient.h"
+#include "utilities/linux/system/UDisksConnection.h"
 
 #include <fcntl.h>
 #include <gio/gunixfdlist.h>
@@ -15,20 +15,19 @@
 #include <thread>
 
 #include "foundation/Errors.h"
-#include "utilities/linux/system/DiskServiceErrors.h"
+#include "foundation/Release.h"
+#include "utilities/linux/system/UDisksErrors.h"
 
 namespace tessel {
 
 namespace {
 
 template <typename Type>
-struct ReleaseObject {
-    void operator()(Type* object) const { g_object_unref(object); }
-};
-template <typename Type>
-using Object = std::unique_ptr<Type, ReleaseObject<Type>>;
+using Object = std::unique_ptr<Type, Release<g_object_unref>>;
+using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
+using Text = std::unique_ptr<char, Release<g_free>>;
 
-/// Cancels what still waits for the bus or the service when the limit is over.
+/// Cancels what still waits for the bus or UDisks2 when the limit is over.
 class TimeLimit {
   public:
     explicit TimeLimit(std::chrono::seconds limit) :
@@ -46,18 +45,13 @@ class TimeLimit {
     std::jthread canceller;  ///< last, so that it ends before what it cancels
 };
 
-struct ReleaseVariant {
-    void operator()(GVariant* value) const { g_variant_unref(value); }
-};
-using Variant = std::unique_ptr<GVariant, ReleaseVariant>;
-
 /// Runs a call that reports through a GError whether it failed.
 template <typename Call>
 auto checked(Call call) {
     GError* error = nullptr;
     const auto result = call(&error);
     if (!error) return result;
-    throw refusal(*ServiceError(error));
+    throw refusal(*OwnedError(error));
 }
 
 std::string text(const char* words) {
@@ -110,7 +104,7 @@ std::optional<uint64_t> sequenceNumberInLinks(const char* const* links) {
     return std::nullopt;
 }
 
-void describeDrive(UDisksDrive* drive, ServiceRecord& record) {
+void describeDrive(UDisksDrive* drive, UDisksRecord& record) {
     record.vendor = text(udisks_drive_get_vendor(drive));
     record.model = text(udisks_drive_get_model(drive));
     record.media = text(udisks_drive_get_media(drive));
@@ -119,8 +113,8 @@ void describeDrive(UDisksDrive* drive, ServiceRecord& record) {
     record.isEjectable = udisks_drive_get_ejectable(drive);
 }
 
-ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
-    ServiceRecord record{
+UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
+    UDisksRecord record{
         .sequenceNumber = sequenceNumberInLinks(udisks_block_get_symlinks(block)),
         .fileSystem = text(udisks_block_get_id_type(block)),
         .volumeName = text(udisks_block_get_id_label(block)),
@@ -134,43 +128,42 @@ ServiceRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 
 }  // namespace
 
-DiskServiceClient::DiskServiceClient() {
-    // No person has to answer yet, and a service that is started only now needs a second or two.
+UDisksConnection::UDisksConnection() {
+    // No person has to answer yet, and a UDisks2 that is started only now needs a second or two.
     const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
     client.reset(udisks_client_new_sync(limit.get(), &error));
-    const ServiceError problem(error);
+    const OwnedError problem(error);
     if (problem && isWithoutAnswer(*problem)) throw refusal(*problem);
     GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
-    // A client without a service succeeds, and finds no disks.
-    char* const owner =
-        manager ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
-                : nullptr;
+    // A client without the service succeeds, and finds no disks.
+    const Text owner(manager
+                         ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
+                         : nullptr);
     if (!owner)
         throw PlatformError("UDisks2", ENOENT,
                             "The disk service UDisks2 is not running. Install the package udisks2, or start "
                             "the service, and try again.");
-    g_free(owner);
 }
 
-void DiskServiceClient::describe(std::vector<BlockDevice>& devices) const {
+void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
     for (BlockDevice& device : devices)
         if (const auto block = findBlock(client.get(), device.name))
-            device.service = describeBlock(client.get(), block.get());
+            device.udisks = describeBlock(client.get(), block.get());
 }
 
-void DiskServiceClient::unmount(const std::string& device) const {
+void UDisksConnection::unmount(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
         throw PlatformError("Disk", EINVAL, "The disk service finds no file system on /dev/" + device + ".");
-    // The service's "force" would only hide the mount while it is still in use.
+    // The "force" of UDisks2 would only hide the mount while it is still in use.
     checked([&](GError** error) {
         return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
     });
 }
 
-FileDescriptor DiskServiceClient::open(const std::string& device) const {
+FileDescriptor UDisksConnection::open(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     GVariantBuilder options;
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
@@ -188,21 +181,21 @@ FileDescriptor DiskServiceClient::open(const std::string& device) const {
         [&](GError** error) { return g_unix_fd_list_get(descriptors, g_variant_get_handle(index), error); }));
 }
 
-BlockSystem::Ejection DiskServiceClient::eject(const std::string& device) const {
+BlockSystem::Ejection UDisksConnection::eject(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
     if (!drive) return BlockSystem::Ejection::impossible;
 
     GError* error = nullptr;
     udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), nullptr, &error);
-    const ServiceError problem(error);
+    const OwnedError problem(error);
     if (!problem) return BlockSystem::Ejection::done;
     if (isBusy(*problem)) return BlockSystem::Ejection::busy;
     if (isFailedAttempt(*problem)) return BlockSystem::Ejection::impossible;
     throw refusal(*problem);
 }
 
-void DiskServiceClient::Release::operator()(UDisksClient* object) const {
+void UDisksConnection::Disconnect::operator()(UDisksClient* object) const {
     g_object_unref(object);
 }
 

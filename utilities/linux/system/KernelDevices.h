@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// What the kernel and the device database say about all block devices, and what uses them. Leaves the disk
-/// service's records and the sequence numbers of afterwards to be filled in. Throws PlatformError when the
+/// What the kernel and the device database say about all block devices, and what uses them. Leaves the
+/// records of UDisks2 and the sequence numbers of afterwards to be filled in. Throws PlatformError when the
 /// table of mounts can't be read.
 Machine readKernelDevices();
 

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace tessel {
+
+/// Whether the text is "disk" and a number, and nothing else: a partition's identifier goes on ("disk4s1").
+[[nodiscard]] bool isWholeDiskIdentifier(std::string_view text);
+
+}  // namespace tessel

@@ -1,0 +1,28 @@
+#include "platform/AlignedBuffer.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+
+namespace tessel {
+
+namespace {
+
+/// A huge page of the kernel is used only where memory begins at a multiple of its size.
+std::align_val_t hugePageAlignment(size_t alignment) {
+    constexpr size_t hugePage = 2 * 1024 * 1024;
+    return std::align_val_t(std::max(alignment, hugePage));
+}
+
+}  // namespace
+
+AlignedBuffer::AlignedBuffer(size_t size, size_t alignment) :
+    memory(static_cast<std::byte*>(::operator new(size, hugePageAlignment(alignment))),
+           Release{hugePageAlignment(alignment)}),
+    byteCount(size) {
+    // Before the memory is first touched; where it is refused, ordinary pages do.
+    madvise(memory.get(), size, MADV_HUGEPAGE);
+    std::uninitialized_value_construct_n(memory.get(), size);
+}
+
+}  // namespace tessel

@@ -1,0 +1,36 @@
+#include "platform/CollectingPipe.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "foundation/Errors.h"
+
+namespace tessel {
+
+CollectingPipe::CollectingPipe() {
+    // Reserved at once, so that reading allocates nothing and can't throw.
+    bytes.reserve(Process::outputLimit);
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw posixError("A pipe could not be created", errno);
+    reader = FileDescriptor(ends[0]);
+    writer = FileDescriptor(ends[1]);
+}
+
+Process::Stream CollectingPipe::stream() {
+    return {reader.get(), [this] { return readMore(); }};
+}
+
+Process::Stream::State CollectingPipe::readMore() {
+    std::array<char, 64 * 1024> chunk;
+    const ssize_t count = read(reader.get(), chunk.data(), chunk.size());
+    if (count < 0 && errno == EINTR) return Process::Stream::State::open;
+    if (count <= 0) return Process::Stream::State::finished;
+    if (bytes.size() + static_cast<size_t>(count) > Process::outputLimit) return Process::Stream::State::full;
+    bytes.append(chunk.data(), static_cast<size_t>(count));
+    return Process::Stream::State::open;
+}
+
+}  // namespace tessel

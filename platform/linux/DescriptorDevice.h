@@ -1,0 +1,23 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/FileDescriptor.h"
+#include "platform/RawDevice.h"
+
+namespace tessel {
+
+/// What every device with a descriptor does alike; derive from it for the rest.
+class DescriptorDevice : public RawDevice {
+  public:
+    explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
+
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override;
+    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override;
+    SystemResult synchronize() override;
+
+  protected:
+    FileDescriptor descriptor;
+};
+
+}  // namespace tessel

@@ -1,0 +1,69 @@
+#include "platform/Process.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "foundation/Errors.h"
+#include "platform/CollectingPipe.h"
+#include "tests/support/OpenResources.h"
+
+namespace tessel {
+
+namespace {
+
+class ProcessTests : public LeavesNothingOpen {
+  protected:
+    static Process launchSleep(CollectingPipe& output) {
+        Process process =
+            Process::launch({.executable = "/bin/sleep", .arguments = {"60"}},
+                            {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
+        output.closeWritingEnd();
+        return process;
+    }
+};
+
+/// Lowers how many descriptors poll may be given at once, for as long as this exists.
+class PollLimit {
+  public:
+    explicit PollLimit(rlim_t descriptors) {
+        getrlimit(RLIMIT_NOFILE, &before);
+        const rlimit lowered{.rlim_cur = descriptors, .rlim_max = before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &lowered);
+    }
+    PollLimit(const PollLimit&) = delete;
+    PollLimit& operator=(const PollLimit&) = delete;
+    ~PollLimit() { setrlimit(RLIMIT_NOFILE, &before); }
+
+  private:
+    rlimit before{};
+};
+
+}  // namespace
+
+TEST_F(ProcessTests, aChildThatCannotBeWatchedIsEnded) {
+    CollectingPipe output;
+    Process process = launchSleep(output);
+    const std::array streams{output.stream()};
+    const PollLimit limit(1);
+    try {
+        static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));
+        ADD_FAILURE() << "the child ended by itself";
+    } catch (const PlatformError& error) {
+        EXPECT_EQ(error.localizedDescription(),
+                  "“/bin/sleep” could not be watched: " + systemErrorText(EINVAL) + ".");
+    }
+}
+
+TEST_F(ProcessTests, aChildThatNobodyWaitedForIsEndedWithItsProcess) {
+    CollectingPipe output;
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        const Process dropped = launchSleep(output);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+}  // namespace tessel

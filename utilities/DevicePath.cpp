@@ -1,0 +1,13 @@
+#include "utilities/DevicePath.h"
+
+#include "foundation/DiskIdentifier.h"
+
+namespace tessel {
+
+std::optional<std::string> wholeDiskIn(std::string_view path, std::string_view prefix) {
+    if (!path.starts_with(prefix)) return std::nullopt;
+    const std::string_view identifier = path.substr(prefix.size());
+    return isWholeDiskIdentifier(identifier) ? std::optional<std::string>(identifier) : std::nullopt;
+}
+
+}  // namespace tessel
