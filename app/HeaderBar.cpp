@@ -14,7 +14,7 @@ namespace {
 /// The product's picture: a green card on a green tint.
 class ProductMark : public QWidget {
   public:
-    explicit ProductMark(QWidget* parent) : QWidget(parent) { setFixedSize(48, 48); }
+    ProductMark() { setFixedSize(48, 48); }
 
   protected:
     void paintEvent(QPaintEvent*) override {
@@ -29,10 +29,7 @@ class ProductMark : public QWidget {
 
 }  // namespace
 
-HeaderBar::HeaderBar(const TesselViewModel& viewModel, QWidget* parent) :
-    QWidget(parent),
-    viewModel(viewModel),
-    badge(new StatusBadge(this)) {
+HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), badge(new StatusBadge) {
     auto* titles = new QVBoxLayout;
     titles->setSpacing(spacing::hair);
     titles->addWidget(new TextLabel("Velmora Tessel", {.font = FontRole::title, .weight = QFont::Bold}));
@@ -42,7 +39,7 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel, QWidget* parent) :
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(18, 14, 18, 14);
     row->setSpacing(14);
-    row->addWidget(new ProductMark(this));
+    row->addWidget(new ProductMark);
     row->addLayout(titles);
     row->addStretch();
     row->addWidget(badge);

@@ -8,8 +8,7 @@
 
 namespace tessel {
 
-ImageCard::ImageCard(TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+ImageCard::ImageCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
     selectButton(new Button({.text = "Select Image", .symbol = "folder", .look = Button::Look::prominent})),
     fileRow(new InfoRow("File")),

@@ -11,7 +11,7 @@ namespace tessel {
 /// Which image is to be written.
 class ImageCard : public Card {
   public:
-    explicit ImageCard(TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit ImageCard(TesselViewModel& viewModel);
 
     void render();
 

@@ -39,8 +39,7 @@ constexpr std::chrono::seconds interactionPauseDuration{5};
 
 }  // namespace
 
-LogCard::LogCard(TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+LogCard::LogCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
     stopButton(new Button({.text = "Stop",
                            .symbol = "stop.circle.fill",

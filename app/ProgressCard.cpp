@@ -12,8 +12,7 @@ constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::se
 
 }  // namespace
 
-ProgressCard::ProgressCard(const TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     viewModel(viewModel),
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),

@@ -10,7 +10,7 @@ namespace tessel {
 /// How far the workflow and the write have come.
 class ProgressCard : public Card {
   public:
-    explicit ProgressCard(const TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit ProgressCard(const TesselViewModel& viewModel);
 
     void render();
 

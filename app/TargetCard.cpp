@@ -21,8 +21,7 @@ QString countText(size_t count, const char* what) {
 
 }  // namespace
 
-TargetCard::TargetCard(TesselViewModel& viewModel, std::function<void()> refresh, QWidget* parent) :
-    Card(parent),
+TargetCard::TargetCard(TesselViewModel& viewModel, std::function<void()> refresh) :
     viewModel(viewModel),
     shownCount(new TextLabel({}, countLook)),
     selectableCount(new TextLabel({}, countLook)),

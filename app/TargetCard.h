@@ -21,7 +21,7 @@ namespace tessel {
 class TargetCard : public Card {
   public:
     /// `refresh` starts a scan.
-    TargetCard(TesselViewModel& viewModel, std::function<void()> refresh, QWidget* parent = nullptr);
+    TargetCard(TesselViewModel& viewModel, std::function<void()> refresh);
 
     void render();
 

@@ -12,7 +12,7 @@ namespace {
 /// The sentence that everybody should have read, in a red frame.
 class WarningBox : public QWidget {
   public:
-    explicit WarningBox(QWidget* parent = nullptr) : QWidget(parent) {
+    WarningBox() {
         auto* column = new QVBoxLayout(this);
         column->setContentsMargins(10, 10, 10, 10);
         column->addWidget(
@@ -36,8 +36,7 @@ constexpr TextLook noteLook{.font = FontRole::smallestCaption, .tone = Tone::sec
 
 }  // namespace
 
-WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite, QWidget* parent) :
-    Card(parent),
+WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite) :
     viewModel(viewModel),
     targetHint(
         new SymbolLabel("largecircle.fill.circle",

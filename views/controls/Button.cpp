@@ -34,8 +34,8 @@ constexpr double ringGap = 3;  // the focus ring and the gap between it and the 
 
 }  // namespace
 
-Button::Button(const Fields& fields, QWidget* parent) :
-    QPushButton(fields.text, parent),
+Button::Button(const Fields& fields) :
+    QPushButton(fields.text),
     symbol(fields.symbol),
     look(fields.look),
     size(fields.size) {

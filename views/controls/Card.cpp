@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-Card::Card(QWidget* parent) : QWidget(parent), column(new QVBoxLayout(this)) {
+Card::Card() : column(new QVBoxLayout(this)) {
     column->setContentsMargins(spacing::card, spacing::card, spacing::card, spacing::card);
     column->setSpacing(spacing::medium);
 }

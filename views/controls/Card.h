@@ -8,7 +8,7 @@ namespace tessel {
 /// A rounded box for one group of the window's content.
 class Card : public QWidget {
   public:
-    explicit Card(QWidget* parent = nullptr);
+    Card();
 
     /// Where the content goes, top to bottom.
     QVBoxLayout& content() { return *column; }

@@ -49,7 +49,7 @@ QAccessibleInterface* accessibleDisclosure(const QString&, QObject* object) {
 
 }  // namespace
 
-DisclosureButton::DisclosureButton(QWidget* parent) : QAbstractButton(parent), row(new QHBoxLayout(this)) {
+DisclosureButton::DisclosureButton() : row(new QHBoxLayout(this)) {
     QAccessible::installFactory(&accessibleDisclosure);
     row->setContentsMargins(chevronSize + spacing::small, spacing::hair, spacing::tight, spacing::hair);
     row->setSpacing(spacing::small);

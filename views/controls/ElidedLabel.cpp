@@ -7,9 +7,7 @@
 
 namespace tessel {
 
-ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode, QWidget* parent) :
-    TextLabel({}, look, parent),
-    mode(mode) {}
+ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode) : TextLabel({}, look), mode(mode) {}
 
 bool ElidedLabel::isElided() const {
     return fontMetrics().horizontalAdvance(text()) > width();

@@ -8,7 +8,7 @@ namespace tessel {
 /// tool tip, and always what screen readers say.
 class ElidedLabel : public TextLabel {
   public:
-    ElidedLabel(const TextLook& look, Qt::TextElideMode mode, QWidget* parent = nullptr);
+    ElidedLabel(const TextLook& look, Qt::TextElideMode mode);
 
     bool isElided() const;
     QSize minimumSizeHint() const override;

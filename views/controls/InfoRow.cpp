@@ -21,7 +21,7 @@ constexpr int titleWidth = 72;
 
 }  // namespace
 
-SelectableValue::SelectableValue(QWidget* parent) : QLineEdit(parent) {
+SelectableValue::SelectableValue() {
     setReadOnly(true);
     setFrame(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -119,8 +119,7 @@ void SelectableValue::updateFocusPolicy() {
     setFocusPolicy(isElided() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
-InfoRow::InfoRow(const QString& title, QWidget* parent) :
-    QWidget(parent),
+InfoRow::InfoRow(const QString& title) :
     titleLabel(new TextLabel(title, {.font = FontRole::caption, .tone = Tone::secondary})),
     valueField(new SelectableValue) {
     auto* row = new QHBoxLayout(this);

@@ -39,7 +39,7 @@ class CompactDiskRow : public QWidget {
 
     static constexpr int minimumRowHeight = 50;
 
-    CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent = nullptr);
+    CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent);
 
     const Fields& fields() const { return shown; }
     void display(const Fields& fields);

@@ -51,8 +51,7 @@ class TableFrame : public QWidget {
 
 }  // namespace
 
-CompactDiskTable::CompactDiskTable(const Actions& actions, QWidget* parent) :
-    QWidget(parent),
+CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
     scrollArea(new QScrollArea),
     rowList(new DiskRowList) {

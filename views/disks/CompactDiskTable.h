@@ -41,7 +41,7 @@ class CompactDiskTable : public QWidget {
         std::function<void(const SDWholeDisk&)> select;
     };
 
-    explicit CompactDiskTable(const Actions& actions, QWidget* parent = nullptr);
+    explicit CompactDiskTable(const Actions& actions);
 
     /// Cheap when nothing changed; otherwise rows are kept by their disk's identifier.
     void display(const Fields& fields);

@@ -28,8 +28,7 @@ Tone tintOf(const DiskDetailsDisclosure::Fields& fields) {
 
 }  // namespace
 
-DiskDetailsDisclosure::DiskDetailsDisclosure(std::function<void(bool)> expandAction, QWidget* parent) :
-    QWidget(parent),
+DiskDetailsDisclosure::DiskDetailsDisclosure(std::function<void(bool)> expandAction) :
     button(new DisclosureButton),
     symbol(new SymbolView({.symbol = {}, .size = symbolSize})),
     summary(new ElidedLabel({.font = FontRole::smallestCaption, .tone = Tone::secondary}, Qt::ElideMiddle)),

@@ -15,8 +15,7 @@ constexpr int symbolSize = 17;
 
 }  // namespace
 
-DiskMediaCell::DiskMediaCell(QWidget* parent) :
-    QWidget(parent),
+DiskMediaCell::DiskMediaCell() :
     symbol(new SymbolView({.symbol = {}, .size = symbolSize})),
     kind(new ElidedLabel({.font = FontRole::caption, .weight = QFont::DemiBold}, Qt::ElideRight)),
     connection(

@@ -22,7 +22,7 @@ ElidedLabel* elidedLabel(const std::string& text, const TextLook& look, Qt::Text
 
 }  // namespace
 
-DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition, QWidget* parent) : QWidget(parent) {
+DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition) {
     const TextLook identifierLook{
         .font = FontRole::smallMonospaced, .tone = Tone::secondary, .weight = QFont::Bold};
     const TextLook sizeLook{

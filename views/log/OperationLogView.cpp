@@ -27,8 +27,7 @@ QString toQString(std::string_view text) {
 
 }  // namespace
 
-OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration, QWidget* parent) :
-    QPlainTextEdit(parent),
+OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) :
     coordinator(*this, interactionPauseDuration) {
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -15,7 +15,7 @@ namespace tessel {
 class OperationLogView : public QPlainTextEdit {
   public:
     /// The pause is how long after the last interaction the view follows again.
-    explicit OperationLogView(std::chrono::milliseconds interactionPauseDuration, QWidget* parent = nullptr);
+    explicit OperationLogView(std::chrono::milliseconds interactionPauseDuration);
 
     /// Shows the whole log, lines joined by line feeds. Lines added at its end cost no new layout of the
     /// others and leave selection and reading position alone; any other text replaces the shown one and keeps
