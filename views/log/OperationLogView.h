@@ -22,7 +22,7 @@ class OperationLogView : public QPlainTextEdit {
     /// of the selection what still fits. Follows when the text or the number of entries changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    bool isFollowingLatest() const { return coordinator.isFollowingLatest(); }
+    bool isFollowingLatest() const { return coordinator->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -33,7 +33,7 @@ class OperationLogView : public QPlainTextEdit {
 
     std::string shownText;
     std::ptrdiff_t lastEntryCount = -1;
-    OperationLogCoordinator coordinator;
+    OperationLogCoordinator* coordinator;
 };
 
 }  // namespace tessel
