@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "app/StatusTexts.h"
+#include "views/controls/Painting.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 
@@ -19,11 +20,9 @@ class ProductMark : public QWidget {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withOpacity(currentColors().green, 0.12));
-        painter.drawRoundedRect(rect(), 14, 14);
-        paintSymbol(painter, "sdcard.fill", rect(), 26, currentColors().green);
+        const QColor green = currentColors().green;
+        paintBox(painter, {.bounds = rect(), .radius = 14, .fill = withOpacity(green, 0.12)});
+        paintSymbol(painter, "sdcard.fill", rect(), 26, green);
     }
 };
 

@@ -100,7 +100,7 @@ QColor Button::ink() const {
 
 void Button::paintBackground(QPainter& painter) const {
     const Colors colors = currentColors();
-    BoxLook box{.bounds = rect(), .radius = static_cast<double>(measuresOf(size).radius)};
+    RoundedBox box{.bounds = rect(), .radius = static_cast<double>(measuresOf(size).radius)};
     if (showsKeyboardFocus(*this)) {
         paintFocusRing(painter, box.bounds, box.radius);
         box.bounds.adjust(ringGap, ringGap, -ringGap, -ringGap);
