@@ -21,7 +21,4 @@ class ElidedLabel : public TextLabel {
     Qt::TextElideMode mode;
 };
 
-/// A tool tip that shows the text as it is, wrapped, and never reads it as markup.
-QString plainToolTip(const QString& text);
-
 }  // namespace tessel

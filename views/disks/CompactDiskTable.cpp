@@ -8,6 +8,7 @@
 #include <QScrollArea>
 #include <algorithm>
 
+#include "views/controls/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/ScrollBar.h"
 #include "views/controls/Style.h"
@@ -25,10 +26,10 @@ constexpr double cornerRadius = 10;
 
 class DiskRowList : public QWidget {};
 
-QAccessibleInterface* accessibleRowList(const QString&, QObject* object) {
-    auto* list = dynamic_cast<DiskRowList*>(object);
-    return list ? new QAccessibleWidget(list, QAccessible::List, "Disks") : nullptr;
-}
+class AccessibleRowList : public QAccessibleWidget {
+  public:
+    explicit AccessibleRowList(DiskRowList& list) : QAccessibleWidget(&list, QAccessible::List, "Disks") {}
+};
 
 /// The rounded outline. It lies over the rows and hides their square corners.
 class TableFrame : public QWidget {
@@ -55,7 +56,7 @@ CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
     scrollArea(new QScrollArea),
     rowList(new DiskRowList) {
-    QAccessible::installFactory(&accessibleRowList);
+    presentToScreenReaders<DiskRowList, AccessibleRowList>();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(dividerHeight);
