@@ -139,8 +139,7 @@ void TargetCard::render() {
                     .inspectedDiskID = inspectedDiskID,
                     .isBusy = viewModel.isBusy(),
                     .sortField = diskSortField,
-                    .sortAscending = diskSortAscending,
-                    .height = CompactDiskTable::tableHeight(visible.size())});
+                    .sortAscending = diskSortAscending});
     emptyLabel->setVisible(visible.empty());
     emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
     renderDetails();

@@ -24,6 +24,11 @@ constexpr int dividerHeight = 1;
 constexpr int mostRowsAtOnce = 6;
 constexpr double cornerRadius = 10;
 
+int tableHeight(size_t disks) {
+    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(disks, 1, mostRowsAtOnce));
+    return headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
+}
+
 class DiskRowList : public QWidget {};
 
 class AccessibleRowList : public QAccessibleWidget {
@@ -71,6 +76,7 @@ CompactDiskTable::CompactDiskTable(const Actions& actions) :
     rowList->setAutoFillBackground(false);
     scrollArea->viewport()->installEventFilter(this);
     frame = new TableFrame(this);
+    showFields();
 }
 
 QWidget* CompactDiskTable::makeHeader() {
@@ -104,16 +110,15 @@ void CompactDiskTable::display(const Fields& fields) {
         return;
     }
     shown = fields;
-    setFixedHeight(shown.height);
+    showFields();
+}
+
+void CompactDiskTable::showFields() {
+    setFixedHeight(tableHeight(shown.disks.size()));
     for (SortableDiskHeader* header : headers) {
         header->display(shown.sortField, shown.sortAscending);
     }
     showRows();
-}
-
-int CompactDiskTable::tableHeight(size_t visibleDisks) {
-    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(visibleDisks, 1, mostRowsAtOnce));
-    return headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
 }
 
 CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {

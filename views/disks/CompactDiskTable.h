@@ -17,7 +17,7 @@ namespace tessel {
 class SortableDiskHeader;
 
 /// The disks as a table of one row each, below sortable headings. It decides nothing: it shows the disks in
-/// the order given and reports what the person does.
+/// the order given and reports what the person does. It is as high as its rows, up to six of them.
 ///
 /// All rows together are one stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move to
 /// another row and inspect it; the space bar chooses the disk of the row.
@@ -30,7 +30,6 @@ class CompactDiskTable : public QWidget {
         bool isBusy = false;
         DiskSortField sortField = DiskSortField::disk;
         bool sortAscending = true;
-        int height = 0;  ///< pixels; see tableHeight
 
         bool operator==(const Fields&) const = default;
     };
@@ -46,9 +45,6 @@ class CompactDiskTable : public QWidget {
     /// Cheap when nothing changed; otherwise rows are kept by their disk's identifier.
     void display(const Fields& fields);
 
-    /// The height for this many disks: the header and one to six rows.
-    static int tableHeight(size_t visibleDisks);
-
   protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -58,6 +54,7 @@ class CompactDiskTable : public QWidget {
     using RowsByID = std::unordered_map<std::string, CompactDiskRow*>;
 
     QWidget* makeHeader();
+    void showFields();
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
     void retire(const RowsByID& rows);
