@@ -14,7 +14,7 @@ class QScrollArea;
 
 namespace tessel {
 
-class SortableDiskHeader;
+class DiskTableHeader;
 
 /// The disks as a table of one row each, below sortable headings. It decides nothing: it shows the disks in
 /// the order given and reports what the person does. It is as high as its rows, up to six of them.
@@ -53,7 +53,6 @@ class CompactDiskTable : public QWidget {
   private:
     using RowsByID = std::unordered_map<std::string, CompactDiskRow*>;
 
-    QWidget* makeHeader();
     void showFields();
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
@@ -67,7 +66,7 @@ class CompactDiskTable : public QWidget {
     DiskColumnWidths widths;
     Actions actions;
     Fields shown;
-    std::vector<SortableDiskHeader*> headers;
+    DiskTableHeader* header;
     QScrollArea* scrollArea;
     QWidget* rowList;
     QWidget* frame;
