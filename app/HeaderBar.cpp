@@ -44,7 +44,7 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), b
     row->addWidget(badge);
 }
 
-void HeaderBar::render() {
+void HeaderBar::render() const {
     badge->display({.text = statusTitle(viewModel.state()),
                     .tone = statusTone(viewModel.state()),
                     .isBusy = viewModel.isBusy()});

@@ -12,7 +12,7 @@ class HeaderBar : public QWidget {
   public:
     explicit HeaderBar(const TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -33,7 +33,7 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
     content().addWidget(hint);
 }
 
-void ImageCard::render() {
+void ImageCard::render() const {
     const auto& image = viewModel.selectedImage();
     selectButton->setEnabled(!viewModel.isBusy());
     fileRow->setValue(image ? QString::fromStdString(image->displayName()) : "No image selected");

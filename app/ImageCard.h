@@ -13,7 +13,7 @@ class ImageCard : public Card {
   public:
     explicit ImageCard(TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
     TesselViewModel& viewModel;

@@ -57,7 +57,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     content().addWidget(boxAround(logView), 1);
 }
 
-void LogCard::render() {
+void LogCard::render() const {
     renderStopButton();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
     status->setText(viewModel.isCancellationRequested() ? "Stopping Operation"
@@ -66,7 +66,7 @@ void LogCard::render() {
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
 }
 
-void LogCard::renderStopButton() {
+void LogCard::renderStopButton() const {
     const bool isStopping = viewModel.isCancellationRequested();
     const bool isWriting = viewModel.state().kind == TesselOperationState::Case::writingImage;
     stopButton->setVisible(viewModel.hasWriteTask() && isWriting);

@@ -13,10 +13,10 @@ class LogCard : public Card {
   public:
     explicit LogCard(TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
-    void renderStopButton();
+    void renderStopButton() const;
 
     TesselViewModel& viewModel;
     Button* stopButton;

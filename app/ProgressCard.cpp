@@ -53,7 +53,7 @@ void ProgressCard::Gauge::display(double fraction) const {
     bar->setFraction(fraction);
 }
 
-void ProgressCard::render() {
+void ProgressCard::render() const {
     const bool isStopping = viewModel.isCancellationRequested();
     status->setText(isStopping ? "Stopping Operation" : statusTitle(viewModel.state()));
     status->setLook(

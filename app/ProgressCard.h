@@ -12,7 +12,7 @@ class ProgressCard : public Card {
   public:
     explicit ProgressCard(const TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
     /// A title with a percentage at the other end of its line, and the bar that belongs to them.

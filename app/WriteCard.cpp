@@ -75,7 +75,7 @@ void WriteCard::buildContent() {
                                         noteLook));
 }
 
-void WriteCard::render() {
+void WriteCard::render() const {
     const auto* target = viewModel.selectedDisk();
     const auto& image = viewModel.selectedImage();
     targetHint->setVisible(!target);

@@ -17,7 +17,7 @@ class WriteCard : public Card {
     /// `askToWrite` presents the confirmation; nothing else here leads to a write.
     WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite);
 
-    void render();
+    void render() const;
 
   private:
     void buildContent();
