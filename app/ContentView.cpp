@@ -105,6 +105,7 @@ void ContentView::render() {
     isRenderScheduled = false;
     header->render();
     imageCard->render();
+    targetCard->followDisks();
     targetCard->render();
     writeCard->render();
     progressCard->render();

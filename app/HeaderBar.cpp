@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "app/StatusTexts.h"
+#include "views/controls/Painting.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 
@@ -14,25 +15,20 @@ namespace {
 /// The product's picture: a green card on a green tint.
 class ProductMark : public QWidget {
   public:
-    explicit ProductMark(QWidget* parent) : QWidget(parent) { setFixedSize(48, 48); }
+    ProductMark() { setFixedSize(48, 48); }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withOpacity(currentColors().green, 0.12));
-        painter.drawRoundedRect(rect(), 14, 14);
-        paintSymbol(painter, "sdcard.fill", rect(), 26, currentColors().green);
+        const QColor green = currentColors().green;
+        paintBox(painter, {.bounds = rect(), .radius = 14, .fill = withOpacity(green, 0.12)});
+        paintSymbol(painter, "sdcard.fill", rect(), 26, green);
     }
 };
 
 }  // namespace
 
-HeaderBar::HeaderBar(const TesselViewModel& viewModel, QWidget* parent) :
-    QWidget(parent),
-    viewModel(viewModel),
-    badge(new StatusBadge(this)) {
+HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), badge(new StatusBadge) {
     auto* titles = new QVBoxLayout;
     titles->setSpacing(spacing::hair);
     titles->addWidget(new TextLabel("Velmora Tessel", {.font = FontRole::title, .weight = QFont::Bold}));
@@ -42,13 +38,13 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel, QWidget* parent) :
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(18, 14, 18, 14);
     row->setSpacing(14);
-    row->addWidget(new ProductMark(this));
+    row->addWidget(new ProductMark);
     row->addLayout(titles);
     row->addStretch();
     row->addWidget(badge);
 }
 
-void HeaderBar::render() {
+void HeaderBar::render() const {
     badge->display({.text = statusTitle(viewModel.state()),
                     .tone = statusTone(viewModel.state()),
                     .isBusy = viewModel.isBusy()});

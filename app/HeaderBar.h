@@ -10,9 +10,9 @@ namespace tessel {
 /// The top of the window: the product's name and the live status badge.
 class HeaderBar : public QWidget {
   public:
-    explicit HeaderBar(const TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit HeaderBar(const TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

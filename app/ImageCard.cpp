@@ -8,8 +8,7 @@
 
 namespace tessel {
 
-ImageCard::ImageCard(TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+ImageCard::ImageCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
     selectButton(new Button({.text = "Select Image", .symbol = "folder", .look = Button::Look::prominent})),
     fileRow(new InfoRow("File")),
@@ -34,7 +33,7 @@ ImageCard::ImageCard(TesselViewModel& viewModel, QWidget* parent) :
     content().addWidget(hint);
 }
 
-void ImageCard::render() {
+void ImageCard::render() const {
     const auto& image = viewModel.selectedImage();
     selectButton->setEnabled(!viewModel.isBusy());
     fileRow->setValue(image ? QString::fromStdString(image->displayName()) : "No image selected");

@@ -11,9 +11,9 @@ namespace tessel {
 /// Which image is to be written.
 class ImageCard : public Card {
   public:
-    explicit ImageCard(TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit ImageCard(TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
     TesselViewModel& viewModel;

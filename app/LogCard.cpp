@@ -1,7 +1,6 @@
 #include "app/LogCard.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 
 #include "app/StatusTexts.h"
 #include "views/controls/SymbolLabel.h"
@@ -10,37 +9,23 @@ namespace tessel {
 
 namespace {
 
-/// The rounded outline around the log.
-class LogFrame : public QWidget {
-  public:
-    explicit LogFrame(QWidget* framed) {
-        auto* column = new QVBoxLayout(this);
-        column->setContentsMargins(inset, inset, inset, inset);
-        column->addWidget(framed);
-        setMinimumHeight(180);
-        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
-    }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setBrush(currentColors().textBackground);
-        painter.setPen(withOpacity(currentColors().primary, 0.07));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    }
-
-  private:
-    static constexpr int radius = 11;
-    static constexpr int inset = 4;  ///< keeps the square corners of the text inside the round ones
-};
-
 constexpr std::chrono::seconds interactionPauseDuration{5};
+
+/// The padding keeps the square corners of the text inside the round ones of the box.
+Box* boxAround(OperationLogView* logView) {
+    auto* box = new Box({.radius = 11,
+                         .padding = 4,
+                         .fill = [](const Colors& colors) { return colors.textBackground; },
+                         .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.07); }});
+    box->setMinimumHeight(180);
+    box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+    box->content().addWidget(logView);
+    return box;
+}
 
 }  // namespace
 
-LogCard::LogCard(TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+LogCard::LogCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
     stopButton(new Button({.text = "Stop",
                            .symbol = "stop.circle.fill",
@@ -69,10 +54,10 @@ LogCard::LogCard(TesselViewModel& viewModel, QWidget* parent) :
     line->addWidget(entries);
     content().addLayout(heading);
     content().addLayout(line);
-    content().addWidget(new LogFrame(logView), 1);
+    content().addWidget(boxAround(logView), 1);
 }
 
-void LogCard::render() {
+void LogCard::render() const {
     renderStopButton();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
     status->setText(viewModel.isCancellationRequested() ? "Stopping Operation"
@@ -81,7 +66,7 @@ void LogCard::render() {
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
 }
 
-void LogCard::renderStopButton() {
+void LogCard::renderStopButton() const {
     const bool isStopping = viewModel.isCancellationRequested();
     const bool isWriting = viewModel.state().kind == TesselOperationState::Case::writingImage;
     stopButton->setVisible(viewModel.hasWriteTask() && isWriting);

@@ -11,12 +11,12 @@ namespace tessel {
 /// The operation log, with the buttons that stop a write and clear the log.
 class LogCard : public Card {
   public:
-    explicit LogCard(TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit LogCard(TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
-    void renderStopButton();
+    void renderStopButton() const;
 
     TesselViewModel& viewModel;
     Button* stopButton;

@@ -12,8 +12,7 @@ constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::se
 
 }  // namespace
 
-ProgressCard::ProgressCard(const TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     viewModel(viewModel),
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),
@@ -54,7 +53,7 @@ void ProgressCard::Gauge::display(double fraction) const {
     bar->setFraction(fraction);
 }
 
-void ProgressCard::render() {
+void ProgressCard::render() const {
     const bool isStopping = viewModel.isCancellationRequested();
     status->setText(isStopping ? "Stopping Operation" : statusTitle(viewModel.state()));
     status->setLook(

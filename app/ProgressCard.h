@@ -10,9 +10,9 @@ namespace tessel {
 /// How far the workflow and the write have come.
 class ProgressCard : public Card {
   public:
-    explicit ProgressCard(const TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit ProgressCard(const TesselViewModel& viewModel);
 
-    void render();
+    void render() const;
 
   private:
     /// A title with a percentage at the other end of its line, and the bar that belongs to them.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/DiskInspection.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "views/controls/CardHeading.h"
@@ -21,21 +22,17 @@ QString countText(size_t count, const char* what) {
 
 }  // namespace
 
-TargetCard::TargetCard(TesselViewModel& viewModel, QWidget* parent) :
-    Card(parent),
+TargetCard::TargetCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
     shownCount(new TextLabel({}, countLook)),
     selectableCount(new TextLabel({}, countLook)),
     hiddenCount(new TextLabel({}, countLook)),
     table(new CompactDiskTable(
         {.sort = [this](DiskSortField field) { sortBy(field); },
-         .inspect = [this](const SDWholeDisk& disk) { inspect(disk.id); },
+         .inspect = [this](const SDWholeDisk& disk) { inspect(disk); },
          .select = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
     emptyLabel(new SymbolLabel("sdcard", {}, countLook)),
-    details(new DiskDetailsDisclosure([this](bool expand) {
-        isDiskDetailsExpanded = expand;
-        renderDetails();
-    })),
+    details(new DiskDetailsDisclosure([this](bool expand) { expandDetails(expand); })),
     noDetails(new SymbolLabel(
         "info.circle",
         "Select a row to make Disk Details available. Details remain collapsed until opened explicitly.",
@@ -48,11 +45,7 @@ QWidget* TargetCard::makeControls() {
         new Button({.text = "Refresh Disks", .symbol = "arrow.clockwise", .size = Button::Size::small});
     connect(refreshButton, &Button::clicked, this, [this] { viewModel.refreshDisks(); });
     showAllSwitch = new Switch("Show All Disks", Switch::Size::small);
-    connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) {
-        showAllDisks = showAll;
-        reconcileInspectedDisk();
-        render();
-    });
+    connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) { listAll(showAll); });
 
     auto* controls = new QWidget;
     auto* row = new QHBoxLayout(controls);
@@ -102,23 +95,40 @@ void TargetCard::sortBy(DiskSortField field) {
     render();
 }
 
-void TargetCard::inspect(std::optional<std::string> diskID) {
-    if (diskID == inspectedDiskID) return;
-    inspectedDiskID = std::move(diskID);
-    isDiskDetailsExpanded = false;
+void TargetCard::listAll(bool showAll) {
+    showAllDisks = showAll;
+    reconcileInspection();
     render();
 }
 
-/// Looks on at the same disk while it is listed, else at the target, else at none.
-void TargetCard::reconcileInspectedDisk() {
-    const auto visible = visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
-    const auto isVisible = [&visible](const std::string& id) {
-        return std::ranges::find(visible, id, &SDWholeDisk::id) != visible.end();
-    };
-    reconciledDisks = viewModel.disks();
-    if (inspectedDiskID && isVisible(*inspectedDiskID)) return;
-    const auto* target = viewModel.selectedDisk();
-    inspect(target && isVisible(target->id) ? std::optional(target->id) : std::nullopt);
+void TargetCard::inspect(const SDWholeDisk& disk) {
+    setInspectedDisk(disk.id);
+    render();
+}
+
+void TargetCard::expandDetails(bool expand) {
+    isDiskDetailsExpanded = expand;
+    render();
+}
+
+void TargetCard::followDisks() {
+    if (viewModel.disks() == followedDisks) return;
+    followedDisks = viewModel.disks();
+    reconcileInspection();
+}
+
+void TargetCard::reconcileInspection() {
+    setInspectedDisk(reconciledInspection(inspectedDiskID, viewModel.selectedDiskID(), listedDisks()));
+}
+
+void TargetCard::setInspectedDisk(std::optional<std::string> diskID) {
+    if (diskID == inspectedDiskID) return;
+    inspectedDiskID = std::move(diskID);
+    isDiskDetailsExpanded = false;
+}
+
+std::vector<SDWholeDisk> TargetCard::listedDisks() const {
+    return visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
 }
 
 const SDWholeDisk* TargetCard::inspectedDisk() const {
@@ -127,31 +137,29 @@ const SDWholeDisk* TargetCard::inspectedDisk() const {
     return found == viewModel.disks().end() ? nullptr : &*found;
 }
 
-void TargetCard::render() {
-    if (reconciledDisks != viewModel.disks()) reconcileInspectedDisk();
-    const auto visible = visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
+void TargetCard::render() const {
+    const auto listed = listedDisks();
     refreshButton->setEnabled(!viewModel.isBusy());
     showAllSwitch->setEnabled(!viewModel.isBusy());
-    renderCounts(visible);
+    renderCounts(listed);
 
-    table->setVisible(!visible.empty());
-    table->display({.disks = visible,
+    table->setVisible(!listed.empty());
+    table->display({.disks = listed,
                     .selectedTargetID = viewModel.selectedDiskID(),
                     .inspectedDiskID = inspectedDiskID,
                     .isBusy = viewModel.isBusy(),
                     .sortField = diskSortField,
-                    .sortAscending = diskSortAscending,
-                    .height = CompactDiskTable::tableHeight(visible.size())});
-    emptyLabel->setVisible(visible.empty());
+                    .sortAscending = diskSortAscending});
+    emptyLabel->setVisible(listed.empty());
     emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
     renderDetails();
 }
 
-void TargetCard::renderCounts(const std::vector<SDWholeDisk>& visible) {
+void TargetCard::renderCounts(const std::vector<SDWholeDisk>& listed) const {
     const auto selectable = static_cast<size_t>(std::ranges::count_if(
-        visible, [](const SDWholeDisk& disk) { return !eligibilityFailureReason(disk); }));
-    const auto hidden = viewModel.disks().size() - visible.size();
-    shownCount->setText(countText(visible.size(), "shown"));
+        listed, [](const SDWholeDisk& disk) { return !eligibilityFailureReason(disk); }));
+    const auto hidden = viewModel.disks().size() - listed.size();
+    shownCount->setText(countText(listed.size(), "shown"));
     selectableCount->setText(countText(selectable, "selectable"));
     selectableCount->setLook(
         {.font = FontRole::caption, .tone = selectable > 0 ? Tone::green : Tone::orange});
@@ -159,7 +167,7 @@ void TargetCard::renderCounts(const std::vector<SDWholeDisk>& visible) {
     hiddenCount->setVisible(hidden > 0);
 }
 
-void TargetCard::renderDetails() {
+void TargetCard::renderDetails() const {
     const auto* disk = inspectedDisk();
     details->setVisible(disk);
     noDetails->setVisible(!disk);

@@ -15,23 +15,32 @@
 
 namespace tessel {
 
-/// Which card is to be written: the disks, and the details of the one that is looked at. What is sorted,
-/// shown and looked at is this card's own; the target is the view model's.
+/// Which card is to be written: the disks, and the details of the one that is inspected. The order of the
+/// disks, which of them are listed and which one is inspected are this card's own state; the target is the view
+/// model's.
 class TargetCard : public Card {
   public:
-    explicit TargetCard(TesselViewModel& viewModel, QWidget* parent = nullptr);
+    explicit TargetCard(TesselViewModel& viewModel);
 
-    void render();
+    /// Keeps inspecting the same disk while it is listed, else the target if it is listed, else none. Call it
+    /// before render(): it compares the disks with those of the last call and does nothing if they are the same.
+    void followDisks();
+
+    void render() const;
 
   private:
     QWidget* makeControls();
     void buildContent(QWidget* controls);
     void sortBy(DiskSortField field);
-    void inspect(std::optional<std::string> diskID);
-    void reconcileInspectedDisk();
+    void listAll(bool showAll);
+    void inspect(const SDWholeDisk& disk);
+    void expandDetails(bool expand);
+    void reconcileInspection();
+    void setInspectedDisk(std::optional<std::string> diskID);
+    std::vector<SDWholeDisk> listedDisks() const;
     const SDWholeDisk* inspectedDisk() const;
-    void renderCounts(const std::vector<SDWholeDisk>& visible);
-    void renderDetails();
+    void renderCounts(const std::vector<SDWholeDisk>& listed) const;
+    void renderDetails() const;
 
     TesselViewModel& viewModel;
     bool showAllDisks = false;
@@ -39,7 +48,7 @@ class TargetCard : public Card {
     bool isDiskDetailsExpanded = false;
     DiskSortField diskSortField = DiskSortField::disk;
     bool diskSortAscending = true;
-    std::vector<SDWholeDisk> reconciledDisks;  ///< the list for which `inspectedDiskID` was last reconciled
+    std::vector<SDWholeDisk> followedDisks;  ///< those for which the inspection was last reconciled
 
     Button* refreshButton;
     Switch* showAllSwitch;

@@ -1,6 +1,5 @@
 #include "app/WriteCard.h"
 
-#include <QPainter>
 #include <utility>
 
 #include "foundation/ByteCount.h"
@@ -9,35 +8,25 @@ namespace tessel {
 
 namespace {
 
-/// The sentence that everybody should have read, in a red frame.
-class WarningBox : public QWidget {
-  public:
-    explicit WarningBox(QWidget* parent = nullptr) : QWidget(parent) {
-        auto* column = new QVBoxLayout(this);
-        column->setContentsMargins(10, 10, 10, 10);
-        column->addWidget(
-            new SymbolLabel("exclamationmark.octagon.fill",
-                            "Use at your own risk. The developer accepts no responsibility or liability "
-                            "for data loss, device damage, corrupted media, or failed writes.",
-                            {.font = FontRole::caption, .tone = Tone::red, .weight = QFont::DemiBold}));
-    }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setBrush(withOpacity(currentColors().red, 0.08));
-        painter.setPen(withOpacity(currentColors().red, 0.22));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 10, 10);
-    }
-};
-
 constexpr TextLook noteLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
+
+/// The sentence that everybody should have read, in a red frame.
+Box* makeWarning() {
+    auto* box = new Box({.radius = 10,
+                         .padding = 10,
+                         .fill = [](const Colors& colors) { return withOpacity(colors.red, 0.08); },
+                         .stroke = [](const Colors& colors) { return withOpacity(colors.red, 0.22); }});
+    box->content().addWidget(
+        new SymbolLabel("exclamationmark.octagon.fill",
+                        "Use at your own risk. The developer accepts no responsibility or liability for data "
+                        "loss, device damage, corrupted media, or failed writes.",
+                        {.font = FontRole::caption, .tone = Tone::red, .weight = QFont::DemiBold}));
+    return box;
+}
 
 }  // namespace
 
-WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite, QWidget* parent) :
-    Card(parent),
+WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite) :
     viewModel(viewModel),
     targetHint(
         new SymbolLabel("largecircle.fill.circle",
@@ -70,7 +59,7 @@ void WriteCard::buildContent() {
     content().addWidget(imageRow);
     content().addWidget(verifySwitch, 0, Qt::AlignLeft);
     content().addWidget(writeButton);
-    content().addWidget(new WarningBox);
+    content().addWidget(makeWarning());
     content().addWidget(
         new SymbolLabel("checkmark.shield.fill",
                         "The confirmation dialog identifies the exact SD card and image before "
@@ -86,7 +75,7 @@ void WriteCard::buildContent() {
                                         noteLook));
 }
 
-void WriteCard::render() {
+void WriteCard::render() const {
     const auto* target = viewModel.selectedDisk();
     const auto& image = viewModel.selectedImage();
     targetHint->setVisible(!target);

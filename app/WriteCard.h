@@ -15,9 +15,9 @@ namespace tessel {
 class WriteCard : public Card {
   public:
     /// `askToWrite` presents the confirmation; nothing else here leads to a write.
-    WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite, QWidget* parent = nullptr);
+    WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite);
 
-    void render();
+    void render() const;
 
   private:
     void buildContent();

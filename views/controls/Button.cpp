@@ -34,8 +34,8 @@ constexpr double ringGap = 3;  // the focus ring and the gap between it and the 
 
 }  // namespace
 
-Button::Button(const Fields& fields, QWidget* parent) :
-    QPushButton(fields.text, parent),
+Button::Button(const Fields& fields) :
+    QPushButton(fields.text),
     symbol(fields.symbol),
     look(fields.look),
     size(fields.size) {
@@ -100,7 +100,7 @@ QColor Button::ink() const {
 
 void Button::paintBackground(QPainter& painter) const {
     const Colors colors = currentColors();
-    BoxLook box{.bounds = rect(), .radius = static_cast<double>(measuresOf(size).radius)};
+    RoundedBox box{.bounds = rect(), .radius = static_cast<double>(measuresOf(size).radius)};
     if (showsKeyboardFocus(*this)) {
         paintFocusRing(painter, box.bounds, box.radius);
         box.bounds.adjust(ringGap, ringGap, -ringGap, -ringGap);

@@ -16,7 +16,7 @@ class Button : public QPushButton {
         Size size = Size::regular;
     };
 
-    explicit Button(const Fields& fields, QWidget* parent = nullptr);
+    explicit Button(const Fields& fields);
 
     QSize sizeHint() const override;
     /// Enough for a few letters: a button that may shrink shortens its text.

@@ -1,24 +1,13 @@
 #include "views/controls/Card.h"
 
-#include <QPainter>
-
-#include "views/controls/Painting.h"
-#include "views/controls/Style.h"
-
 namespace tessel {
 
-Card::Card(QWidget* parent) : QWidget(parent), column(new QVBoxLayout(this)) {
-    column->setContentsMargins(spacing::card, spacing::card, spacing::card, spacing::card);
-    column->setSpacing(spacing::medium);
-}
-
-void Card::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    const Colors colors = currentColors();
-    paintBox(painter, {.bounds = rect(),
-                       .radius = 16,
-                       .fill = colors.windowBackground,
-                       .stroke = withOpacity(colors.primary, 0.06)});
+Card::Card() :
+    Box({.radius = 16,
+         .padding = spacing::card,
+         .fill = [](const Colors& colors) { return colors.windowBackground; },
+         .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.06); }}) {
+    content().setSpacing(spacing::medium);
 }
 
 }  // namespace tessel

@@ -1,23 +1,13 @@
 #pragma once
 
-#include <QVBoxLayout>
-#include <QWidget>
+#include "views/controls/Box.h"
 
 namespace tessel {
 
-/// A rounded box for one group of the window's content.
-class Card : public QWidget {
+/// The box around one group of the window's content.
+class Card : public Box {
   public:
-    explicit Card(QWidget* parent = nullptr);
-
-    /// Where the content goes, top to bottom.
-    QVBoxLayout& content() { return *column; }
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-
-  private:
-    QVBoxLayout* column;
+    Card();
 };
 
 }  // namespace tessel

@@ -3,6 +3,7 @@
 #include <QAccessibleWidget>
 #include <QPainter>
 
+#include "views/controls/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -42,15 +43,10 @@ class AccessibleDisclosure : public QAccessibleWidget {
     DisclosureButton& button;
 };
 
-QAccessibleInterface* accessibleDisclosure(const QString&, QObject* object) {
-    auto* button = dynamic_cast<DisclosureButton*>(object);
-    return button ? new AccessibleDisclosure(*button) : nullptr;
-}
-
 }  // namespace
 
-DisclosureButton::DisclosureButton(QWidget* parent) : QAbstractButton(parent), row(new QHBoxLayout(this)) {
-    QAccessible::installFactory(&accessibleDisclosure);
+DisclosureButton::DisclosureButton() : row(new QHBoxLayout(this)) {
+    presentToScreenReaders<DisclosureButton, AccessibleDisclosure>();
     row->setContentsMargins(chevronSize + spacing::small, spacing::hair, spacing::tight, spacing::hair);
     row->setSpacing(spacing::small);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);

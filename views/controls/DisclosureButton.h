@@ -9,7 +9,7 @@ namespace tessel {
 /// open; screen readers hear it as expandable. Toggle it by setChecked, listen to `clicked` or `toggled`.
 class DisclosureButton : public QAbstractButton {
   public:
-    explicit DisclosureButton(QWidget* parent = nullptr);
+    DisclosureButton();
 
     /// Where the label's widgets go, left to right. Clicks on them count as clicks on the button.
     QHBoxLayout& label() { return *row; }

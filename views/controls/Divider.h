@@ -10,7 +10,7 @@ namespace tessel {
 /// A fine horizontal line.
 class Divider : public QWidget {
   public:
-    explicit Divider(QWidget* parent = nullptr) : QWidget(parent) { setFixedHeight(1); }
+    Divider() { setFixedHeight(1); }
 
   protected:
     void paintEvent(QPaintEvent*) override {

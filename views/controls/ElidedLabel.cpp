@@ -1,15 +1,12 @@
 #include "views/controls/ElidedLabel.h"
 
-#include <QHelpEvent>
 #include <QPainter>
-#include <QTextDocument>
-#include <QToolTip>
+
+#include "views/controls/ToolTip.h"
 
 namespace tessel {
 
-ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode, QWidget* parent) :
-    TextLabel({}, look, parent),
-    mode(mode) {}
+ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode) : TextLabel({}, look), mode(mode) {}
 
 bool ElidedLabel::isElided() const {
     return fontMetrics().horizontalAdvance(text()) > width();
@@ -20,11 +17,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 bool ElidedLabel::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && isElided()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
-        return true;
-    }
-    return TextLabel::event(event);
+    return (isElided() && showPlainToolTip(*this, *event, text())) || TextLabel::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
@@ -32,10 +25,6 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
                      fontMetrics().elidedText(text(), mode, width()));
-}
-
-QString plainToolTip(const QString& text) {
-    return Qt::convertFromPlainText(text);
 }
 
 }  // namespace tessel

@@ -8,7 +8,7 @@ namespace tessel {
 /// tool tip, and always what screen readers say.
 class ElidedLabel : public TextLabel {
   public:
-    ElidedLabel(const TextLook& look, Qt::TextElideMode mode, QWidget* parent = nullptr);
+    ElidedLabel(const TextLook& look, Qt::TextElideMode mode);
 
     bool isElided() const;
     QSize minimumSizeHint() const override;
@@ -20,8 +20,5 @@ class ElidedLabel : public TextLabel {
   private:
     Qt::TextElideMode mode;
 };
-
-/// A tool tip that shows the text as it is, wrapped, and never reads it as markup.
-QString plainToolTip(const QString& text);
 
 }  // namespace tessel

@@ -3,14 +3,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHBoxLayout>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QToolTip>
 
-#include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
 #include "views/controls/TextLabel.h"
+#include "views/controls/ToolTip.h"
 
 namespace tessel {
 
@@ -21,7 +19,7 @@ constexpr int titleWidth = 72;
 
 }  // namespace
 
-SelectableValue::SelectableValue(QWidget* parent) : QLineEdit(parent) {
+SelectableValue::SelectableValue() {
     setReadOnly(true);
     setFrame(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -50,11 +48,7 @@ QSize SelectableValue::minimumSizeHint() const {
 }
 
 bool SelectableValue::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && isElided()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
-        return true;
-    }
-    return QLineEdit::event(event);
+    return (isElided() && showPlainToolTip(*this, *event, text())) || QLineEdit::event(event);
 }
 
 void SelectableValue::changeEvent(QEvent* event) {
@@ -119,8 +113,7 @@ void SelectableValue::updateFocusPolicy() {
     setFocusPolicy(isElided() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
-InfoRow::InfoRow(const QString& title, QWidget* parent) :
-    QWidget(parent),
+InfoRow::InfoRow(const QString& title) :
     titleLabel(new TextLabel(title, {.font = FontRole::caption, .tone = Tone::secondary})),
     valueField(new SelectableValue) {
     auto* row = new QHBoxLayout(this);

@@ -12,7 +12,7 @@ class TextLabel;
 /// of it.
 class SelectableValue : public QLineEdit {
   public:
-    explicit SelectableValue(QWidget* parent = nullptr);
+    SelectableValue();
 
     /// Shows the value from its beginning.
     void setValue(const QString& value);
@@ -37,7 +37,7 @@ class SelectableValue : public QLineEdit {
 /// One labelled line: a title, then a value.
 class InfoRow : public QWidget {
   public:
-    explicit InfoRow(const QString& title, QWidget* parent = nullptr);
+    explicit InfoRow(const QString& title);
 
     void setValue(const QString& value);
     QString value() const { return valueField->text(); }

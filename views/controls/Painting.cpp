@@ -18,7 +18,7 @@ void paintOutline(QPainter& painter, const QRectF& bounds, double radius, const 
 
 }  // namespace
 
-void paintBox(QPainter& painter, const BoxLook& box) {
+void paintBox(QPainter& painter, const RoundedBox& box) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(box.fill);

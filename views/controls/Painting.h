@@ -9,14 +9,14 @@ class QWidget;
 namespace tessel {
 
 /// A rounded box. An invalid or transparent colour leaves its part out.
-struct BoxLook {
+struct RoundedBox {
     QRectF bounds;
     double radius = 0;
     QColor fill = Qt::transparent;
     QColor stroke = Qt::transparent;  ///< one pixel, inside the bounds
 };
 
-void paintBox(QPainter& painter, const BoxLook& box);
+void paintBox(QPainter& painter, const RoundedBox& box);
 
 /// Two pixels of the accent colour, inside the bounds.
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius);

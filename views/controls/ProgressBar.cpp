@@ -15,7 +15,7 @@ constexpr int thickness = 6;
 
 }  // namespace
 
-ProgressBar::ProgressBar(QWidget* parent) : QProgressBar(parent) {
+ProgressBar::ProgressBar() {
     setRange(0, 100);
     setValue(0);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -7,7 +7,7 @@ namespace tessel {
 /// A slim bar. Screen readers hear it as a percentage; give it an accessible name.
 class ProgressBar : public QProgressBar {
   public:
-    explicit ProgressBar(QWidget* parent = nullptr);
+    ProgressBar();
 
     /// 0 to 1; values outside count as the nearer end.
     void setFraction(double fraction);

@@ -15,7 +15,7 @@ constexpr int handleMargin = 3;
 
 }  // namespace
 
-ScrollBar::ScrollBar(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {
+ScrollBar::ScrollBar() : QScrollBar(Qt::Vertical) {
     setAttribute(Qt::WA_Hover);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
 }

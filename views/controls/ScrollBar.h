@@ -7,7 +7,7 @@ namespace tessel {
 /// A vertical scroll bar that shows a slim handle on whatever is behind it.
 class ScrollBar : public QScrollBar {
   public:
-    explicit ScrollBar(QWidget* parent = nullptr);
+    ScrollBar();
 
     QSize sizeHint() const override;
 

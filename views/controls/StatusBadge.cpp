@@ -17,7 +17,7 @@ constexpr int turnDegrees = 18;
 
 }  // namespace
 
-StatusSign::StatusSign(QWidget* parent) : QWidget(parent) {
+StatusSign::StatusSign() {
     setFixedSize(signSize, signSize);
 }
 
@@ -66,8 +66,7 @@ void StatusSign::turnWhileSeen() {
     }
 }
 
-StatusBadge::StatusBadge(QWidget* parent) :
-    QWidget(parent),
+StatusBadge::StatusBadge() :
     sign(new StatusSign),
     label(new ElidedLabel({.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold},
                           Qt::ElideRight)) {

@@ -12,7 +12,7 @@ class ElidedLabel;
 /// The sign before a status: a turning arc while busy, otherwise a dot.
 class StatusSign : public QWidget {
   public:
-    explicit StatusSign(QWidget* parent = nullptr);
+    StatusSign();
 
     void display(Tone newTone, bool busy);
 
@@ -42,7 +42,7 @@ class StatusBadge : public QWidget {
         bool operator==(const Fields&) const = default;
     };
 
-    explicit StatusBadge(QWidget* parent = nullptr);
+    StatusBadge();
 
     void display(const Fields& fields);
 

@@ -15,7 +15,7 @@ constexpr double disabledOpacity = 0.45;
 
 }  // namespace
 
-Switch::Switch(const QString& text, Size size, QWidget* parent) : QCheckBox(text, parent), size(size) {
+Switch::Switch(const QString& text, Size size) : QCheckBox(text), size(size) {
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();

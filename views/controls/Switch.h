@@ -9,7 +9,7 @@ class Switch : public QCheckBox {
   public:
     enum class Size { small, regular };
 
-    explicit Switch(const QString& text, Size size = Size::regular, QWidget* parent = nullptr);
+    explicit Switch(const QString& text, Size size = Size::regular);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -58,7 +58,7 @@ void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, in
     painter.drawPixmap(corner, symbolPixmap(name, size, color, painter.device()->devicePixelRatioF()));
 }
 
-SymbolView::SymbolView(const Fields& fields, QWidget* parent) : QWidget(parent), shown(fields) {
+SymbolView::SymbolView(const Fields& fields) : shown(fields) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -27,7 +27,7 @@ class SymbolView : public QWidget {
         bool operator==(const Fields&) const = default;
     };
 
-    explicit SymbolView(const Fields& fields, QWidget* parent = nullptr);
+    explicit SymbolView(const Fields& fields);
     void display(const Fields& fields);
 
     QSize sizeHint() const override;

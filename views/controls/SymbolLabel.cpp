@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-SymbolLabel::SymbolLabel(const QString& symbol, const QString& text, const TextLook& look, QWidget* parent) :
-    TextLabel(text, look, parent),
+SymbolLabel::SymbolLabel(const QString& symbol, const QString& text, const TextLook& look) :
+    TextLabel(text, look),
     symbol(symbol) {
     setWordWrap(true);
     makeRoomForSymbol();

@@ -7,7 +7,7 @@ namespace tessel {
 /// A symbol and a wrapped text in the same colour; the symbol stands before the first line.
 class SymbolLabel : public TextLabel {
   public:
-    SymbolLabel(const QString& symbol, const QString& text, const TextLook& look, QWidget* parent = nullptr);
+    SymbolLabel(const QString& symbol, const QString& text, const TextLook& look);
 
     void setSymbol(const QString& name);
 

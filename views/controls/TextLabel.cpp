@@ -4,9 +4,7 @@
 
 namespace tessel {
 
-TextLabel::TextLabel(const QString& text, const TextLook& look, QWidget* parent) :
-    QLabel(text, parent),
-    currentLook(look) {
+TextLabel::TextLabel(const QString& text, const TextLook& look) : QLabel(text), currentLook(look) {
     setTextFormat(Qt::PlainText);
     // Otherwise a label in a button takes the button's.
     setForegroundRole(QPalette::WindowText);
@@ -38,8 +36,8 @@ void TextLabel::applyLook() {
     }
 }
 
-TextLabel* wrappedLabel(const QString& text, const TextLook& look, QWidget* parent) {
-    auto* label = new TextLabel(text, look, parent);
+TextLabel* wrappedLabel(const QString& text, const TextLook& look) {
+    auto* label = new TextLabel(text, look);
     label->setWordWrap(true);
     return label;
 }

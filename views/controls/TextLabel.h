@@ -19,7 +19,7 @@ struct TextLook {
 /// read as markup.
 class TextLabel : public QLabel {
   public:
-    TextLabel(const QString& text, const TextLook& look, QWidget* parent = nullptr);
+    TextLabel(const QString& text, const TextLook& look);
 
     const TextLook& look() const { return currentLook; }
     void setLook(const TextLook& look);
@@ -34,6 +34,6 @@ class TextLabel : public QLabel {
 };
 
 /// A text that wraps at the width it is given.
-TextLabel* wrappedLabel(const QString& text, const TextLook& look, QWidget* parent = nullptr);
+TextLabel* wrappedLabel(const QString& text, const TextLook& look);
 
 }  // namespace tessel

@@ -7,16 +7,18 @@
 #include <QPainter>
 
 #include "model/DiskTexts.h"
+#include "views/controls/Accessibility.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
 #include "views/disks/DiskMediaCell.h"
 #include "views/disks/DiskTargetSelector.h"
+#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 
 namespace {
 
-constexpr int cellSpacing = spacing::small;  // inside a column, at its trailing end
+constexpr int cellSpacing = spacing::small;  // keeps a text away from the next column
 
 class AccessibleDiskRow : public QAccessibleWidget {
   public:
@@ -35,22 +37,6 @@ class AccessibleDiskRow : public QAccessibleWidget {
     CompactDiskRow& row;
 };
 
-QAccessibleInterface* accessibleDiskRow(const QString&, QObject* object) {
-    auto* row = dynamic_cast<CompactDiskRow*>(object);
-    return row ? new AccessibleDiskRow(*row) : nullptr;
-}
-
-QVBoxLayout* stacked(QWidget* above, QWidget* below) {
-    auto* column = new QVBoxLayout;
-    column->setContentsMargins(0, 0, cellSpacing, 0);
-    column->setSpacing(1);
-    column->addStretch();
-    column->addWidget(above);
-    column->addWidget(below);
-    column->addStretch();
-    return column;
-}
-
 }  // namespace
 
 CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent) :
@@ -61,13 +47,14 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
     device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideMiddle)),
     size(new ElidedLabel({.font = FontRole::monospaced, .weight = QFont::Medium}, Qt::ElideRight)),
     media(new DiskMediaCell) {
-    QAccessible::installFactory(&accessibleDiskRow);
+    presentToScreenReaders<CompactDiskRow, AccessibleDiskRow>();
     setAttribute(Qt::WA_Hover);
     selector->setFixedWidth(widths.target);
     size->setFixedWidth(widths.size);
     auto* diskCell = new QWidget;
     diskCell->setFixedWidth(widths.disk);
-    diskCell->setLayout(stacked(name, device));
+    diskCell->setLayout(stackedTexts(name, device));
+    diskCell->layout()->setContentsMargins(0, 0, cellSpacing, 0);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(spacing::small, 0, spacing::small, 1);
     row->setSpacing(0);

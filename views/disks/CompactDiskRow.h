@@ -4,20 +4,13 @@
 #include <functional>
 
 #include "model/SDWholeDisk.h"
-#include "views/controls/Style.h"
+#include "views/disks/DiskColumnWidths.h"
 
 namespace tessel {
 
 class DiskMediaCell;
 class DiskTargetSelector;
 class ElidedLabel;
-
-/// The widths of the table's columns in pixels. Media gets what is left.
-struct DiskColumnWidths {
-    int target = scaledWithFont(44);
-    int disk = scaledWithFont(138);
-    int size = scaledWithFont(88);
-};
 
 /// One disk of the table. A click inspects the disk; only the radio control chooses it as the target. The
 /// space bar presses the radio control of the row that has the focus.
@@ -39,7 +32,7 @@ class CompactDiskRow : public QWidget {
 
     static constexpr int minimumRowHeight = 50;
 
-    CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent = nullptr);
+    CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent);
 
     const Fields& fields() const { return shown; }
     void display(const Fields& fields);

@@ -8,27 +8,32 @@
 #include <QScrollArea>
 #include <algorithm>
 
+#include "views/controls/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/ScrollBar.h"
 #include "views/controls/Style.h"
-#include "views/controls/TextLabel.h"
+#include "views/disks/DiskTableHeader.h"
 #include "views/disks/SortableDiskHeader.h"
 
 namespace tessel {
 
 namespace {
 
-constexpr int headerHeight = 34;
 constexpr int dividerHeight = 1;
 constexpr int mostRowsAtOnce = 6;
 constexpr double cornerRadius = 10;
 
+int tableHeight(size_t disks) {
+    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(disks, 1, mostRowsAtOnce));
+    return DiskTableHeader::headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
+}
+
 class DiskRowList : public QWidget {};
 
-QAccessibleInterface* accessibleRowList(const QString&, QObject* object) {
-    auto* list = dynamic_cast<DiskRowList*>(object);
-    return list ? new QAccessibleWidget(list, QAccessible::List, "Disks") : nullptr;
-}
+class AccessibleRowList : public QAccessibleWidget {
+  public:
+    explicit AccessibleRowList(DiskRowList& list) : QAccessibleWidget(&list, QAccessible::List, "Disks") {}
+};
 
 /// The rounded outline. It lies over the rows and hides their square corners.
 class TableFrame : public QWidget {
@@ -51,16 +56,16 @@ class TableFrame : public QWidget {
 
 }  // namespace
 
-CompactDiskTable::CompactDiskTable(const Actions& actions, QWidget* parent) :
-    QWidget(parent),
+CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
+    header(new DiskTableHeader(widths, actions.sort)),
     scrollArea(new QScrollArea),
     rowList(new DiskRowList) {
-    QAccessible::installFactory(&accessibleRowList);
+    presentToScreenReaders<DiskRowList, AccessibleRowList>();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(dividerHeight);
-    column->addWidget(makeHeader());
+    column->addWidget(header);
     column->addWidget(scrollArea, 1);
     scrollArea->setFrameShape(QFrame::NoFrame);
     scrollArea->setFocusPolicy(Qt::NoFocus);
@@ -71,32 +76,7 @@ CompactDiskTable::CompactDiskTable(const Actions& actions, QWidget* parent) :
     rowList->setAutoFillBackground(false);
     scrollArea->viewport()->installEventFilter(this);
     frame = new TableFrame(this);
-}
-
-QWidget* CompactDiskTable::makeHeader() {
-    auto* header = new QWidget;
-    header->setFixedHeight(headerHeight);
-    auto* row = new QHBoxLayout(header);
-    row->setContentsMargins(spacing::tight, 0, spacing::small, 0);
-    row->setSpacing(0);
-    auto* target = new TextLabel(
-        "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
-    // It begins left of the radio controls' column, which is as narrow as its name.
-    target->setFixedWidth(spacing::small - spacing::tight + widths.target);
-    row->addWidget(target);
-    const auto addColumn = [&](const QString& title, DiskSortField field, int width) {
-        auto* heading = new SortableDiskHeader(title, field, [this](DiskSortField f) { actions.sort(f); });
-        heading->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-        if (width > 0) {
-            heading->setFixedWidth(width);
-        }
-        row->addWidget(heading);
-        headers.push_back(heading);
-    };
-    addColumn("Disk", DiskSortField::disk, widths.disk);
-    addColumn("Size", DiskSortField::size, widths.size);
-    addColumn("Media", DiskSortField::media, 0);
-    return header;
+    showFields();
 }
 
 void CompactDiskTable::display(const Fields& fields) {
@@ -104,16 +84,13 @@ void CompactDiskTable::display(const Fields& fields) {
         return;
     }
     shown = fields;
-    setFixedHeight(shown.height);
-    for (SortableDiskHeader* header : headers) {
-        header->display(shown.sortField, shown.sortAscending);
-    }
-    showRows();
+    showFields();
 }
 
-int CompactDiskTable::tableHeight(size_t visibleDisks) {
-    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(visibleDisks, 1, mostRowsAtOnce));
-    return headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
+void CompactDiskTable::showFields() {
+    setFixedHeight(tableHeight(shown.disks.size()));
+    header->display(shown.sortField, shown.sortAscending);
+    showRows();
 }
 
 CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {
@@ -185,7 +162,7 @@ void CompactDiskTable::chooseTabStop() {
     if (stop) {
         stop->setFocusPolicy(Qt::StrongFocus);
         // A new row would be the window's last stop.
-        setTabOrder(headers.back(), stop);
+        setTabOrder(&header->lastHeading(), stop);
     }
 }
 
@@ -256,8 +233,7 @@ void CompactDiskTable::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Colors colors = currentColors();
     paintBox(painter, {.bounds = rect(), .radius = cornerRadius, .fill = colors.controlBackground});
-    painter.fillRect(0, 0, width(), headerHeight, withOpacity(colors.primary, 0.035));
-    painter.fillRect(0, headerHeight, width(), dividerHeight, withOpacity(colors.primary, 0.1));
+    painter.fillRect(0, header->height(), width(), dividerHeight, withOpacity(colors.primary, 0.1));
 }
 
 void CompactDiskTable::resizeEvent(QResizeEvent*) {

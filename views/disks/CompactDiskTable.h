@@ -14,10 +14,10 @@ class QScrollArea;
 
 namespace tessel {
 
-class SortableDiskHeader;
+class DiskTableHeader;
 
 /// The disks as a table of one row each, below sortable headings. It decides nothing: it shows the disks in
-/// the order given and reports what the person does.
+/// the order given and reports what the person does. It is as high as its rows, up to six of them.
 ///
 /// All rows together are one stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move to
 /// another row and inspect it; the space bar chooses the disk of the row.
@@ -30,7 +30,6 @@ class CompactDiskTable : public QWidget {
         bool isBusy = false;
         DiskSortField sortField = DiskSortField::disk;
         bool sortAscending = true;
-        int height = 0;  ///< pixels; see tableHeight
 
         bool operator==(const Fields&) const = default;
     };
@@ -41,13 +40,10 @@ class CompactDiskTable : public QWidget {
         std::function<void(const SDWholeDisk&)> select;
     };
 
-    explicit CompactDiskTable(const Actions& actions, QWidget* parent = nullptr);
+    explicit CompactDiskTable(const Actions& actions);
 
     /// Cheap when nothing changed; otherwise rows are kept by their disk's identifier.
     void display(const Fields& fields);
-
-    /// The height for this many disks: the header and one to six rows.
-    static int tableHeight(size_t visibleDisks);
 
   protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -57,7 +53,7 @@ class CompactDiskTable : public QWidget {
   private:
     using RowsByID = std::unordered_map<std::string, CompactDiskRow*>;
 
-    QWidget* makeHeader();
+    void showFields();
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
     void retire(const RowsByID& rows);
@@ -70,7 +66,7 @@ class CompactDiskTable : public QWidget {
     DiskColumnWidths widths;
     Actions actions;
     Fields shown;
-    std::vector<SortableDiskHeader*> headers;
+    DiskTableHeader* header;
     QScrollArea* scrollArea;
     QWidget* rowList;
     QWidget* frame;

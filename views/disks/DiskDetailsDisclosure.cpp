@@ -11,6 +11,7 @@
 #include "views/controls/Symbol.h"
 #include "views/controls/SymbolLabel.h"
 #include "views/disks/DiskInspectorContent.h"
+#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 
@@ -28,8 +29,7 @@ Tone tintOf(const DiskDetailsDisclosure::Fields& fields) {
 
 }  // namespace
 
-DiskDetailsDisclosure::DiskDetailsDisclosure(std::function<void(bool)> expandAction, QWidget* parent) :
-    QWidget(parent),
+DiskDetailsDisclosure::DiskDetailsDisclosure(std::function<void(bool)> expandAction) :
     button(new DisclosureButton),
     symbol(new SymbolView({.symbol = {}, .size = symbolSize})),
     summary(new ElidedLabel({.font = FontRole::smallestCaption, .tone = Tone::secondary}, Qt::ElideMiddle)),
@@ -47,13 +47,10 @@ DiskDetailsDisclosure::DiskDetailsDisclosure(std::function<void(bool)> expandAct
 }
 
 void DiskDetailsDisclosure::buildLabel() {
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(1);
-    texts->addWidget(new TextLabel("Disk Details", {.font = FontRole::caption, .weight = QFont::Bold}));
-    texts->addWidget(summary);
+    auto* title = new TextLabel("Disk Details", {.font = FontRole::caption, .weight = QFont::Bold});
     selectedTarget->setWordWrap(false);
     button->label().addWidget(symbol);
-    button->label().addLayout(texts, 1);
+    button->label().addLayout(stackedTexts(title, summary), 1);
     button->label().addWidget(selectedTarget);
 }
 

@@ -27,7 +27,7 @@ class DiskDetailsDisclosure : public QWidget {
     };
 
     /// `expandAction` is called with the wish of the person who opens or closes it; `display` carries it out.
-    explicit DiskDetailsDisclosure(std::function<void(bool)> expandAction, QWidget* parent = nullptr);
+    explicit DiskDetailsDisclosure(std::function<void(bool)> expandAction);
 
     void display(const Fields& fields);
 

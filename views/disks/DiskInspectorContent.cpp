@@ -22,8 +22,7 @@ QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
 
 }  // namespace
 
-DiskInspectorContent::DiskInspectorContent(QWidget* parent) :
-    QWidget(parent),
+DiskInspectorContent::DiskInspectorContent() :
     device(new InfoRow("Device")),
     media(new InfoRow("Media")),
     location(new InfoRow("Location")),

@@ -16,7 +16,7 @@ class TextLabel;
 /// Everything that is known about one disk, and whether it may be the target.
 class DiskInspectorContent : public QWidget {
   public:
-    explicit DiskInspectorContent(QWidget* parent = nullptr);
+    DiskInspectorContent();
 
     /// Cheap when the disk is unchanged. The partitions are closed whenever another disk is shown.
     void display(const SDWholeDisk& disk);

@@ -6,6 +6,7 @@
 #include "model/SDCardPolicy.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Symbol.h"
+#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 
@@ -15,23 +16,16 @@ constexpr int symbolSize = 17;
 
 }  // namespace
 
-DiskMediaCell::DiskMediaCell(QWidget* parent) :
-    QWidget(parent),
+DiskMediaCell::DiskMediaCell() :
     symbol(new SymbolView({.symbol = {}, .size = symbolSize})),
     kind(new ElidedLabel({.font = FontRole::caption, .weight = QFont::DemiBold}, Qt::ElideRight)),
     connection(
         new ElidedLabel({.font = FontRole::smallestCaption, .tone = Tone::secondary}, Qt::ElideRight)) {
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(1);
-    texts->addStretch();
-    texts->addWidget(kind);
-    texts->addWidget(connection);
-    texts->addStretch();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(spacing::small);
     row->addWidget(symbol);
-    row->addLayout(texts, 1);
+    row->addLayout(stackedTexts(kind, connection), 1);
 }
 
 void DiskMediaCell::display(const SDWholeDisk& disk) {

@@ -12,7 +12,7 @@ class SymbolView;
 /// What kind of medium a disk is and how it is connected.
 class DiskMediaCell : public QWidget {
   public:
-    explicit DiskMediaCell(QWidget* parent = nullptr);
+    DiskMediaCell();
 
     void display(const SDWholeDisk& disk);
 

@@ -6,6 +6,7 @@
 #include "model/DiskTexts.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
+#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 
@@ -14,35 +15,33 @@ namespace {
 constexpr int padding = 7;
 constexpr int identifierWidth = 66;
 
-ElidedLabel* elidedLabel(const std::string& text, const TextLook& look, Qt::TextElideMode mode) {
-    auto* label = new ElidedLabel(look, mode);
+constexpr TextLook identifierLook{
+    .font = FontRole::smallMonospaced, .tone = Tone::secondary, .weight = QFont::Bold};
+constexpr TextLook nameLook{.font = FontRole::caption, .weight = QFont::DemiBold};
+constexpr TextLook detailLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
+constexpr TextLook sizeLook{
+    .font = FontRole::smallMonospaced, .tone = Tone::secondary, .weight = QFont::DemiBold};
+
+ElidedLabel* elidedLabel(const std::string& text, const TextLook& look) {
+    auto* label = new ElidedLabel(look, Qt::ElideMiddle);
     label->setText(QString::fromStdString(text));
     return label;
 }
 
 }  // namespace
 
-DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition, QWidget* parent) : QWidget(parent) {
-    const TextLook identifierLook{
-        .font = FontRole::smallMonospaced, .tone = Tone::secondary, .weight = QFont::Bold};
-    const TextLook sizeLook{
-        .font = FontRole::smallMonospaced, .tone = Tone::secondary, .weight = QFont::DemiBold};
-    ElidedLabel* identifier = elidedLabel(partition.id, identifierLook, Qt::ElideMiddle);
+DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition) {
+    ElidedLabel* identifier = elidedLabel(partition.id, identifierLook);
     identifier->setFixedWidth(scaledWithFont(identifierWidth));
 
-    auto* names = new QVBoxLayout;
-    names->setSpacing(1);
-    names->addWidget(elidedLabel(partition.displayName(),
-                                 {.font = FontRole::caption, .weight = QFont::DemiBold}, Qt::ElideMiddle));
-    names->addWidget(elidedLabel(partition.detailText(),
-                                 {.font = FontRole::smallestCaption, .tone = Tone::secondary},
-                                 Qt::ElideMiddle));
+    ElidedLabel* name = elidedLabel(partition.displayName(), nameLook);
+    ElidedLabel* detail = elidedLabel(partition.detailText(), detailLook);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(padding, padding, padding, padding);
     row->setSpacing(spacing::small);
     row->addWidget(identifier, 0, Qt::AlignTop);
-    row->addLayout(names, 1);
+    row->addLayout(stackedTexts(name, detail), 1);
     row->addWidget(new TextLabel(QString::fromStdString(partitionSizeText(partition)), sizeLook), 0,
                    Qt::AlignTop);
 }

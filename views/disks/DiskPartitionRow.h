@@ -9,7 +9,7 @@ namespace tessel {
 /// One partition of the inspected disk.
 class DiskPartitionRow : public QWidget {
   public:
-    explicit DiskPartitionRow(const SDDiskPartition& partition, QWidget* parent = nullptr);
+    explicit DiskPartitionRow(const SDDiskPartition& partition);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

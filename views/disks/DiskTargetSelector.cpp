@@ -46,10 +46,10 @@ QString accessibilityText(const SDWholeDisk& disk, bool isProtected, bool isSele
 
 }  // namespace
 
-DiskTargetSelector::DiskTargetSelector(std::function<void()> selectAction, QWidget* parent) :
-    QWidget(parent),
+DiskTargetSelector::DiskTargetSelector(std::function<void()> selectAction) :
     radio(new TargetRadioButton(this)),
-    lock(new SymbolView({.symbol = "lock.fill", .tone = Tone::secondary, .size = 14}, this)) {
+    lock(new SymbolView({.symbol = "lock.fill", .tone = Tone::secondary, .size = 14})) {
+    lock->setParent(this);
     connect(radio, &QRadioButton::clicked, std::move(selectAction));
 }
 

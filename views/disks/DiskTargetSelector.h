@@ -20,7 +20,7 @@ class DiskTargetSelector : public QWidget {
         bool isBusy = false;
     };
 
-    explicit DiskTargetSelector(std::function<void()> selectAction, QWidget* parent = nullptr);
+    explicit DiskTargetSelector(std::function<void()> selectAction);
 
     void display(const Fields& fields);
 

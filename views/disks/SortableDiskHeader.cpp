@@ -16,8 +16,8 @@ constexpr int chevronSize = 10;
 }  // namespace
 
 SortableDiskHeader::SortableDiskHeader(const QString& title, DiskSortField field,
-                                       std::function<void(DiskSortField)> action, QWidget* parent) :
-    QPushButton(title, parent),
+                                       std::function<void(DiskSortField)> action) :
+    QPushButton(title),
     field(field) {
     setFont(styledFont(FontRole::caption, QFont::DemiBold));
     setAttribute(Qt::WA_Hover);

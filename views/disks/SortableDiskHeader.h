@@ -11,8 +11,7 @@ namespace tessel {
 class SortableDiskHeader : public QPushButton {
   public:
     /// `action` is called with this heading's own field.
-    SortableDiskHeader(const QString& title, DiskSortField field, std::function<void(DiskSortField)> action,
-                       QWidget* parent = nullptr);
+    SortableDiskHeader(const QString& title, DiskSortField field, std::function<void(DiskSortField)> action);
 
     void display(DiskSortField activeField, bool ascending);
 

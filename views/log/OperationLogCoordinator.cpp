@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 
 OperationLogCoordinator::OperationLogCoordinator(QPlainTextEdit& view,
                                                  std::chrono::milliseconds interactionPauseDuration) :
+    QObject(&view),
     view(view) {
     for (QWidget* source :
          {static_cast<QWidget*>(&view), view.viewport(), static_cast<QWidget*>(view.verticalScrollBar())})

@@ -11,7 +11,7 @@ namespace tessel {
 /// pressing, dragging or typing pauses the following. It resumes by itself once nothing of that has happened
 /// for the pause duration and no mouse button is pressed.
 ///
-/// Only input events pause; scrolls by the program never do. Lives as a part of the view; main thread only.
+/// Only input events pause; scrolls by the program never do. Owned by the view; main thread only.
 class OperationLogCoordinator : public QObject {
   public:
     /// Watches the view's input from now on. A negative pause counts as zero.

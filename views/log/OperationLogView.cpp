@@ -1,9 +1,9 @@
 #include "views/log/OperationLogView.h"
 
 #include <QFontDatabase>
-#include <QScrollBar>
 #include <algorithm>
 
+#include "views/controls/ScrollBar.h"
 #include "views/log/ReadingPosition.h"
 
 namespace tessel {
@@ -13,23 +13,15 @@ namespace {
 constexpr int fontPixelSize = 11;
 constexpr int textInset = 10;
 
-// Half-transparent grey shows on light and dark text backgrounds alike.
-constexpr const char* slimScrollBar = R"(
-    QScrollBar:vertical { background: transparent; border: none; width: 10px; margin: 0; }
-    QScrollBar::handle:vertical { background: rgba(128, 128, 128, 128); border-radius: 3px; margin: 2px; min-height: 24px; }
-    QScrollBar::handle:vertical:hover { background: rgba(128, 128, 128, 200); }
-    QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
-    QScrollBar::add-page, QScrollBar::sub-page { background: transparent; })";
-
 QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 }  // namespace
 
-OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration, QWidget* parent) :
-    QPlainTextEdit(parent),
-    coordinator(*this, interactionPauseDuration) {
+OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
+    setVerticalScrollBar(new ScrollBar);
+    coordinator = new OperationLogCoordinator(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
@@ -44,7 +36,6 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
     setBackgroundRole(QPalette::Base);  // also behind the scroll bar
     setAutoFillBackground(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    verticalScrollBar()->setStyleSheet(slimScrollBar);
 }
 
 void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
@@ -54,14 +45,14 @@ void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
         replaceText(text);
     else if (lastEntryCount == previousEntryCount)
         return;
-    coordinator.scheduleScrollToLatest();
+    coordinator->scheduleScrollToLatest();
 }
 
 void OperationLogView::resizeEvent(QResizeEvent* event) {
     const int firstVisible = readingPosition(*this);
     QPlainTextEdit::resizeEvent(event);
     scrollToReadingPosition(*this, firstVisible);
-    coordinator.scheduleScrollToLatest();
+    coordinator->scheduleScrollToLatest();
 }
 
 void OperationLogView::replaceText(std::string_view text) {

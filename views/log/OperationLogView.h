@@ -15,14 +15,14 @@ namespace tessel {
 class OperationLogView : public QPlainTextEdit {
   public:
     /// The pause is how long after the last interaction the view follows again.
-    explicit OperationLogView(std::chrono::milliseconds interactionPauseDuration, QWidget* parent = nullptr);
+    explicit OperationLogView(std::chrono::milliseconds interactionPauseDuration);
 
     /// Shows the whole log, lines joined by line feeds. Lines added at its end cost no new layout of the
     /// others and leave selection and reading position alone; any other text replaces the shown one and keeps
     /// of the selection what still fits. Follows when the text or the number of entries changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    bool isFollowingLatest() const { return coordinator.isFollowingLatest(); }
+    bool isFollowingLatest() const { return coordinator->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -33,7 +33,7 @@ class OperationLogView : public QPlainTextEdit {
 
     std::string shownText;
     std::ptrdiff_t lastEntryCount = -1;
-    OperationLogCoordinator coordinator;
+    OperationLogCoordinator* coordinator;
 };
 
 }  // namespace tessel

@@ -10,6 +10,7 @@
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/Switch.h"
+#include "views/controls/ToolTip.h"
 
 namespace tessel {
 

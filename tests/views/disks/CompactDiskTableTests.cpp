@@ -48,10 +48,7 @@ class CompactDiskTableTests : public testing::Test {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 
-    void redraw() {
-        fields.height = CompactDiskTable::tableHeight(fields.disks.size());
-        table->display(fields);
-    }
+    void redraw() { table->display(fields); }
 
     CompactDiskRow& row(const std::string& id) {
         for (CompactDiskRow* each : shownWidgets<CompactDiskRow>(*table)) {
@@ -167,9 +164,16 @@ TEST_F(CompactDiskTableTests, headingsAskForTheirFieldAndSayTheDirection) {
     EXPECT_EQ(headings[1]->accessibleName(), "Size, sorted descending");
 }
 
+TEST_F(CompactDiskTableTests, isAsHighAsItsRowsUpToSix) {
+    for (const auto& [disks, height] : {std::pair{0, 85}, {1, 85}, {3, 185}, {6, 335}, {7, 335}}) {
+        fields.disks = manyCards(disks);
+        redraw();
+        EXPECT_EQ(table->height(), height) << disks;
+    }
+}
+
 TEST_F(CompactDiskTableTests, keysMoveAndInspectAndScroll) {
     show(manyCards(20));
-    EXPECT_EQ(table->height(), 335);
     shownWidgets<SortableDiskHeader>(*table).back()->setFocus();
     press(Qt::Key_Tab);
     EXPECT_EQ(focusedID(), "disk1");

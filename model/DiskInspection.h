@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/SDWholeDisk.h"
+
+namespace tessel {
+
+/// The identifier of the disk that is inspected once the list has changed: the same disk while it is listed,
+/// else the target if it is listed, else none.
+[[nodiscard]] std::optional<std::string> reconciledInspection(const std::optional<std::string>& inspectedID,
+                                                              const std::string& targetID,
+                                                              const std::vector<SDWholeDisk>& listed);
+
+}  // namespace tessel

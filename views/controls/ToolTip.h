@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class QEvent;
+class QWidget;
+
+namespace tessel {
+
+/// The text as a tool tip that shows it as it is, wrapped: it is never read as markup.
+[[nodiscard]] QString plainToolTip(const QString& text);
+
+/// Shows the text above the widget if the event asks for a tool tip. Returns whether it did.
+bool showPlainToolTip(QWidget& widget, const QEvent& event, const QString& text);
+
+}  // namespace tessel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "views/controls/Style.h"
+
+namespace tessel {
+
+/// The widths of the disk table's columns in pixels. Media gets what is left.
+struct DiskColumnWidths {
+    int target = scaledWithFont(44);
+    int disk = scaledWithFont(138);
+    int size = scaledWithFont(88);
+};
+
+}  // namespace tessel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "model/DiskSorting.h"
+#include "views/disks/DiskColumnWidths.h"
+
+namespace tessel {
+
+class SortableDiskHeader;
+
+/// The line of headings above the rows of the disk table.
+class DiskTableHeader : public QWidget {
+  public:
+    static constexpr int headerHeight = 34;  ///< pixels
+
+    /// `sortAction` is called with the field of the heading that is pressed.
+    DiskTableHeader(const DiskColumnWidths& widths, const std::function<void(DiskSortField)>& sortAction);
+
+    void display(DiskSortField activeField, bool ascending);
+
+    /// The last stop of the Tab key in the header.
+    [[nodiscard]] SortableDiskHeader& lastHeading() const { return *headings.back(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    std::vector<SortableDiskHeader*> headings;
+};
+
+}  // namespace tessel

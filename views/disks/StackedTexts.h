@@ -1,0 +1,11 @@
+#pragma once
+
+class QVBoxLayout;
+class QWidget;
+
+namespace tessel {
+
+/// One line of text close above another, both in the middle of the height that they are given.
+[[nodiscard]] QVBoxLayout* stackedTexts(QWidget* above, QWidget* below);
+
+}  // namespace tessel
