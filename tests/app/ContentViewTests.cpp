@@ -116,7 +116,7 @@ TEST_F(ContentViewTests, scansOnceHoweverOftenItIsShown) {
     window().hide();
     window().show();
     QTest::qWait(20);
-    EXPECT_THAT(log(), Contains("Scanning every whole disk visible to macOS.").Times(1));
+    EXPECT_THAT(log(), Contains("Scanning every whole disk visible to Linux.").Times(1));
 }
 
 TEST_F(ContentViewTests, clearEmptiesTheLog) {

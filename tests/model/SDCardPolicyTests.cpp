@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/SystemWords.h"
+
 namespace tessel {
 
 namespace {
@@ -51,7 +53,7 @@ constexpr const char* eligible = "";
 TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
     SDWholeDisk disk = {.id = "disk4s1", .mediaName = "Disk", .busProtocol = "SATA", .isInternal = true};
     const struct {
-        const char* reason;
+        std::string reason;
         Change repair;
     } steps[] = {
         {"Detailed disk information could not be read.", [](auto& d) { d.hasDetailedInfo = true; }},
@@ -62,7 +64,7 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
          [](auto& d) { d.isPhysical = true; }},
         {fixedDrive, [](auto& d) { d.busProtocol = "USB"; }},
         {notRecognized, [](auto& d) { d.mediaName = "SD Card"; }},
-        {"macOS did not report the SD card as writable.", [](auto& d) { d.isWritable = true; }},
+        {systemWords().cardNotWritable, [](auto& d) { d.isWritable = true; }},
         {tooSmall, [](auto& d) { d.sizeBytes = maximumCardSize + 1; }},
         {tooLarge, [](auto& d) { d.sizeBytes = 32'000'000'000; }},
         {internalMedia, [](auto& d) { d.isInternal.reset(); }},

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/RunLoop.h"
@@ -208,7 +209,7 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
     const struct {
         const char* what;
         const char* answers;
-        const char* failure;
+        std::string failure;
         const char* commands;
     } cases[] = {
         {"still there", "list*) list disk0 disk4 ;; *) card ;;", "", "li"},
@@ -227,7 +228,7 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
         {"list without dictionary", "*) echo \"$array\" ;;",
          "diskutil returned an unexpected property-list structure.", "l"},
         {"read-only now", "list*) list disk4 ;; *) writable=false; card ;;",
-         "The selected disk is protected: macOS did not report the SD card as writable.", "li"},
+         "The selected disk is protected: " + systemWords().cardNotWritable, "li"},
     };
     for (const auto& [what, answers, failure, commands] : cases) {
         SCOPED_TRACE(what);

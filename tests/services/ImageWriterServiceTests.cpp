@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
 #include "tests/support/CommandLetters.h"
@@ -89,7 +90,7 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
         std::string commands;
     } cases[] = {
         {"a protected target", [this] { request.target.isWritable = false; },
-         "The selected disk is protected: macOS did not report the SD card as writable.", ""},
+         "The selected disk is protected: " + systemWords().cardNotWritable, ""},
         {"no image", [this] { std::filesystem::remove(request.image.url); },
          "The authorized image write failed: The file “" + request.image.url.string() +
              "” could not be inspected: No such file or directory.",
@@ -102,7 +103,7 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
          diskChanged, "LILILI"},
         {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "LLL"},
         {"a write-protected card", [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
-         "The selected disk is protected: macOS did not report the SD card as writable.", "LI"},
+         "The selected disk is protected: " + systemWords().cardNotWritable, "LI"},
         {"a card that is too small", [&] { resizeImage(request.image.sizeBytes = cardSize + 1); },
          "The selected image is larger than the selected SD card.", "LI"},
         {"a card that can't be unmounted",
