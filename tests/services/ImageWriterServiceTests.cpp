@@ -54,7 +54,7 @@ class ImageWriterServiceTests : public testing::Test {
         } catch (...) {
             failure = localizedDescription(std::current_exception());
         }
-        EXPECT_EQ(openDescriptors(), before);
+        EXPECT_EQ(settledDescriptors(before), before);
         return failure;
     }
 
