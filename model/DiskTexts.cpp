@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "foundation/ByteCount.h"
 #include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 
@@ -59,10 +58,6 @@ std::string mediaSymbol(const SDWholeDisk& disk) {
 
 std::string devicePath(const SDWholeDisk& disk) {
     return "/dev/" + disk.id;
-}
-
-std::string partitionSizeText(const SDDiskPartition& partition) {
-    return partition.sizeBytes == 0 ? "Unknown size" : byteCountText(partition.sizeBytes);
 }
 
 std::string emptyTableText(size_t foundDisks) {

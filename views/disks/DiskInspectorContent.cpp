@@ -2,6 +2,7 @@
 
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
+#include "model/SizeText.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/SymbolLabel.h"
@@ -65,7 +66,7 @@ void DiskInspectorContent::display(const SDWholeDisk& disk) {
     device->setValue(QString::fromStdString(devicePath(disk)));
     media->setValue(QString::fromStdString(disk.mediaName));
     location->setValue(QString::fromStdString(disk.locationText()));
-    capacity->setValue(QString::fromStdString(disk.sizeText()));
+    capacity->setValue(QString::fromStdString(sizeText(disk.sizeBytes)));
     connection->setValue(QString::fromStdString(disk.busProtocol));
     map->setValue(QString::fromStdString(disk.partitionSchemeText()));
     attributes->setValue(QString::fromStdString(disk.capabilitySummary()));
