@@ -39,8 +39,8 @@ void Switch::paintEvent(QPaintEvent*) {
     painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
     paintTrack(painter);
     painter.setPen(currentColors().primary);
-    const QRect beside = rect().adjusted(trackBounds().right() + 1 + ringWidth + spacing::small, 0, 0, 0);
-    painter.drawText(beside, Qt::AlignLeft | Qt::AlignVCenter, text());
+    const QRect textBounds = rect().adjusted(trackBounds().right() + 1 + ringWidth + spacing::small, 0, 0, 0);
+    painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter, text());
 }
 
 void Switch::applyFont() {
