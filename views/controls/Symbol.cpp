@@ -58,26 +58,4 @@ void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, in
     painter.drawPixmap(corner, symbolPixmap(name, size, color, painter.device()->devicePixelRatioF()));
 }
 
-SymbolView::SymbolView(const Fields& fields) : shown(fields) {
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-}
-
-void SymbolView::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
-    shown = fields;
-    updateGeometry();
-    update();
-}
-
-QSize SymbolView::sizeHint() const {
-    return {shown.size, shown.size};
-}
-
-void SymbolView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    paintSymbol(painter, shown.symbol, rect(), shown.size, currentColors().of(shown.tone));
-}
-
 }  // namespace tessel

@@ -8,8 +8,8 @@
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
-#include "views/controls/Symbol.h"
 #include "views/controls/SymbolLabel.h"
+#include "views/controls/SymbolView.h"
 #include "views/disks/DiskInspectorContent.h"
 #include "views/disks/StackedTexts.h"
 

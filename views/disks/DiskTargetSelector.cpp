@@ -5,6 +5,7 @@
 
 #include "model/SDCardPolicy.h"
 #include "views/controls/Symbol.h"
+#include "views/controls/SymbolView.h"
 
 namespace tessel {
 
