@@ -57,11 +57,10 @@ void StatusSign::timerEvent(QTimerEvent*) {
 }
 
 void StatusSign::turnWhileSeen() {
-    if (!isBusy || !isVisible()) {
+    if (!isBusy || !isVisible())
         turn.stop();
-    } else if (!turn.isActive()) {
+    else if (!turn.isActive())
         turn.start(turnMilliseconds, this);
-    }
 }
 
 }  // namespace tessel

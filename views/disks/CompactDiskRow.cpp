@@ -67,9 +67,7 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
 }
 
 void CompactDiskRow::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     const SDWholeDisk& disk = shown.disk;
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
@@ -83,11 +81,10 @@ void CompactDiskRow::display(const Fields& fields) {
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space) {
+    if (event->key() == Qt::Key_Space)
         selector->press();
-    } else {
+    else
         QWidget::keyPressEvent(event);
-    }
 }
 
 void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
@@ -95,25 +92,20 @@ void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
 }
 
 void CompactDiskRow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) {
-        actions.inspect();
-    }
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) actions.inspect();
 }
 
 void CompactDiskRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Colors colors = currentColors();
-    if (shown.isSelectedTarget) {
+    if (shown.isSelectedTarget)
         painter.fillRect(rect(), withOpacity(colors.green, 0.1));
-    } else if (shown.isInspected) {
+    else if (shown.isInspected)
         painter.fillRect(rect(), withOpacity(colors.accent, 0.1));
-    } else if (underMouse()) {
+    else if (underMouse())
         painter.fillRect(rect(), withOpacity(colors.primary, 0.03));
-    }
     painter.fillRect(0, height() - 1, width(), 1, withOpacity(colors.primary, 0.08));
-    if (showsKeyboardFocus(*this)) {
-        paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
-    }
+    if (showsKeyboardFocus(*this)) paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
 }
 
 }  // namespace tessel
