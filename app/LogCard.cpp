@@ -36,7 +36,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
                             .look = Button::Look::destructive,
                             .size = Button::Size::small})),
     status(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
-    entries(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
+    entryCount(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
     logView(new OperationLogView(interactionPauseDuration)) {
     connect(stopButton, &Button::clicked, this, [this] { this->viewModel.requestStop(); });
     connect(clearButton, &Button::clicked, this, [this] { this->viewModel.clearLog(); });
@@ -51,7 +51,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     heading->addWidget(clearButton);
     auto* line = new QHBoxLayout;
     line->addWidget(status, 1);
-    line->addWidget(entries);
+    line->addWidget(entryCount);
     content().addLayout(heading);
     content().addLayout(line);
     content().addWidget(boxAround(logView), 1);
@@ -62,7 +62,7 @@ void LogCard::render() const {
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
     status->setText(viewModel.isCancellationRequested() ? "Stopping Operation"
                                                         : statusTitle(viewModel.state()));
-    entries->setText(QString::number(viewModel.logLines().size()) + " entries");
+    entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
 }
 

@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "foundation/ByteCount.h"
-
 namespace tessel {
 
 QString statusTitle(const TesselOperationState& state) {
@@ -46,10 +44,6 @@ Tone statusTone(const TesselOperationState& state) {
 
 QString percentText(double fraction) {
     return QString::number(std::lround(fraction * 100)) + "%";
-}
-
-std::string sizeOrUnknown(uint64_t bytes) {
-    return bytes == 0 ? "Unknown size" : byteCountText(bytes);
 }
 
 }  // namespace tessel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <string>
 
 #include "viewmodel/TesselOperationState.h"
 #include "views/controls/Style.h"
@@ -14,8 +13,5 @@ Tone statusTone(const TesselOperationState& state);
 
 /// "42%", rounded half away from zero.
 QString percentText(double fraction);
-
-/// "31.9 GB", or "Unknown size" for 0.
-std::string sizeOrUnknown(uint64_t bytes);
 
 }  // namespace tessel

@@ -13,25 +13,25 @@ namespace tessel {
 
 namespace {
 
-constexpr TextLook countLook{.font = FontRole::caption, .tone = Tone::secondary};
+constexpr TextLook captionLook{.font = FontRole::caption, .tone = Tone::secondary};
 constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
-QString countText(size_t count, const char* what) {
-    return QString::number(count) + " " + what;
+QString countText(size_t count, const char* noun) {
+    return QString::number(count) + " " + noun;
 }
 
 }  // namespace
 
 TargetCard::TargetCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
-    shownCount(new TextLabel({}, countLook)),
-    selectableCount(new TextLabel({}, countLook)),
-    hiddenCount(new TextLabel({}, countLook)),
+    shownCount(new TextLabel({}, captionLook)),
+    selectableCount(new TextLabel({}, captionLook)),
+    hiddenCount(new TextLabel({}, captionLook)),
     table(new CompactDiskTable(
         {.sort = [this](DiskSortField field) { sortBy(field); },
          .inspect = [this](const SDWholeDisk& disk) { inspect(disk); },
          .select = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
-    emptyLabel(new SymbolLabel("sdcard", {}, countLook)),
+    emptyLabel(new SymbolLabel("sdcard", {}, captionLook)),
     details(new DiskDetailsDisclosure([this](bool expand) { expandDetails(expand); })),
     noDetails(new SymbolLabel(
         "info.circle",

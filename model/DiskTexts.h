@@ -22,9 +22,6 @@ std::string mediaSymbol(const SDWholeDisk& disk);
 /// "/dev/disk4".
 std::string devicePath(const SDWholeDisk& disk);
 
-/// "31.9 GB", or "Unknown size".
-std::string partitionSizeText(const SDDiskPartition& partition);
-
 /// What stands in the place of a table without rows: one text when no disk was found at all, another when all
 /// that were found are hidden.
 std::string emptyTableText(size_t foundDisks);

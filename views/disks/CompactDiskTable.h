@@ -56,7 +56,7 @@ class CompactDiskTable : public QWidget {
     void showFields();
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
-    void retire(const RowsByID& rows);
+    void retire(const RowsByID& retired);
     void placeRows();
     void chooseTabStop();
     bool handleKey(int key);

@@ -21,7 +21,7 @@ QString toQString(std::string_view text) {
 
 OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
     setVerticalScrollBar(new ScrollBar);
-    coordinator = new OperationLogCoordinator(*this, interactionPauseDuration);
+    follower = new LatestLineFollower(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
@@ -45,14 +45,14 @@ void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
         replaceText(text);
     else if (lastEntryCount == previousEntryCount)
         return;
-    coordinator->scheduleScrollToLatest();
+    follower->scheduleScrollToLatest();
 }
 
 void OperationLogView::resizeEvent(QResizeEvent* event) {
     const int firstVisible = readingPosition(*this);
     QPlainTextEdit::resizeEvent(event);
     scrollToReadingPosition(*this, firstVisible);
-    coordinator->scheduleScrollToLatest();
+    follower->scheduleScrollToLatest();
 }
 
 void OperationLogView::replaceText(std::string_view text) {
