@@ -66,11 +66,11 @@ class SimulatedReader {
     void reinsert(const std::string& identifier);
 
     /// What the authorization utility opens for the disk.
-    std::filesystem::path mediumPath(const std::string& identifier) const;
+    [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
     /// Every run of the utilities so far, such as "diskutil eject /dev/disk4".
-    std::vector<std::string> calls() const;
+    [[nodiscard]] std::vector<std::string> calls() const;
     /// The programs that answer for this reader.
-    SystemUtilities utilities() const;
+    [[nodiscard]] SystemUtilities utilities() const;
 
   private:
     void makeMedium(const SimulatedDisk& disk);
