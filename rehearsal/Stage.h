@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 #include "rehearsal/SimulatedReader.h"
 
@@ -26,9 +25,5 @@ class Stage {
     std::filesystem::path folder;
     SimulatedReader simulatedReader;
 };
-
-/// The SHA-256 digest of the first bytes of a file or device, read in the plainest way there is, to check the
-/// write path from outside. Throws std::runtime_error when there are fewer.
-[[nodiscard]] std::string digestOf(const std::filesystem::path& path, uint64_t length);
 
 }  // namespace tessel
