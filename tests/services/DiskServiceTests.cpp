@@ -27,6 +27,7 @@ const auto loop = std::make_shared<RunLoop>();
 
 constexpr const char* changed =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
+constexpr const char* threeAttempts = "list info list info list info";
 
 /// What every script can use: it logs its command, counts how often it was run and reports when two run at
 /// once. `list` and `card` print property lists, `$asked` is such as "info disk4 2" for the second run.
@@ -214,19 +215,15 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
     } cases[] = {
         {"still there", "list*) list disk0 disk4 ;; *) card ;;", "", "list info"},
         {"missing", "list*) list disk0 disk40 ;; *) card ;;", changed, "list list list"},
-        {"other size", "list*) list disk4 ;; *) size=64000000000; card ;;", changed,
-         "list info list info list info"},
-        {"other name", "list*) list disk4 ;; *) name='SDHC Reader'; card ;;", changed,
-         "list info list info list info"},
+        {"other size", "list*) list disk4 ;; *) size=64000000000; card ;;", changed, threeAttempts},
+        {"other name", "list*) list disk4 ;; *) name='SDHC Reader'; card ;;", changed, threeAttempts},
         {"other card, read-only", "list*) list disk4 ;; *) size=1 writable=false; card ;;", changed,
-         "list info list info list info"},
+         threeAttempts},
         {"back at the second attempt", "'list 1') list ;; list*) list disk4 ;; *) card ;;", "",
          "list list info"},
         {"readable at the third attempt",
-         "list*) list disk4 ;; *1) card; exit 1 ;; *2) echo rubbish ;; *) card ;;", "",
-         "list info list info list info"},
-        {"no details", "list*) list disk4 ;; *) echo \"$array\" ;;", changed,
-         "list info list info list info"},
+         "list*) list disk4 ;; *1) card; exit 1 ;; *2) echo rubbish ;; *) card ;;", "", threeAttempts},
+        {"no details", "list*) list disk4 ;; *) echo \"$array\" ;;", changed, threeAttempts},
         {"unreadable list", "*) echo rubbish ;;", changed, "list list list"},
         {"failing list", "*) echo 'No disks today.' >&2; exit 1 ;;", "No disks today.", "list"},
         {"failing list after a missing disk", "*1) list ;; *) exit 1 ;;", "diskutil list failed.",
