@@ -36,9 +36,7 @@ QString InfoRow::value() const {
 
 void InfoRow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) {
-        alignTitle();
-    }
+    if (event->type() == QEvent::ApplicationFontChange) alignTitle();
 }
 
 void InfoRow::alignTitle() {

@@ -44,23 +44,17 @@ bool SelectableValue::event(QEvent* event) {
 
 void SelectableValue::changeEvent(QEvent* event) {
     QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-        applyLook();
-    }
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) applyLook();
 }
 
 void SelectableValue::contextMenuEvent(QContextMenuEvent* event) {
-    if (!hasSelectedText()) {
-        selectAll();
-    }
+    if (!hasSelectedText()) selectAll();
     QLineEdit::contextMenuEvent(event);
 }
 
 void SelectableValue::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    if (event->reason() != Qt::PopupFocusReason) {
-        deselect();
-    }
+    if (event->reason() != Qt::PopupFocusReason) deselect();
 }
 
 void SelectableValue::keyPressEvent(QKeyEvent* event) {

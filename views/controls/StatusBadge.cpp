@@ -22,9 +22,7 @@ StatusBadge::StatusBadge() :
 }
 
 void StatusBadge::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     sign->display(fields.tone, fields.isBusy);
     label->setText(fields.text);

@@ -29,9 +29,7 @@ QSize Switch::sizeHint() const {
 
 void Switch::changeEvent(QEvent* event) {
     QCheckBox::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) {
-        applyFont();
-    }
+    if (event->type() == QEvent::ApplicationFontChange) applyFont();
 }
 
 void Switch::paintEvent(QPaintEvent*) {

@@ -39,9 +39,7 @@ QPixmap drawn(const QString& path, int pixels, const QColor& color) {
 
 QPixmap symbolPixmap(const QString& name, int size, const QColor& color, double devicePixelRatio) {
     const QString path = ":/symbols/" + name + ".svg";
-    if (!QFile::exists(path)) {
-        return {};
-    }
+    if (!QFile::exists(path)) return {};
     const int pixels = static_cast<int>(std::lround(size * devicePixelRatio));
     const QString key = path + color.name(QColor::HexArgb) + QString::number(pixels);
     QPixmap pixmap;

@@ -11,9 +11,7 @@ SymbolView::SymbolView(const Fields& fields) : shown(fields) {
 }
 
 void SymbolView::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     updateGeometry();
     update();

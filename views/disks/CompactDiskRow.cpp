@@ -67,9 +67,7 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
 }
 
 void CompactDiskRow::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     const SDWholeDisk& disk = shown.disk;
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
@@ -95,9 +93,7 @@ void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
 }
 
 void CompactDiskRow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) {
-        actions.inspect();
-    }
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) actions.inspect();
 }
 
 void CompactDiskRow::paintEvent(QPaintEvent*) {
@@ -111,9 +107,7 @@ void CompactDiskRow::paintEvent(QPaintEvent*) {
         painter.fillRect(rect(), withOpacity(colors.primary, 0.03));
     }
     painter.fillRect(0, height() - 1, width(), 1, withOpacity(colors.primary, 0.08));
-    if (showsKeyboardFocus(*this)) {
-        paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
-    }
+    if (showsKeyboardFocus(*this)) paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
 }
 
 }  // namespace tessel

@@ -15,9 +15,8 @@ namespace {
 QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
     auto* column = new QVBoxLayout;
     column->setSpacing(spacing::tight);
-    for (InfoRow* row : rows) {
+    for (InfoRow* row : rows)
         column->addWidget(row);
-    }
     return column;
 }
 
@@ -57,12 +56,8 @@ QLayout* DiskInspectorContent::makeColumns() {
 }
 
 void DiskInspectorContent::display(const SDWholeDisk& disk) {
-    if (disk == shown) {
-        return;
-    }
-    if (!shown || shown->id != disk.id) {
-        partitionsButton->setChecked(false);
-    }
+    if (disk == shown) return;
+    if (!shown || shown->id != disk.id) partitionsButton->setChecked(false);
     device->setValue(QString::fromStdString(devicePath(disk)));
     media->setValue(QString::fromStdString(disk.mediaName));
     location->setValue(QString::fromStdString(disk.locationText()));
@@ -70,9 +65,7 @@ void DiskInspectorContent::display(const SDWholeDisk& disk) {
     connection->setValue(QString::fromStdString(disk.busProtocol));
     map->setValue(QString::fromStdString(disk.partitionSchemeText()));
     attributes->setValue(QString::fromStdString(disk.capabilitySummary()));
-    if (!shown || shown->partitions != disk.partitions) {
-        showPartitions(disk);
-    }
+    if (!shown || shown->partitions != disk.partitions) showPartitions(disk);
     showVerdict(disk);
     shown = disk;
 }
@@ -87,9 +80,8 @@ void DiskInspectorContent::showPartitions(const SDWholeDisk& disk) {
     auto* column = new QVBoxLayout(partitions);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
-    for (const SDDiskPartition& partition : disk.partitions) {
+    for (const SDDiskPartition& partition : disk.partitions)
         column->addWidget(new DiskPartitionRow(partition));
-    }
     if (disk.partitions.empty()) {
         column->addWidget(wrappedLabel("No child partitions or volumes were reported.",
                                        {.font = FontRole::smallestCaption, .tone = Tone::secondary}));

@@ -3,6 +3,7 @@
 #include <QPlainTextEdit>
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,7 +33,7 @@ class OperationLogView : public QPlainTextEdit {
     void insertAtEnd(std::string_view text);
 
     std::string shownText;
-    std::ptrdiff_t lastEntryCount = -1;
+    std::optional<std::size_t> shownEntryCount;
     LatestLineFollower* follower;
 };
 
