@@ -11,13 +11,13 @@ namespace tessel {
 inline constexpr const char* stoppingTitle = "Stopping Operation";
 
 /// What the window says about a state.
-QString statusTitle(const TesselOperationState& state);
-Tone statusTone(const TesselOperationState& state);
+[[nodiscard]] QString statusTitle(const TesselOperationState& state);
+[[nodiscard]] Tone statusTone(const TesselOperationState& state);
 
 /// The title of the present state, or that the operation is stopping.
-QString liveStatusTitle(const TesselViewModel& viewModel);
+[[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);
 
 /// "42%", rounded half away from zero.
-QString percentText(double fraction);
+[[nodiscard]] QString percentText(double fraction);
 
 }  // namespace tessel

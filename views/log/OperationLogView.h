@@ -23,7 +23,7 @@ class OperationLogView : public QPlainTextEdit {
     /// of the selection what still fits. Follows when the text or the number of entries changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    bool isFollowingLatest() const { return follower->isFollowingLatest(); }
+    [[nodiscard]] bool isFollowingLatest() const { return follower->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
