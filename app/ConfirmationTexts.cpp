@@ -15,10 +15,8 @@ std::string confirmationMessage(const TesselViewModel& viewModel) {
            (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
                                          : "SHA-256 verification is disabled.") +
            " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "
-           "developer "
-           "accepts no responsibility or liability for data loss, device damage, corrupted media, or failed "
-           "or "
-           "interrupted writes.";
+           "developer accepts no responsibility or liability for data loss, device damage, corrupted media, "
+           "or failed or interrupted writes.";
 }
 
 std::string confirmationButtonTitle(const TesselViewModel& viewModel) {

@@ -60,8 +60,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
 void LogCard::render() const {
     renderStopButton();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
-    status->setText(viewModel.isCancellationRequested() ? "Stopping Operation"
-                                                        : statusTitle(viewModel.state()));
+    status->setText(liveStatusTitle(viewModel));
     entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
 }
@@ -71,7 +70,7 @@ void LogCard::renderStopButton() const {
     const bool isWriting = viewModel.state().kind == TesselOperationState::Case::writingImage;
     stopButton->setVisible(viewModel.hasWriteTask() && isWriting);
     stopButton->setEnabled(viewModel.canRequestStop());
-    stopButton->setText(isStopping ? "Stopping Operation" : "Stop");
+    stopButton->setText(isStopping ? stoppingTitle : "Stop");
     stopButton->setToolTip(
         isStopping ? "The operation is stopping and the SD card will be ejected when possible."
         : viewModel.canRequestStop() ? "Stop at the next safe checkpoint and eject the SD card when possible."

@@ -42,6 +42,10 @@ Tone statusTone(const TesselOperationState& state) {
     return Tone::secondary;
 }
 
+QString liveStatusTitle(const TesselViewModel& viewModel) {
+    return viewModel.isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
+}
+
 QString percentText(double fraction) {
     return QString::number(std::lround(fraction * 100)) + "%";
 }

@@ -59,13 +59,11 @@ QWidget* TargetCard::makeControls() {
 void TargetCard::buildContent(QWidget* controls) {
     auto* top = new QHBoxLayout;
     top->setSpacing(spacing::page);
-    top->addLayout(
-        cardHeading(
-            "sdcard", "Target SD Card",
-            "Only physical media whose name or bus protocol explicitly identifies an SD, SDHC, SDXC, "
-            "microSD, "
-            "or SD/MMC card can be selected. Other disks remain hidden unless Show All Disks is enabled."),
-        1);
+    top->addLayout(cardHeading("sdcard", "Target SD Card",
+                               "Only physical media whose name or bus protocol explicitly identifies an SD, "
+                               "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
+                               "hidden unless Show All Disks is enabled."),
+                   1);
     top->addWidget(controls, 0, Qt::AlignTop);
     content().addLayout(top);
 
@@ -82,8 +80,8 @@ void TargetCard::buildContent(QWidget* controls) {
     paddedEmptyLabel->addWidget(emptyLabel);
     content().addLayout(paddedEmptyLabel);
     content().addWidget(
-        wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make "
-                     "its optional details available. Click Disk, Size, or Media to sort.",
+        wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make its "
+                     "optional details available. Click Disk, Size, or Media to sort.",
                      smallLook));
     content().addWidget(details);
     content().addWidget(noDetails);

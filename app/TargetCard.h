@@ -38,8 +38,8 @@ class TargetCard : public Card {
     void expandDetails(bool expand);
     void reconcileInspection();
     void setInspectedDisk(std::optional<std::string> diskID);
-    std::vector<SDWholeDisk> listedDisks() const;
-    const SDWholeDisk* inspectedDisk() const;
+    [[nodiscard]] std::vector<SDWholeDisk> listedDisks() const;
+    [[nodiscard]] const SDWholeDisk* inspectedDisk() const;
     void renderCounts(const std::vector<SDWholeDisk>& listed) const;
     void renderDetails() const;
 

@@ -13,7 +13,7 @@ class InfoRow : public QWidget {
     explicit InfoRow(const QString& title);
 
     void setValue(const QString& value);
-    QString value() const;
+    [[nodiscard]] QString value() const;
 
   protected:
     void changeEvent(QEvent* event) override;

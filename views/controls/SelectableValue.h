@@ -15,9 +15,9 @@ class SelectableValue : public QLineEdit {
 
     /// Shows the value from its beginning.
     void setValue(const QString& value);
-    bool isElided() const;
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    [[nodiscard]] bool isElided() const;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     bool event(QEvent* event) override;

@@ -21,8 +21,8 @@ class SymbolView : public QWidget {
     explicit SymbolView(const Fields& fields);
     void display(const Fields& fields);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

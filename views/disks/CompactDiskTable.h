@@ -61,7 +61,7 @@ class CompactDiskTable : public QWidget {
     void chooseTabStop();
     bool handleKey(int key);
     void moveTo(size_t index);
-    std::optional<size_t> focusedIndex() const;
+    [[nodiscard]] std::optional<size_t> focusedIndex() const;
 
     DiskColumnWidths widths;
     Actions actions;

@@ -17,7 +17,7 @@ class LatestLineFollower : public QObject {
     /// Watches the view's input from now on. A negative pause counts as zero.
     LatestLineFollower(QPlainTextEdit& view, std::chrono::milliseconds interactionPauseDuration);
 
-    bool isFollowingLatest() const { return isFollowing; }
+    [[nodiscard]] bool isFollowingLatest() const { return isFollowing; }
 
     /// Scrolls to the last line when the event loop turns next, unless the person interacts first. Does
     /// nothing while paused.

@@ -3,6 +3,7 @@
 #include <QPlainTextEdit>
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,7 @@ class OperationLogView : public QPlainTextEdit {
     /// of the selection what still fits. Follows when the text or the number of entries changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    bool isFollowingLatest() const { return follower->isFollowingLatest(); }
+    [[nodiscard]] bool isFollowingLatest() const { return follower->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -32,7 +33,7 @@ class OperationLogView : public QPlainTextEdit {
     void insertAtEnd(std::string_view text);
 
     std::string shownText;
-    std::ptrdiff_t lastEntryCount = -1;
+    std::optional<std::size_t> shownEntryCount;
     LatestLineFollower* follower;
 };
 

@@ -52,8 +52,7 @@ class DiskDetailsDisclosureTests : public testing::Test {
 
 constexpr const char* passed =
     "This device is positively identified as an SD card and passed the current physical-media, "
-    "writable-media, "
-    "size, and removability checks.";
+    "writable-media, size, and removability checks.";
 
 }  // namespace
 
