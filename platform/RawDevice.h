@@ -36,9 +36,4 @@ class RawDevice {
 /// Makes a device of an open descriptor, which it owns from then on.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
-/// A whole block device, locked against whoever else works on it. Anything else has no block size ("Block
-/// device required"), nor has one that another program locked ("Device or resource busy"); so neither is
-/// written.
-std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
-
 }  // namespace tessel

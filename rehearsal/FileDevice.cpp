@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Files.h"
+#include "platform/LockedBlockDevice.h"
 #include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {

@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "app/Application.h"
+#include "platform/LockedBlockDevice.h"
 #include "platform/qt/TerminationSignal.h"
 
 namespace {

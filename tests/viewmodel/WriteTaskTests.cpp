@@ -34,6 +34,9 @@ constexpr auto diskChanged =
 constexpr auto imageChanged = "The selected image changed after it was selected.";
 const auto isProtected = "The selected disk is protected: " + systemWords().cardNotWritable;
 
+/// What the utilities are asked for a whole write.
+constexpr auto allCommands = "list info list info unmount authorize list info eject";
+
 Messages operator+(Messages messages, const Messages& more) {
     messages.insert(messages.end(), more.begin(), more.end());
     return messages;
@@ -112,7 +115,7 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
                   verifies ? "completed: Image written and verified" : "completed: Image written");
         EXPECT_TRUE(viewModel->isSuccessfulCompletion());
         EXPECT_EQ(takeLog(), log);
-        EXPECT_EQ(takeCommands(), "LILIUALIE");
+        EXPECT_EQ(takeCommands(), allCommands);
         std::string written(imageSize, '\0');
         std::ifstream(reader.mediumPath("disk4"), std::ios::binary).read(written.data(), imageSize);
         EXPECT_TRUE(written == imageContent);
@@ -183,12 +186,16 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         std::string error;
         std::string commands;
     } cases[] = {
-        {"another size", [&] { interpose(otherSize); }, {mismatch}, diskChanged, "LILILI"},
+        {"another size",
+         [&] { interpose(otherSize); },
+         {mismatch},
+         diskChanged,
+         "list info list info list info"},
         {"another size, then nothing",
          [&] { interpose(onlyOnce(otherSize) + "[ $1 = list ] && exec $real \"$@\""); },
          {mismatch},
          diskChanged,
-         "LILL"},
+         "list info list list"},
         {"unreadable",
          [&] { interpose("true"); },
          {"Disk revalidation could not read the selected disk: The property list could not be read: it is "
@@ -199,24 +206,24 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
          [&] { reader.removeDisk("disk4"); },
          {"Disk revalidation could not find /dev/disk4 as a whole disk."},
          diskChanged,
-         "LLL"},
+         "list list list"},
         {"write-protected",
          [&] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
          {},
          isProtected,
-         "LI"},
+         "list info"},
         {"no list", [&] { interpose("echo Nobody knows. >&2; exit 1"); }, {}, "Nobody knows.", ""},
         {"a larger image",
          [&] { std::filesystem::resize_file(image, imageSize + 1); },
          {},
          imageChanged,
-         "LI"},
+         "list info"},
         {"no image",
          [&] { std::filesystem::remove(image); },
          {},
          "The file “" + (folder.path() / "os.img").string() +
              "” could not be inspected: No such file or directory.",
-         "LI"},
+         "list info"},
     };
     for (const auto& [what, arrange, log, error, commands] : cases) {
         SCOPED_TRACE(what);
@@ -239,7 +246,8 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
         const char* attempt;
         std::string failures;
         std::string commands;
-    } cases[] = {{"2", "mkdir $0.1", "LLILIUALIE"}, {"3", "mkdir $0.2 || mkdir $0.3", "LLLILIUALIE"}};
+    } cases[] = {{"2", "mkdir $0.1", std::string("list ") + allCommands},
+                 {"3", "mkdir $0.2 || mkdir $0.3", std::string("list list ") + allCommands}};
     for (const auto& [attempt, failures, commands] : cases) {
         SCOPED_TRACE(attempt);
         prepareWrite();
@@ -310,14 +318,14 @@ TEST_F(WriteTaskTests, aStopTakesEffectWhereverItComes) {
         bool verifies = true;
     } cases[] = {
         {revalidating, {revalidating}, interrupted, ""},
-        {verificationEnabled, {revalidating, writing, verificationEnabled}, interrupted, "LI"},
-        {phaseMessages[0], logUpTo(preparingTarget), interrupted, "LILI"},
-        {phaseMessages[1], logUpTo(authorizingDevice), interrupted, "LILIUE"},
-        {phaseMessages[2], logUpTo(writingImage), interrupted, "LILIUALIE"},
-        {"9 MB of 9 MB written.", logUpTo(writingImage), unverified, "LILIUALIE"},
-        {phaseMessages[3], logUpTo(synchronizing), unverified, "LILIUALIE"},
-        {phaseMessages[3], unverifiedLogUpTo(synchronizing), finalizing, "LILIUALIE", false},
-        {phaseMessages[4], logUpTo(verifyingImage), unverified, "LILIUALIE"},
+        {verificationEnabled, {revalidating, writing, verificationEnabled}, interrupted, "list info"},
+        {phaseMessages[0], logUpTo(preparingTarget), interrupted, "list info list info"},
+        {phaseMessages[1], logUpTo(authorizingDevice), interrupted, "list info list info unmount eject"},
+        {phaseMessages[2], logUpTo(writingImage), interrupted, allCommands},
+        {"9 MB of 9 MB written.", logUpTo(writingImage), unverified, allCommands},
+        {phaseMessages[3], logUpTo(synchronizing), unverified, allCommands},
+        {phaseMessages[3], unverifiedLogUpTo(synchronizing), finalizing, allCommands, false},
+        {phaseMessages[4], logUpTo(verifyingImage), unverified, allCommands},
     };
     for (const auto& [moment, log, message, commands, verifies] : cases) {
         SCOPED_TRACE(moment);
@@ -382,7 +390,7 @@ TEST_F(WriteTaskTests, aStopEndsThePauseBetweenAttempts) {
     user.join();
     expectCancellation(interrupted);
     EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
-    EXPECT_EQ(takeCommands(), "L");
+    EXPECT_EQ(takeCommands(), "list");
 }
 
 TEST_F(WriteTaskTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
@@ -397,7 +405,7 @@ TEST_F(WriteTaskTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
     runUntilIdle();
     EXPECT_EQ(stateText(), "completed: Image written and verified");
     EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
-    EXPECT_EQ(takeCommands(), "LILIUALIE");
+    EXPECT_EQ(takeCommands(), allCommands);
 }
 
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
@@ -412,7 +420,7 @@ TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     });
     loop->run();
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "beep", "attention", "alert", "end"));
-    EXPECT_EQ(takeCommands(), "LILIUALIE");
+    EXPECT_EQ(takeCommands(), allCommands);
     EXPECT_TRUE(dropped.expired());
 }
 
