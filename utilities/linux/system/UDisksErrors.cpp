@@ -12,7 +12,7 @@ bool hasCode(const GError& error, UDisksError code) {
     return error.domain == udisks_error_quark() && error.code == code;
 }
 
-/// Without the name of the error, which the bus puts before it.
+/// Returns the message without the name of the error, which the bus puts in front of it.
 std::string ownWords(const GError& error) {
     const OwnedError copy(g_error_copy(&error));
     g_dbus_error_strip_remote_error(copy.get());
@@ -22,7 +22,7 @@ std::string ownWords(const GError& error) {
 }  // namespace
 
 bool isBusy(const GError& error) {
-    // Opening exclusively has no name of its own for this.
+    // A failed exclusive opening has no code of its own, only these words.
     return hasCode(error, UDISKS_ERROR_DEVICE_BUSY) ||
            (hasCode(error, UDISKS_ERROR_FAILED) &&
             ownWords(error).find("Device or resource busy") != std::string::npos);
