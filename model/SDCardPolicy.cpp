@@ -40,7 +40,7 @@ struct Check {
     std::string_view message;
 };
 
-/// In this order: a disk is refused for the first check that it fails.
+/// The order counts: a disk is refused for the first check that it fails.
 const auto checks = std::to_array<Check>({
     {[](const SDWholeDisk& disk) { return !disk.hasDetailedInfo; },
      "Detailed disk information could not be read."},

@@ -6,9 +6,9 @@
 
 namespace tessel {
 
-/// A whole block device, locked against whoever else works on it. Anything else has no block size ("Block
-/// device required"), nor has one that another program locked ("Device or resource busy"); so neither is
-/// written.
+/// Makes a device of an open whole block device, and locks it against other programs. Whatever else was
+/// opened has no block size ("Block device required"), nor has a device that another program keeps locked
+/// ("Device or resource busy"), so neither is ever written to.
 [[nodiscard]] std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

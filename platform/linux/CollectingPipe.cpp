@@ -11,7 +11,7 @@
 namespace tessel {
 
 CollectingPipe::CollectingPipe() {
-    // Reserved at once, so that reading allocates nothing and can't throw.
+    // Reading must not throw, so it must find all its memory allocated.
     bytes.reserve(Process::outputLimit);
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) throw posixError("A pipe could not be created", errno);

@@ -2,91 +2,16 @@
 #include <thread>
 
 #include "foundation/SystemWords.h"
-#include "tests/viewmodel/ViewModelTest.h"
+#include "tests/viewmodel/WriteTaskTest.h"
 
 namespace tessel {
-
-namespace {
 
 using enum ImageWritePhase;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Fault = FaultyDevice::Fault;
 
-constexpr auto activityBegun = "begin: Writing and verifying an SD-card image";
-
-constexpr auto revalidating = "Revalidating /dev/disk4 immediately before the destructive operation.";
-constexpr auto writing = "Writing os.img to /dev/rdisk4. All existing data on the SD card will be destroyed.";
-constexpr auto verificationEnabled =
-    "SHA-256 verification is enabled. Verification reads the written image length back through the same "
-    "authorized raw-device descriptor.";
-
-constexpr auto interrupted =
-    "Writing was interrupted. The SD card may contain incomplete or invalid data and was ejected when "
-    "possible.";
-constexpr auto finalizing =
-    "The write had already reached its finalization stage. The SD card was ejected when possible.";
-constexpr auto unverified =
-    "Writing completed, but verification was interrupted. Treat the SD card as unverified before using it.";
-
-constexpr auto diskChanged =
-    "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
-constexpr auto imageChanged = "The selected image changed after it was selected.";
-const auto isProtected = "The selected disk is protected: " + systemWords().cardNotWritable;
-
-/// What the utilities are asked for a whole write.
-constexpr auto allCommands = "list info list info unmount authorize list info eject";
-
-Messages operator+(Messages messages, const Messages& more) {
-    messages.insert(messages.end(), more.begin(), more.end());
-    return messages;
-}
-
-}  // namespace
-
-class WriteTaskTests : public ViewModelTest {
-  protected:
-    /// The log of a verified write that got as far as this phase.
-    static Messages logUpTo(ImageWritePhase phase) {
-        Messages messages{revalidating, writing, verificationEnabled};
-        for (size_t i = 0; i <= static_cast<size_t>(phase); ++i)
-            messages.emplace_back(phaseMessages[i]);
-        return messages;
-    }
-
-    static Messages unverifiedLogUpTo(ImageWritePhase phase) {
-        auto messages = logUpTo(phase);
-        std::erase(messages, verificationEnabled);
-        return messages;
-    }
-
-    void expectFailure(const std::string& title, const std::string& error) {
-        EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
-        EXPECT_EQ(viewModel->writeProgressDetail(), error);
-        EXPECT_FALSE(viewModel->canRequestStop());
-    }
-
-    void expectCancellation(const std::string& message) {
-        EXPECT_EQ(stateText(), "warning: Operation cancelled");
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Operation Cancelled");
-        EXPECT_EQ(viewModel->writeProgressDetail(), message);
-        EXPECT_EQ(viewModel->selectedDiskID(), "");
-        EXPECT_EQ(listedDisks(), Messages{"disk0"});
-        EXPECT_FALSE(viewModel->isCancellationRequested());
-    }
-
-    static Messages cancellationLog(const std::string& message) {
-        return {"Operation cancelled. " + message, "Refresh the disk list before attempting another write."};
-    }
-
-    static Messages stopLog(const std::string& message) {
-        return Messages{
-                   "Stop requested. The operation will stop at the next safe checkpoint, and the SD card "
-                   "will be ejected when possible."} +
-               cancellationLog(message);
-    }
-};
+using WriteTaskTests = WriteTaskTest;
 
 TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
     const struct {
@@ -298,114 +223,6 @@ TEST_F(WriteTaskTests, aFailureIsTitledByItsPhase) {
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
         EXPECT_EQ(viewModel->selectedDiskID(), "disk4");
     }
-}
-
-TEST_F(WriteTaskTests, aDismissedPromptIsACancellation) {
-    prepareWrite();
-    reader.setBehaviour("disk4", {.authorization = "dismissed"});
-    write();
-    expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + cancellationLog(interrupted));
-    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
-}
-
-TEST_F(WriteTaskTests, aStopTakesEffectWhereverItComes) {
-    const struct {
-        std::string moment;
-        Messages log;
-        const char* message;
-        std::string commands;
-        bool verifies = true;
-    } cases[] = {
-        {revalidating, {revalidating}, interrupted, ""},
-        {verificationEnabled, {revalidating, writing, verificationEnabled}, interrupted, "list info"},
-        {phaseMessages[0], logUpTo(preparingTarget), interrupted, "list info list info"},
-        {phaseMessages[1], logUpTo(authorizingDevice), interrupted, "list info list info unmount eject"},
-        {phaseMessages[2], logUpTo(writingImage), interrupted, allCommands},
-        {"9 MB of 9 MB written.", logUpTo(writingImage), unverified, allCommands},
-        {phaseMessages[3], logUpTo(synchronizing), unverified, allCommands},
-        {phaseMessages[3], unverifiedLogUpTo(synchronizing), finalizing, allCommands, false},
-        {phaseMessages[4], logUpTo(verifyingImage), unverified, allCommands},
-    };
-    for (const auto& [moment, log, message, commands, verifies] : cases) {
-        SCOPED_TRACE(moment);
-        prepareWrite();
-        viewModel->setVerifyAfterWrite(verifies);
-        double progress = 0;
-        when(moment, [&] {
-            EXPECT_TRUE(viewModel->canRequestStop());
-            viewModel->requestStop();
-            EXPECT_FALSE(viewModel->canRequestStop());
-            viewModel->requestStop();
-            progress = viewModel->writeOperationProgress();
-            EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
-            EXPECT_EQ(
-                viewModel->writeProgressDetail(),
-                "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card "
-                "when possible.");
-        });
-        write();
-        expectCancellation(message);
-        EXPECT_EQ(takeLog(), log + stopLog(message));
-        EXPECT_EQ(takeCommands(), commands);
-        EXPECT_EQ(viewModel->writeOperationProgress(), progress);
-        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
-    }
-}
-
-TEST_F(WriteTaskTests, reportsAfterAStopOnlyDecideHowItIsWorded) {
-    const struct {
-        std::optional<ImageWritePhase> phase;
-        const char* message;
-    } cases[] = {{std::nullopt, interrupted},      {preparingTarget, interrupted},
-                 {authorizingDevice, interrupted}, {writingImage, interrupted},
-                 {synchronizing, finalizing},      {verifyingImage, unverified},
-                 {ejecting, finalizing},           {completed, finalizing}};
-    for (const auto& [phase, message] : cases) {
-        SCOPED_TRACE(message);
-        prepareWrite();
-        viewModel->startWrite();
-        viewModel->requestStop();
-        if (phase) viewModel->applyWriteProgress({*phase, 1, 1});
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
-        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-        runUntilIdle();
-        expectCancellation(message);
-        EXPECT_EQ(takeLog(), stopLog(message));
-        EXPECT_EQ(takeCommands(), "") << "it was stopped before it began";
-        EXPECT_THAT(desktop.events, IsEmpty());
-    }
-}
-
-TEST_F(WriteTaskTests, aStopEndsThePauseBetweenAttempts) {
-    prepareWrite();
-    reader.removeDisk("disk4");
-    const auto callsBefore = reader.calls().size();
-    std::thread user([&] {
-        while (reader.calls().size() == callsBefore)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        loop->post([this] { viewModel->requestStop(); });
-    });
-    write();
-    user.join();
-    expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
-    EXPECT_EQ(takeCommands(), "list");
-}
-
-TEST_F(WriteTaskTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
-    prepareWrite();
-    viewModel->startWrite();
-    tryEverything();
-    when(phaseMessages[5], [this] {
-        tryEverything();
-        EXPECT_FALSE(viewModel->canRequestStop()) << "the eject is under way";
-        viewModel->requestStop();
-    });
-    runUntilIdle();
-    EXPECT_EQ(stateText(), "completed: Image written and verified");
-    EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
-    EXPECT_EQ(takeCommands(), allCommands);
 }
 
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {

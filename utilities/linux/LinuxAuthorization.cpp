@@ -28,7 +28,7 @@ FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
     if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
-    // A person may have taken any time to answer.
+    // The person may have taken hours to answer.
     readUnusedDisk(identifier);
     return descriptor;
 }
