@@ -27,8 +27,7 @@ std::optional<std::string> adviceOnAuthorization(const GError& error) {
                "polkit agent of your desktop, such as lxpolkit, and try again.";
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED))
         return "Authentication failed, or the polkit rules of this computer forbid it. If no dialog was "
-               "shown, "
-               "start the polkit agent of your desktop, such as lxpolkit, and try again.";
+               "shown, start the polkit agent of your desktop, such as lxpolkit, and try again.";
     return std::nullopt;
 }
 
