@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-/// A file system with one file of zeros, "os.img", from which nobody ever gets an answer beyond a certain offset, as
-/// from a share whose server has gone:
+/// A file system with one file of zeros, "os.img", from which nobody ever gets an answer beyond a certain
+/// offset, as from a share whose server has gone:
 ///
 ///     stalling-file-system MOUNT-POINT SIZE STALLS-FROM
 namespace {
