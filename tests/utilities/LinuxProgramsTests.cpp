@@ -58,8 +58,7 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
          "The authorized raw-device open failed: Nobody can be asked"},
         {"DeviceBusy", "It is in use",
          "The SD card is still in use by another process. Close applications using the card, refresh the "
-         "disk "
-         "list, and try again."},
+         "disk list, and try again."},
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
     };
     for (const auto& [error, message, sentence] : refusals) {
