@@ -36,12 +36,12 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
     {[](const Machine&, const BlockDevice& disk) {
          return disk.sequenceNumber == 0 || disk.sequenceNumber != disk.sequenceNumberAfterwards;
      },
-     "its medium is being exchanged"},
+     "its medium is being replaced"},
 
     {[](const Machine&, const BlockDevice& disk) {
          return disk.udisks.sequenceNumber != disk.sequenceNumber;
      },
-     "the disk service does not know its medium yet"},
+     "the disk service has not recognized its medium yet"},
 });
 
 struct PartCheck {
@@ -60,10 +60,10 @@ constexpr auto partChecks = std::to_array<PartCheck>({
          // ZFS imports its pools without leaving a sign in the kernel's device tree.
          return part.spansDisks || part.udisks.fileSystem == "zfs_member";
      },
-     "it is part of a file system that may lie on several disks"},
+     "it is part of a file system that may span several disks"},
 
     {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
-     "a volume on it is mounted that belongs to the system"},
+     "the system has mounted a volume on it"},
 });
 
 }  // namespace

@@ -18,7 +18,7 @@ void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) 
     const bool isSame = isWholeBlockDevice(descriptor.get()) &&
                         diskSequenceNumber(descriptor.get()).value == disk.sequenceNumber &&
                         mediumSize(descriptor.get()).value == disk.sizeBytes;
-    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was exchanged while it was being opened.");
+    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was replaced while it was being opened.");
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ constexpr int lockAttempts = 20;
 constexpr std::chrono::milliseconds pauseWhileLocked{100};
 
 PlatformError busy(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " is mounted again and again."};
+    return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
 }
 
 PlatformError locked(const std::string& identifier) {

@@ -26,7 +26,7 @@ PropertyList::Dictionary readDictionary(const std::filesystem::path& path) {
     if (!file) throw posixError(path.string() + " could not be read", errno);
     const PropertyList value = parsePropertyList(std::string(std::istreambuf_iterator(file), {}));
     const PropertyList::Dictionary* dictionary = value.asDictionary();
-    if (!dictionary) throw posixError(path.string() + " is no dictionary", EINVAL);
+    if (!dictionary) throw posixError(path.string() + " is not a dictionary", EINVAL);
     return *dictionary;
 }
 

@@ -50,7 +50,7 @@ void forEachEntry(int (*parse)(libmnt_table*, const char*), const char* file, Ac
     const Table table(mnt_new_table());
     const Iterator iterator(mnt_new_iter(MNT_ITER_FORWARD));
     if (const int result = parse(table.get(), file); result != 0)
-        throw posixError("The table of what is mounted could not be read", std::abs(result));
+        throw posixError("The table of mounted file systems could not be read", std::abs(result));
     libmnt_fs* entry = nullptr;
     while (mnt_table_next_fs(table.get(), iterator.get(), &entry) == 0)
         act(entry);

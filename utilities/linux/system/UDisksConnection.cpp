@@ -158,7 +158,7 @@ void UDisksConnection::unmount(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
-        throw PlatformError("Disk", EINVAL, "The disk service finds no file system on /dev/" + device + ".");
+        throw PlatformError("Disk", EINVAL, "The disk service found no file system on /dev/" + device + ".");
     // With "force" UDisks2 would merely hide a mount that is still in use.
     checked([&](GError** error) {
         return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
