@@ -14,10 +14,10 @@ namespace tessel {
 class TargetSelection {
   public:
     explicit TargetSelection(const std::function<void()>& onChange) :
-        listed(onChange, {}),
+        scanned(onChange, {}),
         targetID(onChange, "") {}
 
-    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return listed(); }
+    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return scanned(); }
     /// Empty when there is no target.
     [[nodiscard]] const std::string& selectedDiskID() const { return targetID(); }
     /// The target, or null.
@@ -35,7 +35,7 @@ class TargetSelection {
     void forget(const std::string& id);
 
   private:
-    Published<std::vector<SDWholeDisk>> listed;
+    Published<std::vector<SDWholeDisk>> scanned;
     Published<std::string> targetID;
 };
 
