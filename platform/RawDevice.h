@@ -29,16 +29,16 @@ class RawDevice {
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
 
-    /// Fails once another medium, or none, is where there was one when the device was opened.
+    /// Fails once another medium is where there was one when the device was opened. Where there is none any
+    /// more, this fails, or else every read and write does.
     virtual SystemResult confirmSameMedium() = 0;
 };
 
 /// Makes a device of an open descriptor, which it owns from then on.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
-/// A whole block device, locked against whoever else works on it. Anything else has no block size ("Block
-/// device required"), nor has one that another program locked ("Device or resource busy"); so neither is
-/// written.
+/// A whole disk, locked against whoever else works on it where the system has such a lock. Anything else has
+/// no block size, nor has a disk that another program locked; so neither is written.
 std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

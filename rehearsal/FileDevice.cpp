@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "platform/DescriptorDevice.h"
 #include "platform/Files.h"
-#include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/SystemUtilities.h"
 #include "platform/linux/LoopDevice.h"
-#include "services/SystemUtilities.h"
 #include "utilities/simulated/DiskBehaviour.h"
 #include "utilities/simulated/ReaderFolder.h"
 

@@ -6,8 +6,8 @@
 
 #include <utility>
 
+#include "platform/DescriptorDevice.h"
 #include "platform/linux/BlockDescriptor.h"
-#include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {
 

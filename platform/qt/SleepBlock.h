@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusUnixFileDescriptor>
 #include <memory>
 #include <string>
 
@@ -9,15 +7,8 @@
 
 namespace tessel {
 
-/// Keeps the login service from putting the computer to sleep, from the service's answer until it is dropped.
-/// Where no such service runs, nothing happens.
-class SleepBlock : public TemporaryActivity {
-  public:
-    explicit SleepBlock(const std::string& reason);
-
-  private:
-    std::unique_ptr<QDBusPendingCallWatcher> request;
-    QDBusUnixFileDescriptor lock;  ///< the service watches for its closing
-};
+/// Keeps the computer from falling asleep until the result is dropped. Where that can't be had, nothing
+/// happens.
+std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason);
 
 }  // namespace tessel

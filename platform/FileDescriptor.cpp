@@ -5,7 +5,7 @@
 namespace tessel {
 
 void FileDescriptor::close() {
-    // Not repeated when interrupted: on Linux the descriptor is gone either way.
+    // Not repeated when interrupted: the descriptor is gone either way.
     if (isOpen()) ::close(std::exchange(descriptor, none));
 }
 
