@@ -7,7 +7,7 @@
 namespace tessel {
 
 /// What the confirmation alert says of the write that would be started now.
-std::string confirmationMessage(const TesselViewModel& viewModel);
-std::string confirmationButtonTitle(const TesselViewModel& viewModel);
+[[nodiscard]] std::string confirmationMessage(const TesselViewModel& viewModel);
+[[nodiscard]] std::string confirmationButtonTitle(const TesselViewModel& viewModel);
 
 }  // namespace tessel

@@ -14,11 +14,10 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
     fileRow(new InfoRow("File")),
     pathRow(new InfoRow("Path")),
     sizeRow(new InfoRow("Size")),
-    hint(new SymbolLabel(
-        "info.circle.fill",
-        "The file extension is supported. Confirm that this file contains the intended raw disk "
-        "image before writing.",
-        {.font = FontRole::caption, .tone = Tone::blue})) {
+    hint(new SymbolLabel("info.circle.fill",
+                         "The file extension is supported. Confirm that this file contains the intended raw "
+                         "disk image before writing.",
+                         {.font = FontRole::caption, .tone = Tone::blue})) {
     connect(selectButton, &Button::clicked, this, [this] { this->viewModel.chooseImage(); });
 
     auto* top = new QHBoxLayout;

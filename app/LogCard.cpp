@@ -36,7 +36,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
                             .look = Button::Look::destructive,
                             .size = Button::Size::small})),
     status(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
-    entries(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
+    entryCount(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
     logView(new OperationLogView(interactionPauseDuration)) {
     connect(stopButton, &Button::clicked, this, [this] { this->viewModel.requestStop(); });
     connect(clearButton, &Button::clicked, this, [this] { this->viewModel.clearLog(); });
@@ -51,7 +51,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     heading->addWidget(clearButton);
     auto* line = new QHBoxLayout;
     line->addWidget(status, 1);
-    line->addWidget(entries);
+    line->addWidget(entryCount);
     content().addLayout(heading);
     content().addLayout(line);
     content().addWidget(boxAround(logView), 1);
@@ -60,9 +60,8 @@ LogCard::LogCard(TesselViewModel& viewModel) :
 void LogCard::render() const {
     renderStopButton();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
-    status->setText(viewModel.isCancellationRequested() ? "Stopping Operation"
-                                                        : statusTitle(viewModel.state()));
-    entries->setText(QString::number(viewModel.logLines().size()) + " entries");
+    status->setText(liveStatusTitle(viewModel));
+    entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
 }
 
@@ -71,7 +70,7 @@ void LogCard::renderStopButton() const {
     const bool isWriting = viewModel.state().kind == TesselOperationState::Case::writingImage;
     stopButton->setVisible(viewModel.hasWriteTask() && isWriting);
     stopButton->setEnabled(viewModel.canRequestStop());
-    stopButton->setText(isStopping ? "Stopping Operation" : "Stop");
+    stopButton->setText(isStopping ? stoppingTitle : "Stop");
     stopButton->setToolTip(
         isStopping ? "The operation is stopping and the SD card will be ejected when possible."
         : viewModel.canRequestStop() ? "Stop at the next safe checkpoint and eject the SD card when possible."

@@ -22,7 +22,7 @@ class LogCard : public Card {
     Button* stopButton;
     Button* clearButton;
     TextLabel* status;
-    TextLabel* entries;
+    TextLabel* entryCount;
     OperationLogView* logView;
 };
 

@@ -54,11 +54,11 @@ void ProgressCard::Gauge::display(double fraction) const {
 }
 
 void ProgressCard::render() const {
-    const bool isStopping = viewModel.isCancellationRequested();
-    status->setText(isStopping ? "Stopping Operation" : statusTitle(viewModel.state()));
+    status->setText(liveStatusTitle(viewModel));
     status->setLook(
         {.font = FontRole::caption, .tone = statusTone(viewModel.state()), .weight = QFont::DemiBold});
-    phase->setText(isStopping ? "Stopping Operation" : QString::fromStdString(viewModel.writePhaseTitle()));
+    phase->setText(viewModel.isCancellationRequested() ? stoppingTitle
+                                                       : QString::fromStdString(viewModel.writePhaseTitle()));
     overall.display(viewModel.overallWorkflowProgress());
     writing.display(viewModel.sdPreparationAndWriteProgress());
     detail->setText(QString::fromStdString(viewModel.writeProgressDetail()));

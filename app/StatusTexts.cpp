@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "foundation/ByteCount.h"
-
 namespace tessel {
 
 QString statusTitle(const TesselOperationState& state) {
@@ -44,12 +42,12 @@ Tone statusTone(const TesselOperationState& state) {
     return Tone::secondary;
 }
 
-QString percentText(double fraction) {
-    return QString::number(std::lround(fraction * 100)) + "%";
+QString liveStatusTitle(const TesselViewModel& viewModel) {
+    return viewModel.isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
 }
 
-std::string sizeOrUnknown(uint64_t bytes) {
-    return bytes == 0 ? "Unknown size" : byteCountText(bytes);
+QString percentText(double fraction) {
+    return QString::number(std::lround(fraction * 100)) + "%";
 }
 
 }  // namespace tessel

@@ -1,21 +1,23 @@
 #pragma once
 
 #include <QString>
-#include <string>
 
-#include "viewmodel/TesselOperationState.h"
+#include "viewmodel/TesselViewModel.h"
 #include "views/controls/Style.h"
 
 namespace tessel {
 
-/// What the window says about the state of the program.
-QString statusTitle(const TesselOperationState& state);
-Tone statusTone(const TesselOperationState& state);
+/// What the window says while a stop has been requested, until the operation has ended.
+inline constexpr const char* stoppingTitle = "Stopping Operation";
+
+/// What the window says about a state.
+[[nodiscard]] QString statusTitle(const TesselOperationState& state);
+[[nodiscard]] Tone statusTone(const TesselOperationState& state);
+
+/// The title of the present state, or that the operation is stopping.
+[[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);
 
 /// "42%", rounded half away from zero.
-QString percentText(double fraction);
-
-/// "31.9 GB", or "Unknown size" for 0.
-std::string sizeOrUnknown(uint64_t bytes);
+[[nodiscard]] QString percentText(double fraction);
 
 }  // namespace tessel

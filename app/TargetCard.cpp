@@ -13,25 +13,25 @@ namespace tessel {
 
 namespace {
 
-constexpr TextLook countLook{.font = FontRole::caption, .tone = Tone::secondary};
+constexpr TextLook captionLook{.font = FontRole::caption, .tone = Tone::secondary};
 constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
-QString countText(size_t count, const char* what) {
-    return QString::number(count) + " " + what;
+QString countText(size_t count, const char* noun) {
+    return QString::number(count) + " " + noun;
 }
 
 }  // namespace
 
 TargetCard::TargetCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
-    shownCount(new TextLabel({}, countLook)),
-    selectableCount(new TextLabel({}, countLook)),
-    hiddenCount(new TextLabel({}, countLook)),
+    shownCount(new TextLabel({}, captionLook)),
+    selectableCount(new TextLabel({}, captionLook)),
+    hiddenCount(new TextLabel({}, captionLook)),
     table(new CompactDiskTable(
         {.sort = [this](DiskSortField field) { sortBy(field); },
          .inspect = [this](const SDWholeDisk& disk) { inspect(disk); },
          .select = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
-    emptyLabel(new SymbolLabel("sdcard", {}, countLook)),
+    emptyLabel(new SymbolLabel("sdcard", {}, captionLook)),
     details(new DiskDetailsDisclosure([this](bool expand) { expandDetails(expand); })),
     noDetails(new SymbolLabel(
         "info.circle",
@@ -59,13 +59,11 @@ QWidget* TargetCard::makeControls() {
 void TargetCard::buildContent(QWidget* controls) {
     auto* top = new QHBoxLayout;
     top->setSpacing(spacing::page);
-    top->addLayout(
-        cardHeading(
-            "sdcard", "Target SD Card",
-            "Only physical media whose name or bus protocol explicitly identifies an SD, SDHC, SDXC, "
-            "microSD, "
-            "or SD/MMC card can be selected. Other disks remain hidden unless Show All Disks is enabled."),
-        1);
+    top->addLayout(cardHeading("sdcard", "Target SD Card",
+                               "Only physical media whose name or bus protocol explicitly identifies an SD, "
+                               "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
+                               "hidden unless Show All Disks is enabled."),
+                   1);
     top->addWidget(controls, 0, Qt::AlignTop);
     content().addLayout(top);
 
@@ -82,8 +80,8 @@ void TargetCard::buildContent(QWidget* controls) {
     paddedEmptyLabel->addWidget(emptyLabel);
     content().addLayout(paddedEmptyLabel);
     content().addWidget(
-        wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make "
-                     "its optional details available. Click Disk, Size, or Media to sort.",
+        wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make its "
+                     "optional details available. Click Disk, Size, or Media to sort.",
                      smallLook));
     content().addWidget(details);
     content().addWidget(noDetails);

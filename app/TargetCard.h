@@ -16,14 +16,15 @@
 namespace tessel {
 
 /// Which card is to be written: the disks, and the details of the one that is inspected. The order of the
-/// disks, which of them are listed and which one is inspected are this card's own state; the target is the view
-/// model's.
+/// disks, which of them are listed and which one is inspected are this card's own state; the target is the
+/// view model's.
 class TargetCard : public Card {
   public:
     explicit TargetCard(TesselViewModel& viewModel);
 
     /// Keeps inspecting the same disk while it is listed, else the target if it is listed, else none. Call it
-    /// before render(): it compares the disks with those of the last call and does nothing if they are the same.
+    /// before render(): it compares the disks with those of the last call and does nothing if they are the
+    /// same.
     void followDisks();
 
     void render() const;
@@ -37,8 +38,8 @@ class TargetCard : public Card {
     void expandDetails(bool expand);
     void reconcileInspection();
     void setInspectedDisk(std::optional<std::string> diskID);
-    std::vector<SDWholeDisk> listedDisks() const;
-    const SDWholeDisk* inspectedDisk() const;
+    [[nodiscard]] std::vector<SDWholeDisk> listedDisks() const;
+    [[nodiscard]] const SDWholeDisk* inspectedDisk() const;
     void renderCounts(const std::vector<SDWholeDisk>& listed) const;
     void renderDetails() const;
 

@@ -50,29 +50,27 @@ void WriteCard::buildContent() {
     content().addWidget(
         new SymbolLabel("exclamationmark.triangle.fill", "Write Disk Image",
                         {.font = FontRole::headline, .tone = Tone::orange, .weight = QFont::Bold}));
-    content().addWidget(wrappedLabel(
-        "The operation unmounts the selected SD card, replaces its existing data, writes the raw image, "
-        "optionally verifies it with SHA-256, and ejects the card.",
-        {.font = FontRole::caption, .tone = Tone::secondary}));
+    content().addWidget(
+        wrappedLabel("The operation unmounts the selected SD card, replaces its existing data, writes the "
+                     "raw image, optionally verifies it with SHA-256, and ejects the card.",
+                     {.font = FontRole::caption, .tone = Tone::secondary}));
     content().addWidget(targetHint);
     content().addWidget(targetRow);
     content().addWidget(imageRow);
     content().addWidget(verifySwitch, 0, Qt::AlignLeft);
     content().addWidget(writeButton);
     content().addWidget(makeWarning());
-    content().addWidget(
-        new SymbolLabel("checkmark.shield.fill",
-                        "The confirmation dialog identifies the exact SD card and image before "
-                        "raw-device authorization begins.",
-                        noteLook));
-    content().addWidget(new SymbolLabel("lock.shield.fill",
-                                        "The SD-card identity, media name, connection, capacity, writable "
-                                        "state, physical state, and whole-disk "
-                                        "identity are checked again before and after the authorized "
-                                        "raw-device descriptor is opened. Internal drives, "
-                                        "external SSDs, hard drives, NVMe devices, disk images, and "
-                                        "unrecognized removable media are rejected.",
+    content().addWidget(new SymbolLabel("checkmark.shield.fill",
+                                        "The confirmation dialog identifies the exact SD card and image "
+                                        "before raw-device authorization begins.",
                                         noteLook));
+    content().addWidget(
+        new SymbolLabel("lock.shield.fill",
+                        "The SD-card identity, media name, connection, capacity, writable state, physical "
+                        "state, and whole-disk identity are checked again before and after the authorized "
+                        "raw-device descriptor is opened. Internal drives, external SSDs, hard drives, NVMe "
+                        "devices, disk images, and unrecognized removable media are rejected.",
+                        noteLook));
 }
 
 void WriteCard::render() const {

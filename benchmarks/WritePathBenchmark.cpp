@@ -17,6 +17,7 @@
 
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
+#include "platform/BlockDevice.h"
 #include "platform/CollectingPipe.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"

@@ -9,6 +9,6 @@ namespace tessel {
 /// "1 byte"; bytes and KB have no fraction, MB at most one digit, GB and above at most two, without trailing
 /// zeros, halves rounded up; a value that rounds to 1000 is carried into the next unit ("1 MB", never "1000
 /// KB").
-std::string byteCountText(uint64_t bytes);
+[[nodiscard]] std::string byteCountText(uint64_t bytes);
 
 }  // namespace tessel

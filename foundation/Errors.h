@@ -11,9 +11,9 @@ class PlatformError : public std::exception {
   public:
     PlatformError(std::string domain, int code, std::string localizedDescription);
 
-    const std::string& domain() const { return domainName; }
-    int code() const { return errorCode; }
-    const std::string& localizedDescription() const { return description; }
+    [[nodiscard]] const std::string& domain() const { return domainName; }
+    [[nodiscard]] int code() const { return errorCode; }
+    [[nodiscard]] const std::string& localizedDescription() const { return description; }
     const char* what() const noexcept override { return description.c_str(); }
 
   private:
@@ -32,9 +32,9 @@ class CancellationError : public std::exception {
 inline constexpr const char* posixErrorDomain = "POSIX";
 
 /// The system's text for an `errno` value, as strerror words it: "No such file or directory".
-std::string systemErrorText(int code);
+[[nodiscard]] std::string systemErrorText(int code);
 
 /// A PlatformError in the POSIX domain that reads `subject`, ": ", the system's text and a full stop.
-PlatformError posixError(const std::string& subject, int code);
+[[nodiscard]] PlatformError posixError(const std::string& subject, int code);
 
 }  // namespace tessel

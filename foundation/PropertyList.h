@@ -30,12 +30,12 @@ class PropertyList {
     PropertyList(Dictionary dictionary) : value(std::move(dictionary)) {}
 
     /// Each gives the value of that kind, or null when this is of another kind.
-    const bool* asFlag() const { return std::get_if<bool>(&value); }
-    const uint64_t* asWholeNumber() const { return std::get_if<uint64_t>(&value); }
-    const double* asReal() const { return std::get_if<double>(&value); }
-    const std::string* asText() const { return std::get_if<std::string>(&value); }
-    const List* asList() const { return std::get_if<List>(&value); }
-    const Dictionary* asDictionary() const { return std::get_if<Dictionary>(&value); }
+    [[nodiscard]] const bool* asFlag() const { return std::get_if<bool>(&value); }
+    [[nodiscard]] const uint64_t* asWholeNumber() const { return std::get_if<uint64_t>(&value); }
+    [[nodiscard]] const double* asReal() const { return std::get_if<double>(&value); }
+    [[nodiscard]] const std::string* asText() const { return std::get_if<std::string>(&value); }
+    [[nodiscard]] const List* asList() const { return std::get_if<List>(&value); }
+    [[nodiscard]] const Dictionary* asDictionary() const { return std::get_if<Dictionary>(&value); }
 
     bool operator==(const PropertyList&) const = default;
 
@@ -48,9 +48,9 @@ class PropertyList {
 /// and values; what the binary encoding stores once and refers to often counts as often. A whole number keeps
 /// its 64 bits: one that was negative reads as 2^63 or more. Of two entries with the same key the last one
 /// counts.
-PropertyList parsePropertyList(std::string_view bytes);
+[[nodiscard]] PropertyList parsePropertyList(std::string_view bytes);
 
 /// The XML encoding, as UTF-8 text. Values of other kinds become empty data.
-std::string propertyListXML(const PropertyList& value);
+[[nodiscard]] std::string propertyListXML(const PropertyList& value);
 
 }  // namespace tessel

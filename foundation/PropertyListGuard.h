@@ -11,9 +11,9 @@ namespace tessel {
 
 /// Why the library must not be given these bytes, worded to follow "it" ("is nested too deeply"); absent when
 /// it may. Text that passes may still be no property list.
-std::optional<std::string> propertyListFault(std::string_view bytes);
+[[nodiscard]] std::optional<std::string> propertyListFault(std::string_view bytes);
 
 /// Whether the bytes claim to be the binary encoding.
-bool isBinaryPropertyList(std::string_view bytes);
+[[nodiscard]] bool isBinaryPropertyList(std::string_view bytes);
 
 }  // namespace tessel

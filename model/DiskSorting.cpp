@@ -47,22 +47,18 @@ std::vector<SDWholeDisk> visibleDisks(const std::vector<SDWholeDisk>& disks, boo
                                       DiskSortField field, bool ascending) {
     std::vector<Entry> entries;
     for (const SDWholeDisk& disk : disks) {
-        if (showAllDisks || (disk.isPhysical && isRecognizedSDCard(disk))) {
+        if (showAllDisks || (disk.isPhysical && isRecognizedSDCard(disk)))
             entries.push_back({disk, sortKey(disk, field)});
-        }
     }
     std::ranges::sort(entries, [=](const Entry& one, const Entry& other) {
         const int result = compare(one, other, field);
-        if (result == 0) {
-            return localizedStandardCompare(one.disk.id, other.disk.id) < 0;
-        }
+        if (result == 0) return localizedStandardCompare(one.disk.id, other.disk.id) < 0;
         return ascending ? result < 0 : result > 0;
     });
     std::vector<SDWholeDisk> sorted;
     sorted.reserve(entries.size());
-    for (Entry& entry : entries) {
+    for (Entry& entry : entries)
         sorted.push_back(std::move(entry.disk));
-    }
     return sorted;
 }
 

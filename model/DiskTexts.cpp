@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "foundation/ByteCount.h"
 #include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 
@@ -21,21 +20,11 @@ bool isDiskImage(const SDWholeDisk& disk) {
 }
 
 std::string mediaKindText(const SDWholeDisk& disk) {
-    if (isDiskImage(disk)) {
-        return "Disk Image";
-    }
-    if (!disk.isPhysical) {
-        return "Virtual / Synthesized";
-    }
-    if (isRecognizedSDCard(disk)) {
-        return "SD Card";
-    }
-    if (mentions(disk.busProtocol, "usb")) {
-        return "USB Storage";
-    }
-    if (!disk.isInternal) {
-        return "Physical Disk";
-    }
+    if (isDiskImage(disk)) return "Disk Image";
+    if (!disk.isPhysical) return "Virtual / Synthesized";
+    if (isRecognizedSDCard(disk)) return "SD Card";
+    if (mentions(disk.busProtocol, "usb")) return "USB Storage";
+    if (!disk.isInternal) return "Physical Disk";
     return *disk.isInternal ? "Internal Disk" : "External Disk";
 }
 
@@ -45,24 +34,14 @@ std::string connectionText(const SDWholeDisk& disk) {
 }
 
 std::string mediaSymbol(const SDWholeDisk& disk) {
-    if (isDiskImage(disk)) {
-        return "doc.fill";
-    }
-    if (!disk.isPhysical) {
-        return "square.stack.3d.up.fill";
-    }
-    if (isRecognizedSDCard(disk)) {
-        return "sdcard.fill";
-    }
+    if (isDiskImage(disk)) return "doc.fill";
+    if (!disk.isPhysical) return "square.stack.3d.up.fill";
+    if (isRecognizedSDCard(disk)) return "sdcard.fill";
     return disk.isInternal.value_or(false) ? "internaldrive.fill" : "externaldrive.fill";
 }
 
 std::string devicePath(const SDWholeDisk& disk) {
     return "/dev/" + disk.id;
-}
-
-std::string partitionSizeText(const SDDiskPartition& partition) {
-    return partition.sizeBytes == 0 ? "Unknown size" : byteCountText(partition.sizeBytes);
 }
 
 std::string emptyTableText(size_t foundDisks) {

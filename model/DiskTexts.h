@@ -8,25 +8,22 @@
 namespace tessel {
 
 /// Whether bus or name say that the disk is a mounted image file.
-bool isDiskImage(const SDWholeDisk& disk);
+[[nodiscard]] bool isDiskImage(const SDWholeDisk& disk);
 
 /// "SD Card", "USB Storage", …
-std::string mediaKindText(const SDWholeDisk& disk);
+[[nodiscard]] std::string mediaKindText(const SDWholeDisk& disk);
 
 /// The bus as reported, or "Unknown connection".
-std::string connectionText(const SDWholeDisk& disk);
+[[nodiscard]] std::string connectionText(const SDWholeDisk& disk);
 
 /// The name of the symbol for the kind of medium.
-std::string mediaSymbol(const SDWholeDisk& disk);
+[[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);
 
 /// "/dev/disk4".
-std::string devicePath(const SDWholeDisk& disk);
-
-/// "31.9 GB", or "Unknown size".
-std::string partitionSizeText(const SDDiskPartition& partition);
+[[nodiscard]] std::string devicePath(const SDWholeDisk& disk);
 
 /// What stands in the place of a table without rows: one text when no disk was found at all, another when all
 /// that were found are hidden.
-std::string emptyTableText(size_t foundDisks);
+[[nodiscard]] std::string emptyTableText(size_t foundDisks);
 
 }  // namespace tessel

@@ -1,16 +1,12 @@
 #include "model/SDWholeDisk.h"
 
-#include "foundation/ByteCount.h"
 #include "foundation/Text.h"
+#include "model/SizeText.h"
 
 namespace tessel {
 
 std::string SDWholeDisk::displaySummary() const {
-    return joined({mediaName, sizeText(), id}, " · ");
-}
-
-std::string SDWholeDisk::sizeText() const {
-    return sizeBytes == 0 ? "Unknown size" : byteCountText(sizeBytes);
+    return joined({mediaName, sizeText(sizeBytes), id}, " · ");
 }
 
 std::string SDWholeDisk::locationText() const {

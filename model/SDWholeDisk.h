@@ -30,7 +30,6 @@ struct SDWholeDisk {
     bool operator==(const SDWholeDisk&) const = default;
 
     std::string displaySummary() const;  ///< media name, size and identifier
-    std::string sizeText() const;        ///< "31.91 GB", or "Unknown size"
     std::string locationText() const;
     std::string partitionSchemeText() const;
     std::string capabilitySummary() const;

@@ -14,7 +14,7 @@ struct DescriptorChannel {
     FileDescriptor sendingEnd;  ///< becomes the other program's standard output
 
     /// Throws PlatformError.
-    static DescriptorChannel create();
+    [[nodiscard]] static DescriptorChannel create();
 };
 
 /// What one message on a channel brought.
@@ -34,9 +34,9 @@ struct ReceivedDescriptor {
 };
 
 /// Waits for one message. A descriptor that arrives in a refused message is closed.
-ReceivedDescriptor receiveDescriptor(int socket);
+[[nodiscard]] ReceivedDescriptor receiveDescriptor(int socket);
 
 /// The descriptor of the first well-formed rights entry among the control data of a message, if there is one.
-std::optional<int> findDescriptor(std::span<const std::byte> controlData);
+[[nodiscard]] std::optional<int> findDescriptor(std::span<const std::byte> controlData);
 
 }  // namespace tessel

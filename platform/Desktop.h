@@ -36,7 +36,7 @@ class Desktop {
 
     /// Lets the user choose one file, beginning in their Desktop folder, and returns when that is done. Links
     /// are resolved. Absent when cancelled.
-    virtual std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) = 0;
+    [[nodiscard]] virtual std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) = 0;
 
     /// Shows an alert above the window and returns at once.
     virtual void presentAlert(const Alert& alert) = 0;
@@ -47,7 +47,7 @@ class Desktop {
     virtual void requestUserAttention() = 0;
 
     /// Keeps the computer from falling asleep. Where the desktop can't do that, it does nothing.
-    virtual std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) = 0;
+    [[nodiscard]] virtual std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) = 0;
 };
 
 }  // namespace tessel

@@ -17,8 +17,8 @@ class FileDescriptor {
     }
     ~FileDescriptor() { close(); }
 
-    bool isOpen() const { return descriptor != none; }
-    int get() const { return descriptor; }
+    [[nodiscard]] bool isOpen() const { return descriptor != none; }
+    [[nodiscard]] int get() const { return descriptor; }
     void close();
 
   private:

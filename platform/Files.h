@@ -17,13 +17,13 @@ struct FileStatus {
 
 /// What stands at the path itself: a link is not followed, and so is not a regular file. Throws
 /// PlatformError.
-FileStatus fileStatus(const std::filesystem::path& path);
+[[nodiscard]] FileStatus fileStatus(const std::filesystem::path& path);
 
 /// What is open. Throws PlatformError.
-FileStatus fileStatus(const FileDescriptor& descriptor);
+[[nodiscard]] FileStatus fileStatus(const FileDescriptor& descriptor);
 
 /// Whether there is a file that this program may start.
-bool isExecutableFile(const std::filesystem::path& path);
+[[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
 /// A file that is read at offsets. Blocking; reads may run on any thread.
 class ReadOnlyFile {

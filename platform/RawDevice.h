@@ -37,8 +37,4 @@ class RawDevice {
 /// Makes a device of an open descriptor, which it owns from then on.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
-/// A whole disk, locked against whoever else works on it where the system has such a lock. Anything else has
-/// no block size, nor has a disk that another program locked; so neither is written.
-std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
-
 }  // namespace tessel

@@ -6,12 +6,12 @@
 namespace tessel {
 
 /// What a system call answered: a value, or the `errno` of its failure.
-struct SystemResult {
+struct [[nodiscard]] SystemResult {
     uint64_t value = 0;
     int error = 0;
 
-    bool isSuccess() const { return error == 0; }
-    bool isInterrupted() const { return error == EINTR; }
+    [[nodiscard]] bool isSuccess() const { return error == 0; }
+    [[nodiscard]] bool isInterrupted() const { return error == EINTR; }
 
     /// From the convention of most calls: a negative answer means a failure that `errno` explains.
     static SystemResult from(int64_t answer) {

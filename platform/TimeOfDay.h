@@ -5,6 +5,6 @@
 namespace tessel {
 
 /// The local time as "14:03:27". To be called on the main thread.
-std::string timeOfDayText();
+[[nodiscard]] std::string timeOfDayText();
 
 }  // namespace tessel

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/BlockDevice.h"
 #include "platform/DescriptorDevice.h"
 #include "platform/Files.h"
 

@@ -7,6 +7,7 @@
 namespace tessel {
 
 /// A device that is no faster than the given number of bytes per second, each way, as a card is.
-std::unique_ptr<RawDevice> makePacedDevice(std::unique_ptr<RawDevice> device, double bytesPerSecond);
+[[nodiscard]] std::unique_ptr<RawDevice> makePacedDevice(std::unique_ptr<RawDevice> device,
+                                                         double bytesPerSecond);
 
 }  // namespace tessel

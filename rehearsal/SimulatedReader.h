@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -8,44 +7,11 @@
 
 #include "platform/SystemUtilities.h"
 #include "platform/linux/LoopDevice.h"
+#include "rehearsal/SimulatedDisk.h"
 #include "utilities/simulated/DiskBehaviour.h"
 #include "utilities/simulated/ReaderFolder.h"
 
 namespace tessel {
-
-/// A partition of a simulated disk, or a volume inside one.
-struct SimulatedPartition {
-    std::string identifier;
-    std::string content = {};  ///< omitted when empty, as are the name and the mount point
-    std::string volumeName = {};
-    uint64_t sizeBytes = 0;
-    std::string mountPoint = {};
-    std::vector<SimulatedPartition> volumes = {};
-};
-
-/// A whole disk as the disk utility describes it. By default a card in a USB reader.
-struct SimulatedDisk {
-    enum class Medium {
-        none,       ///< described, but never opened
-        card,       ///< a loop device where the user may attach one, else a sparse file
-        plainFile,  ///< a sparse file
-    };
-
-    std::string identifier;
-    std::string mediaName;
-    uint64_t sizeBytes = 0;  ///< of the medium too
-    std::string busProtocol = "USB";
-    std::string deviceLocation = "External";
-    std::string partitionScheme = "FDisk_partition_scheme";
-    std::vector<SimulatedPartition> partitions = {};
-    bool isInternal = false;
-    bool isRemovable = true;
-    bool isEjectable = true;
-    bool isWritable = true;
-    bool isPhysical = true;
-    Medium medium = Medium::card;
-    uint32_t blockSize = 512;  ///< bytes of a logical block; a sparse file has none
-};
 
 /// A simulated card reader, made for programs that want one. Loop devices are detached when it is dropped;
 /// the folder stays. Operations throw PlatformError or std::filesystem::filesystem_error.
@@ -66,11 +32,11 @@ class SimulatedReader {
     void reinsert(const std::string& identifier);
 
     /// What the authorization utility opens for the disk.
-    std::filesystem::path mediumPath(const std::string& identifier) const;
+    [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
     /// Every run of the utilities so far, such as "diskutil eject /dev/disk4".
-    std::vector<std::string> calls() const;
+    [[nodiscard]] std::vector<std::string> calls() const;
     /// The programs that answer for this reader.
-    SystemUtilities utilities() const;
+    [[nodiscard]] SystemUtilities utilities() const;
 
   private:
     void makeMedium(const SimulatedDisk& disk);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 #include "rehearsal/SimulatedReader.h"
 
@@ -17,18 +16,14 @@ class Stage {
     Stage& operator=(const Stage&) = delete;
     ~Stage();
 
-    SimulatedReader& reader() { return simulatedReader; }
+    [[nodiscard]] SimulatedReader& reader() { return simulatedReader; }
 
     /// Makes an image of 256 MB and one byte, so that its last block is not full.
-    std::filesystem::path makeSampleImage() const;
+    [[nodiscard]] std::filesystem::path makeSampleImage() const;
 
   private:
     std::filesystem::path folder;
     SimulatedReader simulatedReader;
 };
-
-/// The SHA-256 digest of the first bytes of a file or device, read in the plainest way there is, to check the
-/// write path from outside. Throws std::runtime_error when there are fewer.
-std::string digestOf(const std::filesystem::path& path, uint64_t length);
 
 }  // namespace tessel

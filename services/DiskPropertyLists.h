@@ -18,17 +18,17 @@ struct DiskList {
     std::map<std::string, DiskLayout, std::less<>> layouts;
 
     /// What the list says about this disk, or null.
-    const DiskLayout* layoutOf(std::string_view identifier) const;
+    [[nodiscard]] const DiskLayout* layoutOf(std::string_view identifier) const;
 };
 
 /// Reads the output of the list command. Throws PlatformError when it is no property list, and
 /// TesselError::commandFailed when it is no dictionary.
-DiskList parseDiskList(std::string_view output);
+[[nodiscard]] DiskList parseDiskList(std::string_view output);
 
 /// Reads the output of the info command for the disk that was asked for; the layout that the list gave for it
 /// may be null. Gives nothing when the output is no dictionary. Throws PlatformError when it is no property
 /// list.
-std::optional<SDWholeDisk> parseDiskInfo(std::string_view output, std::string_view identifier,
-                                         const DiskLayout* layout);
+[[nodiscard]] std::optional<SDWholeDisk> parseDiskInfo(std::string_view output, std::string_view identifier,
+                                                       const DiskLayout* layout);
 
 }  // namespace tessel

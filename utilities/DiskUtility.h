@@ -15,8 +15,8 @@ class DiskSource {
     virtual ~DiskSource() = default;
 
     /// "AllDisks", "WholeDisks" and "AllDisksAndPartitions".
-    virtual PropertyList::Dictionary list() = 0;
-    virtual PropertyList::Dictionary info(const std::string& identifier) = 0;
+    [[nodiscard]] virtual PropertyList::Dictionary list() = 0;
+    [[nodiscard]] virtual PropertyList::Dictionary info(const std::string& identifier) = 0;
     /// Unmounts every volume of the disk.
     virtual void unmount(const std::string& identifier) = 0;
     virtual void eject(const std::string& identifier) = 0;
@@ -25,7 +25,7 @@ class DiskSource {
 /// The disk utility: "list -plist", "info -plist /dev/diskN", "unmountDisk force /dev/diskN" and
 /// "eject /dev/diskN". Answers are printed on `output`, failures on `errors`. Gives the exit status: 0, 1
 /// when the source failed, 64 when the arguments are none of these.
-int runDiskUtility(std::span<const std::string> arguments, DiskSource& disks, std::ostream& output,
-                   std::ostream& errors);
+[[nodiscard]] int runDiskUtility(std::span<const std::string> arguments, DiskSource& disks,
+                                 std::ostream& output, std::ostream& errors);
 
 }  // namespace tessel

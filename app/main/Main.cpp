@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "app/Application.h"
+#include "platform/BlockDevice.h"
 #include "platform/qt/TerminationSignal.h"
 
 int main(int argc, char* argv[]) {

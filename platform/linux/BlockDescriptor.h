@@ -6,7 +6,7 @@
 namespace tessel {
 
 /// Whether it is a block device, and no partition of one.
-bool isWholeBlockDevice(int descriptor);
+[[nodiscard]] bool isWholeBlockDevice(int descriptor);
 
 /// The kernel's number of the medium, which no other medium ever gets while the machine runs.
 SystemResult diskSequenceNumber(int descriptor);

@@ -18,13 +18,13 @@ class LoopDevice {
     };
 
     /// Whether this user may attach files.
-    static bool isAvailable();
+    [[nodiscard]] static bool isAvailable();
 
     /// Throws PlatformError.
-    explicit LoopDevice(const Options& options);
+    [[nodiscard]] explicit LoopDevice(const Options& options);
 
     /// Such as "/dev/loop3".
-    const std::filesystem::path& path() const { return devicePath; }
+    [[nodiscard]] const std::filesystem::path& path() const { return devicePath; }
 
   private:
     FileDescriptor device;

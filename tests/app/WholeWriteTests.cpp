@@ -1,7 +1,7 @@
 #include <QAccessible>
 
 #include "model/SDWholeDisk.h"
-#include "rehearsal/Stage.h"
+#include "rehearsal/FileDigest.h"
 #include "tests/app/WindowTest.h"
 
 namespace tessel {

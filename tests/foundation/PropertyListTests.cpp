@@ -49,6 +49,11 @@ std::vector<std::string> listsOfTheNext(size_t levels, char references) {
     return objects;
 }
 
+/// For where it matters only whether the bytes can be read.
+void requireReadable(std::string_view bytes) {
+    static_cast<void>(parsePropertyList(bytes));
+}
+
 }  // namespace
 
 TEST(PropertyListTests, everyKindIsReadFromXML) {
@@ -92,10 +97,10 @@ TEST(PropertyListTests, whatIsWrittenReadsBackTheSame) {
 }
 
 TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
-    EXPECT_NO_THROW(parsePropertyList(xml(repeated("<array>", 64) + repeated("</array>", 64))));
-    EXPECT_THROW(parsePropertyList(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
-    EXPECT_NO_THROW(parsePropertyList(binary(listsOfTheNext(63, 1))));
-    EXPECT_THROW(parsePropertyList(binary(listsOfTheNext(64, 1))), PlatformError);
+    EXPECT_NO_THROW(requireReadable(xml(repeated("<array>", 64) + repeated("</array>", 64))));
+    EXPECT_THROW(requireReadable(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
+    EXPECT_NO_THROW(requireReadable(binary(listsOfTheNext(63, 1))));
+    EXPECT_THROW(requireReadable(binary(listsOfTheNext(64, 1))), PlatformError);
 }
 
 TEST(PropertyListTests, hostileBytesEndInOneSentence) {
@@ -138,11 +143,11 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
     for (size_t length = 1; length < whole.find("</dict>"); length += 11)
         hostile.emplace_back("truncated", whole.substr(0, length));
 
-    ASSERT_NO_THROW(parsePropertyList(whole));
-    ASSERT_NO_THROW(parsePropertyList(wholeBinary));
+    ASSERT_NO_THROW(requireReadable(whole));
+    ASSERT_NO_THROW(requireReadable(wholeBinary));
     for (const auto& [name, bytes] : hostile) {
         try {
-            parsePropertyList(bytes);
+            requireReadable(bytes);
             ADD_FAILURE() << name << " was read";
         } catch (const PlatformError& error) {
             EXPECT_EQ(error.domain(), "PropertyList") << name;

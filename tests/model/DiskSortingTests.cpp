@@ -19,9 +19,8 @@ SDWholeDisk onBus(SDWholeDisk disk, const std::string& bus) {
 
 Identifiers order(const std::vector<SDWholeDisk>& disks, DiskSortField field, bool ascending) {
     Identifiers identifiers;
-    for (const SDWholeDisk& disk : visibleDisks(disks, true, field, ascending)) {
+    for (const SDWholeDisk& disk : visibleDisks(disks, true, field, ascending))
         identifiers.push_back(disk.id);
-    }
     return identifiers;
 }
 
@@ -59,9 +58,8 @@ TEST(DiskSortingTests, onlyPhysicalIdentifiedCardsAreListedUnlessAllAreAskedFor)
                                          onBus(sampleCard("disk4", "My SDHC"), "USB"), virtualCard,
                                          readOnlyCard};
     Identifiers listed;
-    for (const SDWholeDisk& disk : visibleDisks(disks, false, DiskSortField::disk, true)) {
+    for (const SDWholeDisk& disk : visibleDisks(disks, false, DiskSortField::disk, true))
         listed.push_back(disk.id);
-    }
     EXPECT_THAT(listed, ElementsAre("disk4", "disk6"));
     EXPECT_EQ(visibleDisks(disks, true, DiskSortField::disk, true).size(), disks.size());
 }

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "foundation/Errors.h"
+#include "platform/BlockDevice.h"
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "foundation/Errors.h"
+#include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/RunLoop.h"
@@ -26,6 +27,7 @@ const auto loop = std::make_shared<RunLoop>();
 
 constexpr const char* changed =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
+constexpr const char* threeAttempts = "list info list info list info";
 
 /// What every script can use: it logs its command, counts how often it was run and reports when two run at
 /// once. `list` and `card` print property lists, `$asked` is such as "info disk4 2" for the second run.
@@ -76,12 +78,12 @@ class ScriptedUtility {
         return lines;
     }
 
-    /// "li" for a list command followed by an info command.
-    std::string commandLetters() const {
-        std::string letters;
+    /// "list info" for a list command followed by an info command.
+    std::string commandNames() const {
+        std::vector<std::string> names;
         for (const auto& command : commands())
-            letters += command.front();
-        return letters;
+            names.push_back(command.substr(0, command.find(' ')));
+        return joined(names, " ");
     }
 
     bool isRunning() const { return std::filesystem::exists(program.string() + ".running"); }
@@ -196,7 +198,7 @@ TEST_F(DiskServiceTests, aScanFailsOnlyWithItsList) {
         } else {
             EXPECT_NE(actual, "");
         }
-        EXPECT_EQ(utility.commandLetters(), "l");
+        EXPECT_EQ(utility.commandNames(), "list");
     }
     EXPECT_THROW(runUntilFinished(loop, ScriptedUtility("*) echo rubbish ;;").service().scanDisks()),
                  PlatformError);
@@ -211,23 +213,25 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
         const char* failure;
         const char* commands;
     } cases[] = {
-        {"still there", "list*) list disk0 disk4 ;; *) card ;;", "", "li"},
-        {"missing", "list*) list disk0 disk40 ;; *) card ;;", changed, "lll"},
-        {"other size", "list*) list disk4 ;; *) size=64000000000; card ;;", changed, "lilili"},
-        {"other name", "list*) list disk4 ;; *) name='SDHC Reader'; card ;;", changed, "lilili"},
+        {"still there", "list*) list disk0 disk4 ;; *) card ;;", "", "list info"},
+        {"missing", "list*) list disk0 disk40 ;; *) card ;;", changed, "list list list"},
+        {"other size", "list*) list disk4 ;; *) size=64000000000; card ;;", changed, threeAttempts},
+        {"other name", "list*) list disk4 ;; *) name='SDHC Reader'; card ;;", changed, threeAttempts},
         {"other card, read-only", "list*) list disk4 ;; *) size=1 writable=false; card ;;", changed,
-         "lilili"},
-        {"back at the second attempt", "'list 1') list ;; list*) list disk4 ;; *) card ;;", "", "lli"},
+         threeAttempts},
+        {"back at the second attempt", "'list 1') list ;; list*) list disk4 ;; *) card ;;", "",
+         "list list info"},
         {"readable at the third attempt",
-         "list*) list disk4 ;; *1) card; exit 1 ;; *2) echo rubbish ;; *) card ;;", "", "lilili"},
-        {"no details", "list*) list disk4 ;; *) echo \"$array\" ;;", changed, "lilili"},
-        {"unreadable list", "*) echo rubbish ;;", changed, "lll"},
-        {"failing list", "*) echo 'No disks today.' >&2; exit 1 ;;", "No disks today.", "l"},
-        {"failing list after a missing disk", "*1) list ;; *) exit 1 ;;", "diskutil list failed.", "ll"},
+         "list*) list disk4 ;; *1) card; exit 1 ;; *2) echo rubbish ;; *) card ;;", "", threeAttempts},
+        {"no details", "list*) list disk4 ;; *) echo \"$array\" ;;", changed, threeAttempts},
+        {"unreadable list", "*) echo rubbish ;;", changed, "list list list"},
+        {"failing list", "*) echo 'No disks today.' >&2; exit 1 ;;", "No disks today.", "list"},
+        {"failing list after a missing disk", "*1) list ;; *) exit 1 ;;", "diskutil list failed.",
+         "list list"},
         {"list without dictionary", "*) echo \"$array\" ;;",
-         "diskutil returned an unexpected property-list structure.", "l"},
+         "diskutil returned an unexpected property-list structure.", "list"},
         {"read-only now", "list*) list disk4 ;; *) writable=false; card ;;",
-         "The selected disk is protected: macOS did not report the SD card as writable.", "li"},
+         "The selected disk is protected: macOS did not report the SD card as writable.", "list info"},
     };
     for (const auto& [what, answers, failure, commands] : cases) {
         SCOPED_TRACE(what);
@@ -235,8 +239,8 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
         const auto begin = std::chrono::steady_clock::now();
         EXPECT_EQ(failureOf(utility.service().revalidateDisk(selectedCard())), failure);
         const auto duration = std::chrono::steady_clock::now() - begin;
-        EXPECT_EQ(utility.commandLetters(), commands);
-        EXPECT_GE(duration, 200ms * (std::ranges::count(std::string_view(commands), 'l') - 1));
+        EXPECT_EQ(utility.commandNames(), commands);
+        EXPECT_GE(duration, 200ms * (std::ranges::count(utility.commands(), "list -plist") - 1));
     }
 }
 
@@ -249,15 +253,16 @@ TEST_F(DiskServiceTests, aCancelledRevalidationRunsNoFurtherCommand) {
         const char* commands;  ///< those that have begun when it is cancelled
     } cases[] = {
         {"before it starts", "list*) list disk4 ;; *) card ;;", Moment::beforeStart, ""},
-        {"while it lists", "list*) sleep 0.3; list ;;", Moment::inCommand, "l"},
-        {"while it reads details", "list*) list disk4 ;; *) sleep 0.3; card ;;", Moment::inCommand, "li"},
+        {"while it lists", "list*) sleep 0.3; list ;;", Moment::inCommand, "list"},
+        {"while it reads details", "list*) list disk4 ;; *) sleep 0.3; card ;;", Moment::inCommand,
+         "list info"},
         {"while it reads details of a card that is no longer eligible",
-         "list*) list disk4 ;; *) sleep 0.3; writable=false; card ;;", Moment::inCommand, "li"},
-        {"in the pause", "list*) list ;;", Moment::inPause, "l"},
+         "list*) list disk4 ;; *) sleep 0.3; writable=false; card ;;", Moment::inCommand, "list info"},
+        {"in the pause", "list*) list ;;", Moment::inPause, "list"},
     };
     const auto cancelAt = [](Moment moment, const ScriptedUtility& utility, std::string commands,
                              std::stop_source cancellation) -> Task<> {
-        while (utility.commandLetters() != commands || (moment == Moment::inPause && utility.isRunning()))
+        while (utility.commandNames() != commands || (moment == Moment::inPause && utility.isRunning()))
             co_await sleepFor(1ms);
         if (moment == Moment::inPause) co_await sleepFor(50ms);
         cancellation.request_stop();
@@ -269,7 +274,7 @@ TEST_F(DiskServiceTests, aCancelledRevalidationRunsNoFurtherCommand) {
         startTask(loop, cancelAt(moment, utility, commands, cancellation));
         EXPECT_EQ(failureOf(utility.service().revalidateDisk(selectedCard()), cancellation),
                   CancellationError().what());
-        EXPECT_EQ(utility.commandLetters(), commands);
+        EXPECT_EQ(utility.commandNames(), commands);
     }
 }
 

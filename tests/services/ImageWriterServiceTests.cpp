@@ -7,7 +7,8 @@
 #include "foundation/Errors.h"
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
-#include "tests/support/CommandLetters.h"
+#include "rehearsal/SimulatedReader.h"
+#include "tests/support/CommandNames.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
@@ -54,11 +55,11 @@ class ImageWriterServiceTests : public testing::Test {
         } catch (...) {
             failure = localizedDescription(std::current_exception());
         }
-        EXPECT_EQ(openDescriptors(), before);
+        EXPECT_EQ(settledDescriptors(before), before);
         return failure;
     }
 
-    std::string commands() const { return commandLetters(reader, callsBefore); }
+    std::string commands() const { return commandNames(reader.calls(), callsBefore); }
 
     TemporaryFolder folder;
     SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
@@ -99,40 +100,41 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
         {"an image of another size", [&] { resizeImage(imageSize - 1); }, imageChanged, ""},
         {"an empty image", [&] { resizeImage(request.image.sizeBytes = 0); }, imageChanged, ""},
         {"an exchanged card", [this] { reader.changeDetails("disk4", {{"TotalSize", cardSize + 512}}); },
-         diskChanged, "LILILI"},
-        {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "LLL"},
+         diskChanged, "list info list info list info"},
+        {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "list list list"},
         {"a write-protected card", [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
-         "The selected disk is protected: macOS did not report the SD card as writable.", "LI"},
+         "The selected disk is protected: macOS did not report the SD card as writable.", "list info"},
         {"a card that is too small", [&] { resizeImage(request.image.sizeBytes = cardSize + 1); },
-         "The selected image is larger than the selected SD card.", "LI"},
+         "The selected image is larger than the selected SD card.", "list info"},
         {"a card that can't be unmounted",
          [this] { reader.setBehaviour("disk4", {.refusesUnmount = "disk4s1 is in use."}); },
-         "disk4s1 is in use.", "LIU"},
+         "disk4s1 is in use.", "list info unmount"},
         {"a dismissed prompt", [this] { reader.setBehaviour("disk4", {.authorization = "dismissed"}); },
-         cancelled, "LIUAE"},
+         cancelled, "list info unmount authorize eject"},
         {"a denied prompt", [this] { reader.setBehaviour("disk4", {.authorization = "denied"}); }, cancelled,
-         "LIUAE"},
+         "list info unmount authorize eject"},
         {"a busy card", [this] { reader.setBehaviour("disk4", {.authorization = "busy"}); },
          "The SD card is still in use by another process. Close applications using the card, refresh the "
          "disk "
          "list, and try again.",
-         "LIUAE"},
+         "list info unmount authorize eject"},
         {"a card exchanged during the prompt",
          [this] { reader.setBehaviour("disk4", {.exchangedDuringPrompt = {{"TotalSize", cardSize + 512}}}); },
-         diskChanged, "LIUALILILIE"},
+         diskChanged, "list info unmount authorize list info list info list info eject"},
         {"a device that is not as large as the card",
          [this] {
              reader.changeDetails("disk4", {{"TotalSize", cardSize + 512}});
              request.target.sizeBytes += 512;
          },
-         diskChanged, "LIUALIE"},
+         diskChanged, "list info unmount authorize list info eject"},
         {"an image that grows during the prompt",
-         [&] { whenAuthorizing([&] { resizeImage(imageSize + 1); }); }, imageChanged, "LIUALIE"},
+         [&] { whenAuthorizing([&] { resizeImage(imageSize + 1); }); }, imageChanged,
+         "list info unmount authorize list info eject"},
         {"an image that vanishes during the prompt",
          [&] { whenAuthorizing([this] { std::filesystem::remove(request.image.url); }); },
          "The authorized image write failed: The file “" + request.image.url.string() +
              "” could not be inspected: No such file or directory.",
-         "LIUALIE"},
+         "list info unmount authorize list info eject"},
         {"a device that fails",
          [this] {
              makeDevice = [](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
@@ -140,10 +142,11 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
                                                        FaultyDevice::Fault::secondWrite);
              };
          },
-         "The SD-card write did not complete at byte offset 8388608: Input/output error", "LIUALIE"},
+         "The SD-card write did not complete at byte offset 8388608: Input/output error",
+         "list info unmount authorize list info eject"},
         {"a card that can't be ejected",
          [this] { reader.setBehaviour("disk4", {.ejectFails = "disk4 is stuck."}); }, "disk4 is stuck.",
-         "LIUALIEE"},
+         "list info unmount authorize list info eject eject"},
     };
     const auto original = request;
     const auto content = contentOf(request.image.url);
@@ -181,13 +184,13 @@ TEST_F(ImageWriterServiceTests, theCardIsClosedBeforeItIsEjectedAndOffTheMainThr
     const auto noteClosing = [&, main = std::this_thread::get_id()] {
         ++closed;
         EXPECT_NE(std::this_thread::get_id(), main);
-        EXPECT_EQ(commands(), "LIUALI");
+        EXPECT_EQ(commands(), "list info unmount authorize list info");
     };
     makeDevice = [&](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
         return std::make_unique<Witness>(makeRehearsalDevice(std::move(descriptor)), noteClosing);
     };
     EXPECT_EQ(write(), "");
-    EXPECT_EQ(commands(), "LIUALIE");
+    EXPECT_EQ(commands(), "list info unmount authorize list info eject");
 
     reader.reinsert("disk4");
     callsBefore = reader.calls().size();
@@ -195,7 +198,7 @@ TEST_F(ImageWriterServiceTests, theCardIsClosedBeforeItIsEjectedAndOffTheMainThr
         if (report.phase == writingImage) stop.request_stop();
     };
     EXPECT_EQ(write(), cancelled);
-    EXPECT_EQ(commands(), "LIUALIE");
+    EXPECT_EQ(commands(), "list info unmount authorize list info eject");
     EXPECT_EQ(closed, 2);
 }
 
@@ -211,7 +214,8 @@ TEST_F(ImageWriterServiceTests, aStopWaitsForAnOpenPrompt) {
     };
     EXPECT_EQ(write(), cancelled);
     stopper.join();
-    EXPECT_EQ(commands(), "LIUAE") << "the card is neither checked again nor written";
+    EXPECT_EQ(commands(), "list info unmount authorize eject")
+        << "the card is neither checked again nor written";
 }
 
 }  // namespace tessel

@@ -46,7 +46,7 @@ class StalledImageTests : public testing::Test {
         kill(server, SIGKILL);
         waitpid(server, nullptr, 0);
         umount2(folder.path().c_str(), MNT_DETACH);
-        waitUntil([this] { return openDescriptors() == before; });
+        EXPECT_EQ(settledDescriptors(before), before);
     }
 
     static void waitUntil(const std::function<bool()>& condition) {

@@ -14,6 +14,7 @@
 #include <sstream>
 #include <thread>
 
+#include "platform/BlockDevice.h"
 #include "platform/concurrency/Task.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "platform/linux/LoopDevice.h"

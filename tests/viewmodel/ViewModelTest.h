@@ -8,7 +8,8 @@
 
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
-#include "tests/support/CommandLetters.h"
+#include "rehearsal/SimulatedReader.h"
+#include "tests/support/CommandNames.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
@@ -180,11 +181,10 @@ class ViewModelTest : public LeavesNothingOpen {
         return messages;
     }
 
-    /// The commands that were run since the last call, a letter each.
+    /// The commands that were run since the last call, a word each.
     std::string takeCommands() {
-        const auto commands = commandLetters(reader, callsTaken);
-        callsTaken += commands.size();
-        return commands;
+        const auto calls = reader.calls();
+        return commandNames(calls, std::exchange(callsTaken, calls.size()));
     }
 
     Messages listedDisks() const {

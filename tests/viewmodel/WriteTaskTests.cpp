@@ -1,88 +1,16 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/viewmodel/ViewModelTest.h"
+#include "tests/viewmodel/WriteTaskTest.h"
 
 namespace tessel {
-
-namespace {
 
 using enum ImageWritePhase;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Fault = FaultyDevice::Fault;
 
-constexpr auto activityBegun = "begin: Writing and verifying an SD-card image";
-
-constexpr auto revalidating = "Revalidating /dev/disk4 immediately before the destructive operation.";
-constexpr auto writing = "Writing os.img to /dev/rdisk4. All existing data on the SD card will be destroyed.";
-constexpr auto verificationEnabled =
-    "SHA-256 verification is enabled. Verification reads the written image length back through the same "
-    "authorized raw-device descriptor.";
-
-constexpr auto interrupted =
-    "Writing was interrupted. The SD card may contain incomplete or invalid data and was ejected when "
-    "possible.";
-constexpr auto finalizing =
-    "The write had already reached its finalization stage. The SD card was ejected when possible.";
-constexpr auto unverified =
-    "Writing completed, but verification was interrupted. Treat the SD card as unverified before using it.";
-
-constexpr auto diskChanged =
-    "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
-constexpr auto imageChanged = "The selected image changed after it was selected.";
-constexpr auto isProtected = "The selected disk is protected: macOS did not report the SD card as writable.";
-
-Messages operator+(Messages messages, const Messages& more) {
-    messages.insert(messages.end(), more.begin(), more.end());
-    return messages;
-}
-
-}  // namespace
-
-class WriteTaskTests : public ViewModelTest {
-  protected:
-    /// The log of a verified write that got as far as this phase.
-    static Messages logUpTo(ImageWritePhase phase) {
-        Messages messages{revalidating, writing, verificationEnabled};
-        for (size_t i = 0; i <= static_cast<size_t>(phase); ++i)
-            messages.emplace_back(phaseMessages[i]);
-        return messages;
-    }
-
-    static Messages unverifiedLogUpTo(ImageWritePhase phase) {
-        auto messages = logUpTo(phase);
-        std::erase(messages, verificationEnabled);
-        return messages;
-    }
-
-    void expectFailure(const std::string& title, const std::string& error) {
-        EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
-        EXPECT_EQ(viewModel->writeProgressDetail(), error);
-        EXPECT_FALSE(viewModel->canRequestStop());
-    }
-
-    void expectCancellation(const std::string& message) {
-        EXPECT_EQ(stateText(), "warning: Operation cancelled");
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Operation Cancelled");
-        EXPECT_EQ(viewModel->writeProgressDetail(), message);
-        EXPECT_EQ(viewModel->selectedDiskID(), "");
-        EXPECT_EQ(listedDisks(), Messages{"disk0"});
-        EXPECT_FALSE(viewModel->isCancellationRequested());
-    }
-
-    static Messages cancellationLog(const std::string& message) {
-        return {"Operation cancelled. " + message, "Refresh the disk list before attempting another write."};
-    }
-
-    static Messages stopLog(const std::string& message) {
-        return Messages{
-                   "Stop requested. The operation will stop at the next safe checkpoint, and the SD card "
-                   "will be ejected when possible."} +
-               cancellationLog(message);
-    }
-};
+using WriteTaskTests = WriteTaskTest;
 
 TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
     const struct {
@@ -111,7 +39,7 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
                   verifies ? "completed: Image written and verified" : "completed: Image written");
         EXPECT_TRUE(viewModel->isSuccessfulCompletion());
         EXPECT_EQ(takeLog(), log);
-        EXPECT_EQ(takeCommands(), "LILIUALIE");
+        EXPECT_EQ(takeCommands(), allCommands);
         std::string written(imageSize, '\0');
         std::ifstream(reader.mediumPath("disk4"), std::ios::binary).read(written.data(), imageSize);
         EXPECT_TRUE(written == imageContent);
@@ -185,12 +113,16 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         std::string error;
         std::string commands;
     } cases[] = {
-        {"another size", [&] { interpose(otherSize); }, {mismatch}, diskChanged, "LILILI"},
+        {"another size",
+         [&] { interpose(otherSize); },
+         {mismatch},
+         diskChanged,
+         "list info list info list info"},
         {"another size, then nothing",
          [&] { interpose(onlyOnce(otherSize) + "[ $1 = list ] && exec $real \"$@\""); },
          {mismatch},
          diskChanged,
-         "LILL"},
+         "list info list list"},
         {"unreadable",
          [&] { interpose("true"); },
          {"Disk revalidation could not read the selected disk: The property list could not be read: it is "
@@ -201,24 +133,24 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
          [&] { reader.removeDisk("disk4"); },
          {"Disk revalidation could not find /dev/disk4 as a whole disk."},
          diskChanged,
-         "LLL"},
+         "list list list"},
         {"write-protected",
          [&] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
          {},
          isProtected,
-         "LI"},
+         "list info"},
         {"no list", [&] { interpose("echo Nobody knows. >&2; exit 1"); }, {}, "Nobody knows.", ""},
         {"a larger image",
          [&] { std::filesystem::resize_file(image, imageSize + 1); },
          {},
          imageChanged,
-         "LI"},
+         "list info"},
         {"no image",
          [&] { std::filesystem::remove(image); },
          {},
          "The file “" + (folder.path() / "os.img").string() +
              "” could not be inspected: No such file or directory.",
-         "LI"},
+         "list info"},
     };
     for (const auto& [what, arrange, log, error, commands] : cases) {
         SCOPED_TRACE(what);
@@ -241,7 +173,8 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
         const char* attempt;
         std::string failures;
         std::string commands;
-    } cases[] = {{"2", "mkdir $0.1", "LLILIUALIE"}, {"3", "mkdir $0.2 || mkdir $0.3", "LLLILIUALIE"}};
+    } cases[] = {{"2", "mkdir $0.1", std::string("list ") + allCommands},
+                 {"3", "mkdir $0.2 || mkdir $0.3", std::string("list list ") + allCommands}};
     for (const auto& [attempt, failures, commands] : cases) {
         SCOPED_TRACE(attempt);
         prepareWrite();
@@ -294,114 +227,6 @@ TEST_F(WriteTaskTests, aFailureIsTitledByItsPhase) {
     }
 }
 
-TEST_F(WriteTaskTests, aDismissedPromptIsACancellation) {
-    prepareWrite();
-    reader.setBehaviour("disk4", {.authorization = "dismissed"});
-    write();
-    expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + cancellationLog(interrupted));
-    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
-}
-
-TEST_F(WriteTaskTests, aStopTakesEffectWhereverItComes) {
-    const struct {
-        std::string moment;
-        Messages log;
-        const char* message;
-        std::string commands;
-        bool verifies = true;
-    } cases[] = {
-        {revalidating, {revalidating}, interrupted, ""},
-        {verificationEnabled, {revalidating, writing, verificationEnabled}, interrupted, "LI"},
-        {phaseMessages[0], logUpTo(preparingTarget), interrupted, "LILI"},
-        {phaseMessages[1], logUpTo(authorizingDevice), interrupted, "LILIUE"},
-        {phaseMessages[2], logUpTo(writingImage), interrupted, "LILIUALIE"},
-        {"9 MB of 9 MB written.", logUpTo(writingImage), unverified, "LILIUALIE"},
-        {phaseMessages[3], logUpTo(synchronizing), unverified, "LILIUALIE"},
-        {phaseMessages[3], unverifiedLogUpTo(synchronizing), finalizing, "LILIUALIE", false},
-        {phaseMessages[4], logUpTo(verifyingImage), unverified, "LILIUALIE"},
-    };
-    for (const auto& [moment, log, message, commands, verifies] : cases) {
-        SCOPED_TRACE(moment);
-        prepareWrite();
-        viewModel->setVerifyAfterWrite(verifies);
-        double progress = 0;
-        when(moment, [&] {
-            EXPECT_TRUE(viewModel->canRequestStop());
-            viewModel->requestStop();
-            EXPECT_FALSE(viewModel->canRequestStop());
-            viewModel->requestStop();
-            progress = viewModel->writeOperationProgress();
-            EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
-            EXPECT_EQ(
-                viewModel->writeProgressDetail(),
-                "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card "
-                "when possible.");
-        });
-        write();
-        expectCancellation(message);
-        EXPECT_EQ(takeLog(), log + stopLog(message));
-        EXPECT_EQ(takeCommands(), commands);
-        EXPECT_EQ(viewModel->writeOperationProgress(), progress);
-        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
-    }
-}
-
-TEST_F(WriteTaskTests, reportsAfterAStopOnlyDecideHowItIsWorded) {
-    const struct {
-        std::optional<ImageWritePhase> phase;
-        const char* message;
-    } cases[] = {{std::nullopt, interrupted},      {preparingTarget, interrupted},
-                 {authorizingDevice, interrupted}, {writingImage, interrupted},
-                 {synchronizing, finalizing},      {verifyingImage, unverified},
-                 {ejecting, finalizing},           {completed, finalizing}};
-    for (const auto& [phase, message] : cases) {
-        SCOPED_TRACE(message);
-        prepareWrite();
-        viewModel->startWrite();
-        viewModel->requestStop();
-        if (phase) viewModel->applyWriteProgress({*phase, 1, 1});
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
-        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-        runUntilIdle();
-        expectCancellation(message);
-        EXPECT_EQ(takeLog(), stopLog(message));
-        EXPECT_EQ(takeCommands(), "") << "it was stopped before it began";
-        EXPECT_THAT(desktop.events, IsEmpty());
-    }
-}
-
-TEST_F(WriteTaskTests, aStopEndsThePauseBetweenAttempts) {
-    prepareWrite();
-    reader.removeDisk("disk4");
-    const auto callsBefore = reader.calls().size();
-    std::thread user([&] {
-        while (reader.calls().size() == callsBefore)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        loop->post([this] { viewModel->requestStop(); });
-    });
-    write();
-    user.join();
-    expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
-    EXPECT_EQ(takeCommands(), "L");
-}
-
-TEST_F(WriteTaskTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
-    prepareWrite();
-    viewModel->startWrite();
-    tryEverything();
-    when(phaseMessages[5], [this] {
-        tryEverything();
-        EXPECT_FALSE(viewModel->canRequestStop()) << "the eject is under way";
-        viewModel->requestStop();
-    });
-    runUntilIdle();
-    EXPECT_EQ(stateText(), "completed: Image written and verified");
-    EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
-    EXPECT_EQ(takeCommands(), "LILIUALIE");
-}
-
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     prepareWrite();
     const std::weak_ptr<TesselViewModel> dropped = viewModel;
@@ -414,7 +239,7 @@ TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     });
     loop->run();
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "beep", "attention", "alert", "end"));
-    EXPECT_EQ(takeCommands(), "LILIUALIE");
+    EXPECT_EQ(takeCommands(), allCommands);
     EXPECT_TRUE(dropped.expired());
 }
 

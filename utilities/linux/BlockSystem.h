@@ -21,19 +21,19 @@ class BlockSystem {
 
     virtual ~BlockSystem() = default;
 
-    virtual Machine read() = 0;
+    [[nodiscard]] virtual Machine read() = 0;
 
     /// Ends one mount of the device, and fails when it is in use.
     virtual void unmount(const std::string& device) = 0;
 
     /// Opens for reading and writing, past the caches, and fails when anybody else uses the device.
-    virtual FileDescriptor open(const std::string& device) = 0;
+    [[nodiscard]] virtual FileDescriptor open(const std::string& device) = 0;
 
     /// Has everything written that still waits in memory. Returns once it is, or after 10 seconds: what was
     /// mounted and is not any more was written then, and other disks may be slow.
     virtual void flush() = 0;
 
-    virtual Ejection eject(const std::string& device) = 0;
+    [[nodiscard]] virtual Ejection eject(const std::string& device) = 0;
 
     virtual void wait(std::chrono::milliseconds duration) = 0;
 };

@@ -6,10 +6,10 @@
 namespace tessel {
 
 /// The machine's disks as the disk utility lists them.
-PropertyList::Dictionary diskListOf(const Machine& machine);
+[[nodiscard]] PropertyList::Dictionary diskListOf(const Machine& machine);
 
 /// One disk's details as the disk utility gives them. A card is called one only where the kernel or UDisks2
 /// says so about the medium, or the device database about the reader.
-PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk);
 
 }  // namespace tessel

@@ -58,31 +58,31 @@ struct Machine {
 };
 
 /// Whether the device exists in the kernel only: loop, device mapper, RAID, RAM, compressed memory.
-bool isVirtual(const BlockDevice& device);
+[[nodiscard]] bool isVirtual(const BlockDevice& device);
 
 /// Whether the device sits in a slot of the computer's own that speaks the cards' protocol. Soldered flash
 /// does, too.
 bool isInCardSlot(const BlockDevice& device);
 
 /// The disk and every part of it.
-std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
 
 /// Those of them that are mounted.
-std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
 
 /// The physical disks that hold "/", by their numbers. Empty when "/" leads to none.
-std::vector<const BlockDevice*> systemDisks(const Machine& machine);
+[[nodiscard]] std::vector<const BlockDevice*> systemDisks(const Machine& machine);
 
 /// The disks that have a medium and whose record holds together, by their identifiers' numbers.
-std::vector<const BlockDevice*> listedDisks(const Machine& machine);
+[[nodiscard]] std::vector<const BlockDevice*> listedDisks(const Machine& machine);
 
 /// "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
-std::string identifierOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::string identifierOf(const Machine& machine, const BlockDevice& disk);
 
 /// The listed disk with this identifier, or none.
-const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier);
+[[nodiscard]] const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier);
 
 /// The listed disk with this identifier. Throws PlatformError when there is none.
-const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
+[[nodiscard]] const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
 
 }  // namespace tessel

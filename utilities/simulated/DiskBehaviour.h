@@ -18,8 +18,8 @@ struct DiskBehaviour {
     /// Seconds before "list", "info", "unmountDisk", "eject" or "authopen" does anything.
     std::map<std::string, double> delays = {};
 
-    static DiskBehaviour from(const PropertyList::Dictionary& dictionary);
-    PropertyList::Dictionary dictionary() const;
+    [[nodiscard]] static DiskBehaviour from(const PropertyList::Dictionary& dictionary);
+    [[nodiscard]] PropertyList::Dictionary dictionary() const;
 
     /// Sleeps as long as this command is told to wait.
     void waitBefore(const std::string& command) const;

@@ -25,20 +25,22 @@ class ReaderFolder {
     explicit ReaderFolder(std::filesystem::path folder) : folder(std::move(folder)) {}
 
     void logCall(std::string_view line) const;
-    std::vector<std::string> calls() const;
+    [[nodiscard]] std::vector<std::string> calls() const;
 
     /// The identifiers of the disks that are in the reader, by their numbers.
-    std::vector<std::string> disks() const;
+    [[nodiscard]] std::vector<std::string> disks() const;
     /// Whether it is out makes no difference to these.
     void setDetails(const std::string& disk, const PropertyList::Dictionary& details) const;
     void setBehaviour(const std::string& disk, const DiskBehaviour& behaviour) const;
     void putIn(const std::string& disk) const;
     void takeOut(const std::string& disk) const;
-    std::filesystem::path mediumPath(const std::string& disk) const { return folder / disk / "medium"; }
+    [[nodiscard]] std::filesystem::path mediumPath(const std::string& disk) const {
+        return folder / disk / "medium";
+    }
 
     /// Each fails as the disk utility does when the disk is not in the reader.
-    PropertyList::Dictionary details(const std::string& disk) const;
-    DiskBehaviour behaviour(const std::string& disk) const;
+    [[nodiscard]] PropertyList::Dictionary details(const std::string& disk) const;
+    [[nodiscard]] DiskBehaviour behaviour(const std::string& disk) const;
 
   private:
     bool isIn(const std::string& disk) const;

@@ -10,7 +10,7 @@ namespace tessel {
 
 /// Runs a simulated utility for the reader's folder, which is where the program was started from. The call is
 /// logged before anything else happens. Gives the exit status.
-int runSimulatedProgram(
+[[nodiscard]] int runSimulatedProgram(
     std::span<char*> commandLine,
     const std::function<int(const ReaderFolder& reader, std::span<const std::string> arguments)>& utility);
 

@@ -3,7 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 
-#include "views/controls/Symbol.h"
+#include "views/controls/SymbolView.h"
 #include "views/controls/TextLabel.h"
 
 namespace tessel {

@@ -20,7 +20,7 @@ class Box : public QWidget {
     explicit Box(const Look& look);
 
     /// Holds the content, top to bottom.
-    QVBoxLayout& content() { return *column; }
+    [[nodiscard]] QVBoxLayout& content() { return *column; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -58,9 +58,7 @@ QSize Button::minimumSizeHint() const {
 
 void Button::changeEvent(QEvent* event) {
     QPushButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) {
-        applyFont();
-    }
+    if (event->type() == QEvent::ApplicationFontChange) applyFont();
 }
 
 void Button::paintEvent(QPaintEvent*) {
@@ -89,12 +87,8 @@ int Button::contentWidth() const {
 
 QColor Button::ink() const {
     const Colors colors = currentColors();
-    if (!isEnabled()) {
-        return withOpacity(colors.primary, 0.38);
-    }
-    if (isProminent()) {
-        return Qt::white;
-    }
+    if (!isEnabled()) return withOpacity(colors.primary, 0.38);
+    if (isProminent()) return Qt::white;
     return look == Look::destructive ? colors.red : colors.primary;
 }
 

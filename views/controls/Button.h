@@ -18,20 +18,20 @@ class Button : public QPushButton {
 
     explicit Button(const Fields& fields);
 
-    QSize sizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
     /// Enough for a few letters: a button that may shrink shortens its text.
-    QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    bool isProminent() const;
+    [[nodiscard]] bool isProminent() const;
     void applyFont();
-    int symbolSize() const;
-    int contentWidth() const;
-    QColor ink() const;
+    [[nodiscard]] int symbolSize() const;
+    [[nodiscard]] int contentWidth() const;
+    [[nodiscard]] QColor ink() const;
     void paintBackground(QPainter& painter) const;
     void paintContent(QPainter& painter) const;
 

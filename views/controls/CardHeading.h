@@ -7,6 +7,7 @@ class QVBoxLayout;
 namespace tessel {
 
 /// A card's symbol and title above its explanation.
-QVBoxLayout* cardHeading(const QString& symbol, const QString& title, const QString& explanation);
+[[nodiscard]] QVBoxLayout* cardHeading(const QString& symbol, const QString& title,
+                                       const QString& explanation);
 
 }  // namespace tessel

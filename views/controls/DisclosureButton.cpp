@@ -34,9 +34,7 @@ class AccessibleDisclosure : public QAccessibleWidget {
     QStringList actionNames() const override { return {pressAction()}; }
 
     void doAction(const QString& action) override {
-        if (action == pressAction()) {
-            button.click();
-        }
+        if (action == pressAction()) button.click();
     }
 
   private:
@@ -67,9 +65,7 @@ void DisclosureButton::paintEvent(QPaintEvent*) {
     const QRect beforeLabel(spacing::hair, 0, chevronSize, height());
     paintSymbol(painter, isChecked() ? "chevron.down" : "chevron.right", beforeLabel, chevronSize,
                 currentColors().secondary);
-    if (showsKeyboardFocus(*this)) {
-        paintFocusRing(painter, rect(), 6);
-    }
+    if (showsKeyboardFocus(*this)) paintFocusRing(painter, rect(), 6);
 }
 
 }  // namespace tessel

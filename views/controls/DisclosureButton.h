@@ -12,9 +12,9 @@ class DisclosureButton : public QAbstractButton {
     DisclosureButton();
 
     /// Where the label's widgets go, left to right. Clicks on them count as clicks on the button.
-    QHBoxLayout& label() { return *row; }
+    [[nodiscard]] QHBoxLayout& label() { return *row; }
 
-    QSize sizeHint() const override { return row->sizeHint(); }
+    [[nodiscard]] QSize sizeHint() const override { return row->sizeHint(); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -10,8 +10,8 @@ class ElidedLabel : public TextLabel {
   public:
     ElidedLabel(const TextLook& look, Qt::TextElideMode mode);
 
-    bool isElided() const;
-    QSize minimumSizeHint() const override;
+    [[nodiscard]] bool isElided() const;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     bool event(QEvent* event) override;

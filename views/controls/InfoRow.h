@@ -1,38 +1,11 @@
 #pragma once
 
-#include <QLineEdit>
 #include <QWidget>
 
 namespace tessel {
 
+class SelectableValue;
 class TextLabel;
-
-/// A value that can be selected and copied. When it does not fit, it is shortened in the middle until it gets
-/// the focus, and its tool tip is the whole value; copying always gives the whole value or the selected part
-/// of it.
-class SelectableValue : public QLineEdit {
-  public:
-    SelectableValue();
-
-    /// Shows the value from its beginning.
-    void setValue(const QString& value);
-    bool isElided() const;
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
-  protected:
-    bool event(QEvent* event) override;
-    void changeEvent(QEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
-  private:
-    void applyLook();
-    void updateFocusPolicy();
-};
 
 /// One labelled line: a title, then a value.
 class InfoRow : public QWidget {
@@ -40,7 +13,7 @@ class InfoRow : public QWidget {
     explicit InfoRow(const QString& title);
 
     void setValue(const QString& value);
-    QString value() const { return valueField->text(); }
+    [[nodiscard]] QString value() const;
 
   protected:
     void changeEvent(QEvent* event) override;

@@ -22,6 +22,6 @@ void paintBox(QPainter& painter, const RoundedBox& box);
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius);
 
 /// Whether the widget has the focus and the person moves it with the keyboard.
-bool showsKeyboardFocus(const QWidget& widget);
+[[nodiscard]] bool showsKeyboardFocus(const QWidget& widget);
 
 }  // namespace tessel

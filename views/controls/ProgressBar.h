@@ -12,8 +12,8 @@ class ProgressBar : public QProgressBar {
     /// 0 to 1; values outside count as the nearer end.
     void setFraction(double fraction);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -25,9 +25,7 @@ QSize ScrollBar::sizeHint() const {
 }
 
 void ScrollBar::paintEvent(QPaintEvent*) {
-    if (minimum() == maximum()) {
-        return;
-    }
+    if (minimum() == maximum()) return;
     QStyleOptionSlider option;
     initStyleOption(&option);
     const QRectF handle =

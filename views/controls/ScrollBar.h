@@ -9,7 +9,7 @@ class ScrollBar : public QScrollBar {
   public:
     ScrollBar();
 
-    QSize sizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

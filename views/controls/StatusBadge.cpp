@@ -5,66 +5,9 @@
 
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
+#include "views/controls/StatusSign.h"
 
 namespace tessel {
-
-namespace {
-
-constexpr int signSize = 14;
-constexpr double dotSize = 8;
-constexpr int turnMilliseconds = 50;
-constexpr int turnDegrees = 18;
-
-}  // namespace
-
-StatusSign::StatusSign() {
-    setFixedSize(signSize, signSize);
-}
-
-void StatusSign::display(Tone newTone, bool busy) {
-    tone = newTone;
-    isBusy = busy;
-    turnWhileSeen();
-    update();
-}
-
-void StatusSign::hideEvent(QHideEvent*) {
-    turnWhileSeen();
-}
-
-void StatusSign::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = currentColors().of(tone);
-    if (!isBusy) {
-        const double margin = (signSize - dotSize) / 2;
-        paintBox(painter,
-                 {.bounds = QRectF(margin, margin, dotSize, dotSize), .radius = dotSize / 2, .fill = color});
-        return;
-    }
-    const QRectF circle(1.5, 1.5, signSize - 3, signSize - 3);
-    painter.setPen(QPen(withOpacity(color, 0.22), 2));
-    painter.drawEllipse(circle);
-    painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap));
-    painter.drawArc(circle, angle * 16, -100 * 16);
-}
-
-void StatusSign::showEvent(QShowEvent*) {
-    turnWhileSeen();
-}
-
-void StatusSign::timerEvent(QTimerEvent*) {
-    angle = (angle + 360 - turnDegrees) % 360;
-    update();
-}
-
-void StatusSign::turnWhileSeen() {
-    if (!isBusy || !isVisible()) {
-        turn.stop();
-    } else if (!turn.isActive()) {
-        turn.start(turnMilliseconds, this);
-    }
-}
 
 StatusBadge::StatusBadge() :
     sign(new StatusSign),
@@ -79,9 +22,7 @@ StatusBadge::StatusBadge() :
 }
 
 void StatusBadge::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     sign->display(fields.tone, fields.isBusy);
     label->setText(fields.text);

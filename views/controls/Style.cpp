@@ -54,9 +54,8 @@ QColor readable(QColor color, const QColor& goal, std::span<const QColor> backgr
     const auto canBeRead = [&](const QColor& background) {
         return contrastRatio(color, background) >= readableContrast;
     };
-    for (int step = 0; step < 40 && !std::ranges::all_of(backgrounds, canBeRead); ++step) {
+    for (int step = 0; step < 40 && !std::ranges::all_of(backgrounds, canBeRead); ++step)
         color = mixed(color, goal, 0.06);
-    }
     return color;
 }
 
@@ -121,9 +120,8 @@ Colors currentColors() {
     Colors colors;
     colors.windowBackground = isBaseLighter ? base : window;
     colors.underPageBackground = isBaseLighter ? window : base;
-    if (contrastRatio(colors.windowBackground, colors.underPageBackground) < 1.05) {
+    if (contrastRatio(colors.windowBackground, colors.underPageBackground) < 1.05)
         colors.underPageBackground = mixed(colors.windowBackground, Qt::black, isDark ? 0.3 : 0.06);
-    }
     colors.controlBackground = mixed(colors.windowBackground, colors.underPageBackground, 0.4);
     colors.textBackground = colors.controlBackground;
 

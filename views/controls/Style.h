@@ -30,10 +30,10 @@ enum class FontRole {
 };
 
 /// The font for a use, derived from the application's font and never smaller than 11 pixels.
-QFont styledFont(FontRole role, QFont::Weight weight = QFont::Normal);
+[[nodiscard]] QFont styledFont(FontRole role, QFont::Weight weight = QFont::Normal);
 
 /// A width designed for the default font, in pixels, for the application's font.
-int scaledWithFont(int width);
+[[nodiscard]] int scaledWithFont(int width);
 
 /// What a colour says. Each can be read as text on every background below.
 enum class Tone { primary, secondary, green, blue, orange, red, accent };
@@ -54,19 +54,19 @@ struct Colors {
     QColor controlBackground;    ///< the disk table
     QColor textBackground;       ///< the operation log
 
-    QColor of(Tone tone) const;
+    [[nodiscard]] QColor of(Tone tone) const;
 };
 
 /// The colours of the application's palette as it is now. Ask again at each painting: the palette may change.
-Colors currentColors();
+[[nodiscard]] Colors currentColors();
 
 /// The same colour, opacity 0 to 1.
-QColor withOpacity(QColor color, double opacity);
+[[nodiscard]] QColor withOpacity(QColor color, double opacity);
 
 /// The colour with a share (0 to 1) of another, opaque.
-QColor mixed(const QColor& color, const QColor& other, double share);
+[[nodiscard]] QColor mixed(const QColor& color, const QColor& other, double share);
 
 /// How well two opaque colours can be told apart, 1 to 21, as the WCAG define it. Text needs 4.5.
-double contrastRatio(const QColor& one, const QColor& other);
+[[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 
 }  // namespace tessel

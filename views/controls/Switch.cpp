@@ -29,9 +29,7 @@ QSize Switch::sizeHint() const {
 
 void Switch::changeEvent(QEvent* event) {
     QCheckBox::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) {
-        applyFont();
-    }
+    if (event->type() == QEvent::ApplicationFontChange) applyFont();
 }
 
 void Switch::paintEvent(QPaintEvent*) {
@@ -39,8 +37,8 @@ void Switch::paintEvent(QPaintEvent*) {
     painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
     paintTrack(painter);
     painter.setPen(currentColors().primary);
-    const QRect beside = rect().adjusted(trackBounds().right() + 1 + ringWidth + spacing::small, 0, 0, 0);
-    painter.drawText(beside, Qt::AlignLeft | Qt::AlignVCenter, text());
+    const QRect textBounds = rect().adjusted(trackBounds().right() + 1 + ringWidth + spacing::small, 0, 0, 0);
+    painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter, text());
 }
 
 void Switch::applyFont() {

@@ -11,17 +11,17 @@ class Switch : public QCheckBox {
 
     explicit Switch(const QString& text, Size size = Size::regular);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
     void changeEvent(QEvent* event) override;
-    bool hitButton(const QPoint& position) const override { return rect().contains(position); }
+    [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }
     void paintEvent(QPaintEvent* event) override;
 
   private:
     void applyFont();
-    QRect trackBounds() const;
+    [[nodiscard]] QRect trackBounds() const;
     void paintTrack(QPainter& painter) const;
 
     Size size;

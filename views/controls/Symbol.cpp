@@ -39,9 +39,7 @@ QPixmap drawn(const QString& path, int pixels, const QColor& color) {
 
 QPixmap symbolPixmap(const QString& name, int size, const QColor& color, double devicePixelRatio) {
     const QString path = ":/symbols/" + name + ".svg";
-    if (!QFile::exists(path)) {
-        return {};
-    }
+    if (!QFile::exists(path)) return {};
     const int pixels = static_cast<int>(std::lround(size * devicePixelRatio));
     const QString key = path + color.name(QColor::HexArgb) + QString::number(pixels);
     QPixmap pixmap;
@@ -56,28 +54,6 @@ QPixmap symbolPixmap(const QString& name, int size, const QColor& color, double 
 void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, int size, const QColor& color) {
     const QPoint corner(bounds.x() + (bounds.width() - size) / 2, bounds.y() + (bounds.height() - size) / 2);
     painter.drawPixmap(corner, symbolPixmap(name, size, color, painter.device()->devicePixelRatioF()));
-}
-
-SymbolView::SymbolView(const Fields& fields) : shown(fields) {
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-}
-
-void SymbolView::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
-    shown = fields;
-    updateGeometry();
-    update();
-}
-
-QSize SymbolView::sizeHint() const {
-    return {shown.size, shown.size};
-}
-
-void SymbolView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    paintSymbol(painter, shown.symbol, rect(), shown.size, currentColors().of(shown.tone));
 }
 
 }  // namespace tessel

@@ -16,7 +16,7 @@ class SymbolLabel : public TextLabel {
     void applyLook() override;
 
   private:
-    int symbolSize() const;
+    [[nodiscard]] int symbolSize() const;
     void makeRoomForSymbol();
 
     QString symbol;

@@ -20,9 +20,7 @@ void TextLabel::setLook(const TextLook& look) {
 
 void TextLabel::changeEvent(QEvent* event) {
     QLabel::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-        applyLook();
-    }
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) applyLook();
 }
 
 void TextLabel::applyLook() {

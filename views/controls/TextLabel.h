@@ -21,7 +21,7 @@ class TextLabel : public QLabel {
   public:
     TextLabel(const QString& text, const TextLook& look);
 
-    const TextLook& look() const { return currentLook; }
+    [[nodiscard]] const TextLook& look() const { return currentLook; }
     void setLook(const TextLook& look);
 
   protected:
@@ -34,6 +34,6 @@ class TextLabel : public QLabel {
 };
 
 /// A text that wraps at the width it is given.
-TextLabel* wrappedLabel(const QString& text, const TextLook& look);
+[[nodiscard]] TextLabel* wrappedLabel(const QString& text, const TextLook& look);
 
 }  // namespace tessel

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include "model/DiskTexts.h"
+#include "model/SizeText.h"
 #include "views/controls/Accessibility.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
@@ -66,15 +67,13 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
 }
 
 void CompactDiskRow::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     const SDWholeDisk& disk = shown.disk;
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
     name->setText(QString::fromStdString(disk.mediaName));
     device->setText(QString::fromStdString(devicePath(disk)));
-    size->setText(QString::fromStdString(disk.sizeText()));
+    size->setText(QString::fromStdString(sizeText(disk.sizeBytes)));
     media->display(disk);
     setAccessibleName(selector->accessibilityLabel());
     setAccessibleDescription(selector->toolTip());
@@ -82,11 +81,10 @@ void CompactDiskRow::display(const Fields& fields) {
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space) {
+    if (event->key() == Qt::Key_Space)
         selector->press();
-    } else {
+    else
         QWidget::keyPressEvent(event);
-    }
 }
 
 void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
@@ -94,25 +92,20 @@ void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
 }
 
 void CompactDiskRow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) {
-        actions.inspect();
-    }
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) actions.inspect();
 }
 
 void CompactDiskRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Colors colors = currentColors();
-    if (shown.isSelectedTarget) {
+    if (shown.isSelectedTarget)
         painter.fillRect(rect(), withOpacity(colors.green, 0.1));
-    } else if (shown.isInspected) {
+    else if (shown.isInspected)
         painter.fillRect(rect(), withOpacity(colors.accent, 0.1));
-    } else if (underMouse()) {
+    else if (underMouse())
         painter.fillRect(rect(), withOpacity(colors.primary, 0.03));
-    }
     painter.fillRect(0, height() - 1, width(), 1, withOpacity(colors.primary, 0.08));
-    if (showsKeyboardFocus(*this)) {
-        paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
-    }
+    if (showsKeyboardFocus(*this)) paintFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 7);
 }
 
 }  // namespace tessel

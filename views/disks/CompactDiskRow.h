@@ -34,7 +34,7 @@ class CompactDiskRow : public QWidget {
 
     CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent);
 
-    const Fields& fields() const { return shown; }
+    [[nodiscard]] const Fields& fields() const { return shown; }
     void display(const Fields& fields);
 
   protected:

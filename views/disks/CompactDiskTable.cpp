@@ -80,9 +80,7 @@ CompactDiskTable::CompactDiskTable(const Actions& actions) :
 }
 
 void CompactDiskTable::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     showFields();
 }
@@ -128,9 +126,7 @@ void CompactDiskTable::showRows() {
 
 void CompactDiskTable::retire(const RowsByID& retired) {
     for (const auto& [id, row] : retired) {
-        if (row->hasFocus() && !rows.empty()) {
-            rows.front()->setFocus(Qt::OtherFocusReason);
-        }
+        if (row->hasFocus() && !rows.empty()) rows.front()->setFocus(Qt::OtherFocusReason);
         row->hide();
         // Not at once: it may be the row whose click led here.
         row->deleteLater();
@@ -140,9 +136,7 @@ void CompactDiskTable::retire(const RowsByID& retired) {
 void CompactDiskTable::placeRows() {
     const int width = scrollArea->viewport()->width();
     int rowHeight = CompactDiskRow::minimumRowHeight;
-    if (!rows.empty()) {
-        rowHeight = std::max(rowHeight, rows.front()->minimumSizeHint().height());
-    }
+    if (!rows.empty()) rowHeight = std::max(rowHeight, rows.front()->minimumSizeHint().height());
     rowList->resize(width, rowHeight * static_cast<int>(rows.size()));
     int top = 0;
     for (CompactDiskRow* row : rows) {
@@ -155,9 +149,7 @@ void CompactDiskTable::chooseTabStop() {
     CompactDiskRow* stop = rows.empty() ? nullptr : rows.front();
     for (CompactDiskRow* row : rows) {
         row->setFocusPolicy(Qt::ClickFocus);
-        if (row->hasFocus() || (row->fields().isInspected && !focusedIndex())) {
-            stop = row;
-        }
+        if (row->hasFocus() || (row->fields().isInspected && !focusedIndex())) stop = row;
     }
     if (stop) {
         stop->setFocusPolicy(Qt::StrongFocus);
@@ -168,22 +160,16 @@ void CompactDiskTable::chooseTabStop() {
 
 bool CompactDiskTable::eventFilter(QObject* object, QEvent* event) {
     if (object == scrollArea->viewport()) {
-        if (event->type() == QEvent::Resize) {
-            placeRows();
-        }
+        if (event->type() == QEvent::Resize) placeRows();
         return false;
     }
-    if (event->type() == QEvent::FocusIn) {
-        chooseTabStop();
-    }
+    if (event->type() == QEvent::FocusIn) chooseTabStop();
     return event->type() == QEvent::KeyPress && handleKey(static_cast<QKeyEvent*>(event)->key());
 }
 
 bool CompactDiskTable::handleKey(int key) {
     const std::optional<size_t> current = focusedIndex();
-    if (!current) {
-        return false;
-    }
+    if (!current) return false;
     const size_t last = rows.size() - 1;
     const size_t page =
         std::max<size_t>(1, static_cast<size_t>(scrollArea->viewport()->height() / rows[0]->height()));
@@ -223,9 +209,7 @@ void CompactDiskTable::moveTo(size_t index) {
 std::optional<size_t> CompactDiskTable::focusedIndex() const {
     const auto focused =
         std::ranges::find_if(rows, [](const CompactDiskRow* row) { return row->hasFocus(); });
-    if (focused == rows.end()) {
-        return std::nullopt;
-    }
+    if (focused == rows.end()) return std::nullopt;
     return static_cast<size_t>(focused - rows.begin());
 }
 

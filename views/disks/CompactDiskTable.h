@@ -56,12 +56,12 @@ class CompactDiskTable : public QWidget {
     void showFields();
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
-    void retire(const RowsByID& rows);
+    void retire(const RowsByID& retired);
     void placeRows();
     void chooseTabStop();
     bool handleKey(int key);
     void moveTo(size_t index);
-    std::optional<size_t> focusedIndex() const;
+    [[nodiscard]] std::optional<size_t> focusedIndex() const;
 
     DiskColumnWidths widths;
     Actions actions;

@@ -8,8 +8,8 @@
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
-#include "views/controls/Symbol.h"
 #include "views/controls/SymbolLabel.h"
+#include "views/controls/SymbolView.h"
 #include "views/disks/DiskInspectorContent.h"
 #include "views/disks/StackedTexts.h"
 
@@ -21,9 +21,7 @@ constexpr int padding = 11;
 constexpr int symbolSize = 18;
 
 Tone tintOf(const DiskDetailsDisclosure::Fields& fields) {
-    if (fields.isSelectedTarget) {
-        return Tone::green;
-    }
+    if (fields.isSelectedTarget) return Tone::green;
     return eligibilityFailureReason(fields.disk) ? Tone::orange : Tone::blue;
 }
 
@@ -55,9 +53,7 @@ void DiskDetailsDisclosure::buildLabel() {
 }
 
 void DiskDetailsDisclosure::display(const Fields& fields) {
-    if (fields == shown) {
-        return;
-    }
+    if (fields == shown) return;
     shown = fields;
     tint = tintOf(fields);
     symbol->display(

@@ -2,6 +2,7 @@
 
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
+#include "model/SizeText.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/SymbolLabel.h"
@@ -14,9 +15,8 @@ namespace {
 QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
     auto* column = new QVBoxLayout;
     column->setSpacing(spacing::tight);
-    for (InfoRow* row : rows) {
+    for (InfoRow* row : rows)
         column->addWidget(row);
-    }
     return column;
 }
 
@@ -56,22 +56,16 @@ QLayout* DiskInspectorContent::makeColumns() {
 }
 
 void DiskInspectorContent::display(const SDWholeDisk& disk) {
-    if (disk == shown) {
-        return;
-    }
-    if (!shown || shown->id != disk.id) {
-        partitionsButton->setChecked(false);
-    }
+    if (disk == shown) return;
+    if (!shown || shown->id != disk.id) partitionsButton->setChecked(false);
     device->setValue(QString::fromStdString(devicePath(disk)));
     media->setValue(QString::fromStdString(disk.mediaName));
     location->setValue(QString::fromStdString(disk.locationText()));
-    capacity->setValue(QString::fromStdString(disk.sizeText()));
+    capacity->setValue(QString::fromStdString(sizeText(disk.sizeBytes)));
     connection->setValue(QString::fromStdString(disk.busProtocol));
     map->setValue(QString::fromStdString(disk.partitionSchemeText()));
     attributes->setValue(QString::fromStdString(disk.capabilitySummary()));
-    if (!shown || shown->partitions != disk.partitions) {
-        showPartitions(disk);
-    }
+    if (!shown || shown->partitions != disk.partitions) showPartitions(disk);
     showVerdict(disk);
     shown = disk;
 }
@@ -86,9 +80,8 @@ void DiskInspectorContent::showPartitions(const SDWholeDisk& disk) {
     auto* column = new QVBoxLayout(partitions);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
-    for (const SDDiskPartition& partition : disk.partitions) {
+    for (const SDDiskPartition& partition : disk.partitions)
         column->addWidget(new DiskPartitionRow(partition));
-    }
     if (disk.partitions.empty()) {
         column->addWidget(wrappedLabel("No child partitions or volumes were reported.",
                                        {.font = FontRole::smallestCaption, .tone = Tone::secondary}));

@@ -5,7 +5,7 @@
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "views/controls/ElidedLabel.h"
-#include "views/controls/Symbol.h"
+#include "views/controls/SymbolView.h"
 #include "views/disks/StackedTexts.h"
 
 namespace tessel {

@@ -5,6 +5,7 @@
 
 #include "model/SDCardPolicy.h"
 #include "views/controls/Symbol.h"
+#include "views/controls/SymbolView.h"
 
 namespace tessel {
 
@@ -37,9 +38,7 @@ class TargetRadioButton : public QRadioButton {
 
 QString accessibilityText(const SDWholeDisk& disk, bool isProtected, bool isSelectedTarget) {
     const QString summary = QString::fromStdString(disk.displaySummary());
-    if (isProtected) {
-        return "Protected disk " + summary;
-    }
+    if (isProtected) return "Protected disk " + summary;
     return isSelectedTarget ? "Selected SD-card target " + summary
                             : "Select " + summary + " as the SD-card target";
 }
@@ -71,9 +70,7 @@ void DiskTargetSelector::display(const Fields& fields) {
 }
 
 void DiskTargetSelector::press() {
-    if (!radio->isHidden()) {
-        radio->click();
-    }
+    if (!radio->isHidden()) radio->click();
 }
 
 QString DiskTargetSelector::accessibilityLabel() const {

@@ -28,7 +28,7 @@ class DiskTargetSelector : public QWidget {
     void press();
 
     /// What screen readers say for this cell.
-    QString accessibilityLabel() const;
+    [[nodiscard]] QString accessibilityLabel() const;
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -40,9 +40,8 @@ QSize SortableDiskHeader::sizeHint() const {
 
 void SortableDiskHeader::changeEvent(QEvent* event) {
     QPushButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) {
+    if (event->type() == QEvent::ApplicationFontChange)
         setFont(styledFont(FontRole::caption, QFont::DemiBold));
-    }
 }
 
 void SortableDiskHeader::paintEvent(QPaintEvent*) {
@@ -53,9 +52,7 @@ void SortableDiskHeader::paintEvent(QPaintEvent*) {
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, text());
     const int afterTitle = fontMetrics().horizontalAdvance(text()) + spacing::tight;
     paintSymbol(painter, chevron, QRect(afterTitle, 0, chevronSize, height()), chevronSize, ink);
-    if (showsKeyboardFocus(*this)) {
-        paintFocusRing(painter, QRectF(rect()).adjusted(-1, 4, 0, -4), 5);
-    }
+    if (showsKeyboardFocus(*this)) paintFocusRing(painter, QRectF(rect()).adjusted(-1, 4, 0, -4), 5);
 }
 
 }  // namespace tessel

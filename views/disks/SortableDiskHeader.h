@@ -15,8 +15,8 @@ class SortableDiskHeader : public QPushButton {
 
     void display(DiskSortField activeField, bool ascending);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
     void changeEvent(QEvent* event) override;

@@ -21,7 +21,7 @@ QString toQString(std::string_view text) {
 
 OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
     setVerticalScrollBar(new ScrollBar);
-    coordinator = new OperationLogCoordinator(*this, interactionPauseDuration);
+    follower = new LatestLineFollower(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
@@ -39,20 +39,17 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
 }
 
 void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
-    const std::ptrdiff_t previousEntryCount = lastEntryCount;
-    lastEntryCount = static_cast<std::ptrdiff_t>(entryCount);
-    if (text != shownText)
-        replaceText(text);
-    else if (lastEntryCount == previousEntryCount)
-        return;
-    coordinator->scheduleScrollToLatest();
+    if (text == shownText && entryCount == shownEntryCount) return;
+    shownEntryCount = entryCount;
+    if (text != shownText) replaceText(text);
+    follower->scheduleScrollToLatest();
 }
 
 void OperationLogView::resizeEvent(QResizeEvent* event) {
     const int firstVisible = readingPosition(*this);
     QPlainTextEdit::resizeEvent(event);
     scrollToReadingPosition(*this, firstVisible);
-    coordinator->scheduleScrollToLatest();
+    follower->scheduleScrollToLatest();
 }
 
 void OperationLogView::replaceText(std::string_view text) {
@@ -60,10 +57,11 @@ void OperationLogView::replaceText(std::string_view text) {
     const int anchor = textCursor().anchor();
     const int position = textCursor().position();
 
-    if (!shownText.empty() && text.starts_with(shownText))
+    if (!shownText.empty() && text.starts_with(shownText)) {
         insertAtEnd(text.substr(shownText.size()));
-    else
+    } else {
         setPlainText(toQString(text));
+    }
     shownText = text;
 
     // After an insertion too: a selection up to the end has grown with it.

@@ -3,15 +3,16 @@
 #include <QPlainTextEdit>
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "views/log/OperationLogCoordinator.h"
+#include "views/log/LatestLineFollower.h"
 
 namespace tessel {
 
 /// The operation log: monospaced lines that wrap at the view's width, to be read, selected and copied. It
-/// follows the latest line unless the person works in it (OperationLogCoordinator). Main thread only.
+/// follows the latest line unless the person works in it (LatestLineFollower). Main thread only.
 class OperationLogView : public QPlainTextEdit {
   public:
     /// The pause is how long after the last interaction the view follows again.
@@ -22,7 +23,7 @@ class OperationLogView : public QPlainTextEdit {
     /// of the selection what still fits. Follows when the text or the number of entries changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    bool isFollowingLatest() const { return coordinator->isFollowingLatest(); }
+    [[nodiscard]] bool isFollowingLatest() const { return follower->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -32,8 +33,8 @@ class OperationLogView : public QPlainTextEdit {
     void insertAtEnd(std::string_view text);
 
     std::string shownText;
-    std::ptrdiff_t lastEntryCount = -1;
-    OperationLogCoordinator* coordinator;
+    std::optional<std::size_t> shownEntryCount;
+    LatestLineFollower* follower;
 };
 
 }  // namespace tessel

@@ -6,10 +6,10 @@ namespace tessel {
 
 /// The position in the document of the first character in view. Unlike the scroll bar's value it means the
 /// same place after lines were added or wrap at another width.
-int readingPosition(const QPlainTextEdit& view);
+[[nodiscard]] int readingPosition(const QPlainTextEdit& view);
 
 /// The position after the last character. (The document counts a last line break of its own.)
-int endPosition(const QPlainTextEdit& view);
+[[nodiscard]] int endPosition(const QPlainTextEdit& view);
 
 /// Scrolls the line of this character to the top, or as near to it as the end of the text allows. A position
 /// after the end means the end.

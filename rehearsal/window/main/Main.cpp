@@ -11,6 +11,7 @@
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
 #include "rehearsal/FileDevice.h"
+#include "rehearsal/FileDigest.h"
 #include "rehearsal/PacedDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"

@@ -9,6 +9,7 @@
 #include "tests/support/SampleDisks.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/InfoRow.h"
+#include "views/controls/SelectableValue.h"
 #include "views/controls/Switch.h"
 #include "views/controls/ToolTip.h"
 

@@ -72,9 +72,8 @@ TEST(StyleTests, everyToneCanBeReadOnEveryBackgroundOfEveryDesktop) {
             const QColor background = mixed(colors.controlBackground, row, 0.1);
             EXPECT_GE(contrastRatio(colors.secondary, background), 4.5) << desktop.name;
         }
-        for (const QColor& fill : {colors.accentFill, colors.redFill}) {
+        for (const QColor& fill : {colors.accentFill, colors.redFill})
             EXPECT_GE(contrastRatio(Qt::white, fill), 4.5) << desktop.name;
-        }
     }
 }
 

@@ -52,9 +52,7 @@ class CompactDiskTableTests : public testing::Test {
 
     CompactDiskRow& row(const std::string& id) {
         for (CompactDiskRow* each : shownWidgets<CompactDiskRow>(*table)) {
-            if (each->fields().disk.id == id) {
-                return *each;
-            }
+            if (each->fields().disk.id == id) return *each;
         }
         throw std::out_of_range("There is no row for " + id + ".");
     }
@@ -86,9 +84,8 @@ using Identifiers = std::vector<std::string>;
 
 std::vector<SDWholeDisk> manyCards(int count) {
     std::vector<SDWholeDisk> disks;
-    for (int number = 1; number <= count; ++number) {
+    for (int number = 1; number <= count; ++number)
         disks.push_back(sampleCard("disk" + std::to_string(number)));
-    }
     return disks;
 }
 
@@ -152,9 +149,8 @@ TEST_F(CompactDiskTableTests, headingsAskForTheirFieldAndSayTheDirection) {
     show({sampleCard("disk4")});
     const auto headings = shownWidgets<SortableDiskHeader>(*table);
     ASSERT_EQ(headings.size(), 3u);
-    for (SortableDiskHeader* heading : headings) {
+    for (SortableDiskHeader* heading : headings)
         QTest::mouseClick(heading, Qt::LeftButton);
-    }
     EXPECT_EQ(sortedBy, (std::vector{DiskSortField::disk, DiskSortField::size, DiskSortField::media}));
     EXPECT_EQ(headings[0]->accessibleName(), "Disk, sorted ascending");
     fields.sortField = DiskSortField::size;

@@ -32,12 +32,10 @@ class DiskDetailsDisclosureTests : public testing::Test {
 
     std::vector<std::string> texts() {
         std::vector<std::string> found;
-        for (const TextLabel* label : shownWidgets<TextLabel>(disclosure)) {
+        for (const TextLabel* label : shownWidgets<TextLabel>(disclosure))
             found.push_back(label->text().toStdString());
-        }
-        for (const InfoRow* row : shownWidgets<InfoRow>(disclosure)) {
+        for (const InfoRow* row : shownWidgets<InfoRow>(disclosure))
             found.push_back("= " + row->value().toStdString());
-        }
         return found;
     }
 
@@ -54,8 +52,7 @@ class DiskDetailsDisclosureTests : public testing::Test {
 
 constexpr const char* passed =
     "This device is positively identified as an SD card and passed the current physical-media, "
-    "writable-media, "
-    "size, and removability checks.";
+    "writable-media, size, and removability checks.";
 
 }  // namespace
 

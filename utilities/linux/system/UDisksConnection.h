@@ -24,8 +24,8 @@ class UDisksConnection {
     void describe(std::vector<BlockDevice>& devices) const;
 
     void unmount(const std::string& device) const;
-    FileDescriptor open(const std::string& device) const;
-    BlockSystem::Ejection eject(const std::string& device) const;
+    [[nodiscard]] FileDescriptor open(const std::string& device) const;
+    [[nodiscard]] BlockSystem::Ejection eject(const std::string& device) const;
 
   private:
     struct Disconnect {

@@ -1,4 +1,4 @@
-#include "platform/RawDevice.h"
+#include "platform/BlockDevice.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace tessel {
 
-class RawDeviceTests : public testing::Test {
+class LockedBlockDeviceTests : public testing::Test {
   protected:
     void SetUp() override {
         if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
@@ -32,7 +32,7 @@ class RawDeviceTests : public testing::Test {
     TemporaryFolder folder;
 };
 
-TEST_F(RawDeviceTests, aDeviceThatSomebodyElseLockedIsBusy) {
+TEST_F(LockedBlockDeviceTests, aDeviceThatSomebodyElseLockedIsBusy) {
     const LoopDevice loop({.file = mediumFile("card")});
     const FileDescriptor other = openReadWrite(loop.path());
     ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
@@ -40,7 +40,7 @@ TEST_F(RawDeviceTests, aDeviceThatSomebodyElseLockedIsBusy) {
     EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->blockCount().error, EBUSY);
 }
 
-TEST_F(RawDeviceTests, theDeviceIsLockedWhileItIsOpen) {
+TEST_F(LockedBlockDeviceTests, theDeviceIsLockedWhileItIsOpen) {
     const LoopDevice loop({.file = mediumFile("card")});
     const FileDescriptor other = openReadWrite(loop.path());
     {
@@ -51,7 +51,7 @@ TEST_F(RawDeviceTests, theDeviceIsLockedWhileItIsOpen) {
     EXPECT_TRUE(lockExclusively(other.get()).isSuccess());
 }
 
-TEST_F(RawDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
+TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     const FileDescriptor control = openReadWrite("/dev/loop-control");
     const auto slot = "/dev/loop" + std::to_string(ioctl(control.get(), LOOP_CTL_GET_FREE));
     const auto device = makeBlockDevice(openReadWrite(slot));

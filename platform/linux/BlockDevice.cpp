@@ -1,4 +1,4 @@
-#include "platform/RawDevice.h"
+#include "platform/BlockDevice.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>

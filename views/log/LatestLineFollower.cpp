@@ -1,4 +1,4 @@
-#include "views/log/OperationLogCoordinator.h"
+#include "views/log/LatestLineFollower.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -11,21 +11,21 @@ namespace tessel {
 
 using namespace std::chrono_literals;
 
-OperationLogCoordinator::OperationLogCoordinator(QPlainTextEdit& view,
-                                                 std::chrono::milliseconds interactionPauseDuration) :
+LatestLineFollower::LatestLineFollower(QPlainTextEdit& view,
+                                       std::chrono::milliseconds interactionPauseDuration) :
     QObject(&view),
     view(view) {
     for (QWidget* source :
          {static_cast<QWidget*>(&view), view.viewport(), static_cast<QWidget*>(view.verticalScrollBar())})
         source->installEventFilter(this);
 
-    resumeTask.setSingleShot(true);
-    resumeTask.setTimerType(Qt::PreciseTimer);  // the others may fire early
-    resumeTask.setInterval(std::max(interactionPauseDuration, 0ms));
-    resumeTask.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
+    resumeTimer.setSingleShot(true);
+    resumeTimer.setTimerType(Qt::PreciseTimer);  // the others may fire early
+    resumeTimer.setInterval(std::max(interactionPauseDuration, 0ms));
+    resumeTimer.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
 }
 
-bool OperationLogCoordinator::eventFilter(QObject* /*watched*/, QEvent* event) {
+bool LatestLineFollower::eventFilter(QObject* /*watched*/, QEvent* event) {
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -44,21 +44,21 @@ bool OperationLogCoordinator::eventFilter(QObject* /*watched*/, QEvent* event) {
     return false;
 }
 
-void OperationLogCoordinator::noteUserActivity() {
-    followingLatest = false;
+void LatestLineFollower::noteUserActivity() {
+    isFollowing = false;
     ++scrollRequestGeneration;
-    resumeTask.start();
+    resumeTimer.start();
 }
 
-void OperationLogCoordinator::resumeFollowingIfIdle() {
+void LatestLineFollower::resumeFollowingIfIdle() {
     // Asked of the application, since a menu, a dialog or a drag may receive the release in the view's place.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return noteUserActivity();
-    followingLatest = true;
+    isFollowing = true;
     scheduleScrollToLatest();
 }
 
-void OperationLogCoordinator::scheduleScrollToLatest() {
-    if (!followingLatest) return;
+void LatestLineFollower::scheduleScrollToLatest() {
+    if (!isFollowing) return;
     QTimer::singleShot(0ms, this, [this, generation = ++scrollRequestGeneration] {
         if (generation == scrollRequestGeneration) scrollToReadingPosition(view, endPosition(view));
     });

@@ -12,12 +12,12 @@ namespace tessel {
 /// for the pause duration and no mouse button is pressed.
 ///
 /// Only input events pause; scrolls by the program never do. Owned by the view; main thread only.
-class OperationLogCoordinator : public QObject {
+class LatestLineFollower : public QObject {
   public:
     /// Watches the view's input from now on. A negative pause counts as zero.
-    OperationLogCoordinator(QPlainTextEdit& view, std::chrono::milliseconds interactionPauseDuration);
+    LatestLineFollower(QPlainTextEdit& view, std::chrono::milliseconds interactionPauseDuration);
 
-    bool isFollowingLatest() const { return followingLatest; }
+    [[nodiscard]] bool isFollowingLatest() const { return isFollowing; }
 
     /// Scrolls to the last line when the event loop turns next, unless the person interacts first. Does
     /// nothing while paused.
@@ -31,9 +31,9 @@ class OperationLogCoordinator : public QObject {
     void resumeFollowingIfIdle();
 
     QPlainTextEdit& view;
-    bool followingLatest = true;
+    bool isFollowing = true;
     int scrollRequestGeneration = 0;  // every request and interaction begins one; older requests do nothing
-    QTimer resumeTask;                // restarted by every interaction
+    QTimer resumeTimer;               // restarted by every interaction
 };
 
 }  // namespace tessel

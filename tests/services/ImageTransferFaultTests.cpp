@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "foundation/Errors.h"
+#include "tests/services/ImageTransferTest.h"
+
+namespace tessel {
+
+using enum ImageWritePhase;
+using testing::ElementsAre;
+
+using ImageTransferFaultTests = ImageTransferTest;
+
+TEST_F(ImageTransferFaultTests, shortAndInterruptedCallsAreContinued) {
+    useImage(chunk + 5000);
+    int calls = 0;
+    const auto halve = [&calls](size_t size) -> SystemResult {
+        if (++calls % 3 == 0) return {.error = EINTR};
+        return {.value = size <= 1024 ? size : size / 1024 * 512};
+    };
+    script.onWrite = [&](std::span<const std::byte> bytes, uint64_t offset) {
+        const auto moved = halve(bytes.size());
+        std::memcpy(script.medium.data() + offset, bytes.data(), moved.value);
+        return moved;
+    };
+    script.onRead = [&](std::span<std::byte> bytes, uint64_t offset) {
+        const auto moved = halve(bytes.size());
+        std::memcpy(bytes.data(), script.medium.data() + offset, moved.value);
+        return moved;
+    };
+    ASSERT_EQ(transfer(), nullptr);
+    expectCardHoldsImage();
+}
+
+TEST_F(ImageTransferFaultTests, aFailingDeviceEndsTheTransferWhereItFails) {
+    const struct {
+        SystemResult answer;
+        std::string writeReason;
+        std::string readReason;
+    } answers[] = {
+        {{.error = EIO}, "Input/output error", "Input/output error"},
+        {{.error = ENOSPC}, "No space left on device", "No space left on device"},
+        {{.value = 0}, "The raw device accepted zero bytes.", "The raw device reached end of media."},
+    };
+    useImage(3 * chunk - 7);
+    for (const auto& [answer, writeReason, readReason] : answers) {
+        for (const uint64_t failing : {uint64_t{0}, uint64_t{chunk}, uint64_t{2 * chunk}}) {
+            reports.clear();
+            script.onRead = nullptr;
+            script.onWrite = [&](auto, uint64_t offset) {
+                return offset == failing ? std::optional(answer) : std::nullopt;
+            };
+            EXPECT_EQ(failure(), "The SD-card write did not complete at byte offset " +
+                                     std::to_string(failing) + ": " + writeReason);
+            EXPECT_EQ(reports.back(), (ImageWriteProgress{writingImage, failing, image.size()}));
+
+            script.onRead = [&](auto, uint64_t offset) {
+                return offset == failing ? std::optional(answer) : std::nullopt;
+            };
+            script.onWrite = nullptr;
+            EXPECT_EQ(failure(), "The SD card could not be read for verification at byte offset " +
+                                     std::to_string(failing) + ": " + readReason);
+            EXPECT_EQ(reports.back(), (ImageWriteProgress{verifyingImage, failing, image.size()}));
+        }
+    }
+}
+
+TEST_F(ImageTransferFaultTests, aFailingFlushIsAnError) {
+    useImage(1000);
+    int flushes = 0;
+    int failingFlush = 1;
+    script.onSynchronize = [&] { return SystemResult{.error = ++flushes == failingFlush ? EIO : 0}; };
+    const auto expected = "The completed image could not be synchronized to the SD card: Input/output error.";
+    EXPECT_EQ(failure(), expected);
+    EXPECT_TRUE(script.readOffsets.empty());
+
+    flushes = 0;
+    failingFlush = 2;
+    script.onRead = [](auto, auto) { return SystemResult{.value = 512}; };
+    EXPECT_EQ(failure(), expected) << "the flush between two reads of a differing chunk";
+    EXPECT_EQ(script.readOffsets.size(), 2U) << "one chunk of two blocks, in two short reads";
+}
+
+TEST_F(ImageTransferFaultTests, anExchangedMediumEndsTheTransferBeforeItIsTouched) {
+    struct Touched {
+        int writes;
+        size_t reads;
+    };
+    // Two chunks written, the end of writing, two chunks read, the end of verifying.
+    constexpr Touched touchedBefore[] = {{0, 0}, {1, 0}, {2, 0}, {2, 0}, {2, 1}, {2, 2}};
+    useImage(2 * chunk);
+    for (size_t question = 0; question < std::size(touchedBefore); ++question) {
+        SCOPED_TRACE(question);
+        size_t asked = 0;
+        script.writes = 0;
+        script.readOffsets.clear();
+        script.onConfirmSameMedium = [&] {
+            return SystemResult{.error = asked++ == question ? ENOMEDIUM : 0};
+        };
+        EXPECT_EQ(failure(),
+                  localizedDescription(std::make_exception_ptr(TesselError(TesselError::Case::diskChanged))));
+        EXPECT_EQ(script.writes, touchedBefore[question].writes);
+        EXPECT_EQ(script.readOffsets.size(), touchedBefore[question].reads);
+    }
+}
+
+TEST_F(ImageTransferFaultTests, aCardThatLiesIsCaughtAfterThreeReads) {
+    useImage(2 * chunk);
+    script.onRead = [this](std::span<std::byte> bytes, uint64_t offset) -> std::optional<SystemResult> {
+        std::memcpy(bytes.data(), script.medium.data() + offset, bytes.size());
+        if (offset == chunk) bytes[1] ^= std::byte{0x40};
+        return SystemResult{.value = bytes.size()};
+    };
+    char expected[100];
+    std::snprintf(expected, sizeof expected,
+                  "Verification failed at byte offset 8388609: expected 0x%02X, read 0x%02X.",
+                  std::to_integer<unsigned>(image[chunk + 1]),
+                  std::to_integer<unsigned>(image[chunk + 1] ^ std::byte{0x40}));
+    EXPECT_EQ(failure(), expected);
+    EXPECT_THAT(script.readOffsets, ElementsAre(0, chunk, chunk, chunk));
+    EXPECT_EQ(script.synchronizations, 3) << "once after writing, and before each further read";
+}
+
+TEST_F(ImageTransferFaultTests, aCardThatSilentlyDropsWritesIsCaught) {
+    useImage(chunk + 512);
+    script.onWrite = [](std::span<const std::byte> bytes, uint64_t) {
+        return SystemResult{.value = bytes.size()};
+    };
+    EXPECT_THAT(failure(), testing::StartsWith("Verification failed at byte offset 0: expected 0x"));
+    ASSERT_EQ(transfer(false), nullptr) << "only verification can tell";
+
+    script.onWrite = nullptr;
+    script.onRead = [](std::span<std::byte> bytes, uint64_t) { return SystemResult{.value = bytes.size()}; };
+    for (const char* content : {"patterned", "zeros"}) {
+        EXPECT_THAT(failure(), testing::StartsWith("Verification failed")) << "nothing read, " << content;
+        folder.write("os.img", std::string(image.size(), '\0'));
+    }
+}
+
+TEST_F(ImageTransferFaultTests, staleDataThatIsRightAfterAFlushPasses) {
+    useImage(2 * chunk);
+    script.onRead = [this](std::span<std::byte> bytes, uint64_t offset) -> std::optional<SystemResult> {
+        if (offset != chunk || script.synchronizations > 2) return std::nullopt;
+        std::ranges::fill(bytes, std::byte{0});
+        return SystemResult{.value = bytes.size()};
+    };
+    ASSERT_EQ(transfer(), nullptr);
+    EXPECT_THAT(script.readOffsets, ElementsAre(0, chunk, chunk, chunk));
+}
+
+}  // namespace tessel

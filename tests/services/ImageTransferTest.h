@@ -1,0 +1,82 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <string_view>
+#include <vector>
+
+#include "model/TesselError.h"
+#include "services/ImageTransfer.h"
+#include "tests/support/OpenResources.h"
+#include "tests/support/ScriptedDevice.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel {
+
+/// An image in a file and a card in memory that misbehaves as it is told.
+class ImageTransferTest : public LeavesNothingOpen {
+  protected:
+    static constexpr size_t MiB = 1024 * 1024;
+    static constexpr size_t chunk = 8 * MiB;
+    static constexpr std::byte untouched{0xEE};
+
+    void useImage(size_t size, size_t cardSize = 0) {
+        image = patternedBytes(size);
+        script.medium.assign(cardSize == 0 ? 32 * MiB : cardSize, untouched);
+        imageURL = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
+    }
+
+    /// Runs a transfer to its end. The hook is called with each report and may stop it.
+    std::exception_ptr transfer(bool verify = true) {
+        const AuthorizedRawDiskHandle handle{.device = std::make_unique<ScriptedDevice>(script),
+                                             .blockSize = script.blockSize,
+                                             .blockCount = script.medium.size() / script.blockSize};
+        stop = {};
+        const auto record = [this](const ImageWriteProgress& report) {
+            reports.push_back(report);
+            if (onReport) onReport(report);
+        };
+        try {
+            writeImage({imageURL, image.size(), handle, verify}, stop.get_token(), record);
+            return nullptr;
+        } catch (...) {
+            return std::current_exception();
+        }
+    }
+
+    std::string failure(bool verify = true) { return localizedDescription(transfer(verify)); }
+
+    void expectCardHoldsImage() const {
+        const auto padded = (image.size() + script.blockSize - 1) / script.blockSize * script.blockSize;
+        const std::span medium(script.medium);
+        const auto isFilledWith = [](std::byte value) {
+            return [value](std::byte byte) { return byte == value; };
+        };
+        EXPECT_TRUE(std::ranges::equal(image, medium.first(image.size())));
+        EXPECT_TRUE(
+            std::ranges::all_of(medium.first(padded).subspan(image.size()), isFilledWith(std::byte{0})));
+        EXPECT_TRUE(std::ranges::all_of(medium.subspan(padded), isFilledWith(untouched)));
+    }
+
+    void patchImageFile(long offset, std::string_view bytes) const {
+        std::FILE* file = std::fopen(imageURL.c_str(), "r+b");
+        std::fseek(file, offset, SEEK_SET);
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+        std::fclose(file);
+    }
+
+    TemporaryFolder folder;
+    std::filesystem::path imageURL;
+    std::vector<std::byte> image;
+    DeviceScript script;
+    std::vector<ImageWriteProgress> reports;
+    std::function<void(const ImageWriteProgress&)> onReport;
+    std::stop_source stop;
+};
+
+}  // namespace tessel

@@ -1,0 +1,123 @@
+#include <chrono>
+#include <thread>
+
+#include "tests/viewmodel/WriteTaskTest.h"
+
+namespace tessel {
+
+using enum ImageWritePhase;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Fault = FaultyDevice::Fault;
+
+using WriteStopTests = WriteTaskTest;
+
+TEST_F(WriteStopTests, aDismissedPromptIsACancellation) {
+    prepareWrite();
+    reader.setBehaviour("disk4", {.authorization = "dismissed"});
+    write();
+    expectCancellation(interrupted);
+    EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + cancellationLog(interrupted));
+    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+}
+
+TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
+    const struct {
+        std::string moment;
+        Messages log;
+        const char* message;
+        std::string commands;
+        bool verifies = true;
+    } cases[] = {
+        {revalidating, {revalidating}, interrupted, ""},
+        {verificationEnabled, {revalidating, writing, verificationEnabled}, interrupted, "list info"},
+        {phaseMessages[0], logUpTo(preparingTarget), interrupted, "list info list info"},
+        {phaseMessages[1], logUpTo(authorizingDevice), interrupted, "list info list info unmount eject"},
+        {phaseMessages[2], logUpTo(writingImage), interrupted, allCommands},
+        {"9 MB of 9 MB written.", logUpTo(writingImage), unverified, allCommands},
+        {phaseMessages[3], logUpTo(synchronizing), unverified, allCommands},
+        {phaseMessages[3], unverifiedLogUpTo(synchronizing), finalizing, allCommands, false},
+        {phaseMessages[4], logUpTo(verifyingImage), unverified, allCommands},
+    };
+    for (const auto& [moment, log, message, commands, verifies] : cases) {
+        SCOPED_TRACE(moment);
+        prepareWrite();
+        viewModel->setVerifyAfterWrite(verifies);
+        double progress = 0;
+        when(moment, [&] {
+            EXPECT_TRUE(viewModel->canRequestStop());
+            viewModel->requestStop();
+            EXPECT_FALSE(viewModel->canRequestStop());
+            viewModel->requestStop();
+            progress = viewModel->writeOperationProgress();
+            EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
+            EXPECT_EQ(
+                viewModel->writeProgressDetail(),
+                "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card "
+                "when possible.");
+        });
+        write();
+        expectCancellation(message);
+        EXPECT_EQ(takeLog(), log + stopLog(message));
+        EXPECT_EQ(takeCommands(), commands);
+        EXPECT_EQ(viewModel->writeOperationProgress(), progress);
+        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+    }
+}
+
+TEST_F(WriteStopTests, reportsAfterAStopOnlyDecideHowItIsWorded) {
+    const struct {
+        std::optional<ImageWritePhase> phase;
+        const char* message;
+    } cases[] = {{std::nullopt, interrupted},      {preparingTarget, interrupted},
+                 {authorizingDevice, interrupted}, {writingImage, interrupted},
+                 {synchronizing, finalizing},      {verifyingImage, unverified},
+                 {ejecting, finalizing},           {completed, finalizing}};
+    for (const auto& [phase, message] : cases) {
+        SCOPED_TRACE(message);
+        prepareWrite();
+        viewModel->startWrite();
+        viewModel->requestStop();
+        if (phase) viewModel->applyWriteProgress({*phase, 1, 1});
+        EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
+        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
+        runUntilIdle();
+        expectCancellation(message);
+        EXPECT_EQ(takeLog(), stopLog(message));
+        EXPECT_EQ(takeCommands(), "") << "it was stopped before it began";
+        EXPECT_THAT(desktop.events, IsEmpty());
+    }
+}
+
+TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
+    prepareWrite();
+    reader.removeDisk("disk4");
+    const auto callsBefore = reader.calls().size();
+    std::thread user([&] {
+        while (reader.calls().size() == callsBefore)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        loop->post([this] { viewModel->requestStop(); });
+    });
+    write();
+    user.join();
+    expectCancellation(interrupted);
+    EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
+    EXPECT_EQ(takeCommands(), "list");
+}
+
+TEST_F(WriteStopTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
+    prepareWrite();
+    viewModel->startWrite();
+    tryEverything();
+    when(phaseMessages[5], [this] {
+        tryEverything();
+        EXPECT_FALSE(viewModel->canRequestStop()) << "the eject is under way";
+        viewModel->requestStop();
+    });
+    runUntilIdle();
+    EXPECT_EQ(stateText(), "completed: Image written and verified");
+    EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
+    EXPECT_EQ(takeCommands(), allCommands);
+}
+
+}  // namespace tessel

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "tests/viewmodel/ViewModelTest.h"
+
+namespace tessel {
+
+inline constexpr auto activityBegun = "begin: Writing and verifying an SD-card image";
+
+inline constexpr auto revalidating = "Revalidating /dev/disk4 immediately before the destructive operation.";
+inline constexpr auto writing =
+    "Writing os.img to /dev/rdisk4. All existing data on the SD card will be destroyed.";
+inline constexpr auto verificationEnabled =
+    "SHA-256 verification is enabled. Verification reads the written image length back through the same "
+    "authorized raw-device descriptor.";
+
+inline constexpr auto interrupted =
+    "Writing was interrupted. The SD card may contain incomplete or invalid data and was ejected when "
+    "possible.";
+inline constexpr auto finalizing =
+    "The write had already reached its finalization stage. The SD card was ejected when possible.";
+inline constexpr auto unverified =
+    "Writing completed, but verification was interrupted. Treat the SD card as unverified before using it.";
+
+inline constexpr auto diskChanged =
+    "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
+inline constexpr auto imageChanged = "The selected image changed after it was selected.";
+inline constexpr auto isProtected =
+    "The selected disk is protected: macOS did not report the SD card as writable.";
+
+/// What the utilities are asked for a whole write.
+inline constexpr auto allCommands = "list info list info unmount authorize list info eject";
+
+inline Messages operator+(Messages messages, const Messages& more) {
+    messages.insert(messages.end(), more.begin(), more.end());
+    return messages;
+}
+
+/// What a write says, and how it ends.
+class WriteTaskTest : public ViewModelTest {
+  protected:
+    using enum ImageWritePhase;
+
+    /// The log of a verified write that got as far as this phase.
+    static Messages logUpTo(ImageWritePhase phase) {
+        Messages messages{revalidating, writing, verificationEnabled};
+        for (size_t i = 0; i <= static_cast<size_t>(phase); ++i)
+            messages.emplace_back(phaseMessages[i]);
+        return messages;
+    }
+
+    static Messages unverifiedLogUpTo(ImageWritePhase phase) {
+        auto messages = logUpTo(phase);
+        std::erase(messages, verificationEnabled);
+        return messages;
+    }
+
+    void expectFailure(const std::string& title, const std::string& error) {
+        EXPECT_EQ(stateText(), "failed: Image write failed");
+        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
+        EXPECT_EQ(viewModel->writeProgressDetail(), error);
+        EXPECT_FALSE(viewModel->canRequestStop());
+    }
+
+    void expectCancellation(const std::string& message) {
+        EXPECT_EQ(stateText(), "warning: Operation cancelled");
+        EXPECT_EQ(viewModel->writePhaseTitle(), "Operation Cancelled");
+        EXPECT_EQ(viewModel->writeProgressDetail(), message);
+        EXPECT_EQ(viewModel->selectedDiskID(), "");
+        EXPECT_EQ(listedDisks(), Messages{"disk0"});
+        EXPECT_FALSE(viewModel->isCancellationRequested());
+    }
+
+    static Messages cancellationLog(const std::string& message) {
+        return {"Operation cancelled. " + message, "Refresh the disk list before attempting another write."};
+    }
+
+    static Messages stopLog(const std::string& message) {
+        return Messages{
+                   "Stop requested. The operation will stop at the next safe checkpoint, and the SD card "
+                   "will be ejected when possible."} +
+               cancellationLog(message);
+    }
+};
+
+}  // namespace tessel

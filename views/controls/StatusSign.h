@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QWidget>
+
+#include "views/controls/Style.h"
+
+namespace tessel {
+
+/// The sign before a status: a turning arc while busy, otherwise a dot.
+class StatusSign : public QWidget {
+  public:
+    StatusSign();
+
+    void display(Tone newTone, bool busy);
+
+  protected:
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+  private:
+    void turnWhileSeen();
+
+    Tone tone = Tone::secondary;
+    bool isBusy = false;
+    int angle = 90;  ///< of the arc's beginning, in degrees
+    QBasicTimer turn;
+};
+
+}  // namespace tessel
