@@ -167,7 +167,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
         watched.push_back({stream.descriptor, POLLIN, 0});
     // Once the child is reaped this is no descriptor, and poll passes it over.
     watched.push_back({exitSignal.get(), POLLIN, 0});
-    if (poll(watched.data(), watched.size(), millisecondsUntil(deadline)) < 0) {
+    if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
         if (errno == EINTR || errno == EAGAIN) return false;
         throw posixError(name + " could not be watched", errno);
     }

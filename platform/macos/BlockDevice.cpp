@@ -2,9 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
-#if __has_include(<sys/disk.h>)
-#include <sys/disk.h>
-#endif
 
 #include <utility>
 
@@ -14,7 +11,7 @@ namespace tessel {
 
 namespace {
 
-/// As <sys/disk.h> has them, which not every set of the system's headers contains.
+// The requests of <sys/disk.h>, written out, since not every set of this system's headers has that file.
 constexpr unsigned long synchronizeCache = _IO('d', 22);
 constexpr unsigned long getBlockSize = _IOR('d', 24, uint32_t);
 constexpr unsigned long getBlockCount = _IOR('d', 25, uint64_t);

@@ -37,8 +37,9 @@ DescriptorPair makeSocketPair() {
 }
 
 ssize_t receiveMessage(int socket, msghdr& message) {
-    // This system opens the descriptors that a caller has no room for, too, and does not say which they are.
-    // So they are received here, where there is room for the longest message, and closed.
+    // This system also opens the descriptors that there is no room for, and says of none which it is. So
+    // there is room for the longest message here, and one that is too long for the caller is closed as a
+    // whole.
     alignas(cmsghdr) std::array<unsigned char, 2048> control{};
     msghdr whole = message;
     whole.msg_control = control.data();
@@ -46,22 +47,22 @@ ssize_t receiveMessage(int socket, msghdr& message) {
     const ssize_t count = recvmsg(socket, &whole, 0);
     if (count < 0) return count;
 
-    const auto* const roomEnd = control.data() + message.msg_controllen;
+    const bool fits = whole.msg_controllen <= message.msg_controllen;
     for (cmsghdr* entry = CMSG_FIRSTHDR(&whole); entry; entry = CMSG_NXTHDR(&whole, entry)) {
         if (entry->cmsg_level != SOL_SOCKET || entry->cmsg_type != SCM_RIGHTS) continue;
-        const auto* const end = reinterpret_cast<unsigned char*>(entry) + entry->cmsg_len;
-        int descriptor = 0;
-        for (const auto* place = CMSG_DATA(entry); place + sizeof descriptor <= end;
-             place += sizeof descriptor) {
+        const auto* const end = std::min(reinterpret_cast<unsigned char*>(entry) + entry->cmsg_len,
+                                         control.data() + whole.msg_controllen);
+        for (const auto* place = CMSG_DATA(entry); place + sizeof(int) <= end; place += sizeof(int)) {
+            int descriptor = 0;
             std::memcpy(&descriptor, place, sizeof descriptor);
-            if (place + sizeof descriptor <= roomEnd)
+            if (fits)
                 fcntl(descriptor, F_SETFD, FD_CLOEXEC);
             else
                 close(descriptor);
         }
     }
-    message.msg_flags = whole.msg_flags | (whole.msg_controllen > message.msg_controllen ? MSG_CTRUNC : 0);
-    message.msg_controllen = std::min(message.msg_controllen, whole.msg_controllen);
+    message.msg_flags = whole.msg_flags | (fits ? 0 : MSG_CTRUNC);
+    message.msg_controllen = fits ? whole.msg_controllen : 0;
     std::memcpy(message.msg_control, control.data(), message.msg_controllen);
     return count;
 }

@@ -12,20 +12,23 @@
 
 namespace tessel {
 
-/// The descriptors that this process has open, by what they lead to.
+/// The descriptors that this process has open, by what they lead to where the system has links for them.
 inline std::vector<std::string> openDescriptors() {
     std::vector<std::string> targets;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code closedMeanwhile;
-        const auto target = std::filesystem::read_symlink(entry.path(), closedMeanwhile).string();
-        if (!closedMeanwhile && !target.starts_with("/proc/")) targets.push_back(target);
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
+        std::error_code error;
+        auto target = std::filesystem::read_symlink(entry.path(), error).string();
+        if (error == std::errc::invalid_argument) target = entry.path().string();
+        const bool closedMeanwhile = target.empty();
+        const bool isIterator = target.starts_with("/proc/");
+        if (!closedMeanwhile && !isIterator) targets.push_back(target);
     }
     std::ranges::sort(targets);
     return targets;
 }
 
-/// The open descriptors, as soon as they are the expected ones: a read of an image that was left behind closes its
-/// file when it ends.
+/// The open descriptors, as soon as they are the expected ones: a read of an image that was left behind
+/// closes its file when it ends.
 inline std::vector<std::string> settledDescriptors(const std::vector<std::string>& expected) {
     for (int attempt = 0; attempt < 200 && openDescriptors() != expected; ++attempt)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
