@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// What the confirmation alert says of the write that would be started now.
+/// What the confirmation alert says about the write that would be started now.
 [[nodiscard]] std::string confirmationMessage(const TesselViewModel& viewModel);
 [[nodiscard]] std::string confirmationButtonTitle(const TesselViewModel& viewModel);
 

@@ -12,7 +12,7 @@ namespace tessel {
 
 namespace {
 
-/// The product's picture: a green card on a green tint.
+/// Shows the product's picture, which is a green card on a green tint.
 class ProductMark : public QWidget {
   public:
     ProductMark() { setFixedSize(48, 48); }

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The top of the window: the product's name and the live status badge.
+/// Shows the product's name and the live status badge at the top of the window.
 class HeaderBar : public QWidget {
   public:
     explicit HeaderBar(const TesselViewModel& viewModel);

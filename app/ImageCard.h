@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Which image is to be written.
+/// Shows which image is to be written, and lets the person choose it.
 class ImageCard : public Card {
   public:
     explicit ImageCard(TesselViewModel& viewModel);

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// The operation log, with the buttons that stop a write and clear the log.
+/// Shows the operation log and the buttons that stop a write and clear the log.
 class LogCard : public Card {
   public:
     explicit LogCard(TesselViewModel& viewModel);

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// How far the workflow and the write have come.
+/// Shows how far the workflow and the write have come.
 class ProgressCard : public Card {
   public:
     explicit ProgressCard(const TesselViewModel& viewModel);
@@ -15,7 +15,7 @@ class ProgressCard : public Card {
     void render() const;
 
   private:
-    /// A title with a percentage at the other end of its line, and the bar that belongs to them.
+    /// Shows a fraction as a percentage, at the end of the line of its title, and as a bar below.
     struct Gauge {
         TextLabel* percentage;
         ProgressBar* bar;

@@ -7,17 +7,17 @@
 
 namespace tessel {
 
-/// What the window says while a stop has been requested, until the operation has ended.
+/// What the window says from the request to stop until the operation has ended.
 inline constexpr const char* stoppingTitle = "Stopping Operation";
 
 /// What the window says about a state.
 [[nodiscard]] QString statusTitle(const TesselOperationState& state);
 [[nodiscard]] Tone statusTone(const TesselOperationState& state);
 
-/// The title of the present state, or that the operation is stopping.
+/// Returns the title of the present state, or of stopping if that has been requested.
 [[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);
 
-/// "42%", rounded half away from zero.
+/// Words a fraction as a percentage such as "42%", rounded half away from zero.
 [[nodiscard]] QString percentText(double fraction);
 
 }  // namespace tessel

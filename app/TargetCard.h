@@ -15,16 +15,15 @@
 
 namespace tessel {
 
-/// Which card is to be written: the disks, and the details of the one that is inspected. The order of the
-/// disks, which of them are listed and which one is inspected are this card's own state; the target is the
-/// view model's.
+/// Lists the disks among which the person chooses the target, and shows the details of the one that is
+/// inspected. Which disks are listed, in what order, and which one is inspected is this card's own state; the
+/// target is the view model's.
 class TargetCard : public Card {
   public:
     explicit TargetCard(TesselViewModel& viewModel);
 
-    /// Keeps inspecting the same disk while it is listed, else the target if it is listed, else none. Call it
-    /// before render(): it compares the disks with those of the last call and does nothing if they are the
-    /// same.
+    /// Keeps inspecting the same disk while it is listed, else inspects the target if it is listed, else
+    /// none. Call it before render(); it does nothing unless the disks have changed since the last call.
     void followDisks();
 
     void render() const;
@@ -49,7 +48,7 @@ class TargetCard : public Card {
     bool isDiskDetailsExpanded = false;
     DiskSortField diskSortField = DiskSortField::disk;
     bool diskSortAscending = true;
-    std::vector<SDWholeDisk> followedDisks;  ///< those for which the inspection was last reconciled
+    std::vector<SDWholeDisk> followedDisks;  ///< were the disks at the last call of followDisks()
 
     Button* refreshButton;
     Switch* showAllSwitch;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr TextLook noteLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
-/// The sentence that everybody should have read, in a red frame.
+/// Puts the sentence that everybody should have read into a red frame.
 Box* makeWarning() {
     auto* box = new Box({.radius = 10,
                          .padding = 10,

@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-/// What would be written where, and the button that asks for it.
+/// Shows what would be written where, and the button that asks for it.
 class WriteCard : public Card {
   public:
     /// `askToWrite` presents the confirmation; nothing else here leads to a write.

@@ -4,7 +4,8 @@
 
 namespace tessel {
 
-/// Whether the text is "disk" and a number, and nothing else: a partition's identifier goes on ("disk4s1").
+/// Returns whether the text is "disk" and a number, and nothing else. A partition's identifier goes on:
+/// "disk4s1".
 [[nodiscard]] bool isWholeDiskIdentifier(std::string_view text);
 
 }  // namespace tessel

@@ -5,8 +5,8 @@
 
 namespace tessel {
 
-/// What the operating system or a library reports. The description is one complete sentence that names the
-/// file or program and the system's reason.
+/// An error that the operating system or a library reported. Its description is one complete sentence that
+/// names the file or program and gives the system's reason.
 class PlatformError : public std::exception {
   public:
     PlatformError(std::string domain, int code, std::string localizedDescription);
@@ -22,7 +22,7 @@ class PlatformError : public std::exception {
     std::string description;
 };
 
-/// The work was asked to stop, and did so at a place where that is allowed.
+/// Thrown by work that was asked to stop, at a point where stopping is allowed.
 class CancellationError : public std::exception {
   public:
     const char* what() const noexcept override { return "The operation was cancelled."; }
@@ -31,10 +31,10 @@ class CancellationError : public std::exception {
 /// The domain of errors whose code is an `errno` value.
 inline constexpr const char* posixErrorDomain = "POSIX";
 
-/// The system's text for an `errno` value, as strerror words it: "No such file or directory".
+/// Returns the system's text for an `errno` value, as strerror words it: "No such file or directory".
 [[nodiscard]] std::string systemErrorText(int code);
 
-/// A PlatformError in the POSIX domain that reads `subject`, ": ", the system's text and a full stop.
+/// Makes a PlatformError of the POSIX domain that reads `subject`, ": ", the system's text and a full stop.
 [[nodiscard]] PlatformError posixError(const std::string& subject, int code);
 
 }  // namespace tessel

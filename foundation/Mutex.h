@@ -5,7 +5,8 @@
 
 namespace tessel {
 
-/// A mutex that the compiler understands: data marked `guarded_by` it can't be used without holding it.
+/// A mutex that the compiler understands: it refuses code that uses data marked `guarded_by` without holding
+/// the mutex.
 class __attribute__((capability("mutex"))) Mutex {
   public:
     void lock() __attribute__((acquire_capability())) { mutex.lock(); }
@@ -15,7 +16,7 @@ class __attribute__((capability("mutex"))) Mutex {
     std::mutex mutex;
 };
 
-/// Holds a mutex from its making to its end.
+/// Holds a mutex for as long as this exists.
 class __attribute__((scoped_lockable)) MutexLock {
   public:
     explicit MutexLock(Mutex& mutex) __attribute__((acquire_capability(mutex))) : mutex(mutex) {
@@ -25,7 +26,8 @@ class __attribute__((scoped_lockable)) MutexLock {
     MutexLock& operator=(const MutexLock&) = delete;
     ~MutexLock() __attribute__((release_capability())) { mutex.unlock(); }
 
-    /// Sleeps until the condition may have changed. The mutex is free meanwhile and held again afterwards.
+    /// Sleeps until the condition may have changed. The mutex is free in the meantime and held again
+    /// afterwards.
     void wait(std::condition_variable_any& condition) { condition.wait(mutex); }
 
   private:

@@ -10,8 +10,8 @@
 
 namespace tessel {
 
-/// A property-list value: text, boolean, whole number, real number, list or dictionary with text keys. Dates,
-/// data and other kinds are kept as "other", since nobody here asks for their contents.
+/// A property-list value: a text, a boolean, a whole or real number, a list, or a dictionary with text keys.
+/// Dates, data and other kinds are kept as `Other`, because nobody asks for their contents.
 class PropertyList {
   public:
     using List = std::vector<PropertyList>;
@@ -29,7 +29,7 @@ class PropertyList {
     PropertyList(List list) : value(std::move(list)) {}
     PropertyList(Dictionary dictionary) : value(std::move(dictionary)) {}
 
-    /// Each gives the value of that kind, or null when this is of another kind.
+    /// Each gives the value if it is of that kind, otherwise null.
     [[nodiscard]] const bool* asFlag() const { return std::get_if<bool>(&value); }
     [[nodiscard]] const uint64_t* asWholeNumber() const { return std::get_if<uint64_t>(&value); }
     [[nodiscard]] const double* asReal() const { return std::get_if<double>(&value); }
@@ -44,13 +44,13 @@ class PropertyList {
 };
 
 /// Reads the XML or the binary encoding. Throws PlatformError of the domain "PropertyList" when the bytes are
-/// no property list, are larger than 16 MiB, are nested deeper than 64 levels or hold more than 50,000 keys
-/// and values; what the binary encoding stores once and refers to often counts as often. A whole number keeps
-/// its 64 bits: one that was negative reads as 2^63 or more. Of two entries with the same key the last one
+/// not a property list, exceed 16 MiB, are nested deeper than 64 levels, or hold more than 50,000 keys and
+/// values; something that the binary encoding stores once counts each time it is referred to. A whole number
+/// keeps its 64 bits, so a negative one reads as 2^63 or more. Of two entries with the same key, the last one
 /// counts.
 [[nodiscard]] PropertyList parsePropertyList(std::string_view bytes);
 
-/// The XML encoding, as UTF-8 text. Values of other kinds become empty data.
+/// Writes the XML encoding as UTF-8 text. Values of other kinds become empty data.
 [[nodiscard]] std::string propertyListXML(const PropertyList& value);
 
 }  // namespace tessel

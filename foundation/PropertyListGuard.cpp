@@ -20,7 +20,8 @@ constexpr Fault malformed{"is malformed"};
 constexpr Fault tooLarge{"is too large"};
 constexpr Fault tooDeep{"is nested too deeply"};
 
-/// Follows every reference of the binary encoding from the root, as the library will, on a budget.
+/// Follows every reference of the binary encoding from the root, as the library will, but gives up when there
+/// are too many.
 class BinaryWalk {
   public:
     explicit BinaryWalk(std::string_view bytes) : bytes(bytes) {
@@ -41,7 +42,7 @@ class BinaryWalk {
   private:
     enum Kind : uint8_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
 
-    /// A big-endian number of 1 to 8 bytes.
+    /// Reads a big-endian number of 1 to 8 bytes.
     uint64_t number(size_t position, uint64_t size) const {
         if (size < 1 || size > 8 || position > bytes.size() || size > bytes.size() - position)
             throw malformed;
@@ -83,7 +84,7 @@ class BinaryWalk {
             visit(number(position + reference * referenceSize, referenceSize), depth + 1);
     }
 
-    /// The library aborts the program when a zero ends a key early.
+    /// Refuses zeros, since the library aborts the program when one ends a key early.
     void requireNoZeros(size_t position, uint64_t count, uint64_t characterSize) const {
         for (uint64_t character = 0; character < count; ++character)
             if (number(position + character * characterSize, characterSize) == 0) throw malformed;
@@ -99,8 +100,8 @@ class BinaryWalk {
     size_t expandedBytes = 0;
 };
 
-/// The contents of the tag between "<" and ">". Quoted angle brackets and embedded document types do not
-/// occur in property lists, and would be read differently here and in the library.
+/// Returns what stands between the "<" and ">" of a tag. Refuses quoted angle brackets and embedded document
+/// types: property lists don't have them, and the library would read them differently.
 std::string_view tagAt(std::string_view xml, size_t start) {
     const size_t end = xml.find('>', start);
     if (end == std::string_view::npos) throw malformed;
@@ -113,7 +114,7 @@ std::string_view tagAt(std::string_view xml, size_t start) {
 }
 
 void checkXML(std::string_view xml) {
-    // The library compares names as C strings, so that a zero byte could hide the rest of a name.
+    // The library compares names as C strings, so a zero byte could hide the rest of a name.
     if (xml.find('\0') != std::string_view::npos) throw malformed;
     const auto after = [xml](std::string_view terminator, size_t from) {
         const size_t found = xml.find(terminator, from);

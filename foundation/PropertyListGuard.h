@@ -4,16 +4,17 @@
 #include <string>
 #include <string_view>
 
-/// The property-list library recurses once a level, expands what a binary property list shares, and searches
-/// dictionaries one entry after another. These checks look at the structure alone, before the library does,
-/// and are stricter than the library wherever the two could read the same bytes differently.
+/// The property-list library recurses once per level, expands whatever a binary property list shares, and
+/// searches dictionaries one entry after another, so hostile bytes could exhaust the stack, the memory or the
+/// user's patience. These checks look at the structure before the library does, and are stricter than the
+/// library wherever the two might read the same bytes differently.
 namespace tessel {
 
-/// Why the library must not be given these bytes, worded to follow "it" ("is nested too deeply"); absent when
-/// it may. Text that passes may still be no property list.
+/// Says why the library must not be given these bytes, worded to follow "it" ("is nested too deeply"). Absent
+/// when it may have them, which does not yet make them a property list.
 [[nodiscard]] std::optional<std::string> propertyListFault(std::string_view bytes);
 
-/// Whether the bytes claim to be the binary encoding.
+/// Returns whether the bytes claim to be the binary encoding.
 [[nodiscard]] bool isBinaryPropertyList(std::string_view bytes);
 
 }  // namespace tessel

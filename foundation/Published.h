@@ -5,11 +5,11 @@
 
 namespace tessel {
 
-/// A value whose changes are told to an observer.
+/// A value that tells an observer when it changes.
 template <typename T>
 class Published {
   public:
-    /// Several values may share one observer, which must outlive them and may be empty.
+    /// Several values may share one observer, which may be empty and must outlive them.
     Published(const std::function<void()>& observer, T initial) :
         observer(observer),
         value(std::move(initial)) {}
@@ -24,7 +24,7 @@ class Published {
         return *this;
     }
 
-    /// Changes the value in place, for those that are too large to be compared.
+    /// Changes the value in place, for values that are too large to compare.
     template <typename Change>
     void modify(Change change) {
         change(value);

@@ -9,7 +9,7 @@ namespace tessel {
 
 namespace {
 
-/// OpenSSL answers 1 for success. Nothing here fails but for want of memory or of the algorithm itself.
+/// OpenSSL answers 1 for success. These calls fail only when memory or the algorithm itself is missing.
 void require(int answer) {
     if (answer != 1) throw PlatformError("OpenSSL", answer, "The SHA-256 digest could not be computed.");
 }
@@ -34,7 +34,7 @@ Sha256::Digest Sha256::finish() {
     Digest digest{};
     require(
         EVP_DigestFinal_ex(state->context.get(), reinterpret_cast<unsigned char*>(digest.data()), nullptr));
-    // The same algorithm again, in the same memory.
+    // This begins anew with the same algorithm, in the same memory.
     require(EVP_DigestInit_ex(state->context.get(), nullptr, nullptr));
     return digest;
 }

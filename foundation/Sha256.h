@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// An incremental SHA-256 computation, with the processor's own instructions where it has them.
+/// Computes SHA-256 incrementally, with the processor's own instructions where it has them.
 class Sha256 {
   public:
     using Digest = std::array<std::byte, 32>;
@@ -18,7 +18,7 @@ class Sha256 {
 
     void update(std::span<const std::byte> bytes);
 
-    /// The digest of everything since the beginning or the last call.
+    /// Returns the digest of everything since the beginning or the last call.
     [[nodiscard]] Digest finish();
 
   private:
@@ -26,7 +26,7 @@ class Sha256 {
     std::unique_ptr<State> state;
 };
 
-/// Lower-case hexadecimal, as sha256sum prints it.
+/// Writes a digest in lower-case hexadecimal, as sha256sum does.
 std::string hexadecimal(const Sha256::Digest& digest);
 
 }  // namespace tessel

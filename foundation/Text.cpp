@@ -30,7 +30,7 @@ icu::UnicodeSet characterSet(const char16_t* pattern) {
     return set;
 }
 
-/// How many leading bytes belong to characters that are in the set, or that are not.
+/// Counts the leading bytes whose characters are in the set, or are not.
 size_t span(const icu::UnicodeSet& set, std::string_view text, USetSpanCondition condition) {
     return static_cast<size_t>(set.spanUTF8(text.data(), static_cast<int32_t>(text.size()), condition));
 }
@@ -90,7 +90,7 @@ bool equalIgnoringCase(std::string_view one, std::string_view other) {
 }
 
 std::string folded(std::string_view text) {
-    // Widths first: the half-width voicing marks become combining marks.
+    // Widths come first, because half-width voicing marks become combining marks.
     return utf8(withoutMarks(withoutWidthDifferences(unicode(text))));
 }
 

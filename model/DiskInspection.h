@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// The identifier of the disk that is inspected once the list has changed: the same disk while it is listed,
+/// Returns the identifier of the disk to inspect once the list has changed: the same disk while it is listed,
 /// else the target if it is listed, else none.
 [[nodiscard]] std::optional<std::string> reconciledInspection(const std::optional<std::string>& inspectedID,
                                                               const std::string& targetID,

@@ -12,7 +12,7 @@ namespace tessel {
 /// What the disk list alone says about one whole disk.
 struct DiskLayout {
     std::string partitionScheme;              ///< may be empty
-    std::vector<SDDiskPartition> partitions;  ///< ordered by identifier
+    std::vector<SDDiskPartition> partitions;  ///< are ordered by identifier
     std::optional<uint64_t> sizeBytes;
     std::optional<bool> isInternal;
 

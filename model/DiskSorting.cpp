@@ -12,7 +12,7 @@ namespace tessel {
 
 namespace {
 
-/// A disk and the text that it is compared by, built once instead of at each comparison.
+/// Keeps a disk with the text that it is compared by, which is built once instead of at each comparison.
 struct Entry {
     SDWholeDisk disk;
     std::string key;
@@ -31,7 +31,7 @@ std::string sortKey(const SDWholeDisk& disk, DiskSortField field) {
     return {};
 }
 
-/// Negative, zero or positive, in ascending order.
+/// Returns a negative number, zero or a positive number, as in ascending order.
 int compare(const Entry& one, const Entry& other, DiskSortField field) {
     if (field == DiskSortField::size) {
         const uint64_t size = one.disk.sizeBytes;

@@ -4,26 +4,26 @@
 
 #include "model/SDWholeDisk.h"
 
-/// How the table and the inspector word a disk, beyond the record's own texts. Pure functions.
+/// These pure functions say how the table and the inspector word a disk, beyond the record's own texts.
 namespace tessel {
 
-/// Whether bus or name say that the disk is a mounted image file.
+/// Tells whether the bus or the name says that the disk is a mounted image file.
 [[nodiscard]] bool isDiskImage(const SDWholeDisk& disk);
 
-/// "SD Card", "USB Storage", …
+/// Returns the kind of medium, such as "SD Card" or "USB Storage".
 [[nodiscard]] std::string mediaKindText(const SDWholeDisk& disk);
 
-/// The bus as reported, or "Unknown connection".
+/// Returns the bus as reported, or "Unknown connection".
 [[nodiscard]] std::string connectionText(const SDWholeDisk& disk);
 
-/// The name of the symbol for the kind of medium.
+/// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);
 
-/// "/dev/disk4".
+/// Returns a path such as "/dev/disk4".
 [[nodiscard]] std::string devicePath(const SDWholeDisk& disk);
 
-/// What stands in the place of a table without rows: one text when no disk was found at all, another when all
-/// that were found are hidden.
+/// Returns what stands in the place of a table without rows: one text if no disk was found at all, another if
+/// all that were found are hidden.
 [[nodiscard]] std::string emptyTableText(size_t foundDisks);
 
 }  // namespace tessel

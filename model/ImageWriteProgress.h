@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// The phases of a write, in the order in which they are reported.
+/// Lists the phases of a write in the order in which they are reported.
 enum class ImageWritePhase {
     preparingTarget,
     authorizingDevice,
@@ -15,15 +15,15 @@ enum class ImageWritePhase {
     completed,
 };
 
-/// One report of a running write.
+/// Reports how far a running write has come.
 struct ImageWriteProgress {
     ImageWritePhase phase = ImageWritePhase::preparingTarget;
-    uint64_t completedBytes = 0;  ///< image bytes finished in this phase, without the fill of the last block
-    uint64_t totalBytes = 0;      ///< the image's size
+    uint64_t completedBytes = 0;  ///< counts the image's bytes, not the padding of the last block
+    uint64_t totalBytes = 0;      ///< is the image's size
 
     bool operator==(const ImageWriteProgress&) const = default;
 
-    /// 0 to 1. Of nothing at all, only the completed phase counts as finished.
+    /// Returns 0 to 1. Where there is nothing to write, only the completed phase counts as finished.
     double fractionCompleted() const;
 };
 

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "foundation/DiskIdentifier.h"
+#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
 
 namespace tessel {
@@ -39,8 +40,8 @@ struct Check {
     std::string_view message;
 };
 
-/// In this order: a disk is refused for the first check that it fails.
-constexpr auto checks = std::to_array<Check>({
+/// The order counts: a disk is refused for the first check that it fails.
+const auto checks = std::to_array<Check>({
     {[](const SDWholeDisk& disk) { return !disk.hasDetailedInfo; },
      "Detailed disk information could not be read."},
 
@@ -62,8 +63,7 @@ constexpr auto checks = std::to_array<Check>({
      "The media name or bus protocol does not explicitly identify this device as an SD, SDHC, SDXC, microSD, "
      "or SD/MMC card."},
 
-    {[](const SDWholeDisk& disk) { return !disk.isWritable; },
-     "macOS did not report the SD card as writable."},
+    {[](const SDWholeDisk& disk) { return !disk.isWritable; }, systemWords().cardNotWritable},
 
     {[](const SDWholeDisk& disk) { return disk.sizeBytes < minimumCardSize; },
      "The SD card is smaller than 512 MB."},

@@ -8,15 +8,15 @@
 
 #include "model/SDWholeDisk.h"
 
-/// Which disk may be written to. Everything here is a pure function of a record, and every doubt counts
-/// against the disk. Whoever decides about a target asks here and nowhere else.
+/// Decides which disk may be written to. Everything here is a pure function of a record, and every doubt
+/// counts against the disk. Whoever chooses a target asks here and nowhere else.
 namespace tessel {
 
-inline constexpr uint64_t minimumCardSize = uint64_t{1} << 29;  ///< 512 MiB, accepted
-inline constexpr uint64_t maximumCardSize = uint64_t{1} << 39;  ///< 512 GiB, accepted
+inline constexpr uint64_t minimumCardSize = uint64_t{1} << 29;  ///< is 512 MiB, which is still accepted
+inline constexpr uint64_t maximumCardSize = uint64_t{1} << 39;  ///< is 512 GiB, which is still accepted
 
-/// Why this disk may not be the target: the message of the first check that it fails. Absent exactly when the
-/// disk may be chosen.
+/// Returns why this disk may not be the target: the message of the first check that it fails. It is absent
+/// exactly when the disk may be chosen.
 std::optional<std::string> eligibilityFailureReason(const SDWholeDisk& disk);
 
 bool usesNativeSDInterface(const SDWholeDisk& disk);
@@ -24,16 +24,18 @@ bool isRecognizedSDCard(const SDWholeDisk& disk);
 bool hasFixedDriveIdentity(const SDWholeDisk& disk);
 bool isConfirmedRemovableOrExternal(const SDWholeDisk& disk);
 
-/// 0 for an eligible disk, 1 for another SD card, 2 for other movable disks, 3 for the rest.
+/// Returns 0 for an eligible disk, 1 for any other SD card, 2 for any other disk that can be taken away, 3
+/// for the rest.
 int targetPriority(const SDWholeDisk& disk);
 
 /// Sorts by priority, then size, then identifier.
 void sortForDisplay(std::vector<SDWholeDisk>& disks);
 
-/// The letters and digits of a name, without case, accents, widths and punctuation.
+/// Reduces a name to its letters and digits, so that case, accents, widths and punctuation do not count.
 std::string normalizedIdentityText(std::string_view text);
 
-/// Whether both records describe the same physical disk: identifier, size, media name and bus agree.
+/// Tells whether both records describe the same physical disk: identifier, size, media name and bus must
+/// agree.
 bool isSameDisk(const SDWholeDisk& one, const SDWholeDisk& other);
 
 }  // namespace tessel

@@ -8,12 +8,12 @@
 
 namespace tessel {
 
-/// The image that was chosen, with its size at that moment.
+/// Names the image that was chosen, and keeps the size that it had at that moment.
 struct SDImageFile {
     std::filesystem::path url;
     uint64_t sizeBytes = 0;
 
-    /// The file's name, and its whole path, as they are shown to a person.
+    /// Both return texts that can be shown to a person, whatever characters the path has.
     std::string displayName() const { return printable(url.filename().string()); }
     std::string displayPath() const { return printable(url.string()); }
 

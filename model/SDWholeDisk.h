@@ -9,27 +9,27 @@
 
 namespace tessel {
 
-/// One whole disk as the operating system described it at one moment. A plain value: it stays true to what
-/// was read and never looks again.
+/// Describes one whole disk as the operating system reported it at one moment. It is a plain value: it stays
+/// true to what was read and never looks again.
 struct SDWholeDisk {
-    std::string id;                           ///< device identifier such as "disk4", without "/dev/"
-    std::string mediaName;                    ///< as reported
-    uint64_t sizeBytes = 0;                   ///< 0 when unknown
-    std::string busProtocol;                  ///< as reported: "USB", "Secure Digital", …
-    std::string deviceLocation;               ///< as reported: "Internal", "External" or other words
+    std::string id;                           ///< is a device identifier such as "disk4", without "/dev/"
+    std::string mediaName;                    ///< is kept as reported
+    uint64_t sizeBytes = 0;                   ///< is 0 when unknown
+    std::string busProtocol;                  ///< is kept as reported: "USB", "Secure Digital", …
+    std::string deviceLocation;               ///< is kept as reported: "Internal", "External" or other words
     std::string partitionScheme;              ///< may be empty
-    std::vector<SDDiskPartition> partitions;  ///< ordered by identifier
-    std::optional<bool> isInternal;           ///< absent when nothing could be determined
+    std::vector<SDDiskPartition> partitions;  ///< are ordered by identifier
+    std::optional<bool> isInternal;           ///< is absent when nothing could be determined
     bool isWhole = false;
     bool isRemovable = false;
     bool isEjectable = false;
     bool isWritable = false;
-    bool isPhysical = false;       ///< false for virtual, synthesized and disk-image devices
-    bool hasDetailedInfo = false;  ///< false for a record built from the disk list alone
+    bool isPhysical = false;       ///< is false for virtual, synthesized and disk-image devices
+    bool hasDetailedInfo = false;  ///< is false for a record built from the disk list alone
 
     bool operator==(const SDWholeDisk&) const = default;
 
-    std::string displaySummary() const;  ///< media name, size and identifier
+    std::string displaySummary() const;  ///< joins media name, size and identifier
     std::string locationText() const;
     std::string partitionSchemeText() const;
     std::string capabilitySummary() const;

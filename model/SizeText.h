@@ -5,7 +5,7 @@
 
 namespace tessel {
 
-/// The size of a disk or partition as it is shown to a person: "31.9 GB", or "Unknown size" for 0.
+/// Words the size of a disk or partition, as in "31.9 GB"; 0 bytes are an "Unknown size".
 [[nodiscard]] std::string sizeText(uint64_t bytes);
 
 }  // namespace tessel

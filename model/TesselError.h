@@ -5,7 +5,7 @@
 
 namespace tessel {
 
-/// Every failure that the system words itself.
+/// Is thrown for every failure that the program words itself.
 class TesselError : public std::exception {
   public:
     enum class Case {
@@ -22,7 +22,7 @@ class TesselError : public std::exception {
         operationCancelled,
     };
 
-    /// A case without payload.
+    /// Makes an error of a case without payload.
     explicit TesselError(Case kind);
     /// The message is a complete sentence and is shown unchanged.
     static TesselError commandFailed(std::string message);
@@ -31,7 +31,7 @@ class TesselError : public std::exception {
     static TesselError confirmationRequired(std::string expectedText);
 
     Case kind() const { return errorCase; }
-    /// The user-facing sentence.
+    /// Returns the sentence that is shown to the person.
     const std::string& errorDescription() const { return description; }
     const char* what() const noexcept override { return description.c_str(); }
 
@@ -42,7 +42,8 @@ class TesselError : public std::exception {
     std::string description;
 };
 
-/// The sentence to show for an error of any kind. The only place that turns an exception into text.
+/// Returns the sentence to show for an error of any kind. This is the only place that turns an exception into
+/// text.
 std::string localizedDescription(const std::exception_ptr& error);
 
 }  // namespace tessel

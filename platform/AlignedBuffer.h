@@ -7,12 +7,12 @@
 
 namespace tessel {
 
-/// Memory for uncached transfers: zero-filled at first, aligned as devices want it, and contiguous for them
-/// where the system has such memory to spare. A device then gets a few long pieces instead of thousands of
-/// short ones.
+/// Memory for uncached transfers. It is zero-filled at first, aligned as devices need it, and physically
+/// contiguous where the system has such memory to spare, so that a device is handed a few long pieces instead
+/// of thousands of short ones.
 class AlignedBuffer {
   public:
-    /// The alignment is a power of two, in bytes.
+    /// Takes both in bytes; the alignment is a power of two.
     AlignedBuffer(size_t size, size_t alignment);
 
     [[nodiscard]] std::span<std::byte> first(size_t count) const {

@@ -6,8 +6,9 @@
 
 namespace tessel {
 
-/// A whole disk, locked against whoever else works on it where the system has such a lock. Anything else has
-/// no block size, nor has a disk that another program locked; so neither is written.
+/// Makes a device of an open whole disk, and locks it against other programs where the system has such a
+/// lock. Whatever else was opened has no block size, nor has a disk that another program keeps locked, so
+/// neither is ever written to.
 [[nodiscard]] std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

@@ -10,7 +10,7 @@
 namespace tessel {
 
 CollectingPipe::CollectingPipe() {
-    // Reserved at once, so that reading allocates nothing and can't throw.
+    // Reading must not throw, so it must find all its memory allocated.
     bytes.reserve(Process::outputLimit);
     DescriptorPair ends = makePipe();
     reader = std::move(ends.first);

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// A pipe that keeps what a child prints, up to `Process::outputLimit`.
+/// Keeps what a child prints into a pipe, up to `Process::outputLimit`.
 class CollectingPipe {
   public:
     /// Throws PlatformError when there are no descriptors left.
@@ -16,10 +16,11 @@ class CollectingPipe {
     CollectingPipe& operator=(const CollectingPipe&) = delete;
 
     [[nodiscard]] int writingEnd() const { return writer.get(); }
-    /// To be called once the child is launched: the stream finishes only when nobody else can write.
+    /// Must be called once the child is launched: the stream finishes only when nobody is left who could
+    /// write.
     void closeWritingEnd() { writer.close(); }
 
-    /// The reading end, for as long as this pipe exists.
+    /// Returns the reading end, which may be used for as long as the pipe exists.
     [[nodiscard]] Process::Stream stream();
     [[nodiscard]] const std::string& collected() const { return bytes; }
 

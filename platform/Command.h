@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// Which program to start, and what to tell it.
+/// Says which program to start, and with what.
 struct Command {
     std::filesystem::path executable;
     std::vector<std::string> arguments;              ///< without the program's name

@@ -37,7 +37,7 @@ std::optional<int> findDescriptor(std::span<const std::byte> controlData) {
 ReceivedDescriptor receiveDescriptor(int socket) {
     using enum ReceivedDescriptor::Outcome;
     std::array<std::byte, 16> data{};
-    // CMSG_SPACE would be rounded up and let two descriptors in.
+    // CMSG_SPACE is rounded up and would let two descriptors in.
     alignas(cmsghdr) std::array<std::byte, CMSG_LEN(sizeof(int))> control{};
     iovec vector{.iov_base = data.data(), .iov_len = data.size()};
     msghdr message{};

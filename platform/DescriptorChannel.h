@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Two connected sockets over which another program hands an open descriptor back.
+/// Two connected sockets over which another program hands back an open descriptor.
 struct DescriptorChannel {
     FileDescriptor receivingEnd;
     FileDescriptor sendingEnd;  ///< becomes the other program's standard output
@@ -33,10 +33,10 @@ struct ReceivedDescriptor {
     int errorCode = 0;
 };
 
-/// Waits for one message. A descriptor that arrives in a refused message is closed.
+/// Waits for one message. Whatever descriptor arrives in a refused message is closed.
 [[nodiscard]] ReceivedDescriptor receiveDescriptor(int socket);
 
-/// The descriptor of the first well-formed rights entry among the control data of a message, if there is one.
+/// Finds the descriptor in the first well-formed rights entry of a message's control data, if there is one.
 [[nodiscard]] std::optional<int> findDescriptor(std::span<const std::byte> controlData);
 
 }  // namespace tessel

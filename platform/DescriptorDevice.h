@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// What every device with a descriptor does alike; derive from it for the rest.
+/// Does what is the same for every device with a descriptor; derived classes add the rest.
 class DescriptorDevice : public RawDevice {
   public:
     explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}

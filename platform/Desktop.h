@@ -8,18 +8,18 @@
 
 namespace tessel {
 
-/// Something that lasts until it is dropped.
+/// Something that goes on until this is dropped.
 class TemporaryActivity {
   public:
     virtual ~TemporaryActivity() = default;
 };
 
-/// What the program asks of the desktop it runs on. To be called on the main thread.
+/// What the program asks of the desktop that it runs on. Called on the main thread only.
 class Desktop {
   public:
     struct OpenPanel {
         std::string title;
-        std::string prompt;  ///< of the button that confirms
+        std::string prompt;  ///< on the button that confirms
         std::string message;
         std::vector<std::string> extensions;  ///< of the files that may be chosen, without the dot
     };
@@ -28,14 +28,14 @@ class Desktop {
         std::string message;
         std::string informativeText;
         std::string button;
-        std::string symbol;             ///< name of the picture
-        std::string symbolDescription;  ///< for those who can't see it
+        std::string symbol;             ///< the name of a picture
+        std::string symbolDescription;  ///< for people who can't see it
     };
 
     virtual ~Desktop() = default;
 
-    /// Lets the user choose one file, beginning in their Desktop folder, and returns when that is done. Links
-    /// are resolved. Absent when cancelled.
+    /// Lets the user choose one file, starting in their Desktop folder, and returns once they have. The path
+    /// comes with its links resolved; it is absent when the user cancels.
     [[nodiscard]] virtual std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) = 0;
 
     /// Shows an alert above the window and returns at once.
@@ -43,10 +43,11 @@ class Desktop {
 
     virtual void beep() = 0;
 
-    /// Has the desktop point at the program, once, unless the user is there anyway.
+    /// Has the desktop point at the program once, unless the user is looking at it anyway.
     virtual void requestUserAttention() = 0;
 
-    /// Keeps the computer from falling asleep. Where the desktop can't do that, it does nothing.
+    /// Keeps the computer awake for as long as the activity lasts. Where the desktop can't do that, nothing
+    /// happens.
     [[nodiscard]] virtual std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) = 0;
 };
 

@@ -5,7 +5,7 @@
 namespace tessel {
 
 void FileDescriptor::close() {
-    // Not repeated when interrupted: the descriptor is gone either way.
+    // An interrupted call is not repeated, because the descriptor is gone either way.
     if (isOpen()) ::close(std::exchange(descriptor, none));
 }
 

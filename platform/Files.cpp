@@ -37,7 +37,7 @@ bool isExecutableFile(const std::filesystem::path& path) {
 }
 
 SystemResult ReadOnlyFile::open(const std::filesystem::path& path) {
-    // Non-blocking, or a pipe that took the file's place would hang this call; regular files ignore it.
+    // Without O_NONBLOCK a pipe in the file's place would hang this call; regular files ignore the flag.
     const auto result =
         SystemResult::from(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!result.isSuccess()) return result;

@@ -23,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What posix_spawn wants beside the program: descriptors 0 to 2, and ordinary signal handling.
+/// Tells posix_spawn to give the child descriptors 0 to 2 and ordinary signal handling.
 class SpawnSettings {
   public:
     explicit SpawnSettings(const Process::Outputs& outputs) {
@@ -55,7 +55,7 @@ class SpawnSettings {
     posix_spawnattr_t attributes{};
 };
 
-/// This program's environment with the additions, as "NAME=value" texts.
+/// Returns this program's environment with the additions, as "NAME=value" texts.
 std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions) {
     std::vector<std::string> variables;
     for (char** entry = environ; entry && *entry; ++entry) {
@@ -75,7 +75,8 @@ std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// Whoever started this program may have left SIGCHLD ignored, and then the system forgets how children end.
+/// Whoever started this program may have left SIGCHLD ignored, in which case the system forgets how children
+/// end.
 void keepEndingsOfChildren() {
     struct sigaction current{};
     if (sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
@@ -86,7 +87,7 @@ PlatformError tooTalkative(const std::string& program) {
     return {"Process", E2BIG, program + " was ended, because it printed more than " + limit + "."};
 }
 
-/// The time for poll(2), rounded up so that it never returns just before the deadline.
+/// Returns the time for poll(2), rounded up so that poll never returns just before the deadline.
 int millisecondsUntil(std::optional<Clock::time_point> deadline) {
     if (!deadline) return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now()).count();
@@ -146,7 +147,7 @@ Process::Ending Process::waitUntilExit(const WaitOptions& options) {
     return ending;
 }
 
-/// Gives whether the child has ended; otherwise the deadline has passed.
+/// Reads until the child has ended or the deadline has passed. Returns whether the child has ended.
 bool Process::readUntilExit(Streams& streams, std::optional<TimePoint> deadline) const {
     for (;;) {
         if (readWhatIsThere(streams, deadline)) return true;
@@ -159,13 +160,13 @@ void Process::readUntilFinished(Streams& streams, TimePoint deadline) const {
         readWhatIsThere(streams, deadline);
 }
 
-/// Waits until a stream has something, the child ends or the deadline passes, and reads the streams that have
-/// something; those that are finished are dropped. Gives whether the child has ended.
+/// Waits until there is something to read, the child ends or the deadline passes. Reads what there is, and
+/// drops the streams that are finished. Returns whether the child has ended.
 bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const {
     std::vector<pollfd> watched;
     for (const auto& stream : streams)
         watched.push_back({stream.descriptor, POLLIN, 0});
-    // Once the child is reaped this is no descriptor, and poll passes it over.
+    // Once the child is reaped this is not a descriptor any more, and poll passes it over.
     watched.push_back({exitSignal.get(), POLLIN, 0});
     if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
         if (errno == EINTR || errno == EAGAIN) return false;
@@ -183,7 +184,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
 }
 
 Process::Termination Process::reap() {
-    int status = SIGKILL;  // an ending that can't be had counts as a kill, never as success
+    int status = SIGKILL;  // an ending that nobody can tell us counts as a kill, never as a success
     while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
     }
     exitSignal.close();

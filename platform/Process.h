@@ -14,12 +14,12 @@
 
 namespace tessel {
 
-/// A child process. Its standard input is the null device, and no descriptor of this program reaches it but
-/// the two it is given. A child that is still running when its Process is dropped is killed. Not safe for use
-/// on several threads at once.
+/// A child process. Its standard input is the null device, and apart from its two outputs no descriptor of
+/// this program reaches it. A child that is still running when its Process is dropped is killed. A Process
+/// must not be used on several threads at once.
 class Process {
   public:
-    /// The descriptors that become the child's; the caller still has to close its own.
+    /// These become the child's own; the caller still has to close its copies.
     struct Outputs {
         int standardOutput;
         int standardError;
@@ -34,7 +34,7 @@ class Process {
         [[nodiscard]] bool isSuccess() const { return reason == Reason::exit && status == 0; }
     };
 
-    /// What is read while the child runs.
+    /// A descriptor that is read while the child runs.
     struct Stream {
         enum class State {
             open,
@@ -47,7 +47,7 @@ class Process {
 
     struct WaitOptions {
         std::span<const Stream> streams;
-        /// When it elapses the child is asked to end (SIGTERM), and killed after `killDelay`.
+        /// When it elapses the child is asked to end (SIGTERM), and `killDelay` later it is killed.
         std::optional<std::chrono::nanoseconds> timeout;
     };
 
@@ -57,9 +57,10 @@ class Process {
     };
 
     static constexpr std::chrono::milliseconds killDelay{500};
-    /// Everything that the child itself wrote is in the pipe when it ends, so only a descendant needs this.
+    /// How long streams are still read once the child has ended. All that it wrote itself is in the pipe by
+    /// then, so only a descendant can need this.
     static constexpr std::chrono::milliseconds streamGrace{1000};
-    /// How many bytes of each stream are kept.
+    /// How many bytes of a stream are kept; a child that prints more is ended.
     static constexpr size_t outputLimit = size_t{16} << 20;
 
     /// Starts the child. Throws PlatformError when it can't be started.
@@ -68,10 +69,10 @@ class Process {
     Process(Process&&) noexcept = default;
     ~Process();
 
-    /// Waits for the child to end and for its streams to finish, reading them meanwhile. A descendant that
-    /// keeps a stream open delays the result by `streamGrace` at most: what was read until then is kept.
-    /// Throws PlatformError when a stream is full or the child can't be watched; a child that is still
-    /// running then is killed with its Process.
+    /// Reads the streams until the child has ended and they have finished. A descendant that keeps a stream
+    /// open delays the result by `streamGrace` at most; what was read by then is kept. Throws PlatformError
+    /// when a stream is full or the child can't be watched any more; the child is then killed as the Process
+    /// is dropped.
     [[nodiscard]] Ending waitUntilExit(const WaitOptions& options);
 
   private:
@@ -85,7 +86,7 @@ class Process {
     bool readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const;
     Termination reap();
 
-    std::string name;  ///< for people
+    std::string name;  ///< in quotation marks, for error texts
     int identifier = 0;
     FileDescriptor exitSignal;  ///< open until the child is reaped; readable once it has ended
 };

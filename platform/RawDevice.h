@@ -10,8 +10,8 @@
 
 namespace tessel {
 
-/// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths are
-/// multiples of the block size. Reads and writes are single system calls: they may be short or interrupted.
+/// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths must
+/// be aligned to the block size. A read or write is a single system call, which may be short or interrupted.
 /// Dropping the device closes it.
 class RawDevice {
   public:
@@ -20,7 +20,7 @@ class RawDevice {
     virtual SystemResult blockSize() = 0;   ///< of a logical block, in bytes
     virtual SystemResult blockCount() = 0;  ///< of the whole medium, in logical blocks
 
-    /// From here on nothing is answered from, or kept in, the system's cache.
+    /// Makes sure that from now on nothing is answered from, or kept in, the system's cache.
     virtual SystemResult disableCaching() = 0;
 
     virtual SystemResult write(std::span<const std::byte> bytes, uint64_t offset) = 0;
@@ -29,12 +29,12 @@ class RawDevice {
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
 
-    /// Fails once another medium is where there was one when the device was opened. Where there is none any
-    /// more, this fails, or else every read and write does.
+    /// Fails once another medium has taken the place of the one that was there when the device was opened.
+    /// Once there is none, this fails too, or else every read and write does.
     virtual SystemResult confirmSameMedium() = 0;
 };
 
-/// Makes a device of an open descriptor, which it owns from then on.
+/// Makes a device of an open descriptor, which the device then owns.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
 }  // namespace tessel

@@ -7,7 +7,8 @@
 
 namespace tessel {
 
-/// A main thread for programs without a window: whoever calls run() is that thread.
+/// A main thread for programs without a window: the thread that calls run(). Work posted while nobody does
+/// waits for the next run().
 class RunLoop : public MainThread {
   public:
     void post(std::function<void()> work) override;
@@ -28,13 +29,14 @@ class RunLoop : public MainThread {
 /// Makes the calling thread the main thread until the task has ended, and gives its value or throws its
 /// error.
 template <typename T>
-T runUntilFinished(const std::shared_ptr<RunLoop>& loop, Task<T> task, std::stop_source cancellation = {}) {
+T runUntilFinished(const std::shared_ptr<RunLoop>& loop, Task<T> task,
+                   const std::stop_source& cancellation = {}) {
     std::optional<Outcome<T>> outcome;
     const auto finish = [](Task<T> work, std::optional<Outcome<T>>& result, RunLoop& stopped) -> Task<> {
         result = co_await outcomeOf(std::move(work));
         stopped.stop();
     };
-    finish(std::move(task), outcome, *loop).detach({loop, std::move(cancellation)});
+    finish(std::move(task), outcome, *loop).detach({loop, cancellation.get_token()});
     loop->run();
     return std::move(*outcome).value();
 }

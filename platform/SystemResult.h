@@ -13,7 +13,7 @@ struct [[nodiscard]] SystemResult {
     [[nodiscard]] bool isSuccess() const { return error == 0; }
     [[nodiscard]] bool isInterrupted() const { return error == EINTR; }
 
-    /// From the convention of most calls: a negative answer means a failure that `errno` explains.
+    /// Follows the convention of most calls, where a negative answer means a failure that `errno` explains.
     static SystemResult from(int64_t answer) {
         return answer < 0 ? SystemResult{.error = errno}
                           : SystemResult{.value = static_cast<uint64_t>(answer)};

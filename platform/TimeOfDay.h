@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// The local time as "14:03:27". To be called on the main thread.
+/// Returns the local time as "14:03:27". Called on the main thread only.
 [[nodiscard]] std::string timeOfDayText();
 
 }  // namespace tessel

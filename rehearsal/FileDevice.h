@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// Lets a regular file play a card of 512-byte blocks, for where block devices can't be had. A block device
-/// stays what it is.
+/// Lets a regular file play a card of 512-byte blocks where block devices can't be had. A block device stays
+/// what it is.
 [[nodiscard]] std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// A device that is no faster than the given number of bytes per second, each way, as a card is.
+/// Makes a device no faster than a card: it passes at most the given number of bytes per second, each way.
 [[nodiscard]] std::unique_ptr<RawDevice> makePacedDevice(std::unique_ptr<RawDevice> device,
                                                          double bytesPerSecond);
 

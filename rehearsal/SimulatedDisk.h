@@ -18,17 +18,17 @@ struct SimulatedPartition {
     std::vector<SimulatedPartition> volumes = {};
 };
 
-/// A whole disk as the disk utility describes it. By default a card in a USB reader.
+/// A whole disk as the disk utility describes it; by default a card in a USB reader.
 struct SimulatedDisk {
     enum class Medium {
-        none,       ///< described, but never opened
-        card,       ///< a loop device where the user may attach one, else a sparse file
+        none,       ///< the disk is described but never opened
+        card,       ///< a loop device where the user may attach one, otherwise a sparse file
         plainFile,  ///< a sparse file
     };
 
     std::string identifier;
     std::string mediaName;
-    uint64_t sizeBytes = 0;  ///< of the medium too
+    uint64_t sizeBytes = 0;  ///< also of the medium
     std::string busProtocol = "USB";
     std::string deviceLocation = "External";
     std::string partitionScheme = "FDisk_partition_scheme";
@@ -39,10 +39,10 @@ struct SimulatedDisk {
     bool isWritable = true;
     bool isPhysical = true;
     Medium medium = Medium::card;
-    uint32_t blockSize = 512;  ///< bytes of a logical block; a sparse file has none
+    uint32_t blockSize = 512;  ///< of a logical block, in bytes; a sparse file ignores it
 };
 
-/// The disk's details, under the keys of the disk utility.
+/// Returns the disk's details under the keys of the disk utility.
 [[nodiscard]] PropertyList::Dictionary detailsOf(const SimulatedDisk& disk);
 
 }  // namespace tessel

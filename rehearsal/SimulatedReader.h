@@ -13,29 +13,29 @@
 
 namespace tessel {
 
-/// A simulated card reader, made for programs that want one. Loop devices are detached when it is dropped;
-/// the folder stays. Operations throw PlatformError or std::filesystem::filesystem_error.
+/// A simulated card reader. Its loop devices are detached when it is dropped, but its folder stays.
+/// Operations throw PlatformError or std::filesystem::filesystem_error.
 class SimulatedReader {
   public:
-    /// Makes the folder, which may exist but must be empty. The programs are "simulated-diskutil" and
-    /// "simulated-authopen".
+    /// Makes the reader's folder, which may exist already but must be empty. The programs folder holds
+    /// "simulated-diskutil" and "simulated-authopen".
     SimulatedReader(const std::filesystem::path& folder, const std::filesystem::path& programsFolder);
 
     /// Puts a new disk into the reader.
     void addDisk(const SimulatedDisk& disk);
     void setBehaviour(const std::string& identifier, const DiskBehaviour& behaviour);
-    /// Replaces and adds details, which have the keys of the disk utility.
+    /// Adds details under the keys of the disk utility, or replaces them.
     void changeDetails(const std::string& identifier, const PropertyList::Dictionary& changes);
     /// Takes the disk out of the reader, as an eject does.
     void removeDisk(const std::string& identifier);
-    /// Puts it back, as it was when it was taken out.
+    /// Puts the disk back as it was when it was taken out.
     void reinsert(const std::string& identifier);
 
-    /// What the authorization utility opens for the disk.
+    /// Returns what the authorization utility opens for the disk.
     [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
-    /// Every run of the utilities so far, such as "diskutil eject /dev/disk4".
+    /// Returns every run of the utilities so far, such as "diskutil eject /dev/disk4".
     [[nodiscard]] std::vector<std::string> calls() const;
-    /// The programs that answer for this reader.
+    /// Returns the programs that answer for this reader.
     [[nodiscard]] SystemUtilities utilities() const;
 
   private:

@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// Everything that a rehearsal needs, in a folder of its own that is gone at the end: a simulated card reader
-/// with the disks of an ordinary computer, and a sample image.
+/// Everything that a rehearsal needs: a simulated card reader with the disks of an ordinary computer, and a
+/// sample image. It all lies in a folder that is removed with this object.
 class Stage {
   public:
     /// Throws PlatformError or std::filesystem::filesystem_error.
@@ -18,7 +18,7 @@ class Stage {
 
     [[nodiscard]] SimulatedReader& reader() { return simulatedReader; }
 
-    /// Makes an image of 256 MB and one byte, so that its last block is not full.
+    /// Makes an image of 256 MB and one byte, whose last block is therefore not full.
     [[nodiscard]] std::filesystem::path makeSampleImage() const;
 
   private:

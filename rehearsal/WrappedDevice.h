@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// A device that hands every call on to another; derive from it to change some of them.
+/// Hands every call on to another device; derived classes change some of them.
 class WrappedDevice : public RawDevice {
   public:
     explicit WrappedDevice(std::unique_ptr<RawDevice> device) : device(std::move(device)) {}

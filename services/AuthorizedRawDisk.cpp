@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
 #include "platform/CollectingPipe.h"
 #include "platform/DescriptorChannel.h"
@@ -47,7 +48,7 @@ auto launching(Step step) {
     try {
         return step();
     } catch (const PlatformError& error) {
-        throw TesselError::commandFailed("The macOS authorization utility could not be launched: " +
+        throw TesselError::commandFailed(systemWords().authorizationUtilityNotLaunched +
                                          error.localizedDescription());
     }
 }
@@ -80,7 +81,7 @@ TesselError receptionFailure(const std::optional<ReceivedDescriptor>& message) {
 
 AuthorizedRawDiskHandle RawDiskOpener::openAuthorizedRawDisk(const std::string& devicePath) const {
     if (!isExecutableFile(authorizationUtility)) {
-        throw TesselError::commandFailed("The macOS authopen utility is unavailable.");
+        throw TesselError::commandFailed(systemWords().authorizationUtilityUnavailable);
     }
     AuthorizedRawDiskHandle handle{.device = makeDevice(launchAuthorizationUtility(devicePath))};
     handle.blockSize = required(handle.device->blockSize(),
@@ -101,11 +102,11 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     auto channel = createChannel();
     auto error = launching([] { return CollectingPipe(); });
     auto process = launching([&] {
-        return Process::launch({.executable = authorizationUtility,
-                                .arguments = {"-stdoutpipe", "-o", "2", devicePath},
-                                .environment = {{"LC_ALL", "C"}}},
-                               {.standardOutput = channel.sendingEnd.get(),
-                                .standardError = error.writingEnd()});
+        return Process::launch(
+            {.executable = authorizationUtility,
+             .arguments = {"-stdoutpipe", "-o", "2", devicePath},
+             .environment = {{"LC_ALL", "C"}}},
+            {.standardOutput = channel.sendingEnd.get(), .standardError = error.writingEnd()});
     });
     channel.sendingEnd.close();
     error.closeWritingEnd();
@@ -133,13 +134,11 @@ void throwAuthorizationFailure(const std::string& errorText) {
         std::string_view words;
         std::string_view message;  ///< empty for a cancellation
     };
-    static constexpr std::string_view denied =
-        "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in "
-        "System Settings, then try again.";
+    const std::string_view denied = systemWords().rawAccessDenied;
     static constexpr std::string_view busy =
         "The SD card is still in use by another process. Close applications using the card, refresh the disk "
         "list, and try again.";
-    static constexpr Refusal refusals[] = {
+    const Refusal refusals[] = {
         {"user canceled", {}},           {"user cancelled", {}},       {"authorization canceled", {}},
         {"authorization cancelled", {}}, {"authorization denied", {}}, {"operation not permitted", denied},
         {"permission denied", denied},   {"resource busy", busy},      {"device busy", busy},

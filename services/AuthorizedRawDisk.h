@@ -32,8 +32,9 @@ class RawDiskOpener {
         makeDevice(std::move(makeDevice)) {}
 
     /// Opens "/dev/rdisk4" or the like. Blocks until the utility has ended, however long the person takes to
-    /// answer its prompt; call it on a background thread. Throws CancellationError for a refused prompt, and
-    /// TesselError for everything else. Whatever was opened is closed by then.
+    /// answer its prompt; call it on a background thread. Throws CancellationError for a refused prompt,
+    /// PlatformError when the utility can't be watched, and TesselError for everything else. Whatever was
+    /// opened is closed before it throws.
     AuthorizedRawDiskHandle openAuthorizedRawDisk(const std::string& devicePath) const;
 
   private:

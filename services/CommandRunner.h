@@ -11,31 +11,31 @@
 
 namespace tessel {
 
-/// What a command left behind.
+/// What is left of a command that has ended.
 struct CommandResult {
     int32_t status = 0;  ///< the exit status, or the number of the signal that ended the command
     std::string standardOutput;
     std::string standardError;
     bool didTimeOut = false;  ///< the command was still running when its time-out elapsed
 
-    /// Both streams as trimmed text, output first. A stream that is not UTF-8 counts as empty.
+    /// Joins both streams as trimmed text, output first. A stream that is not UTF-8 counts as empty.
     [[nodiscard]] std::string combinedOutput() const;
 
-    /// What to tell the user of a command that failed: its own words, else the fallback.
+    /// Says what to tell the user about a command that failed: its own words, or else the fallback.
     [[nodiscard]] std::string failureMessage(std::string_view fallback) const;
 };
 
-/// Runs external commands to their end. Stateless; one command knows nothing of another.
+/// Runs external commands. It has no state, and one command knows nothing of another.
 class CommandRunner {
   public:
-    /// In seconds. None when absent, zero or negative.
+    /// Counts seconds. There is no time-out when it is absent, zero or negative.
     using Timeout = std::optional<std::chrono::duration<double>>;
 
-    /// Runs the command on a thread of its own. A non-zero status or a time-out is a result, not an error.
-    /// A command that outlives its time-out gets SIGTERM, and SIGKILL 0.5 seconds later. Once the command has
+    /// Runs the command on a thread of its own. A non-zero status or a time-out is a result, not an error. A
+    /// command that outlives its time-out gets SIGTERM, and SIGKILL 0.5 seconds later. Once the command has
     /// ended, a descendant that keeps its streams open delays the result by a second at most; what was read
-    /// until then is kept. Throws PlatformError when the command can't be started, or prints more than 16 MiB
-    /// on one of its streams.
+    /// by then is kept. Throws PlatformError when the command can't be started, or prints more than 16 MiB on
+    /// one of its streams.
     Task<CommandResult> run(Command command, Timeout timeout) const;
 };
 

@@ -23,14 +23,12 @@ constexpr Keys wholeDiskListKeys = {"WholeDisks", "AllWholeDisks", "AllDisks"};
 constexpr Keys childListKeys = {"Partitions", "APFSVolumes", "Volumes", "CoreStorageLogicalVolumes"};
 constexpr Keys partitionSchemeKeys = {"Content", "PartitionMapType"};
 
-// Values by their keys
-
 const PropertyList* valueOf(const Dictionary& dictionary, std::string_view key) {
     const auto entry = dictionary.find(key);
     return entry == dictionary.end() ? nullptr : &entry->second;
 }
 
-/// The value of the first key that the reader can make something of.
+/// Returns the value of the first key whose value can be read.
 template <typename Value>
 std::optional<Value> firstValue(const Dictionary& dictionary, Keys keys,
                                 std::optional<Value> (*read)(const PropertyList&)) {
@@ -48,7 +46,7 @@ std::optional<std::string> stringValue(const Dictionary& dictionary, Keys keys) 
     });
 }
 
-/// A number that cannot be a count, such as one that was negative, is passed over like another type.
+/// A number that can't be a count, such as a negative one, is passed over like a value of another type.
 std::optional<uint64_t> unsignedValue(const Dictionary& dictionary, Keys keys) {
     return firstValue<uint64_t>(dictionary, keys, [](const PropertyList& value) -> std::optional<uint64_t> {
         const uint64_t* whole = value.asWholeNumber();
@@ -76,7 +74,7 @@ std::optional<bool> flagValue(const Dictionary& dictionary, Keys keys) {
     });
 }
 
-/// The elements of a list when all of them are of this kind, otherwise none.
+/// Returns the elements of a list if all of them are of this kind, otherwise none.
 template <typename Element>
 std::vector<const Element*> elementsOf(const Dictionary& dictionary, std::string_view key,
                                        const Element* (PropertyList::*as)() const) {
@@ -95,8 +93,6 @@ std::vector<const Element*> elementsOf(const Dictionary& dictionary, std::string
 bool isListedBefore(std::string_view one, std::string_view other) {
     return localizedStandardCompare(one, other) < 0;
 }
-
-// The disk list
 
 SDDiskPartition readPartition(const std::string& id, const Dictionary& partition) {
     return {
@@ -134,8 +130,6 @@ DiskLayout readLayout(const Dictionary& disk) {
     std::ranges::sort(layout.partitions, isListedBefore, &SDDiskPartition::id);
     return layout;
 }
-
-// One disk's details
 
 std::optional<bool> readInternalFlag(const Dictionary& info, std::string_view location,
                                      const DiskLayout& layout) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/Errors.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
@@ -64,6 +65,8 @@ Task<> DiskService::lookFor(const SDWholeDisk& expected, DiskSearch& search) con
         if (!disk) co_return;
         (isSameDisk(*disk, expected) ? search.found : search.otherDisk) = std::move(disk);
     } catch (const TesselError&) {
+        throw;
+    } catch (const CancellationError&) {
         throw;
     } catch (const std::exception&) {
         search.readError = std::current_exception();

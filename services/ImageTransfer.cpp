@@ -55,7 +55,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     requireSameMedium(device);
     if (!medium) return;
 
-    // Caching was refused as an error when the device was opened; this asks again in case it came back.
+    // A refusal changes nothing: what was set when the device was opened stays set.
     static_cast<void>(device.disableCaching());
     report({verifyingImage, 0, size});
     for (uint64_t verified = 0; verified < size;) {

@@ -23,7 +23,7 @@ struct ImageTransfer {
 
 /// Copies the image onto the device, byte for byte from offset 0, flushes it and, when asked, reads
 /// everything back and compares it chunk by chunk and by SHA-256. Blocks, so it is to be called on a
-/// background thread, where it reports too. Acquires all memory and threads that it needs before it writes
+/// background thread, where it reports too. Acquires all buffers and threads that it needs before it writes
 /// the first byte. Throws TesselError, PlatformError or std::bad_alloc, and CancellationError at a
 /// checkpoint: before each chunk, and while it waits to read a differing chunk again. What was written before
 /// an error stays written.

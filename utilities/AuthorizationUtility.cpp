@@ -29,7 +29,7 @@ std::optional<std::string> requestedDisk(std::span<const std::string> arguments)
 }
 
 void sendDescriptor(int socket, int descriptor) {
-    // A stream carries control data only along with at least one byte.
+    // A stream carries control data only along with at least one byte of ordinary data.
     char data = 0;
     iovec vector{.iov_base = &data, .iov_len = sizeof data};
     alignas(cmsghdr) std::array<std::byte, CMSG_SPACE(sizeof descriptor)> control{};

@@ -8,13 +8,13 @@
 
 namespace tessel {
 
-/// Where the disk utility finds disks. Identifiers are those of whole disks, such as "disk4". Every operation
-/// may wait, and throws PlatformError, whose description is what the utility prints.
+/// Does for the disk utility what concerns disks. Identifiers are those of whole disks, such as "disk4".
+/// Every operation may block, and throws PlatformError, whose description the utility prints.
 class DiskSource {
   public:
     virtual ~DiskSource() = default;
 
-    /// "AllDisks", "WholeDisks" and "AllDisksAndPartitions".
+    /// Returns the lists "AllDisks", "WholeDisks" and "AllDisksAndPartitions".
     [[nodiscard]] virtual PropertyList::Dictionary list() = 0;
     [[nodiscard]] virtual PropertyList::Dictionary info(const std::string& identifier) = 0;
     /// Unmounts every volume of the disk.
@@ -22,9 +22,9 @@ class DiskSource {
     virtual void eject(const std::string& identifier) = 0;
 };
 
-/// The disk utility: "list -plist", "info -plist /dev/diskN", "unmountDisk force /dev/diskN" and
-/// "eject /dev/diskN". Answers are printed on `output`, failures on `errors`. Gives the exit status: 0, 1
-/// when the source failed, 64 when the arguments are none of these.
+/// Runs the disk utility: "list -plist", "info -plist /dev/diskN", "unmountDisk force /dev/diskN" or "eject
+/// /dev/diskN". Prints answers on `output` and failures on `errors`. Returns the exit status: 0, or 1 when
+/// the source failed, or 64 when the arguments are none of these.
 [[nodiscard]] int runDiskUtility(std::span<const std::string> arguments, DiskSource& disks,
                                  std::ostream& output, std::ostream& errors);
 

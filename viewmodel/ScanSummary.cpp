@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
 
 namespace tessel {
@@ -25,8 +26,7 @@ std::string verdict(const SDWholeDisk& disk) {
 ScanSummary ScanSummary::of(const std::vector<SDWholeDisk>& disks) {
     if (disks.empty()) {
         return {.state = TesselOperationState::warning("No whole disks found"),
-                .messages = {"macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled "
-                             "and press Refresh Disks again."}};
+                .messages = {systemWords().noWholeDisks}};
     }
     ScanSummary summary;
     const auto selectable =

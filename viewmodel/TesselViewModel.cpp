@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "foundation/ByteCount.h"
+#include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
 #include "viewmodel/ScanSummary.h"
 
@@ -38,7 +39,7 @@ void TesselViewModel::refreshDisks() {
     if (isBusy()) return;
     hasStartedScan = true;
     operationState = TesselOperationState{.kind = scanningDisks};
-    log.append("Scanning every whole disk visible to macOS.");
+    log.append(systemWords().scanStarted);
     start(&TesselViewModel::scanDisks);
 }
 

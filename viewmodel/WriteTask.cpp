@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
@@ -140,7 +141,7 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
     auto& log = surroundings.log;
     auto& progress = surroundings.progress;
     progress.complete();
-    progress.say("Safe to Remove", "macOS ejected the SD card. It is now safe to physically remove it.");
+    progress.say("Safe to Remove", systemWords().cardEjected);
     surroundings.targets.forget(writtenDiskID);
     surroundings.state =
         TesselOperationState::ofWrite(verified ? WriteOutcome::writtenAndVerified : WriteOutcome::written);
@@ -193,14 +194,13 @@ void WriteTask::showSafeToRemoveAlert(bool verified) {
     auto& desktop = surroundings.desktop;
     desktop.beep();
     desktop.requestUserAttention();
-    desktop.presentAlert(
-        {.message = "SD Card Is Safe to Remove",
-         .informativeText = std::string("The disk image was written ") +
-                            (verified ? "and verified successfully" : "successfully") +
-                            ". macOS has ejected the SD card, so it is now safe to physically remove it.",
-         .button = "Done",
-         .symbol = "eject.circle.fill",
-         .symbolDescription = "Safe to remove"});
+    desktop.presentAlert({.message = "SD Card Is Safe to Remove",
+                          .informativeText = std::string("The disk image was written ") +
+                                             (verified ? "and verified successfully. " : "successfully. ") +
+                                             systemWords().cardEjectedAfterWrite,
+                          .button = "Done",
+                          .symbol = "eject.circle.fill",
+                          .symbolDescription = "Safe to remove"});
 }
 
 }  // namespace tessel

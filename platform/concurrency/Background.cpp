@@ -18,7 +18,7 @@ struct CurrentToken {
     bool await_ready() const noexcept { return false; }
     template <typename Promise>
     bool await_suspend(std::coroutine_handle<Promise> task) {
-        token = task.promise().context.cancellation.get_token();
+        token = task.promise().context.cancellation;
         return false;
     }
     std::stop_token await_resume() { return std::move(token); }

@@ -15,7 +15,7 @@ namespace tessel {
 namespace detail {
 
 template <typename Function>
-struct BackgroundCall {
+struct [[nodiscard]] BackgroundCall {
     using Result = std::invoke_result_t<Function&, std::stop_token>;
 
     Function function;
@@ -27,7 +27,7 @@ struct BackgroundCall {
     template <typename Promise>
     void await_suspend(std::coroutine_handle<Promise> task) {
         startThread([this, context = task.promise().context, task] {
-            outcome.emplace(Outcome<Result>::of([&] { return function(context.cancellation.get_token()); }));
+            outcome.emplace(Outcome<Result>::of([&] { return function(context.cancellation); }));
             context.mainThread->post([task] { task.resume(); });
         }).detach();
     }

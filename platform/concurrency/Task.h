@@ -24,7 +24,7 @@ namespace tessel {
 /// What an awaited task inherits.
 struct TaskContext {
     std::shared_ptr<MainThread> mainThread;
-    std::stop_source cancellation;
+    std::stop_token cancellation;
 };
 
 namespace detail {
@@ -37,6 +37,8 @@ struct Finish {
     template <typename Promise>
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> task) const noexcept {
         if (const auto waiter = task.promise().waiter) return waiter;
+        // An error that nobody can learn of is a fault of the program.
+        if (task.promise().outcome->error()) std::terminate();
         task.destroy();
         return std::noop_coroutine();
     }
@@ -98,8 +100,9 @@ class [[nodiscard]] Task {
     /// Has the main thread start the task, with nobody waiting for it. The task must not throw.
     void detach(TaskContext context) && {
         const auto started = std::exchange(coroutine, nullptr);
+        const auto mainThread = context.mainThread;
         started.promise().context = std::move(context);
-        started.promise().context.mainThread->post([started] { started.resume(); });
+        mainThread->post([started] { started.resume(); });
     }
 
   private:
@@ -142,7 +145,7 @@ class TaskHandle {
 /// Has the main thread start a task that can be cancelled on its own. The task must not throw.
 inline TaskHandle startTask(std::shared_ptr<MainThread> mainThread, Task<> task) {
     const std::stop_source cancellation;
-    std::move(task).detach({std::move(mainThread), cancellation});
+    std::move(task).detach({std::move(mainThread), cancellation.get_token()});
     return TaskHandle(cancellation);
 }
 

@@ -8,7 +8,7 @@ namespace tessel {
 
 namespace {
 
-/// A huge page of the kernel is used only where memory begins at a multiple of its size.
+/// The kernel uses a huge page only for memory that begins at a multiple of its size.
 std::align_val_t hugePageAlignment(size_t alignment) {
     constexpr size_t hugePage = 2 * 1024 * 1024;
     return std::align_val_t(std::max(alignment, hugePage));
@@ -20,7 +20,7 @@ AlignedBuffer::AlignedBuffer(size_t size, size_t alignment) :
     memory(static_cast<std::byte*>(::operator new(size, hugePageAlignment(alignment))),
            Release{hugePageAlignment(alignment)}),
     byteCount(size) {
-    // Before the memory is first touched; where it is refused, ordinary pages do.
+    // This must come before the memory is first touched. Where it is refused, ordinary pages will do.
     madvise(memory.get(), size, MADV_HUGEPAGE);
     std::uninitialized_value_construct_n(memory.get(), size);
 }

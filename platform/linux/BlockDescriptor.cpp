@@ -16,7 +16,7 @@ namespace tessel {
 
 namespace {
 
-/// BLKGETDISKSEQ, which older headers lack.
+/// This is BLKGETDISKSEQ, which older headers lack.
 constexpr unsigned long getDiskSequenceNumber = _IOR(0x12, 128, uint64_t);
 
 SystemResult askNumber(int descriptor, unsigned long request) {
@@ -46,7 +46,7 @@ SystemResult mediumSize(int descriptor) {
 }
 
 SystemResult lockExclusively(int descriptor) {
-    // The device manager holds a lock of its own while it looks at a disk that has just changed.
+    // The device manager holds the lock for a moment while it looks at a disk that has just changed.
     constexpr int attempts = 40;
     constexpr std::chrono::milliseconds pause{50};
     for (int attempt = 1;; ++attempt) {

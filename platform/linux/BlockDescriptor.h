@@ -2,21 +2,21 @@
 
 #include "platform/SystemResult.h"
 
-/// What an open block device says of itself.
+/// Asks the kernel about an open block device.
 namespace tessel {
 
-/// Whether it is a block device, and no partition of one.
+/// Returns whether it is a block device and not a partition of one.
 [[nodiscard]] bool isWholeBlockDevice(int descriptor);
 
-/// The kernel's number of the medium, which no other medium ever gets while the machine runs.
+/// Returns the kernel's number for the medium, which no other medium gets while the machine runs.
 SystemResult diskSequenceNumber(int descriptor);
 
-/// In bytes.
+/// Returns the size of the medium in bytes.
 SystemResult mediumSize(int descriptor);
 
-/// Takes the lock by which programs that look at disks know that this one is worked on. Waits two seconds at
-/// most: the error is EBUSY when another program keeps it. It belongs to the open device, wherever its
-/// descriptor is sent.
+/// Takes the lock by which disk programs tell each other to leave a disk alone. Waits for at most two
+/// seconds; the error is EBUSY when another program keeps the lock. The lock belongs to the open device,
+/// wherever its descriptor is sent.
 SystemResult lockExclusively(int descriptor);
 
 }  // namespace tessel

@@ -48,7 +48,7 @@ class LockedBlockDevice : public DescriptorDevice {
     }
 
   private:
-    SystemResult medium;  ///< its sequence number when the device was made
+    SystemResult medium;  ///< holds its sequence number from when the device was made
     SystemResult lock;
 };
 

@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-// The header of glibc 2.36 forgets to say so itself.
+// The header of glibc 2.36 lacks this specification of its own.
 extern "C" {
 #include <sys/pidfd.h>
 }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* controlPath = "/dev/loop-control";
 
-/// A device that is free at this moment. Throws PlatformError.
+/// Names a device that is free at this moment. Throws PlatformError.
 std::filesystem::path freeDevice() {
     const FileDescriptor control(open(controlPath, O_RDWR | O_CLOEXEC));
     const int number = control.isOpen() ? ioctl(control.get(), LOOP_CTL_GET_FREE) : -1;

@@ -7,23 +7,23 @@
 
 namespace tessel {
 
-/// A file attached as a block device. It goes away with this object, or with the process however that ends,
-/// as soon as nobody else has it open.
+/// A file attached as a block device. It is detached once this object is gone, or the process has ended in
+/// whatever way, and nobody else has it open.
 class LoopDevice {
   public:
     struct Options {
         std::filesystem::path file;
-        uint32_t blockSize = 512;   ///< bytes of a logical block
-        bool usesDirectIO = false;  ///< past the cache of the file, where its file system can
+        uint32_t blockSize = 512;   ///< of a logical block, in bytes
+        bool usesDirectIO = false;  ///< bypasses the cache of the file where its file system can
     };
 
-    /// Whether this user may attach files.
+    /// Returns whether this user may attach files.
     [[nodiscard]] static bool isAvailable();
 
     /// Throws PlatformError.
     [[nodiscard]] explicit LoopDevice(const Options& options);
 
-    /// Such as "/dev/loop3".
+    /// Returns the path of the device, such as "/dev/loop3".
     [[nodiscard]] const std::filesystem::path& path() const { return devicePath; }
 
   private:

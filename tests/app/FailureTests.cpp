@@ -72,8 +72,8 @@ const Scan scans[] = {
              reader.removeDisk(disk);
      },
      "No whole disks found", Tone::orange,
-     "macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled and press Refresh Disks "
-     "again.",
+     "Linux returned no whole-disk identifiers. Confirm that the disk service (UDisks2) is running and "
+     "press Refresh Disks again.",
      "No whole disks are available. Insert an SD card and refresh the list."},
     {"findsNoCard",
      [](auto& reader) {

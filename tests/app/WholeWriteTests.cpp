@@ -58,13 +58,13 @@ TEST_F(WholeWriteTests, withTheMouse) {
     EXPECT_EQ(badge(), "Image written and verified");
     EXPECT_EQ(badgeTone(), Tone::green);
     EXPECT_THAT(textsIn(*alert()),
-                Contains("The disk image was written and verified successfully. macOS has ejected the SD "
+                Contains("The disk image was written and verified successfully. Linux has ejected the SD "
                          "card, so it is now safe to physically remove it."));
     click(button("Done"));
     EXPECT_FALSE(alert());
     EXPECT_THAT(texts(),
                 IsSupersetOf({"Safe to Remove", "100%",
-                              "macOS ejected the SD card. It is now safe to physically remove it."}));
+                              "Linux ejected the SD card. It is now safe to physically remove it."}));
     EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
     EXPECT_FALSE(button("Write Disk Image").isEnabled());
     EXPECT_EQ(log().back(), "The SD card is now safe to physically remove.");
@@ -114,7 +114,7 @@ TEST_F(WholeWriteTests, withoutVerifying) {
     click(button("Erase and Write to disk4"));
     untilSafeToRemove();
     EXPECT_EQ(badge(), "Image written");
-    EXPECT_THAT(textsIn(*alert()), Contains("The disk image was written successfully. macOS has ejected the "
+    EXPECT_THAT(textsIn(*alert()), Contains("The disk image was written successfully. Linux has ejected the "
                                             "SD card, so it is now safe to physically remove it."));
     EXPECT_THAT(log(), Contains("The disk image was written and the SD card was ejected."));
     expectCardHoldsImage();

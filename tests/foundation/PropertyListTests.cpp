@@ -23,7 +23,7 @@ std::string xml(const std::string& value) {
            value + "</plist>\n";
 }
 
-/// The binary encoding of the given objects with one-byte references and two-byte offsets.
+/// Encodes the objects with one-byte references and two-byte offsets.
 std::string binary(const std::vector<std::string>& objects) {
     std::string bytes = "bplist00";
     std::string offsets;
@@ -39,7 +39,7 @@ std::string binary(const std::vector<std::string>& objects) {
     return bytes;
 }
 
-/// A list, one of whose items refers to the next object, as often as it is told.
+/// Makes a chain of lists, each of which refers to the next object that many times.
 std::vector<std::string> listsOfTheNext(size_t levels, char references) {
     std::vector<std::string> objects;
     for (size_t level = 1; level <= levels; ++level)
@@ -49,7 +49,7 @@ std::vector<std::string> listsOfTheNext(size_t levels, char references) {
     return objects;
 }
 
-/// For where it matters only whether the bytes can be read.
+/// Serves where it matters only whether the bytes can be read.
 void requireReadable(std::string_view bytes) {
     static_cast<void>(parsePropertyList(bytes));
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Whether a rights header stands right before this descriptor, anywhere in the data.
+/// Returns whether a rights header stands right before this descriptor anywhere in the data.
 bool holdsRightsTo(int descriptor, std::span<const std::byte> data) {
     for (size_t offset = 0; offset + CMSG_LEN(sizeof descriptor) <= data.size(); offset += CMSG_ALIGN(1)) {
         cmsghdr header{};
@@ -23,7 +23,7 @@ bool holdsRightsTo(int descriptor, std::span<const std::byte> data) {
 
 }  // namespace
 
-/// Whatever the bytes are, nothing outside of them is read, and a descriptor comes only from a rights entry.
+/// Whatever the bytes are, nothing outside them is read, and a descriptor comes only from a rights entry.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     const auto data = std::as_bytes(std::span(bytes, size));
     const auto descriptor = tessel::findDescriptor(data);

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "model/DiskTexts.h"
 #include "tests/support/SampleDisks.h"
 
 namespace tessel {
@@ -62,40 +61,6 @@ TEST(DiskSortingTests, onlyPhysicalIdentifiedCardsAreListedUnlessAllAreAskedFor)
         listed.push_back(disk.id);
     EXPECT_THAT(listed, ElementsAre("disk4", "disk6"));
     EXPECT_EQ(visibleDisks(disks, true, DiskSortField::disk, true).size(), disks.size());
-}
-
-TEST(DiskTextsTests, kindSymbolAndConnectionOfAMedium) {
-    const auto disk = [](const std::string& name, const std::string& bus, bool isPhysical,
-                         std::optional<bool> isInternal) {
-        SDWholeDisk made = sampleCard("disk4", name);
-        made.busProtocol = bus;
-        made.isPhysical = isPhysical;
-        made.isInternal = isInternal;
-        return made;
-    };
-    struct Case {
-        SDWholeDisk disk;
-        std::string kind;
-        std::string symbol;
-        std::string connection;
-    };
-    const Case cases[]{
-        {disk("Backup", " Disk Image ", false, false), "Disk Image", "doc.fill", "Disk Image"},
-        {disk("Apple DISK IMAGE Media", "", true, true), "Disk Image", "doc.fill", "Unknown connection"},
-        {disk("SD Card", "SD", false, false), "Virtual / Synthesized", "square.stack.3d.up.fill", "SD"},
-        {disk("Reader", "Secure Digital", true, true), "SD Card", "sdcard.fill", "Secure Digital"},
-        {disk("Stick", "usb 3", true, true), "USB Storage", "internaldrive.fill", "usb 3"},
-        {disk("Stick", "USB", true, false), "USB Storage", "externaldrive.fill", "USB"},
-        {disk("Drive", "SATA", true, true), "Internal Disk", "internaldrive.fill", "SATA"},
-        {disk("Drive", "SATA", true, false), "External Disk", "externaldrive.fill", "SATA"},
-        {disk("Drive", "\n", true, std::nullopt), "Physical Disk", "externaldrive.fill",
-         "Unknown connection"},
-    };
-    for (const Case& one : cases) {
-        EXPECT_EQ(mediaKindText(one.disk), one.kind) << one.disk.mediaName;
-        EXPECT_EQ(mediaSymbol(one.disk), one.symbol) << one.disk.mediaName;
-        EXPECT_EQ(connectionText(one.disk), one.connection) << one.disk.mediaName;
-    }
 }
 
 }  // namespace tessel

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/SystemWords.h"
+#include "tests/support/SampleDisks.h"
+
 namespace tessel {
 
 namespace {
@@ -10,20 +13,9 @@ namespace {
 using Change = void (*)(SDWholeDisk& disk);
 
 SDWholeDisk cardInReader() {
-    return {
-        .id = "disk4",
-        .mediaName = "SD Card Reader",
-        .sizeBytes = 32'000'000'000,
-        .busProtocol = "USB",
-        .deviceLocation = "External",
-        .isInternal = false,
-        .isWhole = true,
-        .isRemovable = true,
-        .isEjectable = true,
-        .isWritable = true,
-        .isPhysical = true,
-        .hasDetailedInfo = true,
-    };
+    SDWholeDisk card = sampleCard("disk4", "SD Card Reader");
+    card.busProtocol = "USB";
+    return card;
 }
 
 SDWholeDisk changed(Change change) {
@@ -51,22 +43,22 @@ constexpr const char* eligible = "";
 TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
     SDWholeDisk disk = {.id = "disk4s1", .mediaName = "Disk", .busProtocol = "SATA", .isInternal = true};
     const struct {
-        const char* reason;
+        std::string reason;
         Change repair;
     } steps[] = {
-        {"Detailed disk information could not be read.", [](auto& d) { d.hasDetailedInfo = true; }},
-        {notAnIdentifier, [](auto& d) { d.id = "disk0"; }},
-        {"disk0 is always protected.", [](auto& d) { d.id = "disk4"; }},
-        {"The item is a partition rather than a whole disk.", [](auto& d) { d.isWhole = true; }},
+        {"Detailed disk information could not be read.", [](auto& disk) { disk.hasDetailedInfo = true; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "disk0"; }},
+        {"disk0 is always protected.", [](auto& disk) { disk.id = "disk4"; }},
+        {"The item is a partition rather than a whole disk.", [](auto& disk) { disk.isWhole = true; }},
         {"The disk is virtual or synthesized rather than physical media.",
-         [](auto& d) { d.isPhysical = true; }},
-        {fixedDrive, [](auto& d) { d.busProtocol = "USB"; }},
-        {notRecognized, [](auto& d) { d.mediaName = "SD Card"; }},
-        {"macOS did not report the SD card as writable.", [](auto& d) { d.isWritable = true; }},
-        {tooSmall, [](auto& d) { d.sizeBytes = maximumCardSize + 1; }},
-        {tooLarge, [](auto& d) { d.sizeBytes = 32'000'000'000; }},
-        {internalMedia, [](auto& d) { d.isInternal.reset(); }},
-        {notConfirmed, [](auto& d) { d.isRemovable = true; }},
+         [](auto& disk) { disk.isPhysical = true; }},
+        {fixedDrive, [](auto& disk) { disk.busProtocol = "USB"; }},
+        {notRecognized, [](auto& disk) { disk.mediaName = "SD Card"; }},
+        {systemWords().cardNotWritable, [](auto& disk) { disk.isWritable = true; }},
+        {tooSmall, [](auto& disk) { disk.sizeBytes = maximumCardSize + 1; }},
+        {tooLarge, [](auto& disk) { disk.sizeBytes = 32'000'000'000; }},
+        {internalMedia, [](auto& disk) { disk.isInternal.reset(); }},
+        {notConfirmed, [](auto& disk) { disk.isRemovable = true; }},
         {eligible, [](auto&) {}},
     };
     for (const auto& [reason, repair] : steps) {
@@ -82,36 +74,36 @@ TEST(SDCardPolicyTests, everyDoubtCountsAgainstTheDisk) {
     } cases[] = {
         {eligible, [](auto&) {}},
         {"Detailed disk information could not be read.",
-         [](auto& d) {
-             d.id = "disk0";
-             d.hasDetailedInfo = false;
+         [](auto& disk) {
+             disk.id = "disk0";
+             disk.hasDetailedInfo = false;
          }},
-        {eligible, [](auto& d) { d.id = "disk00"; }},
-        {eligible, [](auto& d) { d.id = "disk01"; }},
-        {notAnIdentifier, [](auto& d) { d.id = "disk"; }},
-        {notAnIdentifier, [](auto& d) { d.id = "rdisk4"; }},
-        {notAnIdentifier, [](auto& d) { d.id = "/dev/disk4"; }},
-        {notAnIdentifier, [](auto& d) { d.id = "disk4\n"; }},
-        {notAnIdentifier, [](auto& d) { d.id = "disk٤"; }},
-        {tooSmall, [](auto& d) { d.sizeBytes = 536'870'911; }},
-        {eligible, [](auto& d) { d.sizeBytes = 536'870'912; }},
-        {eligible, [](auto& d) { d.sizeBytes = 549'755'813'888; }},
-        {tooLarge, [](auto& d) { d.sizeBytes = 549'755'813'889; }},
-        {fixedDrive, [](auto& d) { d.mediaName = "My SSD Card"; }},
-        {fixedDrive, [](auto& d) { d.mediaName = "SD Card Solid State"; }},
-        {fixedDrive, [](auto& d) { d.busProtocol = " PCI-Express "; }},
-        {notRecognized, [](auto& d) { d.mediaName = "Generic MassStorageClass"; }},
-        {notRecognized, [](auto& d) { d.mediaName = "SD"; }},
+        {eligible, [](auto& disk) { disk.id = "disk00"; }},
+        {eligible, [](auto& disk) { disk.id = "disk01"; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "disk"; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "rdisk4"; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "/dev/disk4"; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "disk4\n"; }},
+        {notAnIdentifier, [](auto& disk) { disk.id = "disk٤"; }},
+        {tooSmall, [](auto& disk) { disk.sizeBytes = 536'870'911; }},
+        {eligible, [](auto& disk) { disk.sizeBytes = 536'870'912; }},
+        {eligible, [](auto& disk) { disk.sizeBytes = 549'755'813'888; }},
+        {tooLarge, [](auto& disk) { disk.sizeBytes = 549'755'813'889; }},
+        {fixedDrive, [](auto& disk) { disk.mediaName = "My SSD Card"; }},
+        {fixedDrive, [](auto& disk) { disk.mediaName = "SD Card Solid State"; }},
+        {fixedDrive, [](auto& disk) { disk.busProtocol = " PCI-Express "; }},
+        {notRecognized, [](auto& disk) { disk.mediaName = "Generic MassStorageClass"; }},
+        {notRecognized, [](auto& disk) { disk.mediaName = "SD"; }},
         {notRecognized,
-         [](auto& d) {
-             d.mediaName = "Reader";
-             d.busProtocol = "microSD over USB";
+         [](auto& disk) {
+             disk.mediaName = "Reader";
+             disk.busProtocol = "microSD over USB";
          }},
-        {eligible, [](auto& d) { d.mediaName = "Built-in SDXC Reader Media"; }},
+        {eligible, [](auto& disk) { disk.mediaName = "Built-in SDXC Reader Media"; }},
         {eligible,
-         [](auto& d) {
-             d.mediaName = "Reader";
-             d.busProtocol = " sd ";
+         [](auto& disk) {
+             disk.mediaName = "Reader";
+             disk.busProtocol = " sd ";
          }},
     };
     for (const auto& [reason, change] : cases) {
@@ -129,16 +121,16 @@ TEST(SDCardPolicyTests, oneSignOfMovableMediaIsEnough) {
     EXPECT_EQ(eligibilityFailureReason(bare), notConfirmed);
 
     const Change signs[] = {
-        [](auto& d) { d.isInternal = false; },
-        [](auto& d) { d.deviceLocation = " EXTERNAL port"; },
-        [](auto& d) { d.isRemovable = true; },
-        [](auto& d) { d.isEjectable = true; },
-        [](auto& d) { d.busProtocol = "Secure Digital"; },
+        [](auto& disk) { disk.isInternal = false; },
+        [](auto& disk) { disk.deviceLocation = " EXTERNAL port"; },
+        [](auto& disk) { disk.isRemovable = true; },
+        [](auto& disk) { disk.isEjectable = true; },
+        [](auto& disk) { disk.busProtocol = "Secure Digital"; },
     };
-    for (size_t i = 0; i < std::size(signs); ++i) {
+    for (const Change& addSign : signs) {
         SDWholeDisk disk = bare;
-        signs[i](disk);
-        EXPECT_EQ(eligibilityFailureReason(disk), std::nullopt) << "sign " << i;
+        addSign(disk);
+        EXPECT_EQ(eligibilityFailureReason(disk), std::nullopt) << "sign " << &addSign - signs;
     }
 
     SDWholeDisk builtIn = bare;
@@ -149,7 +141,7 @@ TEST(SDCardPolicyTests, oneSignOfMovableMediaIsEnough) {
     EXPECT_EQ(eligibilityFailureReason(builtIn), std::nullopt);
 }
 
-TEST(SDCardPolicyTests, chooseableDisksAreListedFirst) {
+TEST(SDCardPolicyTests, eligibleDisksAreListedFirst) {
     const auto named = [](const char* id, Change change) {
         SDWholeDisk disk = changed(change);
         disk.id = id;
@@ -157,17 +149,17 @@ TEST(SDCardPolicyTests, chooseableDisksAreListedFirst) {
     };
     std::vector<SDWholeDisk> disks = {
         named("disk0",
-              [](auto& d) {
-                  d.mediaName = "Flash";
-                  d.isInternal = true;
-                  d.isRemovable = d.isEjectable = false;
-                  d.sizeBytes = 1;
+              [](auto& disk) {
+                  disk.mediaName = "Flash";
+                  disk.isInternal = true;
+                  disk.isRemovable = disk.isEjectable = false;
+                  disk.sizeBytes = 1;
               }),
-        named("disk6", [](auto& d) { d.mediaName = "Stick"; }),
-        named("disk5", [](auto& d) { d.isWritable = false; }),
+        named("disk6", [](auto& disk) { disk.mediaName = "Stick"; }),
+        named("disk5", [](auto& disk) { disk.isWritable = false; }),
         named("disk10", [](auto&) {}),
         named("disk9", [](auto&) {}),
-        named("disk11", [](auto& d) { d.sizeBytes = 16'000'000'000; }),
+        named("disk11", [](auto& disk) { disk.sizeBytes = 16'000'000'000; }),
     };
     sortForDisplay(disks);
 
@@ -177,31 +169,31 @@ TEST(SDCardPolicyTests, chooseableDisksAreListedFirst) {
     EXPECT_THAT(order, testing::ElementsAre("disk11", "disk9", "disk10", "disk5", "disk6", "disk0"));
 }
 
-TEST(SDCardPolicyTests, theSameDiskIsKnownByIdentifierSizeNameAndBus) {
+TEST(SDCardPolicyTests, theSameDiskIsRecognizedByIdentifierSizeNameAndBus) {
     const struct {
         bool same;
         Change change;
     } cases[] = {
         {true,
-         [](auto& d) {
-             d.mediaName = " sd  CÄRD-Ｒeader!";
-             d.busProtocol = "usb";
+         [](auto& disk) {
+             disk.mediaName = " sd  CÄRD-Ｒeader!";
+             disk.busProtocol = "usb";
          }},
         {true,
-         [](auto& d) {
-             d.partitions = {{.id = "disk4s1"}};
-             d.deviceLocation = "Elsewhere";
-             d.isWritable = false;
-             d.isInternal.reset();
+         [](auto& disk) {
+             disk.partitions = {{.id = "disk4s1"}};
+             disk.deviceLocation = "Elsewhere";
+             disk.isWritable = false;
+             disk.isInternal.reset();
          }},
-        {false, [](auto& d) { d.mediaName = "SDCard Reader"; }},
-        {false, [](auto& d) { d.mediaName = "SD Card Reader 2"; }},
-        {false, [](auto& d) { d.busProtocol = "USB 3"; }},
-        {false, [](auto& d) { d.sizeBytes += 512; }},
-        {false, [](auto& d) { d.id = "disk04"; }},
+        {false, [](auto& disk) { disk.mediaName = "SDCard Reader"; }},
+        {false, [](auto& disk) { disk.mediaName = "SD Card Reader 2"; }},
+        {false, [](auto& disk) { disk.busProtocol = "USB 3"; }},
+        {false, [](auto& disk) { disk.sizeBytes += 512; }},
+        {false, [](auto& disk) { disk.id = "disk04"; }},
     };
-    for (size_t i = 0; i < std::size(cases); ++i) {
-        EXPECT_EQ(isSameDisk(cardInReader(), changed(cases[i].change)), cases[i].same) << "case " << i;
+    for (const auto& one : cases) {
+        EXPECT_EQ(isSameDisk(cardInReader(), changed(one.change)), one.same) << "case " << &one - cases;
     }
 }
 

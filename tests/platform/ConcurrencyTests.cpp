@@ -71,7 +71,11 @@ TEST(ConcurrencyTests, blockingWorkLearnsOfACancellationAndIsNeverCutShort) {
 
 TEST(ConcurrencyTests, aCancellationEndsASleepEarly) {
     std::stop_source cancellation;
-    loop->post([&cancellation] { cancellation.request_stop(); });
+    const auto cancelLater = [](std::stop_source source) -> Task<> {
+        co_await sleepFor(20ms);
+        source.request_stop();
+    };
+    startTask(loop, cancelLater(cancellation));
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_THROW(runUntilFinished(loop, sleepFor(1h), cancellation), CancellationError);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 10min);
@@ -99,7 +103,8 @@ TEST(ConcurrencyTests, aCallOfTheMainThreadWaitsForIt) {
     constexpr int threads = 20;
     constexpr int calls = 50;
     int counter = 0;  // without a lock: only the main thread touches it
-    const auto callOften = [](int& shared) -> Task<> {
+    int ended = 0;
+    const auto callOften = [](int& shared, int& ends) -> Task<> {
         co_await inBackground([&shared](const std::stop_token&) {
             for (int call = 0; call < calls; ++call) {
                 int seen = -1;
@@ -108,13 +113,14 @@ TEST(ConcurrencyTests, aCallOfTheMainThreadWaitsForIt) {
             }
             EXPECT_THROW(loop->call([] { throw std::runtime_error("broken"); }), std::runtime_error);
         });
+        ++ends;
     };
     for (int thread = 0; thread < threads; ++thread)
-        startTask(loop, callOften(counter));
-    runUntilFinished(loop, [](const int& shared) -> Task<> {
-        while (shared < threads * calls)
+        startTask(loop, callOften(counter, ended));
+    runUntilFinished(loop, [](const int& ends) -> Task<> {
+        while (ends < threads)
             co_await sleepFor(1ms);
-    }(counter));
+    }(ended));
     EXPECT_EQ(counter, threads * calls);
 }
 

@@ -138,7 +138,7 @@ TEST_F(CommandRunnerTests, aCommandThatPrintsTooMuchIsEnded) {
 TEST_F(CommandRunnerTests, whatACommandInherits) {
     setenv("TESSEL_KEPT", "inherited", 1);
     setenv("TESSEL_REPLACED", "inherited", 1);
-    // Like one of a library that forgot to mark it close-on-exec.
+    // A library may have forgotten to mark its descriptors close-on-exec.
     const FileDescriptor stray(open("/dev/null", O_RDWR));
     const auto result = runShell(
         "echo $TESSEL_KEPT $TESSEL_REPLACED $TESSEL_ADDED; echo /dev/fd/*; [ /dev/fd/0 -ef /dev/null ]", {},

@@ -121,6 +121,17 @@ TEST_F(ImageTransferFaultTests, aCardThatLiesIsCaughtAfterThreeReads) {
     EXPECT_EQ(script.synchronizations, 3) << "once after writing, and before each further read";
 }
 
+TEST_F(ImageTransferFaultTests, aStopEndsThePauseBeforeAnotherRead) {
+    useImage(chunk);
+    script.onRead = [](auto bytes, auto) { return SystemResult{.value = bytes.size()}; };
+    script.onSynchronize = [this] {
+        if (script.synchronizations == 2) stop.request_stop();
+        return SystemResult();
+    };
+    EXPECT_EQ(failure(), CancellationError().what());
+    EXPECT_EQ(script.readOffsets.size(), 1U);
+}
+
 TEST_F(ImageTransferFaultTests, aCardThatSilentlyDropsWritesIsCaught) {
     useImage(chunk + 512);
     script.onWrite = [](std::span<const std::byte> bytes, uint64_t) {

@@ -52,6 +52,16 @@ TEST_F(ImageTransferTests, writesAndVerifiesImagesOfEverySize) {
     }
 }
 
+TEST_F(ImageTransferTests, everyThreadIsThereBeforeTheFirstByteIsWritten) {
+    useImage(3 * chunk);
+    std::vector<std::ptrdiff_t> threadCounts;
+    onReport = [&threadCounts](const ImageWriteProgress&) {
+        threadCounts.push_back(std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}));
+    };
+    ASSERT_EQ(transfer(), nullptr);
+    EXPECT_THAT(threadCounts, testing::Each(threadCounts.front()));
+}
+
 TEST_F(ImageTransferTests, withoutVerificationTheCardIsNotReadBack) {
     useImage(chunk + 5);
     ASSERT_EQ(transfer(false), nullptr);

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// What a reader was asked, but for the first calls, a word each: "list info unmount authorize eject" for the
-/// commands about disk4. Anything else stays as it was called.
+/// Names each call after the first few by a word: "list info unmount authorize eject" for the commands about
+/// disk4. Any other call is quoted in full.
 inline std::string commandNames(const std::vector<std::string>& calls, size_t callsToSkip) {
     static const std::map<std::string, std::string> names = {
         {"diskutil list -plist", "list"},

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// A machine that is described in a file of sections and keys, with what is expected of it. A section is a
-/// block device; see tests/machines. What a section leaves out is as it is for a healthy disk.
+/// A machine described in a file of sections and keys, together with what is expected of it; see
+/// tests/machines. Each section is a block device. What it leaves out is as on a healthy disk.
 struct DescribedMachine {
     using Section = std::map<std::string, std::string>;
 

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// A described machine that can be worked on, and changes as a real one does. A hook that is set takes part
-/// in the call of its name.
+/// A described machine that can be operated on and changes as a real one would. A hook, where it is set,
+/// takes part in the call that it is named for.
 class DescribedSystem : public BlockSystem {
   public:
     explicit DescribedSystem(Machine machine) : machine(std::move(machine)) {}

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// A working device, but for one kind of call.
+/// A device that works but for one kind of call.
 class FaultyDevice : public WrappedDevice {
   public:
     enum class Fault { none, secondWrite, read, synchronize };

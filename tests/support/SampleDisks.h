@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// An SD card that may be chosen.
+/// Describes an SD card that may be chosen.
 inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaName = "SDXC Reader",
                               uint64_t sizeBytes = 32'000'000'000) {
     return {.id = id,
@@ -25,7 +25,7 @@ inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaNam
             .hasDetailedInfo = true};
 }
 
-/// A fixed disk, which is protected.
+/// Describes a fixed disk, which is protected.
 inline SDWholeDisk sampleFixedDisk(const std::string& id) {
     SDWholeDisk disk = sampleCard(id, "Fast NVMe Disk", 1'000'000'000'000);
     disk.busProtocol = "PCI-Express";

@@ -29,7 +29,7 @@ struct DeviceScript {
     int openDevices = 0;
 };
 
-/// A device in memory, for what no real one can be made to do.
+/// A device in memory that does what no real one can be made to do.
 class ScriptedDevice : public RawDevice {
   public:
     explicit ScriptedDevice(DeviceScript& script) : script(script) { ++script.openDevices; }
@@ -70,7 +70,7 @@ class ScriptedDevice : public RawDevice {
     DeviceScript& script;
 };
 
-/// Bytes that differ from place to place, the same for the same seed.
+/// Makes bytes that differ from place to place, but are the same for the same seed.
 inline std::vector<std::byte> patternedBytes(size_t size, uint32_t seed = 1) {
     std::vector<std::byte> bytes(size);
     uint32_t state = seed;

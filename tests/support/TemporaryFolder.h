@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-/// A new folder that is gone, with everything in it, when this is dropped.
+/// A new folder that is removed, with everything in it, when this is dropped.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
@@ -34,7 +34,7 @@ class TemporaryFolder {
         return file;
     }
 
-    /// A shell script that can be started as a program.
+    /// Writes a shell script that can be started as a program.
     std::filesystem::path writeScript(const std::string& name, std::string_view commands) const {
         const auto file = write(name, "#!/bin/sh\n" + std::string(commands) + "\n");
         std::filesystem::permissions(file, std::filesystem::perms::owner_all);

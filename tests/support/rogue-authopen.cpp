@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-// An authorization utility that does what it must not. The path that it is asked to open holds its steps:
+// An authorization utility that does what it must not. The path that it is asked to open lists its steps:
 // "send;say Resource busy;exit 1".
 
 namespace {
@@ -52,7 +52,7 @@ void perform(const std::string& step, const std::string& detail) {
     if (step == "say-undecodable") std::cerr << "Permission denied \xff" << std::endl;
     if (step == "close-output") close(STDOUT_FILENO);
     if (step == "wait") std::this_thread::sleep_for(300ms);
-    // Longer than anybody waits for it, with the socket and the errors open.
+    // The descendant keeps the socket and the errors open for longer than anybody waits.
     if (step == "leave-descendant" && fork() == 0) _exit(static_cast<int>(sleep(20)));
     if (step == "be-killed") kill(getpid(), SIGKILL);
     if (step == "exit") _exit(std::stoi(detail));

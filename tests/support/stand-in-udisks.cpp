@@ -10,13 +10,13 @@
 #include <fstream>
 #include <string>
 
-/// Plays UDisks2 on a bus, from a key file with one group a block device:
+/// Plays UDisks2 on a bus, from a key file with one group for each block device:
 ///
 ///     stand-in-udisks KEY-FILE CALLS-FILE
 ///
-/// "open", "unmount" and "eject" are names of errors to answer with, with "message"; without them the device
-/// is opened as asked, "mounted at" is unmounted, and ejecting succeeds. "Silence" is no error but no answer.
-/// A line for each call goes to CALLS-FILE, whose first line is "ready".
+/// The keys "open", "unmount" and "eject" name the errors to answer these calls with, and "message" their
+/// text; "Silence" means no answer at all. Without such a key the device is opened as asked, "mounted at" is
+/// unmounted, or ejecting succeeds. Each call adds a line to CALLS-FILE, whose first line is "ready".
 namespace {
 
 struct StandIn {
@@ -31,7 +31,7 @@ struct StandIn {
     }
     void log(const std::string& line) const { std::ofstream(callsFile, std::ios::app) << line << std::endl; }
 
-    /// Answers with the error that is wanted for the call, if any.
+    /// Answers with the error that is wanted for the call, if there is one.
     bool refuses(GDBusMethodInvocation* call, const std::string& device, const char* key) const {
         const std::string name = text(device, key);
         if (!name.empty() && name != "Silence")

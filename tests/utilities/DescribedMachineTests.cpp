@@ -13,7 +13,7 @@ namespace tessel {
 
 namespace {
 
-/// What the window knows of a disk, with what stands behind it.
+/// What the window knows about a disk, and why that is so.
 struct Answer {
     SDWholeDisk disk;
     std::optional<std::string> protection;
@@ -29,7 +29,7 @@ struct Answer {
     }
 };
 
-/// By the kernel's names, through the very text that the program reads.
+/// Reads the disks through the very text that the program reads, and keys them by the kernel's names.
 std::map<std::string, Answer> answersOf(const Machine& machine) {
     const DiskList list = parseDiskList(propertyListXML(diskListOf(machine)));
     std::map<std::string, Answer> answers;

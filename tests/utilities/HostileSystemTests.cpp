@@ -12,7 +12,7 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-/// What a system may do to a write that is under way.
+/// Does to a write under way what a system may do to it.
 class HostileSystemTests : public MountedDiskTest {
   protected:
     void SetUp() override {
@@ -22,7 +22,7 @@ class HostileSystemTests : public MountedDiskTest {
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     }
 
-    /// Writes two chunks, and lets something happen between them.
+    /// Writes two chunks and lets something happen between them.
     std::string writeWhile(const std::function<void()>& happening) const {
         return write(16 << 20, [&happening](ImageWriteProgress report) {
             const bool isBetweenChunks = report.completedBytes > 0 && report.fractionCompleted() < 1;

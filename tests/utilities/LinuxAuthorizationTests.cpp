@@ -26,7 +26,7 @@ FileDescriptor openReadWrite(const std::filesystem::path& path) {
 
 }  // namespace
 
-/// A machine whose one card is described as the loop device is, which is what gets opened for it.
+/// Describes a machine whose only card is the loop device that gets opened for it.
 class LinuxAuthorizationTests : public testing::Test {
   protected:
     void SetUp() override {
@@ -55,7 +55,7 @@ class LinuxAuthorizationTests : public testing::Test {
         ioctl(openReadWrite(loop->path()).get(), BLKPG, &argument);
     }
 
-    /// What is said instead of opening.
+    /// Returns what is said instead of opening.
     std::string refusal() {
         try {
             LinuxAuthorization(system).open(identifier);
@@ -100,23 +100,23 @@ TEST_F(LinuxAuthorizationTests, nothingIsOpenedWhereTheSystemsDiskIsUnknown) {
 }
 
 TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
-    const std::string exchanged = "The disk was exchanged while it was being opened.";
+    const std::string replaced = "The disk was replaced while it was being opened.";
     system.onOpen = [this] { return openReadWrite(folder.path() / "medium"); };
-    EXPECT_EQ(refusal(), exchanged) << "a file";
+    EXPECT_EQ(refusal(), replaced) << "a file";
 
     std::filesystem::resize_file(folder.write("other", ""), mediumSizeInBytes);
     const LoopDevice other({.file = folder.path() / "other"});
     system.onOpen = [&] { return openReadWrite(other.path()); };
-    EXPECT_EQ(refusal(), exchanged) << "another medium of the same size";
+    EXPECT_EQ(refusal(), replaced) << "another medium of the same size";
 
     changePartition(BLKPG_ADD_PARTITION);
     system.onOpen = [this] { return openReadWrite(loop->path().string() + "p1"); };
-    EXPECT_EQ(refusal(), exchanged) << "a partition that is as large as the disk";
+    EXPECT_EQ(refusal(), replaced) << "a partition that is as large as the disk";
     changePartition(BLKPG_DEL_PARTITION);
 
     system.onOpen = [this] { return openReadWrite(loop->path()); };
     card().sizeBytes *= 2;
-    EXPECT_EQ(refusal(), exchanged) << "another size";
+    EXPECT_EQ(refusal(), replaced) << "another size";
 }
 
 TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceThePersonAgreed) {

@@ -35,7 +35,7 @@ std::string failureOf(Action action) {
 
 }  // namespace
 
-/// A card in the laptop's own slot as disk7, with one volume that the desktop mounted.
+/// Has a card in the laptop's own slot as disk7, with one volume that the desktop mounted.
 class LinuxDisksTests : public testing::Test {
   protected:
     std::string unmount() {

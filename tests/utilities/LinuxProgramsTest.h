@@ -27,7 +27,7 @@
 
 namespace tessel {
 
-/// Runs until it is dropped.
+/// A program that runs until this is dropped.
 class Companion {
   public:
     explicit Companion(std::vector<std::string> command) {
@@ -61,8 +61,8 @@ inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags
     return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | flags));
 }
 
-/// The real programs on this machine's kernel, with a bus and a stand-in for UDisks2 of their own that knows
-/// one disk: a loop device.
+/// Runs the real programs on this machine's kernel, with a bus of their own and a stand-in for UDisks2 that
+/// knows one disk: a loop device.
 class LinuxProgramsTest : public testing::Test {
   protected:
     void SetUp() override {
@@ -74,7 +74,7 @@ class LinuxProgramsTest : public testing::Test {
         startBus();
     }
 
-    /// On a private bus without anybody on it.
+    /// Starts a private bus with nobody on it.
     void startBus() {
         const auto socket = folder.path() / "bus";
         const auto configuration = folder.write(
@@ -84,23 +84,22 @@ class LinuxProgramsTest : public testing::Test {
                 "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
         busAddress = "unix:path=" + socket.string();
         setenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str(), 1);
-        // The bus library's own locks are invisible to a thread sanitizer in the programs.
+        // A thread sanitizer in the programs can't see the locks of the bus library.
         setenv("TSAN_OPTIONS", "ignore_noninstrumented_modules=1", 0);
-        // Not to be told that it may not raise its limits.
+        // The bus is silenced, since it would complain that it may not raise its limits.
         bus.emplace(std::vector<std::string>{"sh", "-c",
                                              "exec dbus-daemon --nofork --nopidfile --config-file=" +
                                                  configuration.string() + " 2>/dev/null"});
         if (!appears(socket)) GTEST_SKIP() << "dbus-daemon is missing";
     }
 
-    /// What a test adds are more keys of the device.
-    void startUDisks(const std::string& keys = "", std::optional<uint64_t> knownNumber = {}) {
+    void startUDisks(const std::string& moreKeys = "", std::optional<uint64_t> knownNumber = {}) {
         udisks.reset();
         std::filesystem::remove(folder.path() / "calls");
         const auto description =
             folder.write("disks", "[" + loop->path().filename().string() +
                                       "]\nvendor=Generic\nmodel=SD Card\nfile system=ext4\nsequence number=" +
-                                      std::to_string(knownNumber.value_or(number)) + "\n" + keys);
+                                      std::to_string(knownNumber.value_or(number)) + "\n" + moreKeys);
         udisks.emplace(std::vector<std::string>{TESSEL_STAND_IN_UDISKS, description.string(),
                                                 (folder.path() / "calls").string()});
         ASSERT_TRUE(appears(folder.path() / "calls"));
@@ -116,8 +115,8 @@ class LinuxProgramsTest : public testing::Test {
              .arguments = {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}});
     }
 
-    /// Opens the disk and writes an image of that many bytes onto it, as the program does below its policy.
-    /// The hook is called with each report. Gives the error's text; empty when all is well.
+    /// Opens the disk and writes an image of that many bytes onto it, as the program does once its policy has
+    /// agreed. Calls the hook with each report. Returns the text of the error, or nothing when all is well.
     std::string write(size_t size, const ImageWriteProgressHandler& onReport) const {
         const auto image = patternedBytes(size);
         const auto file = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
@@ -146,7 +145,7 @@ class LinuxProgramsTest : public testing::Test {
         return parseDiskInfo(diskutil({"info", "-plist", "/dev/" + identifier}).output, identifier, nullptr)
             .value();
     }
-    /// Where "/" lies on no disk, as in most containers, nothing may be opened.
+    /// Nothing may be opened where "/" lies on no disk, as in most containers.
     bool isSystemDiskKnown() const { return diskutil({"info", "-plist", "/dev/disk0"}).status == 0; }
 
     static constexpr uint64_t mediumSizeInBytes = 64 << 20;
@@ -161,7 +160,7 @@ class LinuxProgramsTest : public testing::Test {
     std::optional<Companion> udisks;
 };
 
-/// With a file system on the disk that only this process and its children see mounted.
+/// Makes a file system on the disk, whose mounts only this process and its children see.
 class MountedDiskTest : public LinuxProgramsTest {
   protected:
     void SetUp() override {
@@ -187,10 +186,9 @@ class MountedDiskTest : public LinuxProgramsTest {
         const auto command = "mount -o " + options + " " + loop->path().string() + " " + mountPoint;
         ASSERT_EQ(std::system(command.c_str()), 0);
     }
-    /// What a test adds are more keys of the device.
-    void mountWith(const std::string& options, const std::string& keys = "") {
+    void mountWith(const std::string& options, const std::string& moreKeys = "") {
         mount(options);
-        startUDisks("mounted at=" + std::string(mountPoint) + "\n" + keys);
+        startUDisks("mounted at=" + std::string(mountPoint) + "\n" + moreKeys);
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
     }
     bool isMounted() const { return contentOf("/proc/self/mountinfo").find(mountPoint) != std::string::npos; }

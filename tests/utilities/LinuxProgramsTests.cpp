@@ -51,15 +51,18 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         const char* message;
         const char* sentence;
     } refusals[] = {
-        {"NotAuthorizedDismissed", "Not authorized", "The operation was cancelled."},
+        {"NotAuthorizedDismissed", "The authentication dialog was dismissed", "The operation was cancelled."},
         {"NotAuthorized", "Not authorized to perform operation",
-         "The authorized raw-device open failed: Not authorized to perform operation"},
-        {"NotAuthorizedCanObtain", "Nobody can be asked",
-         "The authorized raw-device open failed: Nobody can be asked"},
+         "The authorized raw-device open failed: Not authorized to perform operation. Authentication failed, "
+         "or the polkit rules of this computer forbid it. If no dialog was shown, start the polkit agent of "
+         "your desktop, such as lxpolkit, and try again."},
+        {"NotAuthorizedCanObtain", "Not authorized to perform operation",
+         "The authorized raw-device open failed: Not authorized to perform operation. Nobody could be asked, "
+         "because no authentication agent is running in this session. Start the polkit agent of your "
+         "desktop, such as lxpolkit, and try again."},
         {"DeviceBusy", "It is in use",
          "The SD card is still in use by another process. Close applications using the card, refresh the "
-         "disk "
-         "list, and try again."},
+         "disk list, and try again."},
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
     };
     for (const auto& [error, message, sentence] : refusals) {

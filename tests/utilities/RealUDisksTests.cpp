@@ -9,7 +9,7 @@ namespace tessel {
 
 using testing::HasSubstr;
 
-/// With the real UDisks2 on a private bus, and a device database that knows one loop device.
+/// Runs the real UDisks2 on a private bus, with a device database that knows one loop device.
 class RealUDisksTests : public MountedDiskTest {
   protected:
     void SetUp() override {
@@ -29,7 +29,7 @@ class RealUDisksTests : public MountedDiskTest {
         umount2("/var/lib", MNT_DETACH);
     }
 
-    /// As the device manager does once it has looked at the device.
+    /// Does what the device manager does once it has looked at the device.
     void describeInDatabase() const {
         std::filesystem::create_directories("/run/udev/data");
         std::ofstream("/run/udev/control").close();
@@ -38,8 +38,8 @@ class RealUDisksTests : public MountedDiskTest {
             << "S:disk/by-diskseq/" << number << "\nI:1\nE:ID_FS_USAGE=filesystem\nE:ID_FS_TYPE=ext4\nV:1\n";
     }
 
-    /// As a file manager does. Gives whether it succeeded. UDisks2 waits up to 20 seconds for the device
-    /// manager to notice, here and when unmounting, which none does in a test.
+    /// Mounts the disk as a file manager does, and returns whether that succeeded. Here and when unmounting,
+    /// UDisks2 waits up to 20 seconds for a device manager to notice, and no test has one.
     bool mountAsDesktop() const {
         const auto command =
             "udisksctl mount --no-user-interaction -b " + loop->path().string() + " >/dev/null 2>&1";

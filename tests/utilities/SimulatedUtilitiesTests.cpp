@@ -10,7 +10,7 @@ namespace tessel {
 using testing::HasSubstr;
 using Outcome = ReceivedDescriptor::Outcome;
 
-/// What no test of the services would notice.
+/// Covers what no test of the services would notice.
 class SimulatedUtilitiesTests : public testing::Test {
   protected:
     SimulatedUtilitiesTests() {

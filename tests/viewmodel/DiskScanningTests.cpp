@@ -1,3 +1,4 @@
+#include "foundation/SystemWords.h"
 #include "tests/viewmodel/ViewModelTest.h"
 
 namespace tessel {
@@ -45,8 +46,7 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
          [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
          "warning: 2 disks found · none selectable",
          {noneIsSelectable,
-          "Protected disk: SD Card Reader · 600 MB · disk4. Reason: macOS did not report the SD card as "
-          "writable.",
+          "Protected disk: SD Card Reader · 600 MB · disk4. Reason: " + systemWords().cardNotWritable,
           systemDisk},
          {"disk4", "disk0"},
          ""},
@@ -56,8 +56,7 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
              reader.removeDisk("disk4");
          },
          "warning: No whole disks found",
-         {"macOS returned no whole-disk identifiers. Confirm that App Sandbox is disabled and press Refresh "
-          "Disks again."},
+         {systemWords().noWholeDisks},
          {},
          ""},
         {"a failing scan changes nothing",
@@ -81,7 +80,7 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
         EXPECT_EQ(stateText(), state);
         auto messages = takeLog();
         ASSERT_FALSE(messages.empty());
-        EXPECT_EQ(messages.front(), "Scanning every whole disk visible to macOS.");
+        EXPECT_EQ(messages.front(), systemWords().scanStarted);
         messages.erase(messages.begin());
         EXPECT_EQ(messages, log);
         EXPECT_EQ(listedDisks(), disks);
@@ -94,7 +93,7 @@ TEST_F(DiskScanningTests, nothingElseHappensDuringAScan) {
     choose(folder.write("os.img", "image"));
     takeLog();
     bool wasScanning = false;
-    when("Scanning every whole disk visible to macOS.", [&] {
+    when(systemWords().scanStarted, [&] {
         wasScanning = stateText() == "scanningDisks" && viewModel->isBusy() && !viewModel->canStartWrite();
         EXPECT_TRUE(viewModel->didPerformInitialScan());
         tryEverything();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/SystemWords.h"
 #include "tests/viewmodel/ViewModelTest.h"
 
 namespace tessel {
@@ -24,8 +25,7 @@ inline constexpr auto unverified =
 inline constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 inline constexpr auto imageChanged = "The selected image changed after it was selected.";
-inline constexpr auto isProtected =
-    "The selected disk is protected: macOS did not report the SD card as writable.";
+inline const auto isProtected = "The selected disk is protected: " + systemWords().cardNotWritable;
 
 /// What the utilities are asked for a whole write.
 inline constexpr auto allCommands = "list info list info unmount authorize list info eject";

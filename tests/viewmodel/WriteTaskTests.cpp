@@ -1,6 +1,7 @@
 #include <chrono>
 #include <thread>
 
+#include "foundation/SystemWords.h"
 #include "tests/viewmodel/WriteTaskTest.h"
 
 namespace tessel {
@@ -45,8 +46,7 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
         EXPECT_TRUE(written == imageContent);
 
         EXPECT_EQ(viewModel->writePhaseTitle(), "Safe to Remove");
-        EXPECT_EQ(viewModel->writeProgressDetail(),
-                  "macOS ejected the SD card. It is now safe to physically remove it.");
+        EXPECT_EQ(viewModel->writeProgressDetail(), systemWords().cardEjected);
         EXPECT_EQ(viewModel->writeOperationProgress(), 1);
         EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 1);
         EXPECT_EQ(viewModel->overallWorkflowProgress(), 1);
@@ -57,11 +57,9 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "beep", "attention", "alert", "end"));
         EXPECT_EQ(desktop.lastAlert.message, "SD Card Is Safe to Remove");
         EXPECT_EQ(desktop.lastAlert.informativeText,
-                  verifies
-                      ? "The disk image was written and verified successfully. macOS has ejected the SD "
-                        "card, so it is now safe to physically remove it."
-                      : "The disk image was written successfully. macOS has ejected the SD card, so it is "
-                        "now safe to physically remove it.");
+                  (verifies ? "The disk image was written and verified successfully. "
+                            : "The disk image was written successfully. ") +
+                      systemWords().cardEjectedAfterWrite);
         EXPECT_EQ(desktop.lastAlert.button, "Done");
         EXPECT_EQ(desktop.lastAlert.symbol, "eject.circle.fill");
         EXPECT_EQ(desktop.lastAlert.symbolDescription, "Safe to remove");

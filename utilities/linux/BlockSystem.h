@@ -8,9 +8,9 @@
 
 namespace tessel {
 
-/// What can be asked of the operating system about its block devices. Devices are given by the kernel's
-/// names. Calls may wait for a person, without a limit. They throw PlatformError, worded for that person; a
-/// dialog that was dismissed is "User canceled.", a device that somebody uses contains "Resource busy".
+/// What the operating system can tell about its block devices and do with them. Devices go by the kernel's
+/// names. Calls wait for a person without a limit. They throw PlatformError, worded for that person: "User
+/// canceled." when they dismissed a dialog, a text with "Resource busy" when somebody uses the device.
 class BlockSystem {
   public:
     enum class Ejection {
@@ -23,14 +23,15 @@ class BlockSystem {
 
     [[nodiscard]] virtual Machine read() = 0;
 
-    /// Ends one mount of the device, and fails when it is in use.
+    /// Ends one mount of the device. Fails while that is in use.
     virtual void unmount(const std::string& device) = 0;
 
-    /// Opens for reading and writing, past the caches, and fails when anybody else uses the device.
+    /// Opens the device for reading and writing past the caches. Fails while anybody else uses it.
     [[nodiscard]] virtual FileDescriptor open(const std::string& device) = 0;
 
-    /// Has everything written that still waits in memory. Returns once it is, or after 10 seconds: what was
-    /// mounted and is not any more was written then, and other disks may be slow.
+    /// Has everything written that is still waiting in memory. Returns once that is done, but after 10
+    /// seconds at the latest: unmounting has already written the disk in question, and other disks may be
+    /// slow.
     virtual void flush() = 0;
 
     [[nodiscard]] virtual Ejection eject(const std::string& device) = 0;

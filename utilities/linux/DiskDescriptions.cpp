@@ -14,7 +14,7 @@ namespace {
 
 using Names = std::pair<std::string_view, std::string_view>;
 
-/// What the first of the parts that the text contains is called, or else `otherwise`.
+/// Returns the name that belongs to the first part that occurs in the text, or else `otherwise`.
 template <size_t count>
 std::string nameFor(std::string_view text, const std::array<Names, count>& names,
                     std::string_view otherwise) {
@@ -27,9 +27,9 @@ bool isSDCardInSlot(const BlockDevice& disk) {
     return isInCardSlot(disk) && disk.cardType == "SD";
 }
 
-/// By the way that leads to the disk in the kernel's device tree.
+/// Derives the bus from the disk's path in the kernel's device tree.
 std::string busOf(const BlockDevice& disk) {
-    // A slot may itself be connected through USB or PCI, so it comes first.
+    // A slot may itself be connected through USB or PCI, so it is asked about first.
     static constexpr std::array<Names, 5> buses{{
         {"/virtual/block/", "Virtual Interface"},
         {"/usb", "USB"},
@@ -41,29 +41,30 @@ std::string busOf(const BlockDevice& disk) {
     return isInCardSlot(disk) ? "MMC" : nameFor(disk.path, buses, "Unknown bus");
 }
 
-/// The kind of card that is positively known to be in the drive, or nothing.
+/// Returns the kind of card that is positively known to be in the drive, or nothing.
 std::string cardKindOf(const BlockDevice& disk) {
     static constexpr std::array<Names, 3> kinds{{
         {"flash_sdxc", "SDXC Card"},
         {"flash_sdhc", "SDHC Card"},
         {"flash_sd", "SD Card"},
     }};
-    // In a native slot the kernel knows; UDisks2 takes soldered flash for a card where it knows nothing.
+    // In a native slot the kernel knows best: UDisks2 takes soldered flash for a card.
     if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
-    // What UDisks2 said of the last medium says nothing of this one.
+    // What UDisks2 said about the last medium says nothing about this one.
     const bool isAboutThisMedium =
         disk.udisks.isMediaAvailable && disk.udisks.sequenceNumber == disk.sequenceNumber;
     return isAboutThisMedium ? nameFor(disk.udisks.media, kinds, "") : "";
 }
 
-/// What the device database calls the reader. Nothing where the same USB device may be a flash drive, too.
+/// Returns what the device database calls the reader, or nothing where the same USB device might also be a
+/// flash drive.
 std::string readerNameOf(const BlockDevice& disk) {
     const bool mayBeFlashDrive = lowercased(disk.databaseName).find("flash drive") != std::string::npos;
     return mayBeFlashDrive ? "" : disk.databaseName;
 }
 
-/// Vendor and model, the reader's name in the device database, and the kind of card, each unless it was
-/// already told.
+/// Joins the vendor, the model, the reader's name in the device database and the kind of card, each unless
+/// the name already contains it.
 std::string mediaNameOf(const BlockDevice& disk) {
     std::string name;
     for (const std::string& part :

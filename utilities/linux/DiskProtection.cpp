@@ -11,7 +11,8 @@ namespace tessel {
 
 namespace {
 
-/// Made by UDisks2 where it mounts what people plug in: whoever asked for it can do without it.
+/// Returns whether UDisks2 made the mount where it mounts what people plug in; whoever asked for it can do
+/// without it.
 bool mayBeUnmounted(const Mount& mount) {
     return mount.isByUDisks &&
            (mount.target.starts_with("/media/") || mount.target.starts_with("/run/media/"));
@@ -35,12 +36,12 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
     {[](const Machine&, const BlockDevice& disk) {
          return disk.sequenceNumber == 0 || disk.sequenceNumber != disk.sequenceNumberAfterwards;
      },
-     "its medium is being exchanged"},
+     "its medium is being replaced"},
 
     {[](const Machine&, const BlockDevice& disk) {
          return disk.udisks.sequenceNumber != disk.sequenceNumber;
      },
-     "the disk service does not know its medium yet"},
+     "the disk service has not recognized its medium yet"},
 });
 
 struct PartCheck {
@@ -48,7 +49,7 @@ struct PartCheck {
     std::string_view reason;
 };
 
-/// What makes a whole disk protected when it is true of any part.
+/// A whole disk is protected when one of these is true of any of its parts.
 constexpr auto partChecks = std::to_array<PartCheck>({
     {[](const BlockDevice& part) { return part.isSwap; }, "it is used as swap space"},
 
@@ -56,13 +57,13 @@ constexpr auto partChecks = std::to_array<PartCheck>({
      "it is part of a volume group, a RAID or an encrypted volume that is in use"},
 
     {[](const BlockDevice& part) {
-         // Pools of ZFS are imported without a sign in the kernel's device tree.
+         // ZFS imports its pools without leaving a sign in the kernel's device tree.
          return part.spansDisks || part.udisks.fileSystem == "zfs_member";
      },
-     "it is part of a file system that may lie on several disks"},
+     "it is part of a file system that may span several disks"},
 
     {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
-     "a volume on it is mounted that belongs to the system"},
+     "the system has mounted a volume on it"},
 });
 
 }  // namespace

@@ -18,7 +18,7 @@ void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) 
     const bool isSame = isWholeBlockDevice(descriptor.get()) &&
                         diskSequenceNumber(descriptor.get()).value == disk.sequenceNumber &&
                         mediumSize(descriptor.get()).value == disk.sizeBytes;
-    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was exchanged while it was being opened.");
+    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was replaced while it was being opened.");
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
     if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
-    // A person may have taken any time to answer.
+    // The person may have taken hours to answer.
     readUnusedDisk(identifier);
     return descriptor;
 }

@@ -5,9 +5,10 @@
 
 namespace tessel {
 
-/// Opens disks of this computer, once the person agreed in the desktop's own dialog. A protected or mounted
-/// disk is never opened. What is handed on is proved to be the disk that was asked for, is open to nobody
-/// else, and carries an exclusive lock, by which the system's own programs know to leave it alone.
+/// Opens disks of this computer once the person has agreed in the desktop's own dialog. A protected or
+/// mounted disk is never opened. The descriptor that is handed on has been proved to be the disk that was
+/// asked for; nobody else has that disk open, and an exclusive lock tells the system's own programs to leave
+/// it alone.
 class LinuxAuthorization : public DescriptorSource {
   public:
     explicit LinuxAuthorization(BlockSystem& system) : system(system) {}

@@ -14,19 +14,19 @@ namespace {
 
 using Ejection = BlockSystem::Ejection;
 
-/// A volume may be mounted several times, and mounted again by a desktop meanwhile.
+/// A volume may be mounted several times, and a desktop may mount it again in the meantime.
 constexpr int unmountRounds = 5;
 constexpr int ejectAttempts = 3;
 
-/// A desktop mounts new partitions about a second after the descriptor that wrote them was closed.
+/// A desktop mounts new partitions about a second after the program that wrote them has closed the disk.
 constexpr std::chrono::milliseconds timeToMountAgain{1500};
 
-/// The device manager locks a disk while it looks at what has just been written there.
+/// The device manager locks a disk while it looks at what has just been written to it.
 constexpr int lockAttempts = 20;
 constexpr std::chrono::milliseconds pauseWhileLocked{100};
 
 PlatformError busy(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " is mounted again and again."};
+    return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
 }
 
 PlatformError locked(const std::string& identifier) {
@@ -59,7 +59,7 @@ void LinuxDisks::unmount(const std::string& identifier) {
             for (const BlockDevice* part : mounted)
                 system.unmount(part->name);
         } catch (const PlatformError&) {
-            // No failure if somebody else was faster.
+            // It is no failure if somebody else was faster.
             if (!isAtRest(identifier)) throw;
         }
     }
@@ -75,15 +75,15 @@ void LinuxDisks::eject(const std::string& identifier) {
         const auto ejection = hasEjectMechanism(disk) ? system.eject(disk.name) : Ejection::impossible;
         if (ejection == Ejection::busy) continue;
         if (!isPresent(identifier)) return;
-        // What stays in its slot may be mounted again.
+        // A desktop may mount again what stays in its slot.
         system.wait(timeToMountAgain);
         if (isAtRest(identifier)) return;
     }
     throw busy(identifier);
 }
 
-/// The machine, as soon as nobody else works on the disk: another copy of this program, or a partitioning
-/// tool.
+/// Reads the machine as soon as nobody else is working on the disk, such as another copy of this program or a
+/// partitioning tool.
 Machine LinuxDisks::readUnlocked(const std::string& identifier) {
     for (int attempt = 1;; ++attempt) {
         Machine machine = system.read();
@@ -99,7 +99,7 @@ bool LinuxDisks::isPresent(const std::string& identifier) {
     return findListedDisk(machine, identifier);
 }
 
-/// Whether the medium is gone, or nothing of it is mounted.
+/// Returns whether the medium is gone or nothing on it is mounted.
 bool LinuxDisks::isAtRest(const std::string& identifier) {
     const Machine machine = system.read();
     const BlockDevice* disk = findListedDisk(machine, identifier);

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The disks of this computer. Each operation reads the machine again and judges again: a protected disk is
+/// The disks of this computer. Each operation reads the machine anew and judges anew: a protected disk is
 /// neither unmounted nor ejected, nor is one that somebody else is writing to.
 class LinuxDisks : public DiskSource {
   public:
@@ -16,11 +16,12 @@ class LinuxDisks : public DiskSource {
     PropertyList::Dictionary list() override;
     PropertyList::Dictionary info(const std::string& identifier) override;
 
-    /// Afterwards nothing of the disk is mounted, and nothing holds it.
+    /// Returns once nothing on the disk is mounted any more.
     void unmount(const std::string& identifier) override;
 
-    /// Afterwards the medium may be pulled: nothing of it is mounted, everything is written, and it is
-    /// ejected where there is a mechanism for that. Power is never cut, since other slots may depend on it.
+    /// Returns once the medium may be pulled: nothing on it is mounted, everything has been written, and it
+    /// has been ejected if the reader has a mechanism for that. Power is never cut, because other slots may
+    /// depend on it.
     void eject(const std::string& identifier) override;
 
   private:

@@ -28,7 +28,7 @@ bool isAmong(const std::vector<const BlockDevice*>& disks, const BlockDevice& di
     return std::ranges::find(disks, &disk) != disks.end();
 }
 
-/// Goes down from a device to the physical disks below it.
+/// Descends from a device to the physical disks below it.
 void collectDisksBelow(const Machine& machine, std::string_view name,
                        std::vector<const BlockDevice*>& disks) {
     const BlockDevice* device = deviceNamed(machine, name);

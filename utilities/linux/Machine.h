@@ -13,12 +13,12 @@ namespace tessel {
 
 struct Mount {
     std::string target;       ///< the folder
-    bool isByUDisks = false;  ///< UDisks2 made it, at somebody's request
+    bool isByUDisks = false;  ///< UDisks2 made it at somebody's request
 };
 
 /// What UDisks2 says about a block device and its drive.
 struct UDisksRecord {
-    /// The disk sequence number in the links that the device database gave. Absent when it gave none.
+    /// The disk sequence number in the links that the device database made. Absent when it made none.
     std::optional<uint64_t> sequenceNumber;
     std::string vendor;
     std::string model;
@@ -31,24 +31,25 @@ struct UDisksRecord {
     std::string partitionTable;  ///< such as "dos" or "gpt"
 };
 
-/// A block device: a disk, one of its partitions, or another part of it such as an eMMC's boot area.
+/// A disk, one of its partitions, or another part of it such as an eMMC's boot area.
 struct BlockDevice {
     std::string name;  ///< the kernel's, such as "sdb1"
     std::string path;  ///< in the kernel's device tree: "/sys/devices/…/block/sdb/sdb1"
-    /// The number that the kernel gives to each medium it meets, and never twice. 0 for a part of a disk.
+    /// The number that the kernel gives to each medium it meets, and never gives twice. 0 for a part of a
+    /// disk.
     uint64_t sequenceNumber = 0;
-    uint64_t sequenceNumberAfterwards = 0;  ///< the same, asked once everything else had been read
+    uint64_t sequenceNumberAfterwards = 0;  ///< the same, read again after everything else
     uint64_t sizeBytes = 0;
     bool isReadOnly = false;
-    unsigned partitionNumber = 0;  ///< 0 when it is none
+    unsigned partitionNumber = 0;  ///< 0 when it isn't a partition
     std::string cardType;          ///< in a native slot: "SD", or "MMC" for soldered flash
-    std::string databaseName;      ///< of the reader, by the device database
+    std::string databaseName;      ///< the device database's name for the reader
     std::vector<std::string> holders;
     std::vector<std::string> slaves;  ///< the devices below a device-mapper or RAID device
     bool isSwap = false;
     bool spansDisks = false;  ///< a mounted file system lies on this device and on others
     std::vector<Mount> mounts;
-    bool isLocked = false;  ///< a program works on it and wants to be alone
+    bool isLocked = false;  ///< a program is working on it and wants to be alone
     UDisksRecord udisks = {};
 };
 
@@ -57,32 +58,34 @@ struct Machine {
     std::string rootDevice;  ///< the name of the device that is mounted at "/"; empty when there is none
 };
 
-/// Whether the device exists in the kernel only: loop, device mapper, RAID, RAM, compressed memory.
+/// Returns whether the device exists only in the kernel: loop devices, device mapper, RAID, RAM, compressed
+/// memory.
 [[nodiscard]] bool isVirtual(const BlockDevice& device);
 
-/// Whether the device sits in a slot of the computer's own that speaks the cards' protocol. Soldered flash
-/// does, too.
+/// Returns whether the device sits in a slot of the computer itself that speaks the cards' protocol. Soldered
+/// flash does, too.
 bool isInCardSlot(const BlockDevice& device);
 
-/// The disk and every part of it.
+/// Returns the disk and every part of it.
 [[nodiscard]] std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
 
-/// Those of them that are mounted.
+/// Returns those of them that are mounted.
 [[nodiscard]] std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
 
-/// The physical disks that hold "/", by their numbers. Empty when "/" leads to none.
+/// Returns the physical disks that hold "/", ordered by their numbers. Empty when "/" leads to none.
 [[nodiscard]] std::vector<const BlockDevice*> systemDisks(const Machine& machine);
 
-/// The disks that have a medium and whose record holds together, by their identifiers' numbers.
+/// Returns the disks that have a medium and whose records are consistent, ordered by the numbers in their
+/// identifiers.
 [[nodiscard]] std::vector<const BlockDevice*> listedDisks(const Machine& machine);
 
-/// "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
+/// Returns "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
 [[nodiscard]] std::string identifierOf(const Machine& machine, const BlockDevice& disk);
 
-/// The listed disk with this identifier, or none.
+/// Returns the listed disk with this identifier, or null.
 [[nodiscard]] const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier);
 
-/// The listed disk with this identifier. Throws PlatformError when there is none.
+/// Returns the listed disk with this identifier. Throws PlatformError when there is none.
 [[nodiscard]] const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
 
 }  // namespace tessel

@@ -7,25 +7,25 @@
 
 namespace tessel {
 
-/// How a simulated disk misbehaves. By default it doesn't.
+/// How a simulated disk misbehaves; by default it doesn't.
 struct DiskBehaviour {
-    std::string refusesUnmount = {};  ///< what is said instead of unmounting, unless empty
-    std::string ejectFails = {};      ///< what is said instead of ejecting, unless empty
-    /// "dismissed", "denied", "busy", or else what is said instead of opening, unless empty.
+    std::string refusesUnmount = {};  ///< unless empty, said instead of unmounting
+    std::string ejectFails = {};      ///< unless empty, said instead of ejecting
+    /// Unless empty, "dismissed", "denied", "busy", or else what is said instead of opening.
     std::string authorization = {};
-    /// Details that change while the user is asked.
+    /// The details that change while the user is being asked.
     PropertyList::Dictionary exchangedDuringPrompt = {};
-    /// Seconds before "list", "info", "unmountDisk", "eject" or "authopen" does anything.
+    /// How many seconds "list", "info", "unmountDisk", "eject" or "authopen" waits before it does anything.
     std::map<std::string, double> delays = {};
 
     [[nodiscard]] static DiskBehaviour from(const PropertyList::Dictionary& dictionary);
     [[nodiscard]] PropertyList::Dictionary dictionary() const;
 
-    /// Sleeps as long as this command is told to wait.
+    /// Sleeps for as long as this command is to wait.
     void waitBefore(const std::string& command) const;
 };
 
-/// Replaces and adds the entries of `changes`.
+/// Adds the entries of `changes`, which replace those with the same keys.
 void merge(PropertyList::Dictionary& dictionary, const PropertyList::Dictionary& changes);
 
 }  // namespace tessel

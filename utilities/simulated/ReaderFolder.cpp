@@ -26,11 +26,11 @@ PropertyList::Dictionary readDictionary(const std::filesystem::path& path) {
     if (!file) throw posixError(path.string() + " could not be read", errno);
     const PropertyList value = parsePropertyList(std::string(std::istreambuf_iterator(file), {}));
     const PropertyList::Dictionary* dictionary = value.asDictionary();
-    if (!dictionary) throw posixError(path.string() + " is no dictionary", EINVAL);
+    if (!dictionary) throw posixError(path.string() + " is not a dictionary", EINVAL);
     return *dictionary;
 }
 
-/// Whoever reads meanwhile finds the old dictionary or the new one.
+/// Whoever reads in the meantime finds either the old dictionary or the new one.
 void writeDictionary(const std::filesystem::path& path, const PropertyList::Dictionary& dictionary) {
     const std::filesystem::path draft = path.string() + "." + std::to_string(getpid());
     if (!(std::ofstream(draft, std::ios::binary) << propertyListXML(dictionary) << std::flush))
@@ -43,7 +43,7 @@ void writeDictionary(const std::filesystem::path& path, const PropertyList::Dict
 void ReaderFolder::logCall(std::string_view line) const {
     const std::filesystem::path path = folder / callsFile;
     const FileDescriptor log(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644));
-    // One write, so that lines of programs that run at the same time don't mix.
+    // A single write keeps the lines of programs apart that run at the same time.
     const std::string bytes = std::string(line) + '\n';
     if (!log.isOpen()) throw posixError(path.string() + " could not be opened", errno);
     if (write(log.get(), bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))

@@ -27,9 +27,9 @@ class ReaderFolder {
     void logCall(std::string_view line) const;
     [[nodiscard]] std::vector<std::string> calls() const;
 
-    /// The identifiers of the disks that are in the reader, by their numbers.
+    /// Returns the identifiers of the disks that are in the reader, ordered by their numbers.
     [[nodiscard]] std::vector<std::string> disks() const;
-    /// Whether it is out makes no difference to these.
+    /// These work for a disk outside the reader, too.
     void setDetails(const std::string& disk, const PropertyList::Dictionary& details) const;
     void setBehaviour(const std::string& disk, const DiskBehaviour& behaviour) const;
     void putIn(const std::string& disk) const;

@@ -13,7 +13,7 @@ namespace tessel {
 
 namespace {
 
-/// What the user or the system says instead of opening.
+/// Returns what the user or the system says instead of opening.
 std::string refusalText(const std::string& authorization) {
     constexpr std::pair<const char*, const char*> texts[] = {
         {"dismissed", "User canceled."},

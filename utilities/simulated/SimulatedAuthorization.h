@@ -5,8 +5,8 @@
 
 namespace tessel {
 
-/// Opens the media of a folder that plays a card reader: files, and loop devices (exclusively). Any other
-/// device is refused, wherever a link leads.
+/// Opens the media of a folder that plays a card reader: files, and loop devices, which nobody else may have
+/// open. Any other device is refused, wherever a link leads.
 class SimulatedAuthorization : public DescriptorSource {
   public:
     explicit SimulatedAuthorization(const ReaderFolder& reader) : reader(reader) {}

@@ -14,7 +14,7 @@ PlatformError refusal(const std::string& text) {
     return {"Disk", 1, text};
 }
 
-/// Adds the identifiers of partitions, and of the volumes inside them under whatever key.
+/// Adds the identifiers of partitions and of the volumes inside them, whatever the key.
 void collectIdentifiers(const PropertyList& value, PropertyList::List& identifiers) {
     if (const PropertyList::List* list = value.asList()) {
         for (const PropertyList& item : *list)
@@ -42,7 +42,7 @@ PropertyList withoutMountPoints(const PropertyList& value) {
     return unmounted;
 }
 
-/// The list's view of a disk, under the keys that the list uses.
+/// Returns what the list says about a disk, under the keys that the list uses.
 PropertyList::Dictionary listEntry(const PropertyList::Dictionary& details) {
     constexpr std::pair<const char*, const char*> keys[] = {
         {identifierKey, identifierKey},    {"Content", "Content"},         {"TotalSize", "Size"},

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// Runs a simulated utility for the reader's folder, which is where the program was started from. The call is
-/// logged before anything else happens. Gives the exit status.
+/// Runs a simulated utility for the reader in whose folder the program was started. The call is logged before
+/// anything else happens. Returns the exit status.
 [[nodiscard]] int runSimulatedProgram(
     std::span<char*> commandLine,
     const std::function<int(const ReaderFolder& reader, std::span<const std::string> arguments)>& utility);

@@ -9,7 +9,8 @@
 
 namespace tessel {
 
-/// A question or a message above a window. Shown with open(), it waits for nobody and frees itself.
+/// Asks a question or shows a message above a window. Open it with open(), which returns at once; it deletes
+/// itself when it is closed.
 class AlertDialog : public QDialog {
   public:
     struct Action {
@@ -24,7 +25,8 @@ class AlertDialog : public QDialog {
         QString symbolDescription;
         QString message;
         QString informativeText;
-        std::vector<Action> actions;  ///< the first is the safe one: Return chooses it, Escape does nothing
+        /// The first one is safe: Return chooses it. Escape closes the dialog and chooses none.
+        std::vector<Action> actions;
     };
 
     AlertDialog(const Fields& fields, QWidget* window);

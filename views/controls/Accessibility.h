@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// Has screen readers ask an `Interface`, made for the widget, about every widget of a class.
+/// Lets screen readers learn about each `Widget` from an `Interface` that is made for it.
 template <typename Widget, typename Interface>
 void presentToScreenReaders() {
     QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {

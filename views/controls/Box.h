@@ -7,19 +7,19 @@
 
 namespace tessel {
 
-/// A rounded box around other widgets.
+/// Draws a rounded box around other widgets. Lengths are in pixels.
 class Box : public QWidget {
   public:
     struct Look {
         double radius;
-        int padding;  ///< between the box and its content
+        int padding;  ///< lies between the box and its content
         QColor (*fill)(const Colors& colors);
         QColor (*stroke)(const Colors& colors);
     };
 
     explicit Box(const Look& look);
 
-    /// Holds the content, top to bottom.
+    /// Takes the content, laid out top to bottom.
     [[nodiscard]] QVBoxLayout& content() { return *column; }
 
   protected:

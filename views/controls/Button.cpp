@@ -30,7 +30,7 @@ Measures measuresOf(Button::Size size) {
     return {FontRole::body, {14, 7}, 8};
 }
 
-constexpr double ringGap = 3;  // the focus ring and the gap between it and the fill
+constexpr double ringGap = 3;  // holds the focus ring and the gap between it and the fill
 
 }  // namespace
 
@@ -40,7 +40,7 @@ Button::Button(const Fields& fields) :
     look(fields.look),
     size(fields.size) {
     setAttribute(Qt::WA_Hover);
-    setAutoDefault(true);  // Return presses it too
+    setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();
 }

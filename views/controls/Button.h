@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// A button with a symbol and a text.
+/// Shows a symbol before its text.
 class Button : public QPushButton {
   public:
     enum class Look { prominent, bordered, destructive, destructiveProminent };
@@ -19,7 +19,7 @@ class Button : public QPushButton {
     explicit Button(const Fields& fields);
 
     [[nodiscard]] QSize sizeHint() const override;
-    /// Enough for a few letters: a button that may shrink shortens its text.
+    /// Leaves room for a few letters: a button that has to shrink shortens its text.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// The box around one group of the window's content.
+/// Frames one group of the window's content.
 class Card : public Box {
   public:
     Card();

@@ -6,7 +6,7 @@ class QVBoxLayout;
 
 namespace tessel {
 
-/// A card's symbol and title above its explanation.
+/// Lays out a card's symbol and title above its explanation.
 [[nodiscard]] QVBoxLayout* cardHeading(const QString& symbol, const QString& title,
                                        const QString& explanation);
 

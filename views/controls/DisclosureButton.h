@@ -5,13 +5,13 @@
 
 namespace tessel {
 
-/// The line that opens and closes what is below it: a chevron, then a label of any widgets. Checked means
-/// open; screen readers hear it as expandable. Toggle it by setChecked, listen to `clicked` or `toggled`.
+/// Opens and closes what is below it. It shows a chevron, then a label made of any widgets. Checked means
+/// open, and screen readers announce it as expandable.
 class DisclosureButton : public QAbstractButton {
   public:
     DisclosureButton();
 
-    /// Where the label's widgets go, left to right. Clicks on them count as clicks on the button.
+    /// Takes the label's widgets, laid out left to right. Clicks on them count as clicks on the button.
     [[nodiscard]] QHBoxLayout& label() { return *row; }
 
     [[nodiscard]] QSize sizeHint() const override { return row->sizeHint(); }

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// A fine horizontal line.
+/// Draws a fine horizontal line.
 class Divider : public QWidget {
   public:
     Divider() { setFixedHeight(1); }

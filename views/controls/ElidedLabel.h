@@ -4,8 +4,8 @@
 
 namespace tessel {
 
-/// A text of one line that is shortened with an ellipsis when it does not fit. The whole text is then its
-/// tool tip, and always what screen readers say.
+/// Shows a text on one line and shortens it with an ellipsis when it does not fit. The tool tip then shows
+/// the whole text, and screen readers always say all of it.
 class ElidedLabel : public TextLabel {
   public:
     ElidedLabel(const TextLook& look, Qt::TextElideMode mode);

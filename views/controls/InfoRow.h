@@ -7,7 +7,7 @@ namespace tessel {
 class SelectableValue;
 class TextLabel;
 
-/// One labelled line: a title, then a value.
+/// Shows a title and its value on one line.
 class InfoRow : public QWidget {
   public:
     explicit InfoRow(const QString& title);

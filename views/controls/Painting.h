@@ -8,20 +8,20 @@ class QWidget;
 
 namespace tessel {
 
-/// A rounded box. An invalid or transparent colour leaves its part out.
+/// Describes a rounded box in pixels. A part whose colour is transparent is left out.
 struct RoundedBox {
     QRectF bounds;
     double radius = 0;
     QColor fill = Qt::transparent;
-    QColor stroke = Qt::transparent;  ///< one pixel, inside the bounds
+    QColor stroke = Qt::transparent;  ///< is one pixel wide and lies inside the bounds
 };
 
 void paintBox(QPainter& painter, const RoundedBox& box);
 
-/// Two pixels of the accent colour, inside the bounds.
+/// Draws an outline in the accent colour, two pixels wide and inside the bounds.
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius);
 
-/// Whether the widget has the focus and the person moves it with the keyboard.
+/// Tells whether the widget has the focus and the person moves the focus with the keyboard.
 [[nodiscard]] bool showsKeyboardFocus(const QWidget& widget);
 
 }  // namespace tessel

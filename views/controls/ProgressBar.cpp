@@ -44,7 +44,7 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     const double radius = thickness / 2.0;
     paintBox(painter, {.bounds = rect(), .radius = radius, .fill = withOpacity(colors.primary, 0.12)});
     if (fraction > 0) {
-        // Never shorter than a dot, so that a beginning can be seen.
+        // The bar is never shorter than a dot, so that the beginning can be seen.
         const double length = std::max<double>(fraction * width(), thickness);
         paintBox(painter,
                  {.bounds = QRectF(0, 0, length, height()), .radius = radius, .fill = colors.accent});

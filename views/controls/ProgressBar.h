@@ -4,12 +4,12 @@
 
 namespace tessel {
 
-/// A slim bar. Screen readers hear it as a percentage; give it an accessible name.
+/// Shows a fraction as a slim bar. Screen readers announce it as a percentage; give it an accessible name.
 class ProgressBar : public QProgressBar {
   public:
     ProgressBar();
 
-    /// 0 to 1; values outside count as the nearer end.
+    /// Takes 0 to 1; a value outside counts as the nearer end.
     void setFraction(double fraction);
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// A vertical scroll bar that shows a slim handle on whatever is behind it.
+/// Scrolls vertically, and shows only a slim handle on whatever is behind it.
 class ScrollBar : public QScrollBar {
   public:
     ScrollBar();

@@ -94,7 +94,7 @@ void SelectableValue::applyLook() {
 }
 
 void SelectableValue::updateFocusPolicy() {
-    // A value that can be read whole is no stop for someone who moves with the Tab key.
+    // The Tab key skips a value that can be read in full.
     setFocusPolicy(isElided() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 

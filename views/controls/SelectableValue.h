@@ -4,12 +4,12 @@
 
 namespace tessel {
 
-/// A value that can be selected and copied. When it does not fit, it is shortened in the middle until it gets
-/// the focus, and its tool tip is the whole value; copying always gives the whole value or the selected part
-/// of it.
+/// Shows a value that can be selected and copied. A value that does not fit is shortened in the middle until
+/// it gets the focus, and its tool tip shows all of it. Copying gives the selected part, or the whole value
+/// if nothing is selected.
 class SelectableValue : public QLineEdit {
   public:
-    static constexpr int textMargin = 2;  ///< pixels that a QLineEdit leaves free at each side of its text
+    static constexpr int textMargin = 2;  ///< is what QLineEdit leaves free beside its text, in pixels
 
     SelectableValue();
 

@@ -9,7 +9,8 @@ namespace tessel {
 class ElidedLabel;
 class StatusSign;
 
-/// The live status of the program: sign and text in one colour. A text that does not fit is shortened.
+/// Shows the live status of the program as a sign and a text in one colour. A text that does not fit is
+/// shortened.
 class StatusBadge : public QWidget {
   public:
     struct Fields {

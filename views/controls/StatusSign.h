@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The sign before a status: a turning arc while busy, otherwise a dot.
+/// Stands before a status: it shows a turning arc while the program is busy, otherwise a dot.
 class StatusSign : public QWidget {
   public:
     StatusSign();
@@ -25,7 +25,7 @@ class StatusSign : public QWidget {
 
     Tone tone = Tone::secondary;
     bool isBusy = false;
-    int angle = 90;  ///< of the arc's beginning, in degrees
+    int angle = 90;  ///< is where the arc begins, in degrees
     QBasicTimer turn;
 };
 

@@ -40,7 +40,7 @@ int bodySize() {
     return std::max(QFontInfo(QGuiApplication::font()).pixelSize(), designedBodySize);
 }
 
-constexpr double readableContrast = 4.8;  // 4.5, and what a faint tint behind the text takes away
+constexpr double readableContrast = 4.8;  // is 4.5 and what a faint tint behind the text takes away
 
 double relativeLuminance(const QColor& color) {
     const auto linear = [](double channel) {
@@ -49,7 +49,7 @@ double relativeLuminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-/// The colour, moved towards `goal` until it can be read on all of the backgrounds.
+/// Moves the colour towards `goal` until it can be read on all of the backgrounds.
 QColor readable(QColor color, const QColor& goal, std::span<const QColor> backgrounds) {
     const auto canBeRead = [&](const QColor& background) {
         return contrastRatio(color, background) >= readableContrast;

@@ -3,11 +3,12 @@
 #include <QColor>
 #include <QFont>
 
-/// How everything in the window looks: one scale of distances, one set of fonts, one set of colours. All of
-/// it follows the desktop's application font and palette. Main thread only.
+/// Everything in the window takes its looks from here: from one scale of distances, one set of fonts and one
+/// set of colours. Fonts and colours follow the desktop's application font and palette. Use it on the main
+/// thread only.
 namespace tessel {
 
-/// Distances in device-independent pixels.
+/// Distances are in device-independent pixels.
 namespace spacing {
 inline constexpr int hair = 2;
 inline constexpr int tight = 4;
@@ -29,16 +30,16 @@ enum class FontRole {
     smallMonospaced,
 };
 
-/// The font for a use, derived from the application's font and never smaller than 11 pixels.
+/// Derives the font for a use from the application's font. It is never smaller than 11 pixels.
 [[nodiscard]] QFont styledFont(FontRole role, QFont::Weight weight = QFont::Normal);
 
-/// A width designed for the default font, in pixels, for the application's font.
+/// Scales a width that was designed for the default font to the application's font. Both are in pixels.
 [[nodiscard]] int scaledWithFont(int width);
 
 /// What a colour says. Each can be read as text on every background below.
 enum class Tone { primary, secondary, green, blue, orange, red, accent };
 
-/// The colours of one palette, light or dark.
+/// Holds the colours of one palette, which may be light or dark.
 struct Colors {
     QColor primary;
     QColor secondary;
@@ -47,26 +48,27 @@ struct Colors {
     QColor orange;
     QColor red;
     QColor accent;
-    QColor accentFill;           ///< behind white text
-    QColor redFill;              ///< behind white text
-    QColor windowBackground;     ///< header and cards
-    QColor underPageBackground;  ///< behind the cards
-    QColor controlBackground;    ///< the disk table
-    QColor textBackground;       ///< the operation log
+    QColor accentFill;           ///< lies behind white text
+    QColor redFill;              ///< lies behind white text
+    QColor windowBackground;     ///< fills the header and the cards
+    QColor underPageBackground;  ///< lies behind the cards
+    QColor controlBackground;    ///< fills the disk table
+    QColor textBackground;       ///< fills the frame of the operation log
 
     [[nodiscard]] QColor of(Tone tone) const;
 };
 
-/// The colours of the application's palette as it is now. Ask again at each painting: the palette may change.
+/// Derives the colours from the application's palette. Ask again at each painting, since the palette may
+/// change.
 [[nodiscard]] Colors currentColors();
 
-/// The same colour, opacity 0 to 1.
+/// Gives the colour another opacity, from 0 to 1.
 [[nodiscard]] QColor withOpacity(QColor color, double opacity);
 
-/// The colour with a share (0 to 1) of another, opaque.
+/// Mixes a share of another colour, from 0 to 1, into the colour. The result is opaque.
 [[nodiscard]] QColor mixed(const QColor& color, const QColor& other, double share);
 
-/// How well two opaque colours can be told apart, 1 to 21, as the WCAG define it. Text needs 4.5.
+/// Tells how well two opaque colours can be told apart, from 1 to 21, as the WCAG define it. Text needs 4.5.
 [[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 
 }  // namespace tessel

@@ -10,7 +10,7 @@ namespace tessel {
 
 namespace {
 
-constexpr int ringWidth = 3;  // room for the focus ring around the track
+constexpr int ringWidth = 3;  // leaves room for the focus ring around the track
 constexpr double disabledOpacity = 0.45;
 
 }  // namespace

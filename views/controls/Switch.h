@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// A two-state control that takes effect at once: a small track with a knob, then its text.
+/// Turns something on or off at once. It shows a small track with a knob, then its text.
 class Switch : public QCheckBox {
   public:
     enum class Size { small, regular };

@@ -11,12 +11,13 @@ namespace tessel {
 
 namespace {
 
-/// A drawing is black ink with white cut-outs on nothing: a pixel gets the colour where there is ink.
+/// A drawing is black ink with white cut-outs on a transparent ground; a pixel gets the colour where there is
+/// ink.
 void tint(QImage& drawing, const QColor& color) {
     for (int y = 0; y < drawing.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(drawing.scanLine(y));
         for (int x = 0; x < drawing.width(); ++x) {
-            // Premultiplied, so the red channel is the light that the cut-outs let through.
+            // The pixels are premultiplied, so the red channel is the light that the cut-outs let through.
             const int ink = qAlpha(line[x]) - qRed(line[x]);
             const int alpha = ink * color.alpha() / 255;
             line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));

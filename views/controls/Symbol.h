@@ -9,13 +9,13 @@ class QPainter;
 
 namespace tessel {
 
-/// A symbol as a picture: its name, edge length in device-independent pixels, colour and the device's pixels
-/// to each of those. Names are those of the drawings in views/controls/symbols; an unknown one gives a null
+/// Draws a symbol of `size` by `size` device-independent pixels, for a device with `devicePixelRatio` pixels
+/// to each of them. The name is that of a drawing in views/controls/symbols; an unknown one gives a null
 /// pixmap.
 [[nodiscard]] QPixmap symbolPixmap(const QString& name, int size, const QColor& color,
                                    double devicePixelRatio);
 
-/// Paints a symbol into the middle of the bounds, sharp at the painter's device.
+/// Paints a symbol in the middle of the bounds, at the resolution of the painter's device.
 void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, int size, const QColor& color);
 
 }  // namespace tessel

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// A symbol and a wrapped text in the same colour; the symbol stands before the first line.
+/// Shows a symbol before the first line of a wrapped text, both in the same colour.
 class SymbolLabel : public TextLabel {
   public:
     SymbolLabel(const QString& symbol, const QString& text, const TextLook& look);

@@ -7,13 +7,13 @@
 
 namespace tessel {
 
-/// A symbol on its own. It says nothing to screen readers unless it is given an accessible name.
+/// Shows a symbol on its own. Screen readers are silent about it unless it is given an accessible name.
 class SymbolView : public QWidget {
   public:
     struct Fields {
         QString symbol;
         Tone tone = Tone::primary;
-        int size = 16;  ///< edge length of the drawing
+        int size = 16;  ///< is the edge length of the drawing, in pixels
 
         bool operator==(const Fields&) const = default;
     };

@@ -6,7 +6,7 @@ namespace tessel {
 
 TextLabel::TextLabel(const QString& text, const TextLook& look) : QLabel(text), currentLook(look) {
     setTextFormat(Qt::PlainText);
-    // Otherwise a label in a button takes the button's.
+    // Otherwise a label in a button would take the button's colour.
     setForegroundRole(QPalette::WindowText);
     TextLabel::applyLook();
 }
@@ -26,7 +26,7 @@ void TextLabel::changeEvent(QEvent* event) {
 void TextLabel::applyLook() {
     setFont(styledFont(currentLook.font, currentLook.weight));
     const QColor color = currentColors().of(currentLook.tone);
-    // Setting a palette is itself a change of palette.
+    // Setting a palette is itself a change of palette, which would lead here again.
     if (palette().color(QPalette::WindowText) != color) {
         QPalette tinted = palette();
         tinted.setColor(QPalette::WindowText, color);

@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// The font and colour of a text.
+/// Describes how a text looks.
 struct TextLook {
     FontRole font = FontRole::body;
     Tone tone = Tone::primary;
@@ -15,8 +15,8 @@ struct TextLook {
     bool operator==(const TextLook&) const = default;
 };
 
-/// A plain text in one of the window's looks; it follows the application's font and palette. Texts are never
-/// read as markup.
+/// Shows a plain text in one of the window's looks, which follow the application's font and palette. A text
+/// is never read as markup.
 class TextLabel : public QLabel {
   public:
     TextLabel(const QString& text, const TextLook& look);
@@ -26,14 +26,14 @@ class TextLabel : public QLabel {
 
   protected:
     void changeEvent(QEvent* event) override;
-    /// Called when the look, the application's font or its palette changed.
+    /// Is called when the look, the application's font or its palette has changed.
     virtual void applyLook();
 
   private:
     TextLook currentLook;
 };
 
-/// A text that wraps at the width it is given.
+/// Makes a label whose text wraps at the width that it is given.
 [[nodiscard]] TextLabel* wrappedLabel(const QString& text, const TextLook& look);
 
 }  // namespace tessel

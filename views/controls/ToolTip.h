@@ -7,7 +7,7 @@ class QWidget;
 
 namespace tessel {
 
-/// The text as a tool tip that shows it as it is, wrapped: it is never read as markup.
+/// Turns the text into a tool tip that shows it as it is: it wraps and is never read as markup.
 [[nodiscard]] QString plainToolTip(const QString& text);
 
 /// Shows the text above the widget if the event asks for a tool tip. Returns whether it did.

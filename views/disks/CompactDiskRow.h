@@ -12,8 +12,8 @@ class DiskMediaCell;
 class DiskTargetSelector;
 class ElidedLabel;
 
-/// One disk of the table. A click inspects the disk; only the radio control chooses it as the target. The
-/// space bar presses the radio control of the row that has the focus.
+/// Shows one disk of the table. A click inspects the disk; only the radio control chooses it as the target.
+/// The space bar presses the radio control of the row that has the focus.
 class CompactDiskRow : public QWidget {
   public:
     struct Fields {

@@ -35,7 +35,7 @@ class AccessibleRowList : public QAccessibleWidget {
     explicit AccessibleRowList(DiskRowList& list) : QAccessibleWidget(&list, QAccessible::List, "Disks") {}
 };
 
-/// The rounded outline. It lies over the rows and hides their square corners.
+/// Draws the rounded outline over the rows and hides their square corners.
 class TableFrame : public QWidget {
   public:
     explicit TableFrame(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
@@ -93,7 +93,7 @@ void CompactDiskTable::showFields() {
 
 CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {
     const auto withDisk = [this, diskID](const std::function<void(const SDWholeDisk&)>& action) {
-        // A copy: the action may well change what the row shows.
+        // The action gets a copy, since it may change what the row shows.
         const SDWholeDisk disk = rowsByID.at(diskID)->fields().disk;
         action(disk);
     };
@@ -128,7 +128,7 @@ void CompactDiskTable::retire(const RowsByID& retired) {
     for (const auto& [id, row] : retired) {
         if (row->hasFocus() && !rows.empty()) rows.front()->setFocus(Qt::OtherFocusReason);
         row->hide();
-        // Not at once: it may be the row whose click led here.
+        // The row is not deleted at once, since its own click may have led here.
         row->deleteLater();
     }
 }
@@ -153,7 +153,7 @@ void CompactDiskTable::chooseTabStop() {
     }
     if (stop) {
         stop->setFocusPolicy(Qt::StrongFocus);
-        // A new row would be the window's last stop.
+        // Otherwise a new row would be the window's last stop.
         setTabOrder(&header->lastHeading(), stop);
     }
 }

@@ -16,16 +16,16 @@ namespace tessel {
 
 class DiskTableHeader;
 
-/// The disks as a table of one row each, below sortable headings. It decides nothing: it shows the disks in
-/// the order given and reports what the person does. It is as high as its rows, up to six of them.
+/// Lists disks below sortable headings, one in each row. It decides nothing: it shows the disks in the order
+/// given and reports what the person does. It is as high as its rows, up to six of them.
 ///
-/// All rows together are one stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move to
-/// another row and inspect it; the space bar chooses the disk of the row.
+/// All rows together are a single stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move
+/// to another row and inspect it; the space bar chooses the disk of the row.
 class CompactDiskTable : public QWidget {
   public:
     struct Fields {
-        std::vector<SDWholeDisk> disks;  ///< filtered and sorted
-        std::string selectedTargetID;    ///< empty when there is no target
+        std::vector<SDWholeDisk> disks;  ///< are already filtered and sorted
+        std::string selectedTargetID;    ///< is empty when there is no target
         std::optional<std::string> inspectedDiskID;
         bool isBusy = false;
         DiskSortField sortField = DiskSortField::disk;
@@ -42,7 +42,8 @@ class CompactDiskTable : public QWidget {
 
     explicit CompactDiskTable(const Actions& actions);
 
-    /// Cheap when nothing changed; otherwise rows are kept by their disk's identifier.
+    /// Does nothing if the fields are unchanged. A row is kept for as long as a disk of its identifier is
+    /// listed.
     void display(const Fields& fields);
 
   protected:
@@ -70,7 +71,7 @@ class CompactDiskTable : public QWidget {
     QScrollArea* scrollArea;
     QWidget* rowList;
     QWidget* frame;
-    std::vector<CompactDiskRow*> rows;  ///< in the order of the disks
+    std::vector<CompactDiskRow*> rows;  ///< are in the order of the disks
     RowsByID rowsByID;
 };
 

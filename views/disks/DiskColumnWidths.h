@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// The widths of the disk table's columns in pixels. Media gets what is left.
+/// Gives the widths of the disk table's columns in pixels. The media column gets what is left.
 struct DiskColumnWidths {
     int target = scaledWithFont(44);
     int disk = scaledWithFont(138);

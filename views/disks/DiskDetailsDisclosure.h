@@ -15,7 +15,7 @@ class ElidedLabel;
 class SymbolLabel;
 class SymbolView;
 
-/// The details of the inspected disk, behind one line that opens and closes them.
+/// Shows the details of the inspected disk behind one line that opens and closes them.
 class DiskDetailsDisclosure : public QWidget {
   public:
     struct Fields {
@@ -26,7 +26,8 @@ class DiskDetailsDisclosure : public QWidget {
         bool operator==(const Fields&) const = default;
     };
 
-    /// `expandAction` is called with the wish of the person who opens or closes it; `display` carries it out.
+    /// `expandAction` is told whether the person wants the details open; `display` opens or closes
+    /// them.
     explicit DiskDetailsDisclosure(std::function<void(bool)> expandAction);
 
     void display(const Fields& fields);

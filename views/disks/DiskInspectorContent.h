@@ -13,12 +13,12 @@ class InfoRow;
 class SymbolLabel;
 class TextLabel;
 
-/// Everything that is known about one disk, and whether it may be the target.
+/// Shows everything that is known about one disk, and whether it may be the target.
 class DiskInspectorContent : public QWidget {
   public:
     DiskInspectorContent();
 
-    /// Cheap when the disk is unchanged. The partitions are closed whenever another disk is shown.
+    /// Does nothing if the disk is unchanged. The partitions are closed whenever another disk is shown.
     void display(const SDWholeDisk& disk);
 
   private:

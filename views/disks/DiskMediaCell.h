@@ -9,7 +9,7 @@ namespace tessel {
 class ElidedLabel;
 class SymbolView;
 
-/// What kind of medium a disk is and how it is connected.
+/// Shows what kind of medium a disk is and how it is connected.
 class DiskMediaCell : public QWidget {
   public:
     DiskMediaCell();

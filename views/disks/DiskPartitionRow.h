@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// One partition of the inspected disk.
+/// Shows one partition of the inspected disk.
 class DiskPartitionRow : public QWidget {
   public:
     explicit DiskPartitionRow(const SDDiskPartition& partition);

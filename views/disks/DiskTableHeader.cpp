@@ -16,7 +16,7 @@ DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
     row->setSpacing(0);
     auto* target = new TextLabel(
         "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
-    // It begins left of the radio controls' column, which is as narrow as its name.
+    // The word starts left of its column, which is hardly wider than the word itself.
     target->setFixedWidth(spacing::small - spacing::tight + widths.target);
     row->addWidget(target);
     const auto addHeading = [&](const QString& title, DiskSortField field) {

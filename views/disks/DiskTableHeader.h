@@ -11,17 +11,17 @@ namespace tessel {
 
 class SortableDiskHeader;
 
-/// The line of headings above the rows of the disk table.
+/// Shows the headings above the rows of the disk table.
 class DiskTableHeader : public QWidget {
   public:
-    static constexpr int headerHeight = 34;  ///< pixels
+    static constexpr int headerHeight = 34;  ///< is in pixels
 
     /// `sortAction` is called with the field of the heading that is pressed.
     DiskTableHeader(const DiskColumnWidths& widths, const std::function<void(DiskSortField)>& sortAction);
 
     void display(DiskSortField activeField, bool ascending);
 
-    /// The last stop of the Tab key in the header.
+    /// Returns the heading from which the Tab key goes on to the rows.
     [[nodiscard]] SortableDiskHeader& lastHeading() const { return *headings.back(); }
 
   protected:

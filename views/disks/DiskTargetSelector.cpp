@@ -18,7 +18,7 @@ class TargetRadioButton : public QRadioButton {
   public:
     explicit TargetRadioButton(QWidget* parent) : QRadioButton(parent) {
         setAttribute(Qt::WA_Hover);
-        // The row has the focus, and presses this with the space bar.
+        // The row takes the focus and presses this control with the space bar.
         setFocusPolicy(Qt::NoFocus);
     }
 

@@ -11,7 +11,8 @@ namespace tessel {
 
 class SymbolView;
 
-/// The cell that chooses the write target: a radio control for an eligible disk, a lock for every other.
+/// Lets the person choose the write target. It shows a radio control for an eligible disk and a lock for
+/// every other.
 class DiskTargetSelector : public QWidget {
   public:
     struct Fields {
@@ -27,7 +28,7 @@ class DiskTargetSelector : public QWidget {
     /// Presses the radio control. Does nothing on a lock or while busy.
     void press();
 
-    /// What screen readers say for this cell.
+    /// Returns what screen readers say about this cell.
     [[nodiscard]] QString accessibilityLabel() const;
 
   protected:

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The heading of a sortable column. The active one shows the direction, and screen readers say it.
+/// Heads a sortable column. The active heading shows the direction, and screen readers say it.
 class SortableDiskHeader : public QPushButton {
   public:
     /// `action` is called with this heading's own field.
@@ -24,7 +24,7 @@ class SortableDiskHeader : public QPushButton {
 
   private:
     DiskSortField field;
-    QString chevron;  ///< the symbol of the direction; empty when another column is active
+    QString chevron;  ///< names the symbol of the direction; is empty when another column is active
 };
 
 }  // namespace tessel

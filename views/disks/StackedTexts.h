@@ -5,7 +5,7 @@ class QWidget;
 
 namespace tessel {
 
-/// One line of text close above another, both in the middle of the height that they are given.
+/// Puts one line of text close above another, both in the middle of the height that they are given.
 [[nodiscard]] QVBoxLayout* stackedTexts(QWidget* above, QWidget* below);
 
 }  // namespace tessel

@@ -20,7 +20,7 @@ LatestLineFollower::LatestLineFollower(QPlainTextEdit& view,
         source->installEventFilter(this);
 
     resumeTimer.setSingleShot(true);
-    resumeTimer.setTimerType(Qt::PreciseTimer);  // the others may fire early
+    resumeTimer.setTimerType(Qt::PreciseTimer);  // since other timers may fire early
     resumeTimer.setInterval(std::max(interactionPauseDuration, 0ms));
     resumeTimer.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
 }
@@ -51,7 +51,8 @@ void LatestLineFollower::noteUserActivity() {
 }
 
 void LatestLineFollower::resumeFollowingIfIdle() {
-    // Asked of the application, since a menu, a dialog or a drag may receive the release in the view's place.
+    // The application is asked because a menu, a dialog or a drag may have received the release instead of
+    // the view.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return noteUserActivity();
     isFollowing = true;
     scheduleScrollToLatest();

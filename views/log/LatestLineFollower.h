@@ -7,11 +7,12 @@
 
 namespace tessel {
 
-/// Keeps the last line of a log in view, except while the person who reads it works in the view: scrolling,
-/// pressing, dragging or typing pauses the following. It resumes by itself once nothing of that has happened
-/// for the pause duration and no mouse button is pressed.
+/// Keeps the latest line of a log in view, but pauses when the reader scrolls, presses a mouse button, drags
+/// or types in the view. It resumes by itself once the reader has done none of this for the pause duration
+/// and no mouse button is pressed.
 ///
-/// Only input events pause; scrolls by the program never do. Owned by the view; main thread only.
+/// Only input events pause it; scrolling by the program never does. The view owns it. Use it on the main
+/// thread only.
 class LatestLineFollower : public QObject {
   public:
     /// Watches the view's input from now on. A negative pause counts as zero.
@@ -19,7 +20,7 @@ class LatestLineFollower : public QObject {
 
     [[nodiscard]] bool isFollowingLatest() const { return isFollowing; }
 
-    /// Scrolls to the last line when the event loop turns next, unless the person interacts first. Does
+    /// Scrolls to the latest line in the next turn of the event loop, unless the reader interacts first. Does
     /// nothing while paused.
     void scheduleScrollToLatest();
 
@@ -32,8 +33,8 @@ class LatestLineFollower : public QObject {
 
     QPlainTextEdit& view;
     bool isFollowing = true;
-    int scrollRequestGeneration = 0;  // every request and interaction begins one; older requests do nothing
-    QTimer resumeTimer;               // restarted by every interaction
+    int scrollRequestGeneration = 0;  // grows with every request and interaction; older requests do nothing
+    QTimer resumeTimer;               // is restarted by every interaction
 };
 
 }  // namespace tessel

@@ -33,7 +33,7 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
     setFrameShape(QFrame::NoFrame);
-    setBackgroundRole(QPalette::Base);  // also behind the scroll bar
+    setBackgroundRole(QPalette::Base);  // so that it lies behind the scroll bar too
     setAutoFillBackground(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
@@ -64,7 +64,7 @@ void OperationLogView::replaceText(std::string_view text) {
     }
     shownText = text;
 
-    // After an insertion too: a selection up to the end has grown with it.
+    // This is needed after an insertion too, since a selection up to the end has grown with it.
     const int end = endPosition(*this);
     QTextCursor selection(document());
     selection.setPosition(std::min(anchor, end));

@@ -11,16 +11,18 @@
 
 namespace tessel {
 
-/// The operation log: monospaced lines that wrap at the view's width, to be read, selected and copied. It
-/// follows the latest line unless the person works in it (LatestLineFollower). Main thread only.
+/// Shows the operation log as monospaced lines that wrap at the view's width and can be selected and copied.
+/// It keeps the latest line in view unless the reader is busy in it (see LatestLineFollower). Use it on the
+/// main thread only.
 class OperationLogView : public QPlainTextEdit {
   public:
-    /// The pause is how long after the last interaction the view follows again.
+    /// The view follows the log again once this long has passed since the last interaction.
     explicit OperationLogView(std::chrono::milliseconds interactionPauseDuration);
 
-    /// Shows the whole log, lines joined by line feeds. Lines added at its end cost no new layout of the
-    /// others and leave selection and reading position alone; any other text replaces the shown one and keeps
-    /// of the selection what still fits. Follows when the text or the number of entries changed.
+    /// Shows the whole log, whose lines are joined by line feeds. Lines that were added at its end are laid
+    /// out alone and leave the selection and the reading position as they are. Any other text replaces the
+    /// one that is shown and keeps as much of the selection as fits. The view follows if the text or the
+    /// number of entries has changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
     [[nodiscard]] bool isFollowingLatest() const { return follower->isFollowingLatest(); }

@@ -13,6 +13,7 @@ int readingPosition(const QPlainTextEdit& view) {
 }
 
 int endPosition(const QPlainTextEdit& view) {
+    // The count includes the line break that ends every document.
     return view.document()->characterCount() - 1;
 }
 
@@ -21,8 +22,8 @@ void scrollToReadingPosition(QPlainTextEdit& view, int position) {
     const QTextDocument& document = *view.document();
     const QTextBlock block = document.findBlock(position);
 
-    // Lines are laid out only when they come into view, but this one's number is needed now; and the range of
-    // the scroll bar may be older than the layout, so have it computed anew.
+    // Lines are laid out only when they come into view, but the number of this one is needed now. The range
+    // of the scroll bar may be older than the layout, so it is computed anew.
     QAbstractTextDocumentLayout& layout = *document.documentLayout();
     layout.blockBoundingRect(block);
     layout.documentSizeChanged(layout.documentSize());

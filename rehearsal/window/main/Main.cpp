@@ -43,11 +43,11 @@ void compareIndependently(const std::filesystem::path& image, const std::filesys
 }
 
 Task<> play(Application& application, Stage& stage, std::filesystem::path image, std::optional<int>& status) {
-    const std::filesystem::path folder = "pictures";
-    const Pictures pictures(application.window(), folder);
-    const auto medium = stage.reader().mediumPath(usbReaderCard);
-    ScriptedUser user(application, [&pictures](const QString& stageName) { pictures.take(stageName); });
     try {
+        const std::filesystem::path folder = "pictures";
+        const Pictures pictures(application.window(), folder);
+        const auto medium = stage.reader().mediumPath(usbReaderCard);
+        ScriptedUser user(application, [&pictures](const QString& stageName) { pictures.take(stageName); });
         co_await user.writeSuggestedImage(usbReaderCard);
         std::printf("%s\n", application.viewModel().logText().c_str());
         compareIndependently(image, medium);

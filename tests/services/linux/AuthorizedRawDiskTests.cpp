@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "platform/BlockDevice.h"
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/OpenResources.h"
@@ -28,9 +29,7 @@ constexpr const char* endedWithout =
 constexpr const char* truncated = "The authorized raw-device descriptor message was truncated.";
 constexpr const char* withoutRights =
     "The authorization utility response did not contain a raw-device descriptor.";
-constexpr const char* denied =
-    "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in System Settings, "
-    "then try again.";
+const std::string denied = systemWords().rawAccessDenied;
 constexpr const char* busy =
     "The SD card is still in use by another process. Close applications using the card, refresh the disk "
     "list, and try again.";
@@ -173,12 +172,12 @@ TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
     const TemporaryFolder folder;
     const auto unknownFormat = folder.writeScript("unknown-format", "");
     folder.write("unknown-format", "no program");
-    const std::string unavailable = "The macOS authopen utility is unavailable.";
+    const std::string unavailable = systemWords().authorizationUtilityUnavailable;
     const std::pair<std::filesystem::path, std::string> cases[] = {
         {folder.path() / "missing", unavailable},
         {folder.write("not-executable", "#!/bin/sh\n"), unavailable},
         {folder.path(), unavailable},
-        {unknownFormat, "The macOS authorization utility could not be launched: “" + unknownFormat.string() +
+        {unknownFormat, systemWords().authorizationUtilityNotLaunched + "“" + unknownFormat.string() +
                             "” could not be started: Exec format error."},
     };
     for (const auto& [utility, message] : cases) {

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
@@ -210,7 +211,7 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
     const struct {
         const char* what;
         const char* answers;
-        const char* failure;
+        std::string failure;
         const char* commands;
     } cases[] = {
         {"still there", "list*) list disk0 disk4 ;; *) card ;;", "", "list info"},
@@ -219,8 +220,7 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
         {"other name", "list*) list disk4 ;; *) name='SDHC Reader'; card ;;", changed, threeAttempts},
         {"other card, read-only", "list*) list disk4 ;; *) size=1 writable=false; card ;;", changed,
          threeAttempts},
-        {"back at the second attempt", "'list 1') list ;; list*) list disk4 ;; *) card ;;", "",
-         "list list info"},
+        {"back at the second", "'list 1') list ;; list*) list disk4 ;; *) card ;;", "", "list list info"},
         {"readable at the third attempt",
          "list*) list disk4 ;; *1) card; exit 1 ;; *2) echo rubbish ;; *) card ;;", "", threeAttempts},
         {"no details", "list*) list disk4 ;; *) echo \"$array\" ;;", changed, threeAttempts},
@@ -231,7 +231,7 @@ TEST_F(DiskServiceTests, aRevalidationTriesAgainOnlyWhereThatMayHelp) {
         {"list without dictionary", "*) echo \"$array\" ;;",
          "diskutil returned an unexpected property-list structure.", "list"},
         {"read-only now", "list*) list disk4 ;; *) writable=false; card ;;",
-         "The selected disk is protected: macOS did not report the SD card as writable.", "list info"},
+         "The selected disk is protected: " + systemWords().cardNotWritable, "list info"},
     };
     for (const auto& [what, answers, failure, commands] : cases) {
         SCOPED_TRACE(what);

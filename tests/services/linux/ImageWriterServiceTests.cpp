@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "foundation/Errors.h"
+#include "foundation/SystemWords.h"
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/SimulatedReader.h"
@@ -90,7 +91,7 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
         std::string commands;
     } cases[] = {
         {"a protected target", [this] { request.target.isWritable = false; },
-         "The selected disk is protected: macOS did not report the SD card as writable.", ""},
+         "The selected disk is protected: " + systemWords().cardNotWritable, ""},
         {"no image", [this] { std::filesystem::remove(request.image.url); },
          "The authorized image write failed: The file “" + request.image.url.string() +
              "” could not be inspected: No such file or directory.",
@@ -103,7 +104,7 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
          diskChanged, "list info list info list info"},
         {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "list list list"},
         {"a write-protected card", [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
-         "The selected disk is protected: macOS did not report the SD card as writable.", "list info"},
+         "The selected disk is protected: " + systemWords().cardNotWritable, "list info"},
         {"a card that is too small", [&] { resizeImage(request.image.sizeBytes = cardSize + 1); },
          "The selected image is larger than the selected SD card.", "list info"},
         {"a card that can't be unmounted",

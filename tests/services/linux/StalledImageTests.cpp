@@ -41,12 +41,24 @@ class StalledImageTests : public testing::Test {
     }
 
     void TearDown() override {
-        if (server <= 0) return;
+        if (server > 0) unmount();
+    }
+
+    /// From now on nothing is answered beyond the offset.
+    void stall() const { kill(server, SIGUSR1); }
+
+    void mountAgain() {
+        unmount();
+        mountImage(chunk);
+    }
+
+    void unmount() {
         // Ends the stuck read, and with it the thread that was left behind.
         kill(server, SIGKILL);
         waitpid(server, nullptr, 0);
         umount2(folder.path().c_str(), MNT_DETACH);
         EXPECT_EQ(settledDescriptors(before), before);
+        stop = {};
     }
 
     static void waitUntil(const std::function<bool()>& condition) {
@@ -81,22 +93,38 @@ class StalledImageTests : public testing::Test {
 
 TEST_F(StalledImageTests, nothingIsReadBeforeTheFirstReport) {
     mountImage(0);
+    stall();
     onReport = [this](const ImageWriteProgress&) { stop.request_stop(); };
     EXPECT_EQ(failure(), CancellationError().what());
 }
 
 TEST_F(StalledImageTests, aStopDoesNotWaitForAReadAhead) {
     mountImage(chunk);
-    onReport = [this](const ImageWriteProgress& report) {
-        if (report.completedBytes == chunk) stop.request_stop();
-    };
-    EXPECT_EQ(failure(), CancellationError().what());
+    for (const auto phase : {ImageWritePhase::writingImage, ImageWritePhase::verifyingImage}) {
+        onReport = [this, phase](const ImageWriteProgress& report) {
+            if (report.phase != phase) return;
+            if (report.completedBytes == 0) stall();
+            if (report.completedBytes == chunk) stop.request_stop();
+        };
+        EXPECT_EQ(failure(), CancellationError().what());
+        mountAgain();
+    }
 }
 
 TEST_F(StalledImageTests, aFailingCardDoesNotWaitForAReadAhead) {
     mountImage(chunk);
+    stall();
     script.onWrite = [](auto, uint64_t) { return SystemResult{.error = EIO}; };
     EXPECT_EQ(failure(), "The SD-card write did not complete at byte offset 0: Input/output error");
+    mountAgain();
+
+    script.onWrite = nullptr;
+    script.onRead = [](auto, uint64_t) { return SystemResult{.error = EIO}; };
+    onReport = [this](const ImageWriteProgress& report) {
+        if (report.phase == ImageWritePhase::verifyingImage) stall();
+    };
+    EXPECT_EQ(failure(),
+              "The SD card could not be read for verification at byte offset 0: Input/output error");
 }
 
 }  // namespace tessel

@@ -30,7 +30,7 @@ const Desktop desktops[]{
     {"low contrast", "#d0d0d0", "#d8d8d8", "#808080", "#ffd7b0"},
 };
 
-/// Gives the application a desktop's palette for as long as it lives.
+/// Gives the application a desktop's palette for as long as this object lives.
 class DesktopPalette {
   public:
     explicit DesktopPalette(const Desktop& desktop) : previous(QGuiApplication::palette()) {

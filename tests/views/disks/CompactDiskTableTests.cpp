@@ -16,7 +16,7 @@ namespace tessel {
 
 namespace {
 
-/// A window that carries out what the table asks for, as the program's window does.
+/// Carries out what the table asks for, as the program's window does.
 class CompactDiskTableTests : public testing::Test {
   protected:
     CompactDiskTableTests() {

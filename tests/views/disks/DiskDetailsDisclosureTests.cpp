@@ -26,7 +26,7 @@ class DiskDetailsDisclosureTests : public testing::Test {
         disclosure.display(fields);
         disclosure.resize(560, 600);
         disclosure.show();
-        // Rows that were added are shown by the layout, a moment later.
+        // The layout shows rows that were added a moment later.
         QCoreApplication::sendPostedEvents();
     }
 

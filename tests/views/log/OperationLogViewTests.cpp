@@ -33,7 +33,7 @@ void letPendingScrollsHappen() {
     QTest::qWait(20);
 }
 
-/// A shown view with 100 lines that has scrolled to the last of them.
+/// Shows a view with 100 lines that has scrolled to the last of them.
 class OperationLogViewTests : public testing::Test {
   protected:
     void SetUp() override {
@@ -178,7 +178,7 @@ TEST_F(OperationLogViewTests, aMenuThatTakesTheReleaseDoesNotPauseForever) {
     EXPECT_TRUE(resumes());
 }
 
-TEST_F(OperationLogViewTests, anInteractionCancelsTheScrollThatIsOnItsWay) {
+TEST_F(OperationLogViewTests, anInteractionCancelsAPendingScroll) {
     view.setLog(linesUpTo(200), 200);
     wheelUp(*view.viewport());
     const int place = scroller().value();
@@ -186,7 +186,7 @@ TEST_F(OperationLogViewTests, anInteractionCancelsTheScrollThatIsOnItsWay) {
     EXPECT_EQ(scroller().value(), place);
 }
 
-TEST_F(OperationLogViewTests, onlyAnotherTextOrCountScrolls) {
+TEST_F(OperationLogViewTests, scrollsOnlyForAnotherTextOrCount) {
     scroller().setValue(0);
     view.setLog(linesUpTo(100), 100);
     letPendingScrollsHappen();
@@ -234,7 +234,7 @@ TEST_F(OperationLogViewTests, theSelectionSurvivesGrowthAndIsClampedByAReplaceme
     }
 }
 
-TEST_F(OperationLogViewTests, aSelectionIsDraggedOnWhileTheLogGrows) {
+TEST_F(OperationLogViewTests, aSelectionCanBeDraggedWhileTheLogGrows) {
     QWidget& viewport = *view.viewport();
     press(viewport);
     const int anchor = view.textCursor().anchor();
@@ -259,7 +259,7 @@ TEST_F(OperationLogViewTests, theKeyboardSelectsAndCopiesButNeverEdits) {
     EXPECT_EQ(view.toPlainText().toStdString(), text + "\nthird");
 }
 
-TEST_F(OperationLogViewTests, aClosedViewLeavesNothingOnItsWay) {
+TEST_F(OperationLogViewTests, aClosedViewLeavesNothingPending) {
     {
         OperationLogView shortLived(0ms);
         shortLived.setLog("line", 1);

@@ -12,8 +12,8 @@ namespace tessel {
 
 namespace {
 
-/// The files with an exclusive lock, named as the kernel's table names them: by the numbers of their file
-/// system and of themselves, such as "00:05:345".
+/// Returns the files that carry an exclusive lock, named as in the kernel's table: by the number of the file
+/// system and that of the file in it, such as "00:05:345".
 std::set<std::string> readLockedFiles() {
     std::set<std::string> files;
     std::ifstream table("/proc/locks");

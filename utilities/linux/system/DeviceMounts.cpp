@@ -19,7 +19,7 @@ namespace {
 using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
 using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
-/// The kernel's name of the block device with this number; empty when there is none.
+/// Returns the kernel's name of the block device with this number; empty when there is none.
 std::string blockDeviceName(dev_t number) {
     std::error_code isMissing;
     const auto path = std::filesystem::canonical(
@@ -27,10 +27,11 @@ std::string blockDeviceName(dev_t number) {
     return isMissing ? "" : path.filename().string();
 }
 
-/// What is mounted, or swapped to, by this entry.
+/// Returns the device that this entry mounts or swaps to.
 std::string deviceNameOf(libmnt_fs* entry) {
     if (const std::string name = blockDeviceName(mnt_fs_get_devno(entry)); !name.empty()) return name;
-    // Some file systems, such as btrfs, have numbers of their own and name their device only.
+    // Some file systems, such as btrfs, have device numbers of their own and reveal only the name of their
+    // device.
     const char* source = mnt_fs_get_srcpath(entry);
     struct stat status{};
     const bool isBlockDevice = source && stat(source, &status) == 0 && S_ISBLK(status.st_mode);
@@ -49,7 +50,7 @@ void forEachEntry(int (*parse)(libmnt_table*, const char*), const char* file, Ac
     const Table table(mnt_new_table());
     const Iterator iterator(mnt_new_iter(MNT_ITER_FORWARD));
     if (const int result = parse(table.get(), file); result != 0)
-        throw posixError("The table of what is mounted could not be read", std::abs(result));
+        throw posixError("The table of mounted file systems could not be read", std::abs(result));
     libmnt_fs* entry = nullptr;
     while (mnt_table_next_fs(table.get(), iterator.get(), &entry) == 0)
         act(entry);
@@ -67,7 +68,7 @@ void addMountsAndSwaps(Machine& machine) {
     forEachEntry(mnt_table_parse_mtab, nullptr, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
         const Mount mount{.target = mnt_fs_get_target(entry), .isByUDisks = isByUDisks(entry)};
-        // Of several mounts over each other the last one is what "/" leads to.
+        // Of several mounts on top of each other, "/" leads to the last one.
         if (mount.target == "/") machine.rootDevice = name;
         changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });
     });

@@ -4,8 +4,8 @@
 
 namespace tessel {
 
-/// Adds to the devices where they are mounted and which of them are swap space, and tells which of them is
-/// mounted at "/". Throws PlatformError when the tables can't be read: then nothing is known to be unused.
+/// Notes where the devices are mounted, which of them are swap space, and which one is mounted at "/". Throws
+/// PlatformError when the tables can't be read, since no device is then known to be unused.
 void addMountsAndSwaps(Machine& machine);
 
 }  // namespace tessel

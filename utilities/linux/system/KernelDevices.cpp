@@ -14,9 +14,10 @@ namespace tessel {
 
 namespace {
 
-constexpr uint64_t bytesPerSector = 512;  ///< whatever the device's own blocks are
+/// The kernel counts in sectors of this size, whatever the device's own blocks are.
+constexpr uint64_t bytesPerSector = 512;
 
-/// The first line of an attribute; empty when the device lacks it.
+/// Reads the first line of an attribute; empty when the device lacks it.
 std::string readText(const std::filesystem::path& attribute) {
     std::string line;
     std::getline(std::ifstream(attribute), line);
@@ -41,7 +42,7 @@ std::vector<std::string> namesIn(const std::filesystem::path& folder) {
 using Database = std::unique_ptr<udev, Release<udev_unref>>;
 using DatabaseEntry = std::unique_ptr<udev_device, Release<udev_device_unref>>;
 
-/// The name that the device database has for the USB device that the block device belongs to.
+/// Looks up the device database's name for the USB device that the block device belongs to.
 std::string readDatabaseName(udev* database, const std::string& name) {
     const DatabaseEntry entry(udev_device_new_from_subsystem_sysname(database, "block", name.c_str()));
     udev_device* const reader =
@@ -50,7 +51,8 @@ std::string readDatabaseName(udev* database, const std::string& name) {
     return text ? text : "";
 }
 
-/// A file system over several devices is mounted from one of them; the kernel tells the others here.
+/// A file system on several devices is mounted from one of them; the kernel tells only here which others
+/// belong to it.
 bool isMemberOfSpanningFileSystem(const std::string& name) {
     for (const std::string& fileSystem : namesIn("/sys/fs/btrfs")) {
         const auto members = std::filesystem::path("/sys/fs/btrfs") / fileSystem / "devices";

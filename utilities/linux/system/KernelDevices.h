@@ -6,13 +6,13 @@
 
 namespace tessel {
 
-/// What the kernel and the device database say about all block devices, and what uses them. Leaves the
-/// records of UDisks2 and the sequence numbers of afterwards to be filled in. Throws PlatformError when the
-/// table of mounts can't be read.
+/// Reads what the kernel and the device database say about all block devices and their use. The records of
+/// UDisks2 and the second reading of the sequence numbers remain to be filled in. Throws PlatformError when
+/// the table of mounts can't be read.
 [[nodiscard]] Machine readKernelDevices();
 
-/// The disk sequence number that the kernel gives at this moment to the device with this path in its tree; 0
-/// when it gives none.
+/// Reads the disk sequence number that the device with this path in the kernel's tree has at this moment; 0
+/// when it has none.
 [[nodiscard]] uint64_t readSequenceNumber(const std::filesystem::path& device);
 
 }  // namespace tessel

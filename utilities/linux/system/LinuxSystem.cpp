@@ -16,7 +16,7 @@ namespace tessel {
 Machine LinuxSystem::read() {
     Machine machine = readKernelDevices();
     UDisksConnection().describe(machine.devices);
-    // Whatever was read in between counts only if it was about one and the same medium.
+    // What was read in between counts only if it was all about the same medium.
     for (BlockDevice& device : machine.devices)
         device.sequenceNumberAfterwards = readSequenceNumber(device.path);
     return machine;
@@ -31,7 +31,7 @@ FileDescriptor LinuxSystem::open(const std::string& device) {
 }
 
 void LinuxSystem::flush() {
-    // Nothing ends a sync() early, so another process has to wait for it.
+    // Nothing can end a sync() early, so a process of its own waits for it.
     const pid_t flusher = fork();
     if (flusher < 0) throw posixError("The disks could not be flushed", errno);
     if (flusher == 0) {

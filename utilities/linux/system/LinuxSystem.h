@@ -4,8 +4,8 @@
 
 namespace tessel {
 
-/// This computer. Everything that needs rights is asked of UDisks2, without which each operation
-/// fails; the rest is read from the kernel and the device database.
+/// This computer. UDisks2 does everything that needs rights, and without it every operation fails; the rest
+/// is read from the kernel and the device database.
 class LinuxSystem : public BlockSystem {
   public:
     Machine read() override;

@@ -27,7 +27,7 @@ using Object = std::unique_ptr<Type, Release<g_object_unref>>;
 using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
 using Text = std::unique_ptr<char, Release<g_free>>;
 
-/// Cancels what still waits for the bus or UDisks2 when the limit is over.
+/// Cancels what is still waiting for the bus or UDisks2 when the limit has passed.
 class TimeLimit {
   public:
     explicit TimeLimit(std::chrono::seconds limit) :
@@ -42,10 +42,10 @@ class TimeLimit {
 
   private:
     Object<GCancellable> cancellable{g_cancellable_new()};
-    std::jthread canceller;  ///< last, so that it ends before what it cancels
+    std::jthread canceller;  ///< must come last, so that it ends before what it cancels
 };
 
-/// Runs a call that reports through a GError whether it failed.
+/// Runs a call that reports its failure through a GError, which becomes an exception.
 template <typename Call>
 auto checked(Call call) {
     GError* error = nullptr;
@@ -62,7 +62,7 @@ GVariant* noOptions() {
     return g_variant_new("a{sv}", nullptr);
 }
 
-/// Waits for an answer as long as a person needs.
+/// Makes calls wait for an answer for as long as a person needs.
 template <typename Interface>
 Interface* patient(Interface* proxy) {
     g_dbus_proxy_set_default_timeout(G_DBUS_PROXY(proxy), INT_MAX);
@@ -85,12 +85,14 @@ Object<UDisksBlock> requireBlock(UDisksClient* client, const std::string& device
     return block;
 }
 
-/// The object that all interfaces of a block device belong to. Valid as long as the block is.
+/// Returns the object that all interfaces of a block device belong to. It is valid for as long as the block
+/// is.
 UDisksObject* objectOf(UDisksBlock* block) {
     return UDISKS_OBJECT(g_dbus_interface_get_object(G_DBUS_INTERFACE(block)));
 }
 
-/// The number in a link such as "/dev/disk/by-diskseq/12", which the device database gives to a whole disk.
+/// Returns the number in a link such as "/dev/disk/by-diskseq/12", which the device database makes for a
+/// whole disk.
 std::optional<uint64_t> sequenceNumberInLinks(const char* const* links) {
     constexpr std::string_view prefix = "/dev/disk/by-diskseq/";
     for (; links && *links; ++links) {
@@ -129,14 +131,14 @@ UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 }  // namespace
 
 UDisksConnection::UDisksConnection() {
-    // No person has to answer yet, and a UDisks2 that is started only now needs a second or two.
+    // No person has to answer yet, and a service that is only now being started needs a second or two.
     const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
     client.reset(udisks_client_new_sync(limit.get(), &error));
     const OwnedError problem(error);
     if (problem && isWithoutAnswer(*problem)) throw refusal(*problem);
     GDBusObjectManager* const manager = client ? udisks_client_get_object_manager(client.get()) : nullptr;
-    // A client without the service succeeds, and finds no disks.
+    // Without the service the client is created all the same, and finds no disks.
     const Text owner(manager
                          ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
                          : nullptr);
@@ -156,8 +158,8 @@ void UDisksConnection::unmount(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
-        throw PlatformError("Disk", EINVAL, "The disk service finds no file system on /dev/" + device + ".");
-    // The "force" of UDisks2 would only hide the mount while it is still in use.
+        throw PlatformError("Disk", EINVAL, "The disk service found no file system on /dev/" + device + ".");
+    // With "force" UDisks2 would merely hide a mount that is still in use.
     checked([&](GError** error) {
         return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
     });

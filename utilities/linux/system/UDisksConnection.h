@@ -12,15 +12,15 @@ using UDisksClient = struct _UDisksClient;
 
 namespace tessel {
 
-/// The desktop's disk service, UDisks2, on the system bus. It asks the person where it must, for as
-/// long as it takes. What it says is what it said when this was made. Operations throw PlatformError, worded
-/// as BlockSystem says.
+/// A connection to the desktop's disk service (UDisks2) over the system bus. Where UDisks2 has to ask the
+/// person, an operation takes as long as the person does. Descriptions are as of the moment when the
+/// connection was made. Operations throw PlatformError, worded as BlockSystem demands.
 class UDisksConnection {
   public:
-    /// Throws PlatformError when UDisks2 is missing.
+    /// Throws PlatformError when UDisks2 is not running.
     UDisksConnection();
 
-    /// Fills in what UDisks2 says about each of the devices.
+    /// Fills in what UDisks2 says about each device.
     void describe(std::vector<BlockDevice>& devices) const;
 
     void unmount(const std::string& device) const;

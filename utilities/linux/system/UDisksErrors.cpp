@@ -2,7 +2,7 @@
 
 #include <udisks/udisks.h>
 
-#include <string_view>
+#include <optional>
 
 namespace tessel {
 
@@ -12,17 +12,29 @@ bool hasCode(const GError& error, UDisksError code) {
     return error.domain == udisks_error_quark() && error.code == code;
 }
 
-/// Without the name of the error, which the bus puts before it.
+/// Returns the message without the name of the error, which the bus puts in front of it.
 std::string ownWords(const GError& error) {
     const OwnedError copy(g_error_copy(&error));
     g_dbus_error_strip_remote_error(copy.get());
     return copy->message;
 }
 
+/// What UDisks2 leaves out: it has the same words whether nobody could be asked, authentication failed, or
+/// the rules forbid it. A person who refuses gets other words.
+std::optional<std::string> adviceOnAuthorization(const GError& error) {
+    if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_CAN_OBTAIN))
+        return "Nobody could be asked, because no authentication agent is running in this session. Start the "
+               "polkit agent of your desktop, such as lxpolkit, and try again.";
+    if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED))
+        return "Authentication failed, or the polkit rules of this computer forbid it. If no dialog was "
+               "shown, start the polkit agent of your desktop, such as lxpolkit, and try again.";
+    return std::nullopt;
+}
+
 }  // namespace
 
 bool isBusy(const GError& error) {
-    // Opening exclusively has no name of its own for this.
+    // A failed exclusive opening has no code of its own, only these words.
     return hasCode(error, UDISKS_ERROR_DEVICE_BUSY) ||
            (hasCode(error, UDISKS_ERROR_FAILED) &&
             ownWords(error).find("Device or resource busy") != std::string::npos);
@@ -45,6 +57,7 @@ PlatformError refusal(const GError& error) {
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_DISMISSED)) return worded("User canceled.");
     if (isWithoutAnswer(error)) return worded("The disk service UDisks2 did not answer. Try again.");
     if (isBusy(error)) return worded("Resource busy: " + ownWords(error));
+    if (const auto advice = adviceOnAuthorization(error)) return worded(ownWords(error) + ". " + *advice);
     return worded(ownWords(error));
 }
 

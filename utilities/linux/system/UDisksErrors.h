@@ -11,16 +11,16 @@ namespace tessel {
 
 using OwnedError = std::unique_ptr<GError, Release<g_error_free>>;
 
-/// Whether somebody uses what was to be changed.
+/// Returns whether somebody is using what was to be changed.
 [[nodiscard]] bool isBusy(const GError& error);
 
-/// Whether UDisks2 tried, and what it tried failed; not that it was refused, or went away.
+/// Returns whether UDisks2 tried and failed, rather than refused or disappeared.
 [[nodiscard]] bool isFailedAttempt(const GError& error);
 
-/// Whether UDisks2, or the bus to it, said nothing, or went away before it did.
+/// Returns whether UDisks2, or the bus to it, stayed silent or disappeared.
 [[nodiscard]] bool isWithoutAnswer(const GError& error);
 
-/// The refusal of UDisks2, worded so that a dismissed dialog reads as a cancellation and nothing else does.
+/// Words the refusal so that a dismissed dialog, and nothing else, reads as a cancellation.
 [[nodiscard]] PlatformError refusal(const GError& error);
 
 }  // namespace tessel

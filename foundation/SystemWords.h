@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace tessel {
+
+/// Every sentence, or part of one, that names the operating system, its settings or its mechanisms. Each is
+/// true on one system only, so each system has its own source. All other sentences stand where they are used.
+struct SystemWords {
+    std::string scanStarted;
+    std::string noWholeDisks;
+    std::string cardNotWritable;
+    std::string authorizationUtilityUnavailable;
+    std::string authorizationUtilityNotLaunched;  ///< the reason follows
+    std::string rawAccessDenied;
+    std::string cardEjected;
+    std::string cardEjectedAfterWrite;  ///< follows a sentence about the write
+};
+
+/// The words of the system that the program was built for.
+const SystemWords& systemWords();
+
+}  // namespace tessel
