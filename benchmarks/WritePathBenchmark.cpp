@@ -17,8 +17,8 @@
 
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
+#include "platform/BlockDevice.h"
 #include "platform/CollectingPipe.h"
-#include "platform/LockedBlockDevice.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/concurrency/Background.h"

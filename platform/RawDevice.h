@@ -29,7 +29,8 @@ class RawDevice {
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
 
-    /// Fails once the medium that was there when the device was opened is gone or has been exchanged.
+    /// Fails once another medium has taken the place of the one that was there when the device was opened.
+    /// Once there is none, this fails too, or else every read and write does.
     virtual SystemResult confirmSameMedium() = 0;
 };
 

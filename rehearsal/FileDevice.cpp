@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "platform/BlockDevice.h"
+#include "platform/DescriptorDevice.h"
 #include "platform/Files.h"
-#include "platform/LockedBlockDevice.h"
-#include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {
 

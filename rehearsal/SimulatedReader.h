@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/SystemUtilities.h"
 #include "platform/linux/LoopDevice.h"
 #include "rehearsal/SimulatedDisk.h"
-#include "services/SystemUtilities.h"
 #include "utilities/simulated/DiskBehaviour.h"
 #include "utilities/simulated/ReaderFolder.h"
 

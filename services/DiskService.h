@@ -8,10 +8,10 @@
 
 #include "model/DiskLayout.h"
 #include "model/SDWholeDisk.h"
+#include "platform/SystemUtilities.h"
 #include "platform/concurrency/Task.h"
 #include "services/CommandRunner.h"
 #include "services/DiskPropertyLists.h"
-#include "services/SystemUtilities.h"
 
 namespace tessel {
 

@@ -4,11 +4,11 @@
 
 #include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
+#include "platform/SystemUtilities.h"
 #include "platform/concurrency/Task.h"
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskService.h"
 #include "services/ImageTransfer.h"
-#include "services/SystemUtilities.h"
 
 namespace tessel {
 

@@ -59,7 +59,7 @@ void QtDesktop::requestUserAttention() {
 }
 
 std::unique_ptr<TemporaryActivity> QtDesktop::beginActivity(const std::string& reason) {
-    return std::make_unique<SleepBlock>(reason);
+    return blockSleep(reason);
 }
 
 }  // namespace tessel

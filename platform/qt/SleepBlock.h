@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusUnixFileDescriptor>
 #include <memory>
 #include <string>
 
@@ -9,15 +7,8 @@
 
 namespace tessel {
 
-/// Keeps the login service from putting the computer to sleep, from the service's answer until this object is
-/// destroyed. Does nothing where no such service runs.
-class SleepBlock : public TemporaryActivity {
-  public:
-    explicit SleepBlock(const std::string& reason);
-
-  private:
-    std::unique_ptr<QDBusPendingCallWatcher> request;
-    QDBusUnixFileDescriptor lock;  ///< keeps the computer awake until it is closed
-};
+/// Keeps the computer from falling asleep until the result is dropped. Where that can't be had, nothing
+/// happens.
+std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason);
 
 }  // namespace tessel

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "tests/support/OpenResources.h"
@@ -16,6 +17,9 @@ namespace {
 using Outcome = ReceivedDescriptor::Outcome;
 
 class DescriptorChannelTests : public LeavesNothingOpen {};
+
+/// Whose type is not the same on every system.
+using Length = decltype(cmsghdr::cmsg_len);
 
 FileDescriptor openNull() {
     return FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC));
@@ -29,9 +33,10 @@ void sendMessage(int socket, const std::vector<int>& descriptors) {
     message.msg_iov = &vector;
     message.msg_iovlen = 1;
     message.msg_control = control.data();
-    message.msg_controllen = control.size();
+    message.msg_controllen = static_cast<Length>(control.size());
     if (!descriptors.empty()) {
-        const cmsghdr header{CMSG_LEN(sizeof(int) * descriptors.size()), SOL_SOCKET, SCM_RIGHTS};
+        const auto length = static_cast<Length>(CMSG_LEN(sizeof(int) * descriptors.size()));
+        const cmsghdr header{length, SOL_SOCKET, SCM_RIGHTS};
         std::memcpy(control.data(), &header, sizeof header);
         std::memcpy(control.data() + CMSG_LEN(0), descriptors.data(), sizeof(int) * descriptors.size());
     }
@@ -39,7 +44,7 @@ void sendMessage(int socket, const std::vector<int>& descriptors) {
 }
 
 struct Entry {
-    size_t length;
+    Length length;
     int level;
     int type;
     int value;
@@ -86,7 +91,7 @@ TEST_F(DescriptorChannelTests, refusedMessagesLeaveNothingOpen) {
 
 TEST_F(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
     const Entry rights{CMSG_LEN(sizeof(int)), SOL_SOCKET, SCM_RIGHTS, 42};
-    const Entry credentials{CMSG_LEN(sizeof(int)), SOL_SOCKET, SCM_CREDENTIALS, 7};
+    const Entry timestamp{CMSG_LEN(sizeof(int)), SOL_SOCKET, SCM_TIMESTAMP, 7};
     const Entry otherLevel{CMSG_LEN(sizeof(int)), 0, SCM_RIGHTS, 7};
     const Entry withoutRoom{CMSG_LEN(0), SOL_SOCKET, SCM_RIGHTS, 7};
     const struct {
@@ -96,11 +101,11 @@ TEST_F(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
     } cases[] = {
         {"nothing", {}, std::nullopt},
         {"rights", {rights}, 42},
-        {"rights after others", {credentials, otherLevel, rights}, 42},
-        {"only others", {credentials, otherLevel}, std::nullopt},
+        {"rights after others", {timestamp, otherLevel, rights}, 42},
+        {"only others", {timestamp, otherLevel}, std::nullopt},
         {"shorter than a header", {{4, SOL_SOCKET, SCM_RIGHTS, 7}, rights}, std::nullopt},
         {"longer than the data", {{400, SOL_SOCKET, SCM_RIGHTS, 7}}, std::nullopt},
-        {"huge", {{SIZE_MAX, SOL_SOCKET, SCM_RIGHTS, 7}}, std::nullopt},
+        {"huge", {{std::numeric_limits<Length>::max(), SOL_SOCKET, SCM_RIGHTS, 7}}, std::nullopt},
         {"no room for a descriptor", {withoutRoom}, std::nullopt},
     };
     for (const auto& [what, entries, expected] : cases) {

@@ -96,9 +96,7 @@ TEST_F(ImageTransferFaultTests, anExchangedMediumEndsTheTransferBeforeItIsTouche
         size_t asked = 0;
         script.writes = 0;
         script.readOffsets.clear();
-        script.onConfirmSameMedium = [&] {
-            return SystemResult{.error = asked++ == question ? ENOMEDIUM : 0};
-        };
+        script.onConfirmSameMedium = [&] { return SystemResult{.error = asked++ == question ? ENXIO : 0}; };
         EXPECT_EQ(failure(),
                   localizedDescription(std::make_exception_ptr(TesselError(TesselError::Case::diskChanged))));
         EXPECT_EQ(script.writes, touchedBefore[question].writes);

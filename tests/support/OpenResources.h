@@ -15,10 +15,13 @@ namespace tessel {
 /// Lists what the open descriptors of this process lead to.
 inline std::vector<std::string> openDescriptors() {
     std::vector<std::string> targets;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code closedMeanwhile;
-        const auto target = std::filesystem::read_symlink(entry.path(), closedMeanwhile).string();
-        if (!closedMeanwhile && !target.starts_with("/proc/")) targets.push_back(target);
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
+        std::error_code error;
+        auto target = std::filesystem::read_symlink(entry.path(), error).string();
+        if (error == std::errc::invalid_argument) target = entry.path().string();
+        const bool closedMeanwhile = target.empty();
+        const bool isIterator = target.starts_with("/proc/");
+        if (!closedMeanwhile && !isIterator) targets.push_back(target);
     }
     std::ranges::sort(targets);
     return targets;

@@ -14,7 +14,7 @@
 #include <sstream>
 #include <thread>
 
-#include "platform/LockedBlockDevice.h"
+#include "platform/BlockDevice.h"
 #include "platform/concurrency/Task.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "platform/linux/LoopDevice.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/DescriptorDevice.h"
+#include "platform/DescriptorDevice.h"
 
 #include <unistd.h>
 

@@ -13,7 +13,7 @@
 
 #include "foundation/Errors.h"
 #include "foundation/SystemWords.h"
-#include "platform/LockedBlockDevice.h"
+#include "platform/BlockDevice.h"
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "platform/LockedBlockDevice.h"
+#include "platform/BlockDevice.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

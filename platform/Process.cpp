@@ -7,16 +7,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// The header of glibc 2.36 lacks this specification of its own.
-extern "C" {
-#include <sys/pidfd.h>
-}
-
 #include <algorithm>
 #include <cerrno>
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
+#include "platform/ChildProcess.h"
+
+/// Left to be declared by programs.
+extern char** environ;
 
 namespace tessel {
 
@@ -32,8 +31,9 @@ class SpawnSettings {
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions, outputs.standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, outputs.standardError, STDERR_FILENO);
+        short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
         // Libraries may have opened descriptors that are not close-on-exec.
-        posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+        keepOtherDescriptors(actions, flags);
 
         sigset_t none;
         sigemptyset(&none);
@@ -42,7 +42,7 @@ class SpawnSettings {
         posix_spawnattr_init(&attributes);
         posix_spawnattr_setsigmask(&attributes, &none);
         posix_spawnattr_setsigdefault(&attributes, &all);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        posix_spawnattr_setflags(&attributes, flags);
     }
     SpawnSettings(const SpawnSettings&) = delete;
     SpawnSettings& operator=(const SpawnSettings&) = delete;
@@ -112,7 +112,7 @@ Process Process::launch(const Command& command, const Outputs& outputs) {
                     nullTerminated(arguments).data(), nullTerminated(environment).data());
     if (error != 0) throw posixError(process.name + " could not be started", error);
 
-    process.exitSignal = FileDescriptor(pidfd_open(process.identifier, 0));
+    process.exitSignal = openExitSignal(process.identifier);
     if (!process.exitSignal.isOpen()) {
         const int reason = errno;
         kill(process.identifier, SIGKILL);
@@ -168,7 +168,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
         watched.push_back({stream.descriptor, POLLIN, 0});
     // Once the child is reaped this is not a descriptor any more, and poll passes it over.
     watched.push_back({exitSignal.get(), POLLIN, 0});
-    if (poll(watched.data(), watched.size(), millisecondsUntil(deadline)) < 0) {
+    if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
         if (errno == EINTR || errno == EAGAIN) return false;
         throw posixError(name + " could not be watched", errno);
     }

@@ -1,4 +1,4 @@
-#include "platform/LockedBlockDevice.h"
+#include "platform/BlockDevice.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -6,8 +6,8 @@
 
 #include <utility>
 
+#include "platform/DescriptorDevice.h"
 #include "platform/linux/BlockDescriptor.h"
-#include "platform/linux/DescriptorDevice.h"
 
 namespace tessel {
 

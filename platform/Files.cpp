@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "foundation/Errors.h"
+#include "platform/FileAdvice.h"
 
 namespace tessel {
 
@@ -41,7 +42,7 @@ SystemResult ReadOnlyFile::open(const std::filesystem::path& path) {
         SystemResult::from(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!result.isSuccess()) return result;
     descriptor = FileDescriptor(static_cast<int>(result.value));
-    posix_fadvise(descriptor.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    adviseReadingOnce(descriptor.get());
     return result;
 }
 
@@ -57,8 +58,7 @@ SystemResult ReadOnlyFile::read(std::span<std::byte> bytes, uint64_t offset) con
 }
 
 void ReadOnlyFile::adviseFinished(uint64_t offset, uint64_t length) const {
-    posix_fadvise(descriptor.get(), static_cast<off_t>(offset), static_cast<off_t>(length),
-                  POSIX_FADV_DONTNEED);
+    tessel::adviseFinished(descriptor.get(), offset, length);
 }
 
 }  // namespace tessel

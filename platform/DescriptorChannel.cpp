@@ -6,16 +6,13 @@
 #include <cerrno>
 #include <cstring>
 
-#include "foundation/Errors.h"
+#include "platform/NewDescriptors.h"
 
 namespace tessel {
 
 DescriptorChannel DescriptorChannel::create() {
-    std::array<int, 2> ends{};
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        throw posixError("A socket pair could not be created", errno);
-    }
-    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+    DescriptorPair ends = makeSocketPair();
+    return {std::move(ends.first), std::move(ends.second)};
 }
 
 std::optional<int> findDescriptor(std::span<const std::byte> controlData) {
@@ -30,7 +27,9 @@ std::optional<int> findDescriptor(std::span<const std::byte> controlData) {
             std::memcpy(&descriptor, controlData.data() + CMSG_LEN(0), sizeof descriptor);
             return descriptor;
         }
-        controlData = controlData.subspan(std::min(CMSG_ALIGN(header.cmsg_len), controlData.size()));
+        // The space that an entry of this length takes, in the alignment of the system.
+        const size_t space = CMSG_SPACE(header.cmsg_len - CMSG_LEN(0));
+        controlData = controlData.subspan(std::min(space, controlData.size()));
     }
     return std::nullopt;
 }
@@ -49,7 +48,7 @@ ReceivedDescriptor receiveDescriptor(int socket) {
 
     ssize_t count = 0;
     do {
-        count = recvmsg(socket, &message, MSG_CMSG_CLOEXEC);
+        count = receiveMessage(socket, message);
     } while (count < 0 && errno == EINTR);
     if (count < 0) return {failed, {}, errno};
 

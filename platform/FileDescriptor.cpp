@@ -5,7 +5,7 @@
 namespace tessel {
 
 void FileDescriptor::close() {
-    // An interrupted call is not repeated, because on Linux the descriptor is gone either way.
+    // An interrupted call is not repeated, because the descriptor is gone either way.
     if (isOpen()) ::close(std::exchange(descriptor, none));
 }
 

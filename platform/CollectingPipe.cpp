@@ -1,22 +1,20 @@
 #include "platform/CollectingPipe.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 
-#include "foundation/Errors.h"
+#include "platform/NewDescriptors.h"
 
 namespace tessel {
 
 CollectingPipe::CollectingPipe() {
     // Reading must not throw, so it must find all its memory allocated.
     bytes.reserve(Process::outputLimit);
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw posixError("A pipe could not be created", errno);
-    reader = FileDescriptor(ends[0]);
-    writer = FileDescriptor(ends[1]);
+    DescriptorPair ends = makePipe();
+    reader = std::move(ends.first);
+    writer = std::move(ends.second);
 }
 
 Process::Stream CollectingPipe::stream() {

@@ -1,0 +1,12 @@
+#include "platform/SystemUtilities.h"
+
+namespace tessel {
+
+SystemUtilities installedUtilities() {
+    // This system has none of its own: they are installed beside this program.
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe");
+    const auto folder = executable.parent_path().parent_path() / "libexec" / "velmora-tessel";
+    return {.diskUtility = folder / "diskutil", .authorizationUtility = folder / "authopen"};
+}
+
+}  // namespace tessel

@@ -1,0 +1,12 @@
+#include "platform/AlignedBuffer.h"
+
+namespace tessel {
+
+AlignedBuffer::AlignedBuffer(size_t size, size_t alignment) :
+    memory(static_cast<std::byte*>(::operator new(size, std::align_val_t(alignment))),
+           Release{std::align_val_t(alignment)}),
+    byteCount(size) {
+    std::uninitialized_value_construct_n(memory.get(), size);
+}
+
+}  // namespace tessel

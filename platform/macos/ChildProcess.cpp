@@ -1,0 +1,41 @@
+#include "platform/ChildProcess.h"
+
+#include <sys/event.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "foundation/Errors.h"
+#include "platform/NewDescriptors.h"
+
+namespace tessel {
+
+namespace {
+
+/// The reading end of a pipe whose other end is closed always has its end to be read.
+FileDescriptor readableForEver() {
+    try {
+        return std::move(makePipe().first);
+    } catch (const PlatformError& error) {
+        errno = error.code();
+        return {};
+    }
+}
+
+}  // namespace
+
+void keepOtherDescriptors(posix_spawn_file_actions_t&, short& flags) {
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+}
+
+FileDescriptor openExitSignal(pid_t child) {
+    FileDescriptor queue(kqueue());
+    struct kevent exit{};
+    EV_SET(&exit, child, EVFILT_PROC, EV_ADD, NOTE_EXIT, 0, nullptr);
+    if (queue.isOpen() && kevent(queue.get(), &exit, 1, nullptr, 0, nullptr) == 0) return queue;
+    // A child that has already ended is not known here, although it is still to be waited for.
+    if (queue.isOpen() && errno == ESRCH) return readableForEver();
+    return {};
+}
+
+}  // namespace tessel

@@ -1,0 +1,15 @@
+#include "platform/FileAdvice.h"
+
+#include <fcntl.h>
+
+namespace tessel {
+
+void adviseReadingOnce(int descriptor) {
+    fcntl(descriptor, F_NOCACHE, 1);
+}
+
+void adviseFinished(int, uint64_t, uint64_t) {
+    // What is read without the cache leaves nothing to forget.
+}
+
+}  // namespace tessel

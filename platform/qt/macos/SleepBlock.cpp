@@ -1,0 +1,37 @@
+#include "platform/qt/SleepBlock.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+#include "foundation/Errors.h"
+#include "platform/Process.h"
+
+namespace tessel {
+
+namespace {
+
+/// The system's own program for this, which ends with this one at the latest.
+class Caffeinate : public TemporaryActivity {
+  public:
+    Caffeinate() :
+        process(Process::launch({.executable = "/usr/bin/caffeinate",
+                                 .arguments = {"-i", "-w", std::to_string(getpid())},
+                                 .environment = {}},
+                                {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO})) {}
+
+  private:
+    Process process;
+};
+
+}  // namespace
+
+std::unique_ptr<TemporaryActivity> blockSleep(const std::string&) {
+    try {
+        return std::make_unique<Caffeinate>();
+    } catch (const PlatformError&) {
+        return nullptr;
+    }
+}
+
+}  // namespace tessel
