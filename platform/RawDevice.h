@@ -29,7 +29,7 @@ class RawDevice {
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
 
-    /// Fails once the medium that was there when the device was opened is gone or has been exchanged.
+    /// Fails once the medium that was there when the device was opened is gone or has been replaced.
     virtual SystemResult confirmSameMedium() = 0;
 };
 
