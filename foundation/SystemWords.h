@@ -17,7 +17,7 @@ struct SystemWords {
     std::string cardEjectedAfterWrite;  ///< follows a sentence about the write
 };
 
-/// The words of the system that the program was built for.
-const SystemWords& systemWords();
+/// Returns the words of the system that the program was built for.
+[[nodiscard]] const SystemWords& systemWords();
 
 }  // namespace tessel

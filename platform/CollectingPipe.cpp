@@ -22,7 +22,7 @@ Process::Stream CollectingPipe::stream() {
 }
 
 Process::Stream::State CollectingPipe::readMore() {
-    std::array<char, 64 * 1024> chunk;
+    std::array<char, size_t{64} << 10> chunk;
     const ssize_t count = read(reader.get(), chunk.data(), chunk.size());
     if (count < 0 && errno == EINTR) return Process::Stream::State::open;
     if (count <= 0) return Process::Stream::State::finished;

@@ -63,12 +63,13 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
         if (!additions.contains(variable.substr(0, variable.find('=')))) variables.push_back(variable);
     }
     for (const auto& [name, value] : additions)
-        variables.push_back(name + "=" + value);
+        variables.push_back(std::string(name).append("=").append(value));
     return variables;
 }
 
 std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (auto& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

@@ -38,7 +38,7 @@ CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout
 
 std::string CommandResult::combinedOutput() const {
     const auto output = trimmedText(standardOutput);
-    const auto error = trimmedText(standardError);
+    auto error = trimmedText(standardError);
     if (output.empty()) return error;
     return error.empty() ? output : output + "\n" + error;
 }

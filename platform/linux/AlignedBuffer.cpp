@@ -10,7 +10,7 @@ namespace {
 
 /// The kernel uses a huge page only for memory that begins at a multiple of its size.
 std::align_val_t hugePageAlignment(size_t alignment) {
-    constexpr size_t hugePage = 2 * 1024 * 1024;
+    constexpr size_t hugePage = size_t{2} << 20;
     return std::align_val_t(std::max(alignment, hugePage));
 }
 

@@ -32,7 +32,8 @@ class LockedBlockDevice : public DescriptorDevice {
         const auto bytes = mediumSize(descriptor.get());
         const auto size = blockSize();
         if (!bytes.isSuccess()) return bytes;
-        return size.isSuccess() ? SystemResult{.value = bytes.value / size.value} : size;
+        if (!size.isSuccess() || size.value == 0) return size;
+        return {.value = bytes.value / size.value};
     }
 
     SystemResult disableCaching() override {

@@ -3,8 +3,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <vector>
 
 #include "foundation/Errors.h"
 #include "platform/CollectingPipe.h"
@@ -25,7 +25,7 @@ class ProcessTests : public LeavesNothingOpen {
     }
 };
 
-/// Lowers how many descriptors poll may be given at once, for as long as this exists.
+/// Lowers the number of descriptors that poll accepts, for as long as this exists.
 class PollLimit {
   public:
     explicit PollLimit(rlim_t descriptors) {
@@ -46,8 +46,8 @@ class PollLimit {
 TEST_F(ProcessTests, aChildThatCannotBeWatchedIsEnded) {
     CollectingPipe output;
     Process process = launchSleep(output);
-    const std::array streams{output.stream()};
-    const PollLimit limit(1);
+    const std::vector streams(65, output.stream());
+    const PollLimit limit(64);
     try {
         static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));
         ADD_FAILURE() << "the child ended by itself";

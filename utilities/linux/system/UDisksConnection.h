@@ -8,6 +8,7 @@
 #include "utilities/linux/BlockSystem.h"
 #include "utilities/linux/Machine.h"
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the library itself declares it so.
 using UDisksClient = struct _UDisksClient;
 
 namespace tessel {
