@@ -10,10 +10,10 @@ namespace tessel {
 
 class TerminationSignal;
 
-/// The program: one window on one view model, which works on the given disks. Needs a QApplication.
+/// Runs the program: one window on one view model, which works on the given disks. Needs a QApplication.
 class Application {
   public:
-    /// Where the program finds its disks.
+    /// Says where the program finds its disks.
     struct Disks {
         SystemUtilities utilities;
         RawDeviceFactory makeDevice;
@@ -26,8 +26,9 @@ class Application {
     ContentView& window() { return contentView; }
     const std::shared_ptr<MainThread>& mainThread() const { return thread; }
 
-    /// Shows the window and gives the exit status once it was closed and nothing runs any more. A request to
-    /// end, or the end of the desktop's session, closes the window as soon as the card is closed and ejected.
+    /// Shows the window, and returns the exit status once it is closed and nothing is running any more. A
+    /// request to terminate, or the end of the desktop session, closes the window as soon as the card is
+    /// closed and ejected.
     int run(TerminationSignal& terminationSignal);
 
   private:
@@ -37,7 +38,7 @@ class Application {
     ContentView contentView;
 };
 
-/// Sets what the whole program looks like and is called. To be called once, before any window.
+/// Sets the name and the look of the whole program. Call it once, before there is any window.
 void prepareApplication();
 
 }  // namespace tessel

@@ -1,7 +1,7 @@
 #include "app/ConfirmationTexts.h"
 
 #include "foundation/ByteCount.h"
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 
 namespace tessel {
 
@@ -10,8 +10,8 @@ std::string confirmationMessage(const TesselViewModel& viewModel) {
     const auto& image = viewModel.selectedImage();
     if (!image || !disk) return "Select an image and a recognized SD card before continuing.";
     return "WARNING: This will permanently erase all data on the recognized SD card /dev/" + disk->id + " (" +
-           disk->mediaName + ", " + sizeText(disk->sizeBytes) + ") and write " + image->displayName() + " (" +
-           byteCountText(image->sizeBytes) + "). The operation cannot be undone. " +
+           disk->mediaName + ", " + sizeOrUnknown(disk->sizeBytes) + ") and write " + image->displayName() +
+           " (" + byteCountText(image->sizeBytes) + "). The operation cannot be undone. " +
            (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
                                          : "SHA-256 verification is disabled.") +
            " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "

@@ -75,7 +75,7 @@ QWidget* ContentView::makeLeftPane() {
     auto* pane = new QScrollArea;
     pane->setMinimumWidth(620);
     pane->setFrameShape(QFrame::NoFrame);
-    pane->setFocusPolicy(Qt::NoFocus);  // keys that its cards leave alone scroll it all the same
+    pane->setFocusPolicy(Qt::NoFocus);  // keys that its cards ignore still scroll it
     pane->setVerticalScrollBar(new ScrollBar);
     pane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     pane->setWidgetResizable(true);
@@ -115,7 +115,7 @@ void ContentView::render() {
     if (closesWhenWriteEnds) closeWithEverythingAbove();
 }
 
-/// A panel or an alert that stayed open would keep the program running.
+/// Closes the panels and alerts too, since one that stayed open would keep the program running.
 void ContentView::closeWithEverythingAbove() {
     for (auto* dialog : findChildren<QDialog*>())
         dialog->reject();

@@ -18,15 +18,15 @@ class ProgressCard;
 class TargetCard;
 class WriteCard;
 
-/// The window. It shows what the view model publishes, once per turn of the event loop however much changed,
-/// and turns every action of the user into one call of the view model. It outlives a running write: closing
-/// it then asks for a stop and takes effect when the card is closed and ejected.
+/// Shows what the view model publishes, once per turn of the event loop however much has changed, and turns
+/// every action of the user into one call of the view model. The window outlives a running write: closing it
+/// then asks whether to stop, and takes effect once the card is closed and ejected.
 class ContentView : public QWidget {
   public:
     explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
-    /// Closes the window without asking, as soon as no write runs; a running one is asked to stop.
+    /// Closes the window without asking as soon as no write is running. A running write is asked to stop.
     void closeWhenWriteEnds();
 
   protected:

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 #include "viewmodel/TesselViewModel.h"
 #include "views/controls/Button.h"
 #include "views/controls/Card.h"

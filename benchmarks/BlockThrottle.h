@@ -5,8 +5,8 @@
 
 namespace tessel::benchmark {
 
-/// Limits what this process and its children read from and write to one block device, through the block-I/O
-/// controller (version 1), until it is dropped.
+/// Limits how fast this process and its children read from and write to one block device, by means of the
+/// block-I/O controller (version 1). The limit lasts until this object is destroyed.
 class BlockThrottle {
   public:
     static bool isAvailable();

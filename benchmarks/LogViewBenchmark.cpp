@@ -1,5 +1,5 @@
-// What one more line costs the operation log once it is long: the call that shows it, and the turn of the
-// event loop that scrolls and paints.
+// Measures what one more line costs the operation log once it is long: the call that shows it, and the turn
+// of the event loop that scrolls and paints.
 #include <QApplication>
 #include <QEventLoop>
 #include <QTimer>
@@ -21,7 +21,7 @@ std::string line(std::size_t number) {
     return "[12:34:56] Entry " + std::to_string(number) + ": a message of an ordinary length about the card.";
 }
 
-/// The processor time that the work takes, in milliseconds: waiting for events costs nothing.
+/// Returns the processor time that the work takes, in milliseconds. Waiting for events costs nothing.
 template <typename Work>
 double costOf(Work work) {
     const std::clock_t start = std::clock();
@@ -29,7 +29,7 @@ double costOf(Work work) {
     return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// Long enough for both scrolls and the painting to be over.
+/// Runs the event loop long enough for both scrolls and the painting to finish.
 void turnEventLoop() {
     QEventLoop loop;
     QTimer::singleShot(20, &loop, &QEventLoop::quit);
@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
     std::vector<double> updates, turns;
     for (std::size_t number = lineCount + 1; number <= lineCount + addedLineCount; ++number) {
         text += "\n" + line(number);
-        const std::string published = text;  // the caller's text is another one each time
+        const std::string published = text;  // each call gets a text object of its own
         updates.push_back(costOf([&] { view.setLog(published, number); }));
         turns.push_back(costOf(turnEventLoop));
     }

@@ -6,16 +6,16 @@
 
 namespace tessel::benchmark {
 
-/// Seconds that the work takes.
+/// Returns how many seconds the work takes.
 double secondsOf(const std::function<void()>& work);
 
-/// One line of the table: what was measured, what it is compared with, and the ratio that is aimed at.
+/// Describes one line of the table: what was measured, what it is compared with, and the target ratio.
 struct Row {
     std::string name;
     double ours;
     double theirs;
     std::string unit;
-    std::optional<double> limit;  ///< the largest acceptable ratio
+    std::optional<double> limit;  ///< is the largest acceptable ratio
 };
 
 void printHeader(const std::string& title);

@@ -1,4 +1,4 @@
-/// Measures how soon the window is there, and for how long it ever lets a person wait.
+/// Measures how soon the window appears, and the longest time that it ever keeps a person waiting.
 
 #include <unistd.h>
 
@@ -28,7 +28,7 @@ namespace {
 
 constexpr int rounds = 5;
 
-/// Ends the process as soon as the window was painted and the picture handed on.
+/// Ends the process as soon as the window has been painted and its picture handed on.
 class EndAtFirstPaint : public QObject {
   public:
     explicit EndAtFirstPaint(QWidget& window) { window.installEventFilter(this); }
@@ -58,14 +58,15 @@ void measureFirstPaint(const std::filesystem::path& program) {
         if (!process.waitUntilExit({.streams = {}, .timeout = std::nullopt}).termination.isSuccess())
             throw std::runtime_error("the window was not painted");
     };
-    showOnce();  // fills the cache
+    showOnce();  // warms the cache
     double best = 1e9;
     for (int round = 0; round < rounds; ++round)
         best = std::min(best, secondsOf(showOnce));
     printRow({"process start to first painted window / 300 ms", best * 1000, 300, "ms", 1.0});
 }
 
-/// The longest time that the event loop was away from its timers while it counted, in milliseconds.
+/// Measures the longest time, in milliseconds, that the event loop was away from its timers while `counts`
+/// held.
 class LongestTurn {
   public:
     explicit LongestTurn(std::function<bool()> counts) : counts(std::move(counts)) {
@@ -89,7 +90,7 @@ class LongestTurn {
     std::chrono::duration<double, std::milli> longest{0};
 };
 
-/// A person lets the disks be scanned again and then writes the card.
+/// Plays a person who has the disks scanned again and then writes the card.
 struct Play {
     Application& application;
     bool isScanning = false;

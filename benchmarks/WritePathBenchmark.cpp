@@ -1,4 +1,4 @@
-/// Compares the write path with what a person would type instead, side by side in one run.
+/// Compares the write path with the commands that a person would type instead, side by side in one run.
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -36,7 +36,7 @@ namespace fs = std::filesystem;
 constexpr uint64_t MiB = 1024 * 1024;
 constexpr int scans = 3;
 
-/// A folder on a real file system (memory is no card), gone at the end.
+/// Keeps a folder on a real file system, since memory is no card, and removes it at the end.
 class Workshop {
   public:
     Workshop() : folder("/var/tmp/velmora-tessel-benchmark-" + std::to_string(getpid())) {
@@ -59,7 +59,7 @@ class Workshop {
         return path(name);
     }
 
-    /// A file of real blocks, so that no contender has to wait for them to be found.
+    /// Makes a file whose blocks are all allocated, so that no contender has to wait for their allocation.
     fs::path makeMedium(const std::string& name, uint64_t size) const {
         const FileDescriptor file(open(path(name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
         if (posix_fallocate(file.get(), 0, static_cast<off_t>(size)) != 0)
@@ -95,14 +95,14 @@ void transfer(const fs::path& image, const fs::path& device) {
     runUntilFinished(loop, transferInBackground({image, fs::file_size(image), handle, true}, loop));
 }
 
-/// What a person would type to write, flush and read back without any proof.
+/// Returns what a person would type to write, flush and read back without any proof.
 std::string bareCopy(const fs::path& image, const fs::path& device) {
     return "dd bs=8M oflag=direct conv=fsync if=" + image.string() + " of=" + device.string() +
            " && dd bs=8M iflag=direct,count_bytes count=" + std::to_string(fs::file_size(image)) +
            " if=" + device.string() + " of=/dev/null";
 }
 
-/// What a person would type to write, flush and verify.
+/// Returns what a person would type to write, flush and verify.
 std::string typedCommands(const fs::path& image, const fs::path& device) {
     return "sha256sum " + image.string() + " && dd bs=8M conv=fsync if=" + image.string() +
            " of=" + device.string() + " && cmp -n " + std::to_string(fs::file_size(image)) + " " +
@@ -118,7 +118,7 @@ struct Comparison {
     int rounds = 3;
 };
 
-/// Lets both write, flush and read back the same image, in turns, each with the image in the cache.
+/// Has both contenders write, flush and read back the same image in turns, each with the image in the cache.
 void compare(const Comparison& comparison) {
     double ours = 1e9;
     double theirs = 1e9;
@@ -162,7 +162,7 @@ void compareTransfers(const Workshop& workshop) {
     compareAtSpeed(workshop, device, 20, 64 * MiB, 1.01);
 }
 
-/// Processor time in seconds of this process, or of the children that it has waited for.
+/// Returns the processor time in seconds of this process, or of the children that it has waited for.
 double processorTime(int whose) {
     rusage usage{};
     getrusage(whose, &usage);
@@ -172,7 +172,8 @@ double processorTime(int whose) {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// Each digests the image three times: as it is written, as it is read again, and as the card holds it.
+/// Compares processor time. Both contenders digest the image three times: as it is written, as it is read
+/// again, and as the card holds it.
 void compareProcessorTime(const Workshop& workshop) {
     printHeader("Processor time of a verified write of 1 GiB");
     if (!LoopDevice::isAvailable()) return printLeftOut("All rows", "attaching loop devices needs root");
@@ -192,7 +193,8 @@ void compareProcessorTime(const Workshop& workshop) {
     printRow({"transfer / sha256sum three times and dd", ours, theirs, "s", 1.15});
 }
 
-/// This process's in MiB. Not what getrusage says, which includes the process that started this one.
+/// Returns this process's peak resident size in MiB. The figure from getrusage would include the process that
+/// started this one.
 double peakResidentSize() {
     std::ifstream status("/proc/self/status");
     for (std::string name; status >> name;) {
@@ -202,7 +204,7 @@ double peakResidentSize() {
     throw std::runtime_error("the peak resident size is not known");
 }
 
-/// Peak resident size in MiB of a process that does one transfer and nothing else.
+/// Returns the peak resident size in MiB of a process that does one transfer and nothing else.
 double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::path& device) {
     CollectingPipe output;
     auto process = Process::launch({.executable = program,
@@ -211,7 +213,7 @@ double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::
                                    {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
     output.closeWritingEnd();
     Process::Stream streams[] = {output.stream()};
-    // A transfer that failed printed no number.
+    // A transfer that fails prints no number, and the conversion below then throws.
     static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));
     return std::stod(output.collected());
 }

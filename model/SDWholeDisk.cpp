@@ -1,12 +1,12 @@
 #include "model/SDWholeDisk.h"
 
 #include "foundation/Text.h"
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 
 namespace tessel {
 
 std::string SDWholeDisk::displaySummary() const {
-    return joined({mediaName, sizeText(sizeBytes), id}, " · ");
+    return joined({mediaName, sizeOrUnknown(sizeBytes), id}, " · ");
 }
 
 std::string SDWholeDisk::locationText() const {

@@ -7,16 +7,16 @@
 
 namespace tessel {
 
-/// A main thread for programs without a window: the thread that calls run(). Work posted while nobody does
-/// waits for the next run().
+/// Serves as the main thread of a program without a window: the thread that calls run(). Work posted while no
+/// thread is in run() waits for the next call.
 class RunLoop : public MainThread {
   public:
     void post(std::function<void()> work) override;
 
-    /// Does what is posted until stop() is called, and sleeps while there is nothing to do.
+    /// Runs what is posted until stop() is called, and sleeps while there is nothing to do.
     void run();
 
-    /// Makes run() return after the work in hand. May be called on any thread, also before run().
+    /// Makes run() return after the work in hand. May be called on any thread, even before run().
     void stop();
 
   private:
@@ -26,7 +26,7 @@ class RunLoop : public MainThread {
     bool isStopped __attribute__((guarded_by(mutex))) = false;
 };
 
-/// Makes the calling thread the main thread until the task has ended, and gives its value or throws its
+/// Makes the calling thread the main thread until the task has ended, and returns its value or throws its
 /// error.
 template <typename T>
 T runUntilFinished(const std::shared_ptr<RunLoop>& loop, Task<T> task,

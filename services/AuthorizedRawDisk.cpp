@@ -20,7 +20,7 @@ namespace {
 constexpr uint64_t smallestBlockSize = 512;
 constexpr uint64_t largestBlockSize = 1'048'576;
 
-/// The answer of a device, which must be there and not 0.
+/// Returns what the device answered. Throws commandFailed if the call failed or the answer is 0.
 uint64_t required(const SystemResult& answer, const std::string& failure) {
     if (answer.isSuccess() && answer.value != 0) return answer.value;
     throw TesselError::commandFailed(failure + systemErrorText(answer.error) + ".");
@@ -42,7 +42,7 @@ DescriptorChannel createChannel() {
     }
 }
 
-/// What the step gives, with its failure worded as one of the launch.
+/// Returns what the step returns, and words its failure as a failure of the launch.
 template <typename Step>
 auto launching(Step step) {
     try {
@@ -90,7 +90,7 @@ AuthorizedRawDiskHandle RawDiskOpener::openAuthorizedRawDisk(const std::string& 
                                  "The block count of the authorized SD card could not be determined: ");
     requireSupportedBlockSize(handle.blockSize);
 
-    // A verification that the cache answers proves nothing, so a device that can't do without is no device.
+    // A verification that the cache answers proves nothing, so a device without uncached access is refused.
     if (const auto uncached = handle.device->disableCaching(); !uncached.isSuccess()) {
         throw TesselError::commandFailed("The authorized SD card could not be opened for uncached access: " +
                                          systemErrorText(uncached.error) + ".");
@@ -111,7 +111,8 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     channel.sendingEnd.close();
     error.closeWritingEnd();
 
-    // Errors are read meanwhile: a talkative utility would fill the pipe and never send its message.
+    // Standard error is read at the same time: a talkative utility would otherwise fill the pipe and never
+    // send its message.
     std::optional<ReceivedDescriptor> message;
     std::array streams{Process::Stream{channel.receivingEnd.get(),
                                        [&] {
@@ -132,7 +133,7 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
 void throwAuthorizationFailure(const std::string& errorText) {
     struct Refusal {
         std::string_view words;
-        std::string_view message;  ///< empty for a cancellation
+        std::string_view message;  ///< is empty for a cancellation
     };
     const std::string_view denied = systemWords().rawAccessDenied;
     static constexpr std::string_view busy =

@@ -10,31 +10,33 @@
 
 namespace tessel {
 
-/// An open raw device, read-write and uncached, with its geometry. Dropping the handle closes the device.
+/// Holds an open raw device, read-write and uncached, with its geometry. Destroying the handle closes the
+/// device.
 struct AuthorizedRawDiskHandle {
     std::unique_ptr<RawDevice> device;
-    uint64_t blockSize = 0;   ///< of a logical block in bytes: a power of two from 512 to 1,048,576
+    uint64_t blockSize = 0;   ///< of a logical block, in bytes; a power of two from 512 to 1,048,576
     uint64_t blockCount = 0;  ///< of the medium; never 0
 
-    /// Whether the medium is exactly that large.
+    /// Tells whether the medium has exactly this capacity.
     bool hasCapacity(uint64_t bytes) const {
         return bytes % blockSize == 0 && bytes / blockSize == blockCount;
     }
-    /// Whether that many bytes fit on the medium.
+    /// Tells whether that many bytes fit on the medium.
     bool holds(uint64_t bytes) const { return bytes / blockSize + (bytes % blockSize != 0) <= blockCount; }
 };
 
-/// Has the operating system's authorization utility open raw devices, since this program may not.
+/// Opens raw devices by means of the operating system's authorization utility, since this program may not
+/// open them itself.
 class RawDiskOpener {
   public:
     RawDiskOpener(std::filesystem::path authorizationUtility, RawDeviceFactory makeDevice) :
         authorizationUtility(std::move(authorizationUtility)),
         makeDevice(std::move(makeDevice)) {}
 
-    /// Opens "/dev/rdisk4" or the like. Blocks until the utility has ended, however long the person takes to
-    /// answer its prompt; call it on a background thread. Throws CancellationError for a refused prompt,
-    /// PlatformError when the utility can't be watched, and TesselError for everything else. Whatever was
-    /// opened is closed before it throws.
+    /// Opens a raw device such as "/dev/rdisk4". Blocks until the utility has ended, however long the person
+    /// takes to answer its prompt, so call it on a background thread. Throws CancellationError if the prompt
+    /// is refused, PlatformError if the utility can't be watched, and TesselError for any other failure.
+    /// Closes whatever it opened before it throws.
     AuthorizedRawDiskHandle openAuthorizedRawDisk(const std::string& devicePath) const;
 
   private:
@@ -44,7 +46,7 @@ class RawDiskOpener {
     RawDeviceFactory makeDevice;
 };
 
-/// Throws what the utility's words on standard error mean: CancellationError or TesselError.
+/// Throws the error that the utility's words on standard error stand for: CancellationError or TesselError.
 [[noreturn]] void throwAuthorizationFailure(const std::string& errorText);
 
 }  // namespace tessel

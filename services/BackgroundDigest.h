@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// A SHA-256 computation that goes on while its owner reads or writes the next chunk.
+/// Computes a SHA-256 digest while its owner reads or writes the next chunk.
 class BackgroundDigest {
   public:
     BackgroundDigest() = default;
@@ -15,15 +15,15 @@ class BackgroundDigest {
     BackgroundDigest& operator=(const BackgroundDigest&) = delete;
     ~BackgroundDigest() { helper.wait(); }
 
-    /// Begins to digest the bytes, which must stay as they are until the next call. Returns once those of the
-    /// last call are digested.
+    /// Begins to digest the bytes, which must not change until the next call. Returns once the bytes of the
+    /// previous call are digested.
     void update(std::span<const std::byte> bytes) {
         helper.finish();
         current = bytes;
         helper.begin();
     }
 
-    /// The digest of everything since the beginning or the last call.
+    /// Returns the digest of everything since the beginning or the last call.
     [[nodiscard]] Sha256::Digest finish() {
         helper.finish();
         return digest.finish();

@@ -32,10 +32,10 @@ class CommandRunner {
     using Timeout = std::optional<std::chrono::duration<double>>;
 
     /// Runs the command on a thread of its own. A non-zero status or a time-out is a result, not an error. A
-    /// command that outlives its time-out gets SIGTERM, and SIGKILL 0.5 seconds later. Once the command has
-    /// ended, a descendant that keeps its streams open delays the result by a second at most; what was read
-    /// by then is kept. Throws PlatformError when the command can't be started, or prints more than 16 MiB on
-    /// one of its streams.
+    /// command that outlives its time-out gets SIGTERM, and SIGKILL 0.5 seconds later (see Process). Once the
+    /// command has ended, a descendant that keeps its streams open delays the result by a second at most;
+    /// what was read by then is kept. Throws PlatformError when the command can't be started, or prints more
+    /// than 16 MiB on one of its streams.
     Task<CommandResult> run(Command command, Timeout timeout) const;
 };
 

@@ -56,7 +56,7 @@ Task<DiskSearch> DiskService::findAgain(SDWholeDisk expected) const {
     co_return search;
 }
 
-/// One attempt.
+/// Makes one attempt to find the disk, and records what it saw.
 Task<> DiskService::lookFor(const SDWholeDisk& expected, DiskSearch& search) const {
     try {
         const auto list = co_await listWholeDisks();

@@ -15,16 +15,16 @@
 
 namespace tessel {
 
-/// What was seen while an expected disk was looked for.
+/// Tells what was seen in the search for an expected disk.
 struct DiskSearch {
-    std::optional<SDWholeDisk> found;      ///< the fresh record; absent when no attempt found the disk
-    int attempts = 0;                      ///< how many it took
-    std::optional<SDWholeDisk> otherDisk;  ///< the last one that stood in its place
-    std::exception_ptr readError;          ///< the last one that another attempt might have passed
+    std::optional<SDWholeDisk> found;      ///< is the fresh record; absent if no attempt found the disk
+    int attempts = 0;                      ///< counts the attempts
+    std::optional<SDWholeDisk> otherDisk;  ///< is the last disk seen in its place
+    std::exception_ptr readError;          ///< is the last error that another attempt might have avoided
 };
 
-/// Asks the operating system about disks, through its disk utility. Stateless: every operation starts from
-/// fresh output, and runs its commands strictly one after another.
+/// Asks the operating system about disks, through its disk utility. It is stateless: every operation starts
+/// from fresh output and runs its commands strictly one after another.
 class DiskService {
   public:
     explicit DiskService(SystemUtilities utilities) : utilities(std::move(utilities)) {}
@@ -32,28 +32,29 @@ class DiskService {
     /// Runs the disk utility. A non-zero status is a result, not an error.
     Task<CommandResult> runDiskutil(std::vector<std::string> arguments, std::chrono::seconds timeout) const;
 
-    /// The identifiers of all whole disks with what the list says of each. Throws TesselError when the
-    /// command fails or answers with something else than a disk list, PlatformError when it answers with
-    /// rubbish.
+    /// Returns the identifiers of all whole disks, with what the list says about each. Throws TesselError if
+    /// the command fails or answers with anything other than a disk list, and PlatformError if the answer is
+    /// not a property list at all.
     Task<DiskList> listWholeDisks() const;
 
-    /// The details of one disk, beside what the list said of it (may be null); nothing when it has none.
-    /// Throws PlatformError for rubbish.
+    /// Returns the details of one disk, with what the list said about it (`layout`, which may be null) filled
+    /// in. Returns nothing if the disk has no details. Throws PlatformError if the answer is not a property
+    /// list.
     Task<std::optional<SDWholeDisk>> readDiskInfo(std::string identifier, const DiskLayout* layout) const;
 
-    /// Looks for the disk until it is found the same as expected, up to three times and 0.2 seconds apart.
-    /// Whether it may still be written to is for the caller to ask. Throws CancellationError, and TesselError
-    /// where no other attempt can help; any other error is part of what was seen.
+    /// Looks for the expected disk until it is found, up to three times and 0.2 seconds apart. The caller
+    /// must check whether the disk may still be written to. Throws CancellationError, and TesselError where
+    /// another attempt can't help; any other error becomes part of what was seen.
     Task<DiskSearch> findAgain(SDWholeDisk expected) const;
 
-    /// Every whole disk in display order. A disk whose details can't be read is a placeholder.
+    /// Returns every whole disk in display order. A disk whose details can't be read becomes a placeholder.
     Task<std::vector<SDWholeDisk>> scanDisks() const;
 
-    /// A fresh record of the selected disk, once it is certain that it is the same disk and still eligible.
-    /// Throws what findAgain() throws, and TesselError: diskChanged or unsafeDisk.
+    /// Returns a fresh record of the selected disk, once it is certain that it is the same disk and still
+    /// eligible. Throws what findAgain() throws, and TesselError: diskChanged or unsafeDisk.
     Task<SDWholeDisk> revalidateDisk(SDWholeDisk selected) const;
 
-    /// The record of a listed disk whose details can't be read. Never eligible.
+    /// Makes the record of a listed disk whose details can't be read. Such a disk is never eligible.
     static SDWholeDisk placeholderDisk(const std::string& identifier, const DiskLayout* layout);
 
   private:

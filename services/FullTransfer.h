@@ -8,9 +8,10 @@
 
 namespace tessel {
 
-/// Repeats a call that may be short or interrupted until all bytes went through. `transfer` takes the bytes
-/// that are left and the offset where they belong; `failure` makes the error of an answer that moved nothing,
-/// at the offset of that call. Throws TesselError too when an offset is beyond what the system can address.
+/// Repeats a call that may be interrupted or move only some of the bytes, until all of them are transferred.
+/// `transfer` takes the bytes that are left and the offset where they belong; `failure` makes the error for a
+/// call that moved nothing, from its answer and its offset. Also throws TesselError if an offset is beyond
+/// what the system can address.
 template <typename Span, typename Call, typename Failure>
 void transferFully(Span bytes, uint64_t offset, Call transfer, Failure failure) {
     while (!bytes.empty()) {

@@ -19,7 +19,7 @@ struct HelperThread::Shared {
 
     explicit Shared(std::function<void()> work) : work(std::move(work)) {}
 
-    /// What the thread does until its owner has gone.
+    /// Does the work each time it is told to, until the owner is gone.
     void run() {
         while (isToldToWork()) {
             auto outcome = Outcome<void>::of(work);
@@ -55,7 +55,7 @@ struct HelperThread::Shared {
         return std::exchange(error, nullptr);
     }
 
-    /// Gives whether the work was not done yet.
+    /// Ends the thread's loop. Returns whether work was still in progress.
     bool end() {
         const MutexLock lock(mutex);
         changed.notify_all();

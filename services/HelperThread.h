@@ -6,21 +6,21 @@
 
 namespace tessel {
 
-/// A thread that does the same work each time it is told to, while its owner goes on. It exists from the
-/// beginning, so that nothing has to be acquired later. The owner is one thread.
+/// Does the same work on a thread of its own each time it is told to, while its owner goes on. The thread
+/// exists from the beginning, so that nothing has to be acquired later. A single thread owns it.
 class HelperThread {
   public:
-    /// Throws PlatformError when the system allows no more threads. The work may throw.
+    /// Starts the thread. Throws PlatformError if the system allows no more threads. The work may throw.
     explicit HelperThread(std::function<void()> work);
     HelperThread(const HelperThread&) = delete;
     HelperThread& operator=(const HelperThread&) = delete;
-    /// Leaves work that is not done yet behind, together with what the work owns.
+    /// Leaves unfinished work behind, together with everything that the work owns.
     ~HelperThread();
 
-    /// Has the work done once. The last one must have been waited for.
+    /// Begins the work. Any work begun earlier must have been waited for.
     void begin();
 
-    /// Waits until the work that was begun is done. Returns at once when there is none.
+    /// Waits until the work is done; returns at once when none was begun.
     void wait();
 
     /// Waits, and throws what the work threw.

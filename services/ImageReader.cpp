@@ -15,14 +15,14 @@ size_t ChunkGeometry::padded(size_t length) const {
     return static_cast<size_t>((length + blockSize - 1) / blockSize * blockSize);
 }
 
-/// What a read uses. The reader and its helper thread use it in turns.
+/// Holds what a read uses. The reader and its helper thread use it in turns.
 struct ImageReader::Reading {
     ImageSource source;
     ChunkGeometry geometry;
     std::array<AlignedBuffer, 2> buffers;
-    uint64_t offset = 0;    ///< of the chunk that is read next
-    size_t nextBuffer = 0;  ///< the other one is still being digested
-    ImageChunk chunk = {};  ///< read last
+    uint64_t offset = 0;    ///< is where the next chunk begins
+    size_t nextBuffer = 0;  ///< is free; the other one is still being digested
+    ImageChunk chunk = {};  ///< is the one that was read last
 
     Reading(const std::filesystem::path& url, const ChunkGeometry& geometry) :
         source(url, geometry.imageSize),
@@ -52,7 +52,7 @@ ImageChunk ImageReader::next() {
     if (reading->offset == 0) readAhead.begin();
     readAhead.finish();
     const auto chunk = reading->chunk;
-    // Returns when the chunk before is digested, so that its buffer is free.
+    // This returns once the previous chunk is digested, so that its buffer is free.
     digest.update(chunk.bytes);
     if (!reading->isAtEnd()) readAhead.begin();
     return chunk;

@@ -11,46 +11,46 @@
 
 namespace tessel {
 
-/// How an image is cut for a device.
+/// Describes how an image is cut into chunks for a device.
 struct ChunkGeometry {
     uint64_t imageSize;  ///< in bytes
-    uint64_t blockSize;  ///< of the device, in bytes
-    size_t chunkSize;    ///< a whole number of blocks
+    uint64_t blockSize;  ///< is the device's, in bytes
+    size_t chunkSize;    ///< is a whole number of blocks, in bytes
 
-    /// The image bytes of the chunk that begins at the offset.
+    /// Returns how many image bytes the chunk that begins at the offset has.
     [[nodiscard]] size_t lengthAt(uint64_t offset) const;
-    /// The length rounded up to whole blocks.
+    /// Rounds the length up to whole blocks.
     [[nodiscard]] size_t padded(size_t length) const;
 };
 
-/// One chunk of an image in memory.
+/// Refers to one chunk of an image in memory.
 struct ImageChunk {
-    std::span<const std::byte> bytes;   ///< the image's
-    std::span<const std::byte> padded;  ///< the same, followed by zeros up to a whole number of blocks
+    std::span<const std::byte> bytes;   ///< come from the image
+    std::span<const std::byte> padded;  ///< are the same, followed by zeros up to a whole number of blocks
 };
 
-/// Reads an image from its beginning to its end, as often as wanted, and digests it on the way. While its
-/// owner works on a chunk it reads the next one; what goes wrong with a chunk is thrown when that chunk is
-/// asked for, never before. Dropped in the middle, it waits for no read: one that is stuck is left behind
-/// with the file and the memory that it uses.
+/// Reads an image from beginning to end, as often as wanted, and digests it on the way. While its owner works
+/// on one chunk, it reads the next; an error in reading a chunk is thrown when that chunk is asked for, never
+/// earlier. If it is destroyed halfway, it waits for no read: one that is stuck is left behind with the file
+/// and the memory that it uses.
 class ImageReader {
   public:
-    /// Opens the image, and acquires all memory and threads that reading takes. Throws TesselError,
+    /// Opens the image, and acquires all the memory and threads that reading needs. Throws TesselError,
     /// PlatformError or std::bad_alloc.
     ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry);
 
-    /// The next chunk; it stays valid until the next call. To be called once for each chunk.
+    /// Returns the next chunk, which stays valid until the next call. Call it once for each chunk.
     [[nodiscard]] ImageChunk next();
 
-    /// Once every chunk was asked for: the SHA-256 digest of the image. The next chunk is the first one
-    /// again. Throws imageChanged when the file no longer has its size.
+    /// Returns the SHA-256 digest of the image, once every chunk was asked for. The next chunk is then the
+    /// first one again. Throws imageChanged if the file no longer has its size.
     [[nodiscard]] Sha256::Digest finishPass();
 
   private:
     struct Reading;
     std::shared_ptr<Reading> reading;
     HelperThread readAhead;
-    BackgroundDigest digest;  ///< last, so that it ends before the memory that it reads
+    BackgroundDigest digest;  ///< is the last member, so that it ends before the memory that it reads
 };
 
 }  // namespace tessel

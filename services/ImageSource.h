@@ -9,18 +9,18 @@
 
 namespace tessel {
 
-/// The open image file. Throws TesselError for what goes wrong with it. May be used on any one thread at a
-/// time.
+/// Reads the open image file, and throws TesselError for whatever goes wrong with it. May be used on any
+/// thread, but on only one at a time.
 class ImageSource {
   public:
-    /// Opens the file, which must have the expected size in bytes: imageChanged otherwise.
+    /// Opens the file. Throws imageChanged if it does not have the expected size in bytes.
     ImageSource(const std::filesystem::path& url, uint64_t expectedSize);
 
-    /// Fills the span from that offset, and lets the system forget that part of the file. Throws imageChanged
-    /// when the file ends before.
+    /// Fills the span with the bytes from the offset on, and lets the system drop that part of the file from
+    /// its cache. Throws imageChanged if the file ends too early.
     void read(std::span<std::byte> bytes, uint64_t offset) const;
 
-    /// Throws imageChanged when the file no longer has the expected size.
+    /// Throws imageChanged if the file no longer has the expected size.
     void requireUnchangedSize() const;
 
   private:

@@ -18,7 +18,7 @@ using enum ImageWritePhase;
 
 constexpr size_t largestChunk = 8 * 1024 * 1024;
 
-/// A whole number of blocks, and at least one.
+/// Returns a chunk size in bytes that is a whole number of blocks, and at least one.
 size_t chunkSizeFor(uint64_t blockSize) {
     return static_cast<size_t>(std::max<uint64_t>(largestChunk / blockSize, 1) * blockSize);
 }
@@ -55,7 +55,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     requireSameMedium(device);
     if (!medium) return;
 
-    // A refusal changes nothing: what was set when the device was opened stays set.
+    // A refusal does no harm, because caching has been off since the device was opened.
     static_cast<void>(device.disableCaching());
     report({verifyingImage, 0, size});
     for (uint64_t verified = 0; verified < size;) {

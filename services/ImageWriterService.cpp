@@ -16,10 +16,10 @@ namespace {
 using enum ImageWritePhase;
 
 constexpr std::chrono::seconds commandTimeout{60};
-/// Somebody waits for the failure or the stop to be over; a healthy card ejects within a second or two.
+/// Limits how long a person waits after a failure or a stop; a healthy card ejects within a second or two.
 constexpr std::chrono::seconds bestEffortTimeout{20};
 
-/// The image must still be the regular file of the size that was selected.
+/// Throws TesselError unless the image is still the regular file of the size that was selected.
 void verifyImageUnchanged(const SDImageFile& image) {
     const auto status = fileStatus(image.url);
     if (!status.isRegularFile) throw TesselError(TesselError::Case::imageUnavailable);
@@ -28,7 +28,7 @@ void verifyImageUnchanged(const SDImageFile& image) {
     }
 }
 
-/// The error to report for one that ended a write.
+/// Throws the error that is reported in place of the one that ended a write.
 [[noreturn]] void throwReported(const std::exception_ptr& error, bool wasCancelled) {
     if (wasCancelled) throw CancellationError();
     try {
@@ -42,7 +42,7 @@ void verifyImageUnchanged(const SDImageFile& image) {
     }
 }
 
-/// Blocks while the authorization prompt is open, which can't be withdrawn. A card that is opened after a
+/// Blocks while the authorization prompt is open, since the prompt can't be withdrawn. A card opened after a
 /// stop was requested is closed at once.
 AuthorizedRawDiskHandle authorize(const RawDiskOpener& opener, const std::string& rawDevicePath,
                                   const std::stop_token& stop) {
@@ -52,7 +52,7 @@ AuthorizedRawDiskHandle authorize(const RawDiskOpener& opener, const std::string
     return handle;
 }
 
-/// Closing a card in error recovery may take half a minute.
+/// Closes the card off the main thread, because that may take half a minute for a card in error recovery.
 Task<> close(AuthorizedRawDiskHandle handle) {
     co_await inBackground([&handle](const std::stop_token&) { handle.device.reset(); });
 }
@@ -69,13 +69,14 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
     const auto card = std::move(prepared).value();
     const auto written = co_await outcomeOf(writeUnmountedCard(request, card, report));
     if (written.error()) {
-        // The person is about to pull the card, so a stop does not end this, and its own failure is not told.
+        // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
+        // is not reported.
         co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, bestEffortTimeout));
         throwReported(written.error(), co_await isCancelled());
     }
 }
 
-/// Everything up to the unmount. A failure here leaves the card as it was.
+/// Takes all the steps up to the unmount. A failure here leaves the card as it was.
 Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
                                                     const ImageWriteProgressHandler& report) const {
     verifyImageUnchanged(request.image);
@@ -90,7 +91,7 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
     co_return card;
 }
 
-/// Everything from the unmount on. A failure here is followed by an eject.
+/// Takes all the steps after the unmount. A failure here is followed by an eject.
 Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWholeDisk& card,
                                               const ImageWriteProgressHandler& report) const {
     const auto imageSize = request.image.sizeBytes;
@@ -109,7 +110,7 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
     report({completed, imageSize, imageSize});
 }
 
-/// Proves that the open card is still the same one, and writes it.
+/// Proves that the open card is still the same one, and writes the image to it.
 Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
                                          const AuthorizedRawDiskHandle& handle,
                                          const ImageWriteProgressHandler& report) const {
@@ -131,7 +132,7 @@ Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk
         [&](const std::stop_token& stop) { writeImage(transfer, stop, reportOnMainThread); });
 }
 
-/// Runs a disk-utility command that must succeed.
+/// Runs a disk-utility command, and throws commandFailed if it does not succeed.
 Task<> ImageWriterService::require(std::vector<std::string> arguments, std::string fallback) const {
     const auto result = co_await diskService.runDiskutil(std::move(arguments), commandTimeout);
     if (result.status != 0) throw TesselError::commandFailed(result.failureMessage(fallback));

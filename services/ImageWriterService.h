@@ -12,14 +12,14 @@
 
 namespace tessel {
 
-/// Runs one complete destructive write. Stateless; its steps run on the main thread, while the authorization,
-/// the transfer and the closing of the card block threads of their own. Once the card is unmounted it is
-/// ejected on every way out, when possible.
+/// Runs one complete destructive write. It is stateless. Its steps run on the main thread, while the
+/// authorization, the transfer and the closing of the card block threads of their own. Once the card is
+/// unmounted, it is ejected on every way out, if possible.
 class ImageWriterService {
   public:
     struct Write {
         SDImageFile image;
-        SDWholeDisk target;  ///< as it was revalidated last
+        SDWholeDisk target;  ///< is the record of the last revalidation
         bool verify = true;
     };
 
@@ -29,9 +29,9 @@ class ImageWriterService {
         diskService(utilities),
         opener(utilities.authorizationUtility, std::move(makeDevice)) {}
 
-    /// Returns once the image was written, flushed, verified when requested, and the card ejected. `report`
-    /// is called on the main thread. Throws TesselError, or CancellationError after a stop or a dismissed
-    /// prompt.
+    /// Returns once the image was written, flushed and, if requested, verified, and the card was ejected.
+    /// Calls `report` on the main thread. Throws TesselError, or CancellationError after a stop or a
+    /// dismissed prompt.
     Task<> write(Write request, ImageWriteProgressHandler report) const;
 
   private:

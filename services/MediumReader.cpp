@@ -18,8 +18,8 @@ namespace {
 constexpr int readsPerChunk = 3;
 constexpr std::chrono::milliseconds pauseBeforeReread{200};
 
-/// Fills memory with what differs from the expected bytes at every place, so that a read that delivers
-/// nothing is never taken for the image.
+/// Fills the memory with bytes that all differ from the expected ones, so that a read that delivers nothing
+/// is never mistaken for the image.
 void fillWithOther(std::span<std::byte> memory, std::span<const std::byte> expected) {
     std::ranges::transform(expected, memory.begin(), [](std::byte byte) { return ~byte; });
 }

@@ -6,18 +6,18 @@
 
 #include "platform/RawDevice.h"
 
-/// What is asked of a raw device, each until it is done completely, with its failures worded: all throw
-/// TesselError.
+/// Complete calls on a raw device. Each either does all that it was asked to, or throws a TesselError that
+/// says what failed.
 namespace tessel {
 
 void writeFully(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset);
 
 void readFully(RawDevice& device, std::span<std::byte> bytes, uint64_t offset);
 
-/// Makes the medium itself keep what was written.
+/// Flushes what was written, so that the medium itself holds it.
 void synchronizeDevice(RawDevice& device);
 
-/// Nothing is written to, or believed of, a card that took the place of another: throws diskChanged.
+/// Throws diskChanged if another card has taken the place of this one.
 void requireSameMedium(RawDevice& device);
 
 }  // namespace tessel

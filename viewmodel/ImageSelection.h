@@ -10,20 +10,20 @@
 
 namespace tessel {
 
-/// The image that is to be written. Main thread only.
+/// Holds the image that is to be written. Use it on the main thread only.
 class ImageSelection {
   public:
     explicit ImageSelection(const std::function<void()>& onChange) : chosen(onChange, std::nullopt) {}
 
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return chosen(); }
 
-    /// Takes the file when it is one that can be written, and throws what `inspectImage` throws otherwise.
+    /// Takes the file if it can be written, and otherwise throws what inspectImage() throws.
     void select(const std::filesystem::path& file) { chosen = inspectImage(file); }
 
-    /// The image at that place, when it is one that can be written. Throws TesselError or PlatformError.
+    /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise.
     static SDImageFile inspectImage(const std::filesystem::path& url);
 
-    /// What the person is asked for.
+    /// Describes the panel that asks the person for an image.
     static Desktop::OpenPanel openPanel();
 
   private:

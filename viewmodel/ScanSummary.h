@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// What is said of the disks that a scan found: the state, then the lines of the log.
+/// Sums up the disks that a scan found: the state to show, then the lines to log.
 struct ScanSummary {
     TesselOperationState state;
     std::vector<std::string> messages;

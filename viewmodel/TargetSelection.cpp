@@ -13,8 +13,8 @@ const SDWholeDisk* TargetSelection::selectedDisk() const {
 }
 
 void TargetSelection::replaceDisks(std::vector<SDWholeDisk> disks) {
-    listed = std::move(disks);
-    const bool isStillEligible = std::ranges::any_of(listed(), [this](const SDWholeDisk& disk) {
+    scanned = std::move(disks);
+    const bool isStillEligible = std::ranges::any_of(scanned(), [this](const SDWholeDisk& disk) {
         return disk.id == selectedDiskID() && !eligibilityFailureReason(disk);
     });
     if (!isStillEligible) targetID = "";
@@ -29,7 +29,7 @@ const SDWholeDisk* TargetSelection::select(const std::string& id) {
 
 void TargetSelection::forget(const std::string& id) {
     targetID = "";
-    listed.modify(
+    scanned.modify(
         [&id](auto& disks) { std::erase_if(disks, [&id](const auto& disk) { return disk.id == id; }); });
 }
 

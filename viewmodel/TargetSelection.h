@@ -9,33 +9,33 @@
 
 namespace tessel {
 
-/// The disks that the last scan found, and the one among them that is to be written. Only a disk that may be
-/// written to can be the target. Main thread only.
+/// Holds the disks that the last scan found, and the one among them that is to be written. Only a disk that
+/// may be written to can be the target. Use it on the main thread only.
 class TargetSelection {
   public:
     explicit TargetSelection(const std::function<void()>& onChange) :
-        listed(onChange, {}),
+        scanned(onChange, {}),
         targetID(onChange, "") {}
 
-    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return listed(); }
-    /// Empty when there is no target.
+    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return scanned(); }
+    /// Returns the target's identifier, or an empty text if there is no target.
     [[nodiscard]] const std::string& selectedDiskID() const { return targetID(); }
-    /// The target, or null.
+    /// Returns the target, or null.
     [[nodiscard]] const SDWholeDisk* selectedDisk() const;
 
-    /// Takes the disks of a scan, in their order. The target stays while a disk of that name may still be
+    /// Takes the disks of a scan, in their order. Keeps the target if a disk of that name may still be
     /// written to.
     void replaceDisks(std::vector<SDWholeDisk> disks);
 
-    /// Makes the disk the target and gives it. Gives null and changes nothing when it may not be written to
-    /// or is not listed.
+    /// Makes the disk the target and returns it. Returns null and changes nothing if the disk may not be
+    /// written to or is not listed.
     const SDWholeDisk* select(const std::string& id);
 
-    /// Leaves no target, and takes an ejected card off the list.
+    /// Clears the target, and removes the ejected card from the list.
     void forget(const std::string& id);
 
   private:
-    Published<std::vector<SDWholeDisk>> listed;
+    Published<std::vector<SDWholeDisk>> scanned;
     Published<std::string> targetID;
 };
 

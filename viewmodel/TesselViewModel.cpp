@@ -22,7 +22,7 @@ TesselViewModel::TesselViewModel(const Environment& environment) :
     diskService(environment.utilities),
     imageWriterService(environment.mainThread, environment.utilities, environment.makeDevice) {}
 
-/// Starts an operation that keeps the view model once it has begun, so that what was begun is always ended.
+/// Starts an operation. Once it has begun it keeps the view model alive, so that it always reaches its end.
 TaskHandle TesselViewModel::start(Task<> (TesselViewModel::*operation)()) {
     const auto run = [](std::weak_ptr<TesselViewModel> weakViewModel,
                         Task<> (TesselViewModel::*begun)()) -> Task<> {
@@ -118,7 +118,7 @@ Task<> TesselViewModel::performWrite() {
 }
 
 void TesselViewModel::applyWriteProgress(const ImageWriteProgress& report) {
-    // The stop's own words stay until the outcome replaces them.
+    // The words about the stop remain until the outcome replaces them.
     if (isCancellationRequested()) return progress.notePhase(report.phase);
     if (const auto message = progress.show(report)) log.append(*message);
 }

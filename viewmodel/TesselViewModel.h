@@ -20,13 +20,13 @@
 
 namespace tessel {
 
-/// Everything that the window shows, and every operation that it offers. Lives on the main thread, in a
-/// shared pointer. One operation runs at a time: calls that come meanwhile are ignored.
+/// Holds everything that the window shows, and offers every operation. It lives on the main thread, in a
+/// shared pointer. Only one operation runs at a time, and calls that arrive meanwhile are ignored.
 class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
   public:
     struct Environment {
         std::shared_ptr<MainThread> mainThread;
-        Desktop& desktop;  ///< outlives the view model
+        Desktop& desktop;  ///< must outlive the view model
         SystemUtilities utilities;
         RawDeviceFactory makeDevice;
     };
@@ -35,7 +35,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     TesselViewModel(const TesselViewModel&) = delete;
     TesselViewModel& operator=(const TesselViewModel&) = delete;
 
-    /// Called after every change of what can be read here.
+    /// Is called after every change to what can be read here.
     std::function<void()> onChange;
 
     // State and log
@@ -44,22 +44,22 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] bool isBusy() const { return state().isBusy(); }
     [[nodiscard]] bool isSuccessfulCompletion() const { return state().isSuccessfulCompletion(); }
     [[nodiscard]] const std::vector<std::string>& logLines() const { return log.lines(); }
-    /// The log as one text. Growing it costs no more than the new lines.
+    /// Returns the log as one text. After the log has grown, this costs no more than the new lines do.
     [[nodiscard]] const std::string& logText() const { return log.text(); }
-    /// Does nothing while busy.
+    /// Clears the log, unless the program is busy.
     void clearLog();
 
     // Disks
 
     [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return targets.disks(); }
-    /// Empty without a target.
+    /// Returns the target's identifier, or an empty text if there is no target.
     [[nodiscard]] const std::string& selectedDiskID() const { return targets.selectedDiskID(); }
-    /// The target, or null.
+    /// Returns the target, or null.
     [[nodiscard]] const SDWholeDisk* selectedDisk() const { return targets.selectedDisk(); }
     [[nodiscard]] bool didPerformInitialScan() const { return hasStartedScan; }
-    /// Scans all disks; the state tells when that is over.
+    /// Begins to scan all disks. The state tells when the scan has ended.
     void refreshDisks();
-    /// Makes an eligible disk the target; any other is ignored.
+    /// Makes an eligible disk the target; ignores any other.
     void selectDisk(const std::string& id);
 
     // Image
@@ -70,12 +70,12 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     // Write
 
     [[nodiscard]] bool verifyAfterWrite() const { return verifies(); }
-    /// Does nothing while busy: what is said of a write is what was done in it.
+    /// Does nothing while the program is busy, so that what is reported of a write is what it did.
     void setVerifyAfterWrite(bool verify);
     [[nodiscard]] bool canStartWrite() const;
-    /// Begins the destructive operation. Only to be called once the person has confirmed it.
+    /// Begins the destructive operation. Call it only once the person has confirmed it.
     void startWrite();
-    /// Whether a write task exists, from its start until it has ended.
+    /// Tells whether a write task exists, from its start until it has ended.
     [[nodiscard]] bool hasWriteTask() const { return writeTask.exists(); }
     [[nodiscard]] bool isCancellationRequested() const { return writeTask.isCancellationRequested(); }
     [[nodiscard]] bool canRequestStop() const { return writeTask.canRequestStop(); }
@@ -83,7 +83,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
 
     // Progress
 
-    /// Each is 0 to 1.
+    /// Each returns a fraction from 0 to 1.
     [[nodiscard]] double writeOperationProgress() const { return progress.overall(); }
     [[nodiscard]] double sdPreparationAndWriteProgress() const { return progress.preparationAndWriting(); }
     [[nodiscard]] double overallWorkflowProgress() const;

@@ -9,31 +9,31 @@
 
 namespace tessel {
 
-/// How far a write has come, in numbers and words. They keep the end of the last write until the next
-/// selection or write. Main thread only.
+/// Tells how far a write has come, in numbers and in words. Both show the end of the last write until the
+/// next selection or write. Use it on the main thread only.
 class WriteProgress {
   public:
     explicit WriteProgress(const std::function<void()>& onChange);
 
-    /// 0 to 1, of the whole write.
+    /// Returns the progress of the whole write, from 0 to 1.
     [[nodiscard]] double overall() const { return overallFraction(); }
-    /// 0 to 1, up to the flush.
+    /// Returns the progress up to the flush, from 0 to 1.
     [[nodiscard]] double preparationAndWriting() const { return preparationFraction(); }
     [[nodiscard]] const std::string& title() const { return titleText(); }
     [[nodiscard]] const std::string& detail() const { return detailText(); }
-    /// Of the last report; absent before the first one.
+    /// Returns the phase of the last report, or nothing before the first one.
     [[nodiscard]] std::optional<ImageWritePhase> phase() const { return reportedPhase(); }
 
     void reset();
-    /// Shows a report. Gives the sentence to log, when the phase is another than the one logged last and has
-    /// one.
+    /// Shows a report. Returns the sentence to log, if the phase has one and is not the phase that was logged
+    /// last.
     std::optional<std::string> show(const ImageWriteProgress& report);
-    /// Remembers the phase of a report, and goes on showing what was said last.
+    /// Remembers the phase of a report, but leaves everything shown as it is.
     void notePhase(ImageWritePhase phase) { reportedPhase = phase; }
     void say(const std::string& title, const std::string& detail);
     void complete();
 
-    /// What is shown above the progress bars when the write failed in its present phase.
+    /// Returns the title shown above the progress bars when the write fails in its present phase.
     [[nodiscard]] std::string failureTitle() const;
 
   private:

@@ -28,7 +28,7 @@ std::string revalidationDescription(const SDWholeDisk& disk) {
            ", size=" + std::to_string(disk.sizeBytes);
 }
 
-/// Why the expected disk was not found.
+/// Explains why the expected disk was not found.
 std::string revalidationFailure(const SDWholeDisk& expected, const DiskSearch& search) {
     if (search.otherDisk) {
         return "Disk revalidation mismatch. Expected " + revalidationDescription(expected) + "; observed " +
@@ -151,7 +151,7 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
     showSafeToRemoveAlert(verified);
 }
 
-/// Progress, list and target stay, so that the person can try again once the cause is mended.
+/// Keeps the progress, the list and the target, so that the person can try again once the cause is fixed.
 void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
     auto& progress = surroundings.progress;
     progress.say(progress.failureTitle(), localizedDescription(error));

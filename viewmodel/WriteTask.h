@@ -17,10 +17,11 @@
 
 namespace tessel {
 
-/// The destructive operation: its steps, its stop and its outcome. Main thread only.
+/// Carries out the destructive operation: its steps, its stop and its outcome. Use it on the main thread
+/// only.
 class WriteTask {
   public:
-    /// What a write uses and changes. All of it outlives the write.
+    /// Refers to what a write uses and changes. All of it must outlive the write.
     struct Surroundings {
         Desktop& desktop;
         const DiskService& diskService;
@@ -34,11 +35,11 @@ class WriteTask {
 
     WriteTask(const std::function<void()>& onChange, const Surroundings& surroundings);
 
-    /// Whether a write exists, from its start until it has ended.
+    /// Tells whether a write exists, from its start until it has ended.
     [[nodiscard]] bool exists() const { return running().has_value(); }
     [[nodiscard]] bool isCancellationRequested() const { return cancellationRequested(); }
 
-    /// Gets everything ready for a write to begin.
+    /// Makes everything ready for a write to begin.
     void prepare();
     /// Takes the handle of the task that will call perform().
     void begin(TaskHandle task) { running = std::move(task); }

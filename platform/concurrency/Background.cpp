@@ -11,7 +11,7 @@ namespace tessel {
 
 namespace {
 
-/// To be awaited: the current task's token.
+/// Resumes at once with the current task's stop token.
 struct CurrentToken {
     std::stop_token token;
 

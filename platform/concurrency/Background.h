@@ -9,7 +9,7 @@
 
 namespace tessel {
 
-/// Runs the work, which must not throw, on a new thread. Throws PlatformError when the system allows no more.
+/// Runs the work, which must not throw, on a new thread. Throws PlatformError if no thread can be started.
 [[nodiscard]] std::thread startThread(std::function<void()> work);
 
 namespace detail {
@@ -35,25 +35,25 @@ struct [[nodiscard]] BackgroundCall {
 
 }  // namespace detail
 
-/// To be awaited: runs a blocking function on a thread of its own, hands it the waiter's stop token, and
-/// comes back with its value or error. Never cut short: the function itself looks at the token where it may
-/// stop. Every call has its own thread, since a fixed pool could deadlock on calls that wait for each other.
+/// Runs a blocking function on a thread of its own, hands it the waiter's stop token, and resumes with its
+/// value or error. The wait is never cut short: the function itself checks the token where it may stop. Each
+/// call has its own thread, since a fixed pool could deadlock on calls that wait for each other.
 template <typename Function>
 detail::BackgroundCall<Function> inBackground(Function function) {
     return {std::move(function)};
 }
 
-/// For blocking functions: throws CancellationError when a stop was requested.
+/// Throws CancellationError if a stop was requested. For blocking functions.
 void checkCancellation(const std::stop_token& stop);
 
-/// For blocking functions: waits that long, and ends early with CancellationError when a stop is requested.
+/// Sleeps that long, or throws CancellationError as soon as a stop is requested. For blocking functions.
 void sleepFor(std::chrono::nanoseconds duration, const std::stop_token& stop);
 
-/// The same for tasks.
+/// Do the same in a task, for its own cancellation.
 Task<> checkCancellation();
 Task<> sleepFor(std::chrono::nanoseconds duration);
 
-/// Whether the current task was cancelled.
+/// Tells whether the current task was cancelled.
 Task<bool> isCancelled();
 
 }  // namespace tessel

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The value that some work ended with, or the error that it threw.
+/// Holds the value that some work ended with, or the error that it threw.
 template <typename T>
 class Outcome {
   public:
@@ -16,7 +16,7 @@ class Outcome {
     Outcome(Value value) : content(std::in_place_index<0>, std::move(value)) {}
     Outcome(std::exception_ptr error) : content(std::in_place_index<1>, std::move(error)) {}
 
-    /// What calling the function ends with.
+    /// Calls the function, and keeps the value that it returns or the error that it throws.
     template <typename Function>
     static Outcome of(Function&& function) noexcept {
         try {
@@ -31,13 +31,13 @@ class Outcome {
         }
     }
 
-    /// The error, or null when there is a value.
+    /// Returns the error, or null if there is a value.
     std::exception_ptr error() const {
         const auto* thrown = std::get_if<1>(&content);
         return thrown ? *thrown : nullptr;
     }
 
-    /// Gives the value away, or throws the error.
+    /// Moves the value out, or throws the error.
     T value() && {
         if (const auto thrown = error()) std::rethrow_exception(thrown);
         if constexpr (!std::is_void_v<T>) return std::get<0>(std::move(content));

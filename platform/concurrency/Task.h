@@ -9,19 +9,17 @@
 #include "platform/concurrency/MainThread.h"
 #include "platform/concurrency/Outcome.h"
 
-/// How work waits.
-///
-/// A Task is a coroutine that starts when it is awaited. All of its steps run on the main thread, and it can
-/// be cancelled; a task that is awaited inherits both from its waiter. Whatever blocks is an ordinary
+/// A Task is a coroutine that starts when it is awaited. It takes all of its steps on the main thread, and it
+/// can be cancelled; a task that is awaited inherits both from its waiter. Whatever blocks is an ordinary
 /// function that runs on a thread of its own while a task waits for it: see inBackground().
 ///
-/// Cancelling is cooperative: a cancelled task learns of it from checkCancellation(), isCancelled() or an
-/// interrupted sleepFor(), and from nothing else. Waiting for work that was begun is never cut short.
+/// Cancellation is cooperative: a cancelled task learns of it only from checkCancellation(), isCancelled() or
+/// an interrupted sleepFor(). Waiting for work that has begun is never cut short.
 ///
-/// A lambda that is a coroutine must not capture: the captures would die before it ends. Pass parameters.
+/// A coroutine lambda must not capture, since its captures would die before it ends. Pass parameters instead.
 namespace tessel {
 
-/// What an awaited task inherits.
+/// Holds what a task inherits from its waiter.
 struct TaskContext {
     std::shared_ptr<MainThread> mainThread;
     std::stop_token cancellation;
@@ -29,7 +27,7 @@ struct TaskContext {
 
 namespace detail {
 
-/// Awaited by every task as its last step: its waiter goes on. A task that nobody waits for frees itself.
+/// Ends every task: its waiter resumes, and a task that nobody waits for frees itself.
 struct Finish {
     bool await_ready() const noexcept { return false; }
     void await_resume() const noexcept {}
@@ -37,7 +35,7 @@ struct Finish {
     template <typename Promise>
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> task) const noexcept {
         if (const auto waiter = task.promise().waiter) return waiter;
-        // An error that nobody can learn of is a fault of the program.
+        // An error that nobody can learn of is a bug in the program.
         if (task.promise().outcome->error()) std::terminate();
         task.destroy();
         return std::noop_coroutine();
@@ -51,7 +49,7 @@ struct PromiseBase {
     void unhandled_exception() { outcome.emplace(std::current_exception()); }
 
     TaskContext context;
-    std::coroutine_handle<> waiter;  ///< null when nobody waits
+    std::coroutine_handle<> waiter;  ///< is null if nobody waits
     std::optional<Outcome<T>> outcome;
 };
 
@@ -67,8 +65,8 @@ struct Promise<void> : PromiseBase<void> {
 
 }  // namespace detail
 
-/// Work that starts when it is awaited, which may happen once. The awaiting expression gives its value or
-/// throws its error. Whoever holds the Task owns the coroutine and must not drop it while it runs.
+/// Represents work that starts when it is awaited, which may happen only once. Awaiting it returns its value
+/// or throws its error. The Task owns the coroutine, and must not be destroyed while it runs.
 template <typename T = void>
 class [[nodiscard]] Task {
   public:
@@ -84,7 +82,7 @@ class [[nodiscard]] Task {
     }
 
     Task&& operator co_await() && { return std::move(*this); }
-    void operator co_await() & = delete;  // awaited twice, it would go on after its end
+    void operator co_await() & = delete;  // awaited twice, it would resume after its end
 
     bool await_ready() const noexcept { return false; }
 
@@ -97,7 +95,7 @@ class [[nodiscard]] Task {
 
     T await_resume() { return std::move(*coroutine.promise().outcome).value(); }
 
-    /// Has the main thread start the task, with nobody waiting for it. The task must not throw.
+    /// Starts the task on the main thread, with nobody waiting for it. The task must not throw.
     void detach(TaskContext context) && {
         const auto started = std::exchange(coroutine, nullptr);
         const auto mainThread = context.mainThread;
@@ -111,8 +109,8 @@ class [[nodiscard]] Task {
     std::coroutine_handle<promise_type> coroutine;
 };
 
-/// The value or error of a task as a value, since nothing can be awaited in a catch handler: clean-up that
-/// waits is written after it.
+/// Returns how the task ended as a value. Nothing can be awaited in a catch handler, so clean-up that has to
+/// wait is written after this.
 template <typename T>
 Task<Outcome<T>> outcomeOf(Task<T> task) {
     try {
@@ -127,8 +125,8 @@ Task<Outcome<T>> outcomeOf(Task<T> task) {
     }
 }
 
-/// A task that was started on its own. Nobody can wait for it: what it has to tell, it tells at its end.
-/// Handles may be copied and dropped freely, which does not cancel the task.
+/// Cancels a task that was started on its own. Nobody can wait for such a task, so it reports what it has to
+/// before it ends. Handles may be copied and destroyed freely, which does not cancel it.
 class TaskHandle {
   public:
     explicit TaskHandle(std::stop_source cancellation) : cancellation(std::move(cancellation)) {}
@@ -142,7 +140,7 @@ class TaskHandle {
     std::stop_source cancellation;
 };
 
-/// Has the main thread start a task that can be cancelled on its own. The task must not throw.
+/// Starts a task on the main thread, and returns the handle that cancels it. The task must not throw.
 inline TaskHandle startTask(std::shared_ptr<MainThread> mainThread, Task<> task) {
     const std::stop_source cancellation;
     std::move(task).detach({std::move(mainThread), cancellation.get_token()});

@@ -12,7 +12,8 @@ namespace tessel {
 
 namespace {
 
-/// "*.ab *.aB *.Ab *.AB": the desktop's own dialogs may tell cases apart.
+/// Returns a pattern for each mix of upper and lower case ("*.ab", "*.aB", "*.Ab", "*.AB"), because the
+/// desktop's own dialogs may be case-sensitive.
 QStringList patternsFor(const QString& extension) {
     QStringList patterns{"*."};
     for (const QChar letter : extension) {

@@ -8,18 +8,18 @@
 
 namespace tessel {
 
-/// The desktop as Qt and the login service know it.
+/// Provides the desktop's services by means of Qt and the login service.
 class QtDesktop : public Desktop {
   public:
-    /// How an alert looks is the business of the one who shows it.
+    /// Shows an alert. What the alert looks like is up to the presenter.
     using AlertPresenter = std::function<void(const Alert& alert, QWidget* window)>;
 
     explicit QtDesktop(AlertPresenter presenter) : presenter(std::move(presenter)) {}
 
-    /// The window to which panels and alerts belong.
+    /// Takes the window that panels and alerts belong to.
     void setWindow(QWidget* mainWindow) { window = mainWindow; }
 
-    /// A file with which panels begin, in the place of the user's Desktop folder.
+    /// Makes panels open at this file instead of in the user's Desktop folder.
     void setSuggestedFile(const std::filesystem::path& file) { suggestedFile = file; }
 
     std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override;

@@ -10,8 +10,8 @@
 
 namespace tessel {
 
-/// What was posted and is not done yet. A thread that is late with its work may find the receiver gone, since
-/// the application takes it along.
+/// Holds the work that was posted and is not done yet. The application destroys the receiver when it ends, so
+/// a thread that posts late may find it gone.
 class QtMainThread::Inbox {
   public:
     using Work = std::function<void()>;
@@ -21,7 +21,7 @@ class QtMainThread::Inbox {
         receiver = newReceiver;
     }
 
-    /// Accepts nothing more, and gives what is left.
+    /// Accepts no more work, and returns what is left.
     std::deque<Work> close() {
         const MutexLock lock(mutex);
         receiver = nullptr;
@@ -75,8 +75,8 @@ QtMainThread::QtMainThread() : inbox(std::make_shared<Inbox>()) {
 }
 
 QtMainThread::~QtMainThread() {
-    // May run on any thread, and after the last turn of the event loop: then the application deletes the
-    // receiver.
+    // This may run on any thread, even after the last turn of the event loop, in which case the application
+    // deletes the receiver.
     inbox->deleteReceiver();
 }
 

@@ -7,9 +7,9 @@
 
 namespace tessel {
 
-/// The thread of Qt's event loop, on which this is to be made. Nothing posted is done before the loop runs.
-/// What was posted is destroyed on that thread too, whoever posted it; after the end of the application it is
-/// dropped at once. Needs a QCoreApplication.
+/// Runs work on the thread of Qt's event loop, which must also create this object. No work is done before the
+/// loop runs. Work is destroyed on that thread too, whoever posted it; work that is posted after the end of
+/// the application is dropped at once. Needs a QCoreApplication.
 class QtMainThread : public MainThread {
   public:
     QtMainThread();
@@ -23,7 +23,8 @@ class QtMainThread : public MainThread {
     std::shared_ptr<Inbox> inbox;
 };
 
-/// Handles the events of Qt's event loop, on its thread, where the loop itself no longer runs.
+/// Handles the events of Qt's event loop until the condition holds. Call it on the loop's thread, where the
+/// loop itself does not run.
 void handleEventsUntil(const std::function<bool()>& isOver);
 
 }  // namespace tessel

@@ -7,13 +7,15 @@
 
 namespace tessel {
 
-/// Turns the polite requests to end (SIGTERM, SIGINT, SIGHUP) into calls on the main thread. To be
-/// constructed before any other thread exists, or that thread might be the one that they end.
+/// Turns polite requests to terminate (SIGTERM, SIGINT, SIGHUP) into calls on the main thread. It must be
+/// constructed before any other thread exists, because a request that reached such a thread would end the
+/// program.
 class TerminationSignal : public QObject {
   public:
     TerminationSignal();
 
-    /// From here on, in an event loop, each request is one call. Until then requests wait.
+    /// Has the event loop call the handler once for each request, including any that arrived since
+    /// construction.
     void handle(std::function<void()> handler);
 
   private:

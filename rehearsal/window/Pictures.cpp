@@ -49,7 +49,7 @@ void Pictures::take(const QString& stage) const {
 }
 
 void Pictures::save(const QString& name) const {
-    // Palettes and layouts reach the widgets by posted events.
+    // New palettes and layouts reach the widgets through posted events.
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     auto picture = window.grab();
     QPainter painter(&picture);

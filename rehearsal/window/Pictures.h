@@ -6,11 +6,11 @@
 
 namespace tessel {
 
-/// Saves pictures of the window and of what stands above it, light and dark, as wide as it likes to be and as
-/// small as it can be.
+/// Saves pictures of the window and of the dialogs above it, in light and dark colours, each at the window's
+/// current size and at its smallest.
 class Pictures {
   public:
-    /// The folder is made when it is missing; earlier pictures in it are replaced.
+    /// Creates the folder if it is missing. Pictures replace earlier ones of the same name.
     Pictures(QWidget& window, std::filesystem::path folder);
 
     void take(const QString& stage) const;

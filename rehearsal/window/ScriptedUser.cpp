@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Whether such a dialog is open above the window.
+/// Tells whether such a dialog is open above the window.
 template <typename Dialog>
 bool isOpen() {
     return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
@@ -65,7 +65,7 @@ Task<> ScriptedUser::lookAround() {
 }
 
 Task<> ScriptedUser::chooseImage() {
-    // The panel has an event loop of its own, so the click does not return before it is answered.
+    // The panel runs an event loop of its own, so the click does not return until the panel is answered.
     QTimer::singleShot(0, [this] { click(shownControl<Button>(application.window(), "Select Image")); });
     co_await until("the open panel appears", isOpen<QFileDialog>);
     watch("03-open-panel");
@@ -117,7 +117,7 @@ Task<> ScriptedUser::watchTheWrite() {
     watch("10-done");
 }
 
-/// Looks as often as a person would blink.
+/// Checks at short intervals. Throws std::runtime_error if an operation fails or a minute passes first.
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
     const auto deadline = std::chrono::steady_clock::now() + 60s;
     const auto& viewModel = application.viewModel();
@@ -128,7 +128,7 @@ Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulf
             throw std::runtime_error("Waited in vain until " + expectation + ".");
         co_await sleepFor(10ms);
     }
-    co_await sleepFor(10ms);  // what has changed is shown in the next turn
+    co_await sleepFor(10ms);  // the window shows the change in the next turn of the event loop
 }
 
 void ScriptedUser::click(QAbstractButton* button) const {

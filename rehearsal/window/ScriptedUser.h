@@ -11,8 +11,8 @@
 
 namespace tessel {
 
-/// A person who works the window with the mouse and the keyboard, through a whole write. The one who watches
-/// is told of each stage while it can be seen.
+/// Plays a person who takes the window through a whole write with the mouse. Tells the watcher about each
+/// stage while it can be seen.
 class ScriptedUser {
   public:
     using Watcher = std::function<void(const QString& stage)>;
@@ -21,8 +21,8 @@ class ScriptedUser {
         application(application),
         watch(std::move(watcher)) {}
 
-    /// Writes the image that the open panel suggests to the card. Throws std::runtime_error when the window
-    /// doesn't do what is expected within a minute. To be awaited on the main thread.
+    /// Writes the image that the open panel suggests to the card. Throws std::runtime_error if the window
+    /// does not do what is expected within a minute. Await it on the main thread.
     Task<> writeSuggestedImage(std::string diskID);
 
   private:

@@ -6,7 +6,8 @@
 
 namespace tessel {
 
-/// The visible widgets of a kind below another. Works for classes that Qt's own search can't tell apart.
+/// Finds the visible widgets of a class below another widget. Works even for classes that Qt's own search
+/// can't tell apart.
 template <typename T>
 std::vector<T*> shownWidgets(const QWidget& ancestor) {
     std::vector<T*> found;
@@ -17,7 +18,7 @@ std::vector<T*> shownWidgets(const QWidget& ancestor) {
     return found;
 }
 
-/// The shown control with that text, or null.
+/// Returns the visible control with that text, or null.
 template <typename T>
 T* shownControl(const QWidget& ancestor, const QString& text) {
     for (auto* control : shownWidgets<T>(ancestor)) {

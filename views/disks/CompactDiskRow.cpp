@@ -7,7 +7,7 @@
 #include <QPainter>
 
 #include "model/DiskTexts.h"
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 #include "views/controls/Accessibility.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
@@ -73,7 +73,7 @@ void CompactDiskRow::display(const Fields& fields) {
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
     name->setText(QString::fromStdString(disk.mediaName));
     device->setText(QString::fromStdString(devicePath(disk)));
-    size->setText(QString::fromStdString(sizeText(disk.sizeBytes)));
+    size->setText(QString::fromStdString(sizeOrUnknown(disk.sizeBytes)));
     media->display(disk);
     setAccessibleName(selector->accessibilityLabel());
     setAccessibleDescription(selector->toolTip());

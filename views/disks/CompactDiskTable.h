@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 #include "views/disks/CompactDiskRow.h"
 
 class QScrollArea;

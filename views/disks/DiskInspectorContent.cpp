@@ -2,7 +2,7 @@
 
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/SymbolLabel.h"
@@ -61,7 +61,7 @@ void DiskInspectorContent::display(const SDWholeDisk& disk) {
     device->setValue(QString::fromStdString(devicePath(disk)));
     media->setValue(QString::fromStdString(disk.mediaName));
     location->setValue(QString::fromStdString(disk.locationText()));
-    capacity->setValue(QString::fromStdString(sizeText(disk.sizeBytes)));
+    capacity->setValue(QString::fromStdString(sizeOrUnknown(disk.sizeBytes)));
     connection->setValue(QString::fromStdString(disk.busProtocol));
     map->setValue(QString::fromStdString(disk.partitionSchemeText()));
     attributes->setValue(QString::fromStdString(disk.capabilitySummary()));

@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
 #include "views/disks/StackedTexts.h"
@@ -42,7 +42,7 @@ DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition) {
     row->setSpacing(spacing::small);
     row->addWidget(identifier, 0, Qt::AlignTop);
     row->addLayout(stackedTexts(name, detail), 1);
-    row->addWidget(new TextLabel(QString::fromStdString(sizeText(partition.sizeBytes)), sizeLook), 0,
+    row->addWidget(new TextLabel(QString::fromStdString(sizeOrUnknown(partition.sizeBytes)), sizeLook), 0,
                    Qt::AlignTop);
 }
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 #include "views/disks/DiskColumnWidths.h"
 
 namespace tessel {

@@ -3,7 +3,7 @@
 #include <QPushButton>
 #include <functional>
 
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 
 namespace tessel {
 

@@ -1,5 +1,5 @@
-/// The window on a simulated card reader. Where there is a display, a person works it; where there is none, a
-/// scripted user does, off screen.
+/// Shows the window on a simulated card reader. Where there is a display, a person operates it; where there
+/// is none, a scripted user does so off screen.
 
 #include <QApplication>
 #include <cstdio>
@@ -22,7 +22,7 @@ namespace tessel {
 
 namespace {
 
-constexpr double cardSpeed = 90'000'000;  ///< bytes per second
+constexpr double cardSpeed = 90'000'000;  ///< in bytes per second
 
 bool hasDisplay() {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
@@ -61,7 +61,7 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
     application.window().closeWhenWriteEnds();
 }
 
-/// The image that the person named, or a sample.
+/// Returns the image that the person named, or else a sample.
 std::filesystem::path imageToTry(const Stage& stage, std::span<char* const> arguments) {
     if (arguments.empty()) return stage.makeSampleImage();
     const std::filesystem::path image = arguments.front();
@@ -95,7 +95,7 @@ int main(int argc, char* argv[]) {
     tessel::TerminationSignal terminationSignal;
     if (!tessel::hasDisplay()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        qputenv("QT_LOGGING_RULES", "default.warning=false");  // of what only a real screen has
+        qputenv("QT_LOGGING_RULES", "default.warning=false");  // these warn of what only a real screen has
     }
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();

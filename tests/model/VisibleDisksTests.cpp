@@ -1,4 +1,4 @@
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 
 #include <gmock/gmock.h>
 
@@ -25,7 +25,7 @@ Identifiers order(const std::vector<SDWholeDisk>& disks, DiskSortField field, bo
 
 }  // namespace
 
-TEST(DiskSortingTests, eachFieldOrdersInBothDirections) {
+TEST(VisibleDisksTests, eachFieldOrdersInBothDirections) {
     const std::vector<SDWholeDisk> disks{
         sampleCard("disk10", "Reader 2", 500), sampleCard("disk2", "reader 10", 500),
         onBus(sampleCard("disk3", " Alpha ", 900), "USB"), sampleCard("disk4", "Reader 2", 100)};
@@ -48,7 +48,7 @@ TEST(DiskSortingTests, eachFieldOrdersInBothDirections) {
     }
 }
 
-TEST(DiskSortingTests, onlyPhysicalIdentifiedCardsAreListedUnlessAllAreAskedFor) {
+TEST(VisibleDisksTests, onlyPhysicalIdentifiedCardsAreListedUnlessAllAreAskedFor) {
     SDWholeDisk virtualCard = sampleCard("disk5");
     virtualCard.isPhysical = false;
     SDWholeDisk readOnlyCard = sampleCard("disk6");

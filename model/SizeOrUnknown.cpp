@@ -1,10 +1,10 @@
-#include "model/SizeText.h"
+#include "model/SizeOrUnknown.h"
 
 #include "foundation/ByteCount.h"
 
 namespace tessel {
 
-std::string sizeText(uint64_t bytes) {
+std::string sizeOrUnknown(uint64_t bytes) {
     return bytes == 0 ? "Unknown size" : byteCountText(bytes);
 }
 

@@ -6,6 +6,6 @@
 namespace tessel {
 
 /// Words the size of a disk or partition, as in "31.9 GB"; 0 bytes are an "Unknown size".
-[[nodiscard]] std::string sizeText(uint64_t bytes);
+[[nodiscard]] std::string sizeOrUnknown(uint64_t bytes);
 
 }  // namespace tessel

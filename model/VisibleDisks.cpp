@@ -1,4 +1,4 @@
-#include "model/DiskSorting.h"
+#include "model/VisibleDisks.h"
 
 #include <algorithm>
 #include <string>
