@@ -28,7 +28,8 @@ class DiskDevice : public DescriptorDevice {
 
     SystemResult synchronize() override {
         const auto flushed = DescriptorDevice::synchronize();
-        // Each is known to some devices only, and both ask for more than has to be.
+        // Has the medium itself keep what it was sent: file systems know the first request, devices the
+        // second, and neither has to be known.
         if (flushed.isSuccess() && fcntl(descriptor.get(), F_FULLFSYNC, 0) != 0)
             ioctl(descriptor.get(), synchronizeCache);
         return flushed;
