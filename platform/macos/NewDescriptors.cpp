@@ -14,8 +14,8 @@ namespace tessel {
 
 namespace {
 
-/// In a second call, since this system has none that does both. A child that is started in between gets
-/// nothing all the same: see keepOtherDescriptors.
+/// In a second call, since this system has none that does both. A child that this
+/// program starts in between gets nothing all the same: see keepOtherDescriptors.
 FileDescriptor closedOnExec(int descriptor) {
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
     return FileDescriptor(descriptor);

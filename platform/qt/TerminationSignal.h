@@ -14,8 +14,8 @@ class TerminationSignal : public QObject {
   public:
     TerminationSignal();
 
-    /// Has the event loop call the handler once for each request, including any that arrived since
-    /// construction.
+    /// Has the event loop call the handler after each request, including any that arrived since construction;
+    /// requests that arrive together may count as one.
     void handle(std::function<void()> handler);
 
   private:

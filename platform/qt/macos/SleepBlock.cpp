@@ -1,5 +1,6 @@
 #include "platform/qt/SleepBlock.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
@@ -15,12 +16,15 @@ namespace {
 class Caffeinate : public TemporaryActivity {
   public:
     Caffeinate() :
+        // Not this program's own outputs: giving a child a descriptor under its own number may fail here.
+        silence(open("/dev/null", O_WRONLY | O_CLOEXEC)),
         process(Process::launch({.executable = "/usr/bin/caffeinate",
                                  .arguments = {"-i", "-w", std::to_string(getpid())},
                                  .environment = {}},
-                                {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO})) {}
+                                {.standardOutput = silence.get(), .standardError = silence.get()})) {}
 
   private:
+    FileDescriptor silence;
     Process process;
 };
 
