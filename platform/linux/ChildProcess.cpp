@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-// The header of glibc 2.36 lacks this specification of its own.
+// The header of glibc 2.36 does not declare its functions extern "C" itself.
 extern "C" {
 #include <sys/pidfd.h>
 }
