@@ -81,6 +81,10 @@ std::string trimmed(std::string_view text) {
     return std::string(text.substr(0, static_cast<size_t>(end)));
 }
 
+std::string trimmedOutput(std::string_view bytes) {
+    return isValidUTF8(bytes) ? trimmed(bytes) : std::string();
+}
+
 std::string lowercased(std::string_view text) {
     return utf8(unicode(text).toLower(icu::Locale::getRoot()));
 }

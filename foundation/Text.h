@@ -11,6 +11,10 @@ namespace tessel {
 /// Removes white space and line breaks from both ends.
 [[nodiscard]] std::string trimmed(std::string_view text);
 
+/// Returns what a program printed, without white space and line breaks at both ends. Bytes that are not UTF-8
+/// count as no text at all.
+[[nodiscard]] std::string trimmedOutput(std::string_view bytes);
+
 /// Lowercases by the rules that hold in every locale.
 [[nodiscard]] std::string lowercased(std::string_view text);
 

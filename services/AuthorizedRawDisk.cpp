@@ -125,7 +125,7 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     const bool hasDescriptor = message && message->outcome == ReceivedDescriptor::Outcome::received;
     if (ending.termination.isSuccess() && hasDescriptor) return std::move(message->descriptor);
 
-    const auto errorText = isValidUTF8(error.collected()) ? trimmed(error.collected()) : std::string();
+    const auto errorText = trimmedOutput(error.collected());
     if (errorText.empty()) throw receptionFailure(message);
     throwAuthorizationFailure(errorText);
 }

@@ -11,10 +11,6 @@ namespace tessel {
 
 namespace {
 
-std::string trimmedText(const std::string& bytes) {
-    return isValidUTF8(bytes) ? trimmed(bytes) : std::string();
-}
-
 CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout) {
     CollectingPipe output;
     CollectingPipe error;
@@ -37,8 +33,8 @@ CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout
 }  // namespace
 
 std::string CommandResult::combinedOutput() const {
-    const auto output = trimmedText(standardOutput);
-    auto error = trimmedText(standardError);
+    const auto output = trimmedOutput(standardOutput);
+    auto error = trimmedOutput(standardError);
     if (output.empty()) return error;
     return error.empty() ? output : output + "\n" + error;
 }
