@@ -1,7 +1,6 @@
 #include "model/TesselError.h"
 
 #include <new>
-#include <utility>
 
 #include "foundation/Errors.h"
 
@@ -43,20 +42,20 @@ std::string describe(TesselError::Case kind, const std::string& payload) {
 
 TesselError::TesselError(Case kind) : TesselError(kind, {}) {}
 
-TesselError::TesselError(Case kind, std::string payload) :
+TesselError::TesselError(Case kind, const std::string& payload) :
     errorCase(kind),
     description(describe(kind, payload)) {}
 
-TesselError TesselError::commandFailed(std::string message) {
-    return {Case::commandFailed, std::move(message)};
+TesselError TesselError::commandFailed(const std::string& message) {
+    return {Case::commandFailed, message};
 }
 
-TesselError TesselError::unsafeDisk(std::string reason) {
-    return {Case::unsafeDisk, std::move(reason)};
+TesselError TesselError::unsafeDisk(const std::string& reason) {
+    return {Case::unsafeDisk, reason};
 }
 
-TesselError TesselError::confirmationRequired(std::string expectedText) {
-    return {Case::confirmationRequired, std::move(expectedText)};
+TesselError TesselError::confirmationRequired(const std::string& expectedText) {
+    return {Case::confirmationRequired, expectedText};
 }
 
 std::string localizedDescription(const std::exception_ptr& error) {

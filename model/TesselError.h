@@ -25,10 +25,10 @@ class TesselError : public std::exception {
     /// Makes an error of a case without payload.
     explicit TesselError(Case kind);
     /// The message is a complete sentence and is shown unchanged.
-    static TesselError commandFailed(std::string message);
+    static TesselError commandFailed(const std::string& message);
     /// The reason is one of the policy's messages.
-    static TesselError unsafeDisk(std::string reason);
-    static TesselError confirmationRequired(std::string expectedText);
+    static TesselError unsafeDisk(const std::string& reason);
+    static TesselError confirmationRequired(const std::string& expectedText);
 
     Case kind() const { return errorCase; }
     /// Returns the sentence that is shown to the person.
@@ -36,7 +36,7 @@ class TesselError : public std::exception {
     const char* what() const noexcept override { return description.c_str(); }
 
   private:
-    TesselError(Case kind, std::string payload);
+    TesselError(Case kind, const std::string& payload);
 
     Case errorCase;
     std::string description;

@@ -26,20 +26,19 @@ using Clock = std::chrono::steady_clock;
 /// Tells posix_spawn to give the child descriptors 0 to 2 and ordinary signal handling.
 class SpawnSettings {
   public:
-    explicit SpawnSettings(const Process::Outputs& outputs) {
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions, outputs.standardOutput, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, outputs.standardError, STDERR_FILENO);
+    /// Throws PlatformError if the system has no memory for the settings.
+    explicit SpawnSettings(const Process::Outputs& outputs) : SpawnSettings() {
         short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        require(posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        require(giveDescriptor(actions, outputs.standardOutput, STDOUT_FILENO));
+        require(giveDescriptor(actions, outputs.standardError, STDERR_FILENO));
         // Libraries may have opened descriptors that are not close-on-exec.
-        keepOtherDescriptors(actions, flags);
+        require(keepOtherDescriptors(actions, flags));
 
         sigset_t none;
         sigemptyset(&none);
         sigset_t all;
         sigfillset(&all);
-        posix_spawnattr_init(&attributes);
         posix_spawnattr_setsigmask(&attributes, &none);
         posix_spawnattr_setsigdefault(&attributes, &all);
         posix_spawnattr_setflags(&attributes, flags);
@@ -53,6 +52,16 @@ class SpawnSettings {
 
     posix_spawn_file_actions_t actions{};
     posix_spawnattr_t attributes{};
+
+  private:
+    SpawnSettings() {
+        posix_spawn_file_actions_init(&actions);
+        posix_spawnattr_init(&attributes);
+    }
+
+    static void require(int error) {
+        if (error != 0) throw posixError("No program could be started", error);
+    }
 };
 
 /// Returns this program's environment with the additions, as "NAME=value" texts.

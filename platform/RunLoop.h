@@ -31,14 +31,14 @@ class RunLoop : public MainThread {
 template <typename T>
 T runUntilFinished(const std::shared_ptr<RunLoop>& loop, Task<T> task,
                    const std::stop_source& cancellation = {}) {
-    std::optional<Outcome<T>> outcome;
-    const auto finish = [](Task<T> work, std::optional<Outcome<T>>& result, RunLoop& stopped) -> Task<> {
+    Outcome<T> outcome;
+    const auto finish = [](Task<T> work, Outcome<T>& result, RunLoop& stopped) -> Task<> {
         result = co_await outcomeOf(std::move(work));
         stopped.stop();
     };
     finish(std::move(task), outcome, *loop).detach({loop, cancellation.get_token()});
     loop->run();
-    return std::move(*outcome).value();
+    return std::move(outcome).value();
 }
 
 }  // namespace tessel

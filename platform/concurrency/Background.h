@@ -19,15 +19,15 @@ struct [[nodiscard]] BackgroundCall {
     using Result = std::invoke_result_t<Function&, std::stop_token>;
 
     Function function;
-    std::optional<Outcome<Result>> outcome = std::nullopt;
+    Outcome<Result> outcome = {};
 
     bool await_ready() const noexcept { return false; }
-    Result await_resume() { return std::move(*outcome).value(); }
+    Result await_resume() { return std::move(outcome).value(); }
 
     template <typename Promise>
     void await_suspend(std::coroutine_handle<Promise> task) {
         startThread([this, context = task.promise().context, task] {
-            outcome.emplace(Outcome<Result>::of([&] { return function(context.cancellation); }));
+            outcome = Outcome<Result>::of([&] { return function(context.cancellation); });
             context.mainThread->post([task] { task.resume(); });
         }).detach();
     }

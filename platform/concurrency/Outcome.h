@@ -7,14 +7,15 @@
 
 namespace tessel {
 
-/// Holds the value that some work ended with, or the error that it threw.
+/// Holds the value that some work ended with, or the error that it threw; nothing before it has ended.
 template <typename T>
 class Outcome {
   public:
     using Value = std::conditional_t<std::is_void_v<T>, std::monostate, T>;
 
-    Outcome(Value value) : content(std::in_place_index<0>, std::move(value)) {}
-    Outcome(std::exception_ptr error) : content(std::in_place_index<1>, std::move(error)) {}
+    Outcome() = default;
+    Outcome(std::exception_ptr error) : content(std::move(error)) {}
+    Outcome(Value value) : content(std::in_place_index<1>, std::move(value)) {}
 
     /// Calls the function, and keeps the value that it returns or the error that it throws.
     template <typename Function>
@@ -31,20 +32,20 @@ class Outcome {
         }
     }
 
-    /// Returns the error, or null if there is a value.
+    /// Returns the error, or null if there is none.
     std::exception_ptr error() const {
-        const auto* thrown = std::get_if<1>(&content);
+        const auto* thrown = std::get_if<0>(&content);
         return thrown ? *thrown : nullptr;
     }
 
-    /// Moves the value out, or throws the error.
+    /// Moves the value out, or throws the error. The work must have ended.
     T value() && {
         if (const auto thrown = error()) std::rethrow_exception(thrown);
-        if constexpr (!std::is_void_v<T>) return std::get<0>(std::move(content));
+        if constexpr (!std::is_void_v<T>) return std::get<1>(std::move(content));
     }
 
   private:
-    std::variant<Value, std::exception_ptr> content;
+    std::variant<std::exception_ptr, Value> content;
 };
 
 }  // namespace tessel

@@ -2,7 +2,6 @@
 
 #include <coroutine>
 #include <memory>
-#include <optional>
 #include <stop_token>
 #include <utility>
 
@@ -36,7 +35,7 @@ struct Finish {
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> task) const noexcept {
         if (const auto waiter = task.promise().waiter) return waiter;
         // An error that nobody can learn of is a bug in the program.
-        if (task.promise().outcome->error()) std::terminate();
+        if (task.promise().outcome.error()) std::terminate();
         task.destroy();
         return std::noop_coroutine();
     }
@@ -46,21 +45,21 @@ template <typename T>
 struct PromiseBase {
     std::suspend_always initial_suspend() const noexcept { return {}; }
     Finish final_suspend() const noexcept { return {}; }
-    void unhandled_exception() { outcome.emplace(std::current_exception()); }
+    void unhandled_exception() { outcome = std::current_exception(); }
 
     TaskContext context;
     std::coroutine_handle<> waiter;  ///< is null if nobody waits
-    std::optional<Outcome<T>> outcome;
+    Outcome<T> outcome;
 };
 
 template <typename T>
 struct Promise : PromiseBase<T> {
-    void return_value(T value) { this->outcome.emplace(std::move(value)); }
+    void return_value(T value) { this->outcome = std::move(value); }
 };
 
 template <>
 struct Promise<void> : PromiseBase<void> {
-    void return_void() { outcome.emplace(std::monostate()); }
+    void return_void() { outcome = std::monostate(); }
 };
 
 }  // namespace detail
@@ -93,7 +92,7 @@ class [[nodiscard]] Task {
         return coroutine;
     }
 
-    T await_resume() { return std::move(*coroutine.promise().outcome).value(); }
+    T await_resume() { return std::move(coroutine.promise().outcome).value(); }
 
     /// Starts the task on the main thread, with nobody waiting for it. The task must not throw.
     void detach(TaskContext context) && {

@@ -9,8 +9,13 @@ extern "C" {
 
 namespace tessel {
 
-void keepOtherDescriptors(posix_spawn_file_actions_t& actions, short&) {
-    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+int keepOtherDescriptors(posix_spawn_file_actions_t& actions, short&) {
+    return posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+}
+
+int giveDescriptor(posix_spawn_file_actions_t& actions, int descriptor, int numberInChild) {
+    // Equal numbers are no special case here: the child's copy is then no longer close-on-exec.
+    return posix_spawn_file_actions_adddup2(&actions, descriptor, numberInChild);
 }
 
 FileDescriptor openExitSignal(pid_t child) {

@@ -2,7 +2,13 @@
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/param.h>
+#include <sys/stat.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <initializer_list>
+#include <string_view>
 #include <utility>
 
 #include "platform/DescriptorDevice.h"
@@ -16,11 +22,34 @@ constexpr unsigned long synchronizeCache = _IO('d', 22);
 constexpr unsigned long getBlockSize = _IOR('d', 24, uint32_t);
 constexpr unsigned long getBlockCount = _IOR('d', 25, uint64_t);
 
+/// Tells whether the descriptor belongs to a whole disk, such as "/dev/rdisk4", and not to a part of one.
+bool isWholeDisk(int descriptor) {
+    struct stat status{};
+    char buffer[MAXPATHLEN];
+    if (fstat(descriptor, &status) != 0 || fcntl(descriptor, F_GETPATH, buffer) != 0) return false;
+    if (!S_ISCHR(status.st_mode) && !S_ISBLK(status.st_mode)) return false;
+    const std::string_view path = buffer;
+    return std::ranges::any_of(
+        std::initializer_list<std::string_view>{"/dev/rdisk", "/dev/disk"}, [path](std::string_view prefix) {
+            return path.starts_with(prefix) &&
+                   path.find_first_not_of("0123456789", prefix.size()) == std::string_view::npos;
+        });
+}
+
+/// Tells whether a request failed for no other reason than that it is not known here or not allowed.
+bool isRefusal(int error) {
+    const auto refusals = {ENOTTY, ENOTSUP, EOPNOTSUPP, EINVAL, EPERM, EACCES};
+    return std::ranges::find(refusals, error) != refusals.end();
+}
+
 class DiskDevice : public DescriptorDevice {
   public:
     using DescriptorDevice::DescriptorDevice;
 
-    SystemResult blockSize() override { return ask<uint32_t>(getBlockSize); }
+    SystemResult blockSize() override {
+        if (!isWholeDisk(descriptor.get())) return {.error = ENOTBLK};
+        return ask<uint32_t>(getBlockSize);
+    }
     SystemResult blockCount() override { return ask<uint64_t>(getBlockCount); }
     SystemResult disableCaching() override {
         return SystemResult::from(fcntl(descriptor.get(), F_NOCACHE, 1));
@@ -28,11 +57,13 @@ class DiskDevice : public DescriptorDevice {
 
     SystemResult synchronize() override {
         const auto flushed = DescriptorDevice::synchronize();
-        // Has the medium itself keep what it was sent: file systems know the first request, devices the
-        // second, and neither has to be known.
-        if (flushed.isSuccess() && fcntl(descriptor.get(), F_FULLFSYNC, 0) != 0)
-            ioctl(descriptor.get(), synchronizeCache);
-        return flushed;
+        if (!flushed.isSuccess() || fcntl(descriptor.get(), F_FULLFSYNC, 0) == 0) return flushed;
+        // File systems know the request above, devices know this one, and neither has to be known.
+        SystemResult flushedMedium;
+        do {
+            flushedMedium = SystemResult::from(ioctl(descriptor.get(), synchronizeCache));
+        } while (flushedMedium.isInterrupted());
+        return isRefusal(flushedMedium.error) ? flushed : flushedMedium;
     }
 
     SystemResult confirmSameMedium() override {

@@ -24,8 +24,15 @@ FileDescriptor readableForEver() {
 
 }  // namespace
 
-void keepOtherDescriptors(posix_spawn_file_actions_t&, short& flags) {
+int keepOtherDescriptors(posix_spawn_file_actions_t&, short& flags) {
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+    return 0;
+}
+
+int giveDescriptor(posix_spawn_file_actions_t& actions, int descriptor, int numberInChild) {
+    // Not every version copies a descriptor onto itself.
+    if (descriptor == numberInChild) return posix_spawn_file_actions_addinherit_np(&actions, descriptor);
+    return posix_spawn_file_actions_adddup2(&actions, descriptor, numberInChild);
 }
 
 FileDescriptor openExitSignal(pid_t child) {

@@ -1,9 +1,6 @@
 #include "platform/qt/SleepBlock.h"
 
-#include <fcntl.h>
 #include <unistd.h>
-
-#include <utility>
 
 #include "foundation/Errors.h"
 #include "platform/Process.h"
@@ -12,20 +9,12 @@ namespace tessel {
 
 namespace {
 
-/// The system's own program for this, which ends with this one at the latest.
-class Caffeinate : public TemporaryActivity {
-  public:
-    Caffeinate() :
-        // Not this program's own outputs: giving a child a descriptor under its own number may fail here.
-        silence(open("/dev/null", O_WRONLY | O_CLOEXEC)),
-        process(Process::launch({.executable = "/usr/bin/caffeinate",
-                                 .arguments = {"-i", "-w", std::to_string(getpid())},
-                                 .environment = {}},
-                                {.standardOutput = silence.get(), .standardError = silence.get()})) {}
-
-  private:
-    FileDescriptor silence;
-    Process process;
+/// Runs the system's own program for this, which ends with this one at the latest.
+struct Caffeinate : TemporaryActivity {
+    Process process = Process::launch({.executable = "/usr/bin/caffeinate",
+                                       .arguments = {"-i", "-w", std::to_string(getpid())},
+                                       .environment = {}},
+                                      {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
 };
 
 }  // namespace
