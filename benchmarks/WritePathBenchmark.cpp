@@ -18,6 +18,7 @@
 
 #include "benchmarks/BlockThrottle.h"
 #include "benchmarks/Table.h"
+#include "foundation/Text.h"
 #include "platform/BlockDevice.h"
 #include "platform/CollectingPipe.h"
 #include "platform/Process.h"
@@ -34,7 +35,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr uint64_t MiB = 1024 * 1024;
+constexpr uint64_t MiB = uint64_t{1} << 20;
 constexpr int scans = 3;
 
 /// Keeps a folder below another one, and removes it at the end.
@@ -208,7 +209,8 @@ void compareProcessorTime(const Workshop& workshop) {
     if (!LoopDevice::isAvailable()) return printLeftOut("All rows", "attaching loop devices needs root");
     const LoopDevice loop({.file = workshop.path("medium"), .usesDirectIO = true});
     const auto image = workshop.path("large.img");
-    const auto digest = "sha256sum " + image.string() + " && ";
+    const auto digest = "sha256sum " + image.string();
+    const auto digests = joined({digest, digest, digest, bareCopy(image, loop.path())}, " && ");
     double ours = 1e9;
     double theirs = 1e9;
     for (int round = 0; round < 3; ++round) {
@@ -216,7 +218,7 @@ void compareProcessorTime(const Workshop& workshop) {
         transfer(image, loop.path());
         ours = std::min(ours, processorTime(RUSAGE_SELF) - ownBefore);
         const auto othersBefore = processorTime(RUSAGE_CHILDREN);
-        shell(digest + digest + digest + bareCopy(image, loop.path()));
+        shell(digests);
         theirs = std::min(theirs, processorTime(RUSAGE_CHILDREN) - othersBefore);
     }
     printRow({"transfer / sha256sum three times and dd", ours, theirs, "s", 1.15});
@@ -276,7 +278,7 @@ void compareScan(const Workshop& workshop, const fs::path& programs) {
     const auto diskutil = reader.utilities().diskUtility.string();
     std::string script;
     for (const auto& command : commands)
-        script += diskutil + " " + command + "\n";
+        script.append(diskutil).append(" ").append(command).append("\n");
     std::ofstream(workshop.path("scan.sh")) << script;
 
     double ours = 1e9;

@@ -16,7 +16,7 @@ namespace {
 
 using enum ImageWritePhase;
 
-constexpr size_t largestChunk = 8 * 1024 * 1024;
+constexpr size_t largestChunk = size_t{8} << 20;
 
 /// Returns a chunk size in bytes that is a whole number of blocks, and at least one.
 size_t chunkSizeFor(uint64_t blockSize) {

@@ -29,7 +29,7 @@ class WindowTest : public testing::Test {
   protected:
     using Condition = std::function<bool()>;
 
-    static constexpr uint64_t cardSize = 600'000'000 / 512 * 512;
+    static constexpr uint64_t cardSize = uint64_t{600'000'000} / 512 * 512;
     static constexpr size_t imageSize = 20'000'001;  ///< three chunks
 
     WindowTest();

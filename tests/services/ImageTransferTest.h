@@ -21,7 +21,7 @@ namespace tessel {
 /// An image in a file and a card in memory that misbehaves as it is told.
 class ImageTransferTest : public LeavesNothingOpenForLong {
   protected:
-    static constexpr size_t MiB = 1024 * 1024;
+    static constexpr size_t MiB = size_t{1} << 20;
     static constexpr size_t chunk = 8 * MiB;
     static constexpr std::byte untouched{0xEE};
 
