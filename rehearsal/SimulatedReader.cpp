@@ -64,6 +64,10 @@ void SimulatedReader::reinsert(const std::string& identifier) {
     reader.putIn(identifier);
 }
 
+std::vector<std::string> SimulatedReader::disks() const {
+    return reader.disks();
+}
+
 std::filesystem::path SimulatedReader::mediumPath(const std::string& identifier) const {
     return reader.mediumPath(identifier);
 }

@@ -1,6 +1,7 @@
 # The tests that need the simulated card reader or the utilities.
 tessel_tests(services tessel-rehearsal)
 tessel_tests(viewmodel tessel-viewmodel tessel-rehearsal)
+tessel_tests(faults tessel-viewmodel tessel-rehearsal)
 tessel_tests(utilities tessel-rehearsal tessel-linux-system)
 target_sources(utilities-tests PRIVATE support/DescribedMachine.cpp)
 
@@ -15,8 +16,12 @@ target_compile_definitions(utilities-tests PRIVATE
 
 # An authorization utility that breaks its promises.
 add_executable(rogue-authopen support/rogue-authopen.cpp)
-add_dependencies(services-tests rogue-authopen)
-target_compile_definitions(services-tests PRIVATE TESSEL_ROGUE_AUTHOPEN="$<TARGET_FILE:rogue-authopen>")
+foreach(program services-tests faults-tests)
+    add_dependencies(${program} rogue-authopen)
+    target_compile_definitions(${program} PRIVATE TESSEL_ROGUE_AUTHOPEN="$<TARGET_FILE:rogue-authopen>")
+endforeach()
+target_compile_definitions(faults-tests PRIVATE
+    TESSEL_FAULT_TABLE="${CMAKE_CURRENT_SOURCE_DIR}/faults/write-path.txt")
 
 # A mount that stops answering.
 pkg_check_modules(FUSE REQUIRED IMPORTED_TARGET fuse3)

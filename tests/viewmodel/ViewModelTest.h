@@ -71,7 +71,7 @@ class ViewModelTest : public LeavesNothingOpenForLong {
         "The media operation completed. Ejecting the SD card.",
     };
 
-    ViewModelTest() {
+    explicit ViewModelTest(SimulatedDisk::Medium cardMedium = SimulatedDisk::Medium::plainFile) {
         behaveAsUsual();
         reader.addDisk({.identifier = "disk0",
                         .mediaName = "Internal SSD",
@@ -83,7 +83,7 @@ class ViewModelTest : public LeavesNothingOpenForLong {
                         .mediaName = "SD Card Reader",
                         .sizeBytes = cardSize,
                         .partitions = {{.identifier = "disk4s1", .content = "Linux"}},
-                        .medium = SimulatedDisk::Medium::plainFile});
+                        .medium = cardMedium});
         viewModel->onChange = [this] { noteChange(); };
     }
 
@@ -133,12 +133,17 @@ class ViewModelTest : public LeavesNothingOpenForLong {
 
     // What the machine does
 
-    /// Every command goes through these lines of shell first; `$real` is the disk utility.
-    void interpose(const std::string& commands) {
-        folder.writeScript("diskutil", "real='" + reader.utilities().diskUtility.string() + "'\n" + commands);
+    /// Every command of the disk utility, or of another one, goes through these lines of shell first; `$real`
+    /// is the utility itself.
+    void interpose(const std::string& commands, const std::string& utility = "diskutil") {
+        folder.writeScript(utility,
+                           "real='" + (folder.path() / "reader" / utility).string() + "'\n" + commands);
     }
 
-    void behaveAsUsual() { interpose("exec $real \"$@\""); }
+    void behaveAsUsual() {
+        for (const auto* utility : {"diskutil", "authopen"})
+            interpose("exec $real \"$@\"", utility);
+    }
 
     /// A new image and a new card, both selected; what happened until then is forgotten.
     void prepareWrite() {
@@ -206,7 +211,7 @@ class ViewModelTest : public LeavesNothingOpenForLong {
         {.mainThread = loop,
          .desktop = desktop,
          .utilities = {.diskUtility = folder.path() / "diskutil",
-                       .authorizationUtility = reader.utilities().authorizationUtility},
+                       .authorizationUtility = folder.path() / "authopen"},
          .makeDevice = [this](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
              return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)), fault);
          }});

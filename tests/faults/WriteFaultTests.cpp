@@ -1,0 +1,187 @@
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "platform/linux/LoopDevice.h"
+#include "tests/faults/SystemCallFaults.h"
+#include "tests/viewmodel/ViewModelTest.h"
+
+namespace tessel {
+
+namespace {
+
+/// Describes one thing that goes wrong in a write, and how the write must end.
+struct Row {
+    std::string call;   ///< is "diskutil COMMAND", "authopen", or a system call of this program
+    std::string when;   ///< says which call it is, with "+" if all later ones go wrong, too
+    std::string fault;  ///< is the name of an error, or says what happens instead
+    std::string card;   ///< is "untouched", "ejected", or "inside" after an attempt to eject it
+    std::string ending;
+
+    bool isOfUtility() const { return call.starts_with("diskutil ") || call == "authopen"; }
+    bool persists() const { return when.ends_with('+'); }
+    bool isOfBlockDevice() const {
+        static const std::set<std::string> calls = {"block-size", "size", "sequence-number",
+                                                    "direct-access card", "flock"};
+        return calls.contains(call);
+    }
+};
+
+std::vector<Row> readRows() {
+    std::vector<Row> rows;
+    std::ifstream table(TESSEL_FAULT_TABLE);
+    for (std::string line; std::getline(table, line);) {
+        if (line.empty() || line.starts_with('#')) continue;
+        Row row;
+        std::istringstream columns(line);
+        for (auto* column : {&row.call, &row.when, &row.fault, &row.card, &row.ending}) {
+            std::getline(columns, *column, '|');
+            *column = trimmed(*column);
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+int errorNumber(const std::string& name) {
+    for (int number = 1; number < 200; ++number) {
+        const char* known = strerrorname_np(number);
+        if (known && name == known) return number;
+    }
+    return 0;
+}
+
+/// Returns the lines of shell that do what is wrong; `$real` is the utility.
+std::string commandsFor(const std::string& fault) {
+    static const std::map<std::string, std::string> commands = {
+        {"fails", "exit 1"},
+        {"is killed", "kill -9 $$"},
+        {"hangs", "trap '' TERM; exec sleep 100"},
+        {"does nothing", "exit 0"},
+        {"prints nonsense", "echo nonsense; exit 0"},
+        {"prints a number", "echo '<plist version=\"1.0\"><integer>4</integer></plist>'; exit 0"},
+        {"prints half", "$real \"$@\" | head -c 500; exit 0"},
+        {"prints too much", "head -c 17000000 /dev/zero; exit 0"},
+        {"says nothing of the disk", "$real \"$@\" | sed s/disk4/disk9/; exit 0"},
+        {"tells another size", "$real \"$@\" | sed s/600000000/600000512/; exit 0"},
+        {"tells another name", "$real \"$@\" | sed 's/SD Card Reader/SD Card Writer/'; exit 0"},
+        {"tells another bus", "$real \"$@\" | sed s/USB/SATA/; exit 0"},
+        {"tells of protection",
+         "$real \"$@\" | tr -d '\\n\\t' | sed 's|WritableMedia</key><true/>|WritableMedia</key><false/>|'; "
+         "exit 0"},
+    };
+    if (const auto known = commands.find(fault); known != commands.end()) return known->second;
+    if (fault.starts_with("says ")) return "echo '" + fault.substr(5) + "' >&2; exit 1";
+    return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
+}
+
+/// Writes an image to a card again and again, and has something else go wrong each time.
+class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface<size_t> {
+  protected:
+    WriteFaultTests() : ViewModelTest(SimulatedDisk::Medium::card) {
+        before = openDescriptors();  // with the loop device that is the card
+    }
+
+    /// Has a utility go wrong in this call, and behave in all others.
+    void plantInUtility(const Row& row) {
+        const bool isDiskutil = row.call != "authopen";
+        const auto command = isDiskutil ? row.call.substr(row.call.find(' ') + 1) : "-stdoutpipe";
+        interpose("if [ $1 = " + command + " ]; then echo >> $0.calls\nif [ $(wc -l < $0.calls) -" +
+                      (row.persists() ? "ge " : "eq ") + std::to_string(std::stoi(row.when)) + " ]; then\n" +
+                      commandsFor(row.fault) + "\nfi\nfi\nexec $real \"$@\"",
+                  isDiskutil ? "diskutil" : "authopen");
+    }
+
+    void behaveWell() {
+        std::filesystem::remove(folder.path() / "diskutil.calls");
+        std::filesystem::remove(folder.path() / "authopen.calls");
+        std::ofstream(cardFile(), std::ios::binary | std::ios::in) << std::string(imageSize, '\0');
+        prepareWrite();
+    }
+
+    /// Returns the file that holds what is on the card, past the caches of the block device.
+    std::filesystem::path cardFile() const {
+        const auto medium = reader.mediumPath("disk4");
+        const std::filesystem::path file = medium.string() + ".img";
+        return std::filesystem::exists(file) ? file : medium;
+    }
+
+    std::string whereTheCardIs(const Row& row) {
+        const auto disks = reader.disks();
+        if (std::ranges::find(disks, "disk4") == disks.end()) return "ejected";
+        const bool failedToEject = row.call == "diskutil eject";
+        return failedToEject || takeCommands().ends_with("eject") ? "inside" : "untouched";
+    }
+
+    std::string ending() const {
+        return viewModel->isSuccessfulCompletion() ? "ok" : viewModel->writeProgressDetail();
+    }
+
+    /// Replaces what differs from run to run.
+    std::string withoutPaths(std::string text) const {
+        const auto path = folder.path().string();
+        for (size_t found = text.find(path); found != std::string::npos; found = text.find(path))
+            text.replace(found, path.size(), "FOLDER");
+        return text;
+    }
+
+    void expectNothingLeft(const std::vector<std::string>& openBefore) {
+        EXPECT_EQ(settledDescriptors(openBefore), openBefore);
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was not waited for";
+        EXPECT_EQ(desktop.events.back(), "end") << "the computer may sleep again";
+        EXPECT_FALSE(viewModel->isBusy());
+    }
+
+    /// A success is one only if the card holds the image; anything else never speaks of one.
+    void expectTruth() {
+        const auto log = joined(takeLog(), "\n");
+        if (viewModel->isSuccessfulCompletion()) {
+            std::string written(imageContent.size(), '\0');
+            std::ifstream(cardFile(), std::ios::binary)
+                .read(written.data(), static_cast<std::streamsize>(written.size()));
+            EXPECT_TRUE(written == imageContent);
+        } else {
+            EXPECT_EQ(log.find("The disk image was written"), std::string::npos);
+            EXPECT_EQ(stateText().find("completed"), std::string::npos);
+            EXPECT_EQ(log.find("safe to"), std::string::npos);
+        }
+    }
+};
+
+}  // namespace
+
+/// Every fourth row, so that several of these can run at once.
+TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
+    const auto rows = readRows();
+    ASSERT_GE(rows.size(), 200U);
+    for (size_t i = GetParam(); i < rows.size(); i += 4) {
+        const auto& row = rows[i];
+        if (row.isOfBlockDevice() && !LoopDevice::isAvailable()) continue;
+        SCOPED_TRACE(row.call + " | " + row.when + " | " + row.fault);
+        behaveWell();
+        const auto openBefore = openDescriptors();
+        SystemCallFaults faults(std::filesystem::canonical(reader.mediumPath("disk4")), image);
+        faults.setHurried(row.fault == "hangs");
+        if (row.isOfUtility()) {
+            plantInUtility(row);
+        } else {
+            faults.plant({.call = row.call,
+                          .occurrence = std::stoi(row.when),
+                          .persists = row.persists(),
+                          .error = errorNumber(row.fault),
+                          .effect = row.fault});
+        }
+        write();
+        const bool hasShown = faults.remove();
+        EXPECT_TRUE(hasShown || row.isOfUtility()) << "the call did not happen";
+        EXPECT_EQ(whereTheCardIs(row), row.card);
+        EXPECT_EQ(withoutPaths(ending()), row.ending);
+        expectNothingLeft(openBefore);
+        expectTruth();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Quarters, WriteFaultTests, testing::Range(size_t{0}, size_t{4}));
+
+}  // namespace tessel
