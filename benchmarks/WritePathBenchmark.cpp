@@ -33,8 +33,6 @@ namespace tessel::benchmark {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int scans = 3;
 
 void shell(const std::string& command) {

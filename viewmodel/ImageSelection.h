@@ -17,8 +17,13 @@ class ImageSelection {
 
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return chosen(); }
 
-    /// Takes the file if it can be written, and otherwise throws what inspectImage() throws.
-    void select(const std::filesystem::path& file) { chosen = inspectImage(file); }
+    /// Takes the file if it can be written, and returns its record; otherwise throws what inspectImage()
+    /// throws.
+    SDImageFile select(const std::filesystem::path& file) {
+        auto image = inspectImage(file);
+        chosen = image;
+        return image;
+    }
 
     /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise.
     static SDImageFile inspectImage(const std::filesystem::path& url);

@@ -79,11 +79,11 @@ void TesselViewModel::chooseImage() {
 
 void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
     try {
-        image.select(file);
+        const auto selected = image.select(file);
         progress.reset();
         operationState = TesselOperationState::completed("Disk image selected");
-        log.append("Selected image: " + selectedImage()->displayPath() + " (" +
-                   byteCountText(selectedImage()->sizeBytes) + ").");
+        log.append("Selected image: " + selected.displayPath() + " (" + byteCountText(selected.sizeBytes) +
+                   ").");
         log.append(
             "The selected file extension is supported. Confirm that the file contains the intended raw disk "
             "image before writing.");
@@ -98,9 +98,10 @@ void TesselViewModel::setVerifyAfterWrite(bool verify) {
 }
 
 bool TesselViewModel::canStartWrite() const {
+    const auto& chosen = selectedImage();
     const auto* target = selectedDisk();
-    return selectedImage() && target && !isBusy() && !eligibilityFailureReason(*target) &&
-           selectedImage()->sizeBytes != 0 && target->sizeBytes >= selectedImage()->sizeBytes;
+    return chosen && target && !isBusy() && !eligibilityFailureReason(*target) && chosen->sizeBytes != 0 &&
+           target->sizeBytes >= chosen->sizeBytes;
 }
 
 void TesselViewModel::startWrite() {

@@ -96,7 +96,7 @@ std::string byteText(uint64_t bytes) {
 
 std::string detailOf(const ImageWriteProgress& report) {
     const auto& presentation = presentationOf(report.phase);
-    const std::string detail(presentation.detail);
+    std::string detail(presentation.detail);
     if (!presentation.countsBytes) return detail;
     return byteText(report.completedBytes) + " of " + byteText(report.totalBytes) + detail;
 }
@@ -147,7 +147,8 @@ void WriteProgress::complete() {
 }
 
 std::string WriteProgress::failureTitle() const {
-    return (phase() ? std::string(presentationOf(*phase()).title) : "Image Write") + " Failed";
+    const auto reached = phase();
+    return (reached ? std::string(presentationOf(*reached).title) : "Image Write") + " Failed";
 }
 
 }  // namespace tessel

@@ -84,7 +84,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
     application.run(terminationSignal);
     performance.cancel();
     handleEventsUntil([&status] { return status.has_value(); });
-    return *status;
+    return status.value_or(EXIT_FAILURE);
 }
 
 }  // namespace
