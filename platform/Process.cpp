@@ -14,8 +14,8 @@
 #include "foundation/Text.h"
 #include "platform/ChildProcess.h"
 
-/// Left to be declared by programs.
-extern char** environ;
+/// Not every system's headers declare it.
+extern char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace tessel {
 

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -64,10 +64,7 @@ class ImageTransferTest : public LeavesNothingOpenForLong {
     }
 
     void patchImageFile(long offset, std::string_view bytes) const {
-        std::FILE* file = std::fopen(imageURL.c_str(), "r+b");
-        std::fseek(file, offset, SEEK_SET);
-        std::fwrite(bytes.data(), 1, bytes.size(), file);
-        std::fclose(file);
+        std::fstream(imageURL, std::ios::in | std::ios::out | std::ios::binary).seekp(offset) << bytes;
     }
 
     TemporaryFolder folder;

@@ -77,8 +77,9 @@ TEST_F(HostileSystemTests, udisksMayBeLateButNotSilent) {
         });
     };
     for (const auto* companion : {&*bus, &*udisks}) {
-        const auto awakening = later(*companion);
+        auto awakening = later(*companion);
         EXPECT_EQ(diskutil({"list", "-plist"}).status, 0);
+        awakening.get();
     }
 }
 
