@@ -16,8 +16,6 @@ namespace {
 using enum ImageWritePhase;
 
 constexpr std::chrono::seconds commandTimeout{60};
-/// Limits how long a person waits after a failure or a stop; a healthy card ejects within a second or two.
-constexpr std::chrono::seconds bestEffortTimeout{20};
 
 /// Throws TesselError unless the image is still the regular file of the size that was selected.
 void verifyImageUnchanged(const SDImageFile& image) {
@@ -71,7 +69,7 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
     if (written.error()) {
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
-        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, bestEffortTimeout));
+        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, commandTimeout));
         throwReported(written.error(), co_await isCancelled());
     }
 }

@@ -13,6 +13,11 @@ namespace tessel {
 
 namespace {
 
+std::optional<std::string> reasonOf(const Machine& machine, const BlockDevice& disk) {
+    const auto protection = protectionOf(machine, disk);
+    return protection ? std::optional(protection->reason) : std::nullopt;
+}
+
 /// What the window knows about a disk, and why that is so.
 struct Answer {
     SDWholeDisk disk;
@@ -37,7 +42,7 @@ std::map<std::string, Answer> answersOf(const Machine& machine) {
         const BlockDevice& device = listedDisk(machine, identifier);
         const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, device)), identifier,
                                         list.layoutOf(identifier));
-        answers[device.name] = {disk.value(), protectionReason(machine, device)};
+        answers[device.name] = {disk.value(), reasonOf(machine, device)};
     }
     return answers;
 }
@@ -102,15 +107,15 @@ TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
     for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
         BlockDevice& part = *std::ranges::find(machine.devices, name, &BlockDevice::name);
         const BlockDevice unused = part;
-        EXPECT_EQ(protectionReason(machine, *card), std::nullopt);
+        EXPECT_EQ(reasonOf(machine, *card), std::nullopt);
         part.isSwap = true;
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
         part = unused;
         part.holders = {"dm-0"};
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
         part = unused;
         part.mounts.push_back({.target = "/mnt", .isByUDisks = true});
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
+        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
         part = unused;
     }
 }

@@ -146,7 +146,7 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"DeviceLocation", place + " (/dev/" + disk.name + ")"},
         {"Internal", !isExternal(disk)},
         {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},
-        {"WritableMedia", !disk.isReadOnly && !protectionReason(machine, disk)},
+        {"WritableMedia", !disk.isReadOnly && !protectionOf(machine, disk)},
         {"Content", partitionSchemeOf(disk)},
         {"WholeDisk", true},
         {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},

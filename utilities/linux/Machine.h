@@ -55,7 +55,8 @@ struct BlockDevice {
 
 struct Machine {
     std::vector<BlockDevice> devices;
-    std::string rootDevice;  ///< the name of the device that is mounted at "/"; empty when there is none
+    std::string rootDevice;   ///< the name of the device that is mounted at "/"; empty when there is none
+    bool isSettling = false;  ///< the device manager has yet to look at devices that have changed
 };
 
 /// Returns whether the device exists only in the kernel: loop devices, device mapper, RAID, RAM, compressed

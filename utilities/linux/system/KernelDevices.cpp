@@ -90,6 +90,7 @@ Machine readKernelDevices() {
     }
     addMountsAndSwaps(machine);
     addLocks(machine);
+    machine.isSettling = std::filesystem::exists("/run/udev/queue");
     return machine;
 }
 
