@@ -1,6 +1,7 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "model/SDCardPolicy.h"
@@ -104,19 +105,28 @@ TEST_F(DescribedMachineTests, partitionsCarryNamesSizesAndMountPoints) {
 TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
     Machine machine = read("laptop-sd-card").machine;
     const auto card = std::ranges::find(machine.devices, "mmcblk0", &BlockDevice::name);
+    const std::pair<const char*, std::function<void(BlockDevice&)>> uses[] = {
+        {"swap space", [](BlockDevice& part) { part.isSwap = true; }},
+        {"a volume group", [](BlockDevice& part) { part.holders = {"dm-0"}; }},
+        {"a loop device", [](BlockDevice& part) { part.users = {"loop3"}; }},
+        {"span several disks", [](BlockDevice& part) { part.spansDisks = true; }},
+        {"the system has mounted",
+         [](BlockDevice& part) { part.mounts.push_back({.target = "/mnt", .isByUDisks = true}); }},
+        {"mounted elsewhere",
+         [](BlockDevice& part) {
+             part.mounts.clear();
+             part.isFileSystemActive = true;
+         }},
+    };
     for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
         BlockDevice& part = *std::ranges::find(machine.devices, name, &BlockDevice::name);
         const BlockDevice unused = part;
-        EXPECT_EQ(reasonOf(machine, *card), std::nullopt);
-        part.isSwap = true;
-        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
-        part = unused;
-        part.holders = {"dm-0"};
-        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
-        part = unused;
-        part.mounts.push_back({.target = "/mnt", .isByUDisks = true});
-        EXPECT_NE(reasonOf(machine, *card), std::nullopt);
-        part = unused;
+        for (const auto& [reason, use] : uses) {
+            EXPECT_EQ(reasonOf(machine, *card), std::nullopt);
+            use(part);
+            EXPECT_THAT(reasonOf(machine, *card).value_or(""), testing::HasSubstr(reason)) << name;
+            part = unused;
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
 #include <string_view>
 
@@ -57,6 +58,10 @@ constexpr auto partChecks = std::to_array<PartCheck>({
      "it is part of a volume group, a RAID or an encrypted volume that is in use",
      "Deactivate the volume group, stop the RAID or lock the encrypted volume."},
 
+    {[](const BlockDevice& part) { return !part.users.empty(); },
+     "it is used by a loop device, a storage server or the like",
+     "Detach the loop device, or stop the program that uses it."},
+
     {[](const BlockDevice& part) {
          // ZFS imports its pools without leaving a sign in the kernel's device tree.
          return part.spansDisks || part.udisks.fileSystem == "zfs_member";
@@ -66,7 +71,20 @@ constexpr auto partChecks = std::to_array<PartCheck>({
 
     {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
      "the system has mounted a volume on it", "Unmount that volume."},
+
+    {[](const BlockDevice& part) { return part.isFileSystemActive && part.mounts.empty(); },
+     "a volume on it is mounted elsewhere, such as in a container",
+     "Stop the container or the program that uses that volume."},
 });
+
+std::string sentencesOf(const Protection& protection) {
+    return protection.reason + "." + (protection.remedy.empty() ? "" : " " + protection.remedy);
+}
+
+std::string capitalized(std::string sentence) {
+    sentence.front() = static_cast<char>(std::toupper(sentence.front()));
+    return sentence;
+}
 
 }  // namespace
 
@@ -82,9 +100,15 @@ std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice
 }
 
 PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk, const Protection& protection) {
-    return {"Disk", EPERM,
-            identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + protection.reason +
-                "." + (protection.remedy.empty() ? "" : " " + protection.remedy)};
+    return {
+        "Disk", EPERM,
+        identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + sentencesOf(protection)};
+}
+
+std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk) {
+    if (const auto protection = protectionOf(machine, disk)) return capitalized(sentencesOf(*protection));
+    if (disk.isReadOnly) return "Its write-protection switch is on, or the kernel treats it as read-only.";
+    return std::nullopt;
 }
 
 void requireUnprotected(const Machine& machine, const BlockDevice& disk) {

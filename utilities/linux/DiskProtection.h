@@ -22,7 +22,10 @@ struct Protection {
 [[nodiscard]] PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk,
                                           const Protection& protection);
 
-/// Throws that error when the disk is protected.
+/// Returns why nothing may be written to the disk, in sentences for a person: it is protected or read-only.
+[[nodiscard]] std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk);
+
+/// Throws the error when the disk is protected.
 void requireUnprotected(const Machine& machine, const BlockDevice& disk);
 
 }  // namespace tessel

@@ -6,6 +6,7 @@
 
 #include "foundation/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
+#include "utilities/linux/DiskLocks.h"
 #include "utilities/linux/DiskProtection.h"
 
 namespace tessel {
@@ -29,17 +30,10 @@ constexpr milliseconds timeToMountAgain{1500};
 /// The device manager may take its time, and activates volume groups and the like in programs of their own.
 constexpr seconds timeToActivate{5};
 
-/// The device manager locks a disk while it looks at what has just been written to it.
-constexpr seconds timeToUnlock{2};
-
 constexpr milliseconds pauseBetweenReadings{200};
 
 PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
-}
-
-PlatformError locked(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: another program is working on " + identifier + "."};
 }
 
 bool hasEjectMechanism(const BlockDevice& disk) {
@@ -87,7 +81,7 @@ void LinuxDisks::eject(const std::string& identifier) {
 void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
     const Time end = std::min(deadline, system.now() + timeToUnmount);
     do {
-        const Machine machine = readUnlocked(identifier);
+        const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
         const auto mounted = mountedParts(machine, disk);
@@ -126,19 +120,6 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
     const Machine machine = system.read();
     requireUnprotected(machine, listedDisk(machine, identifier));
     throw busy(identifier);
-}
-
-/// Reads the machine as soon as nobody else is working on the disk, such as another copy of this program or a
-/// partitioning tool.
-Machine LinuxDisks::readUnlocked(const std::string& identifier) {
-    const Time end = system.now() + timeToUnlock;
-    for (;;) {
-        Machine machine = system.read();
-        if (std::ranges::none_of(partsOf(machine, listedDisk(machine, identifier)), &BlockDevice::isLocked))
-            return machine;
-        if (system.now() >= end) throw locked(identifier);
-        system.wait(pauseBetweenReadings);
-    }
 }
 
 /// Waits until those who use the disk have let go of it. What stays in use then protects it.

@@ -29,7 +29,6 @@ class LinuxDisks : public DiskSource {
 
     void unmountBefore(Time deadline, const std::string& identifier);
     void ejectBefore(Time deadline, const std::string& identifier);
-    Machine readUnlocked(const std::string& identifier);
     void awaitRelease(const std::string& identifier, Time deadline);
     void awaitSettling(const std::string& identifier, Time deadline);
     bool isPresent(const std::string& identifier);
