@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 
+#include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "services/DiskPropertyLists.h"
 #include "tests/support/DescribedMachine.h"
@@ -30,6 +31,7 @@ struct Answer {
         if (expectation == "expected bus") return disk.busProtocol;
         if (expectation == "expected location") return disk.deviceLocation;
         if (expectation == "expected verdict") return eligibilityFailureReason(disk).value_or("eligible");
+        if (expectation == "expected text") return protectionText(disk).value_or("none");
         if (expectation == "expected protection") return protection.value_or("none");
         return std::nullopt;
     }
