@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
 
@@ -31,6 +32,12 @@ std::string mediaKindText(const SDWholeDisk& disk) {
 std::string connectionText(const SDWholeDisk& disk) {
     const std::string bus = trimmed(disk.busProtocol);
     return bus.empty() ? "Unknown connection" : bus;
+}
+
+std::optional<std::string> protectionText(const SDWholeDisk& disk) {
+    auto text = eligibilityFailureReason(disk);
+    if (text == systemWords().cardNotWritable && disk.protectionReason) *text += " " + *disk.protectionReason;
+    return text;
 }
 
 std::string mediaSymbol(const SDWholeDisk& disk) {

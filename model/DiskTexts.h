@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "model/SDWholeDisk.h"
@@ -15,6 +16,9 @@ namespace tessel {
 
 /// Returns the bus as reported, or "Unknown connection".
 [[nodiscard]] std::string connectionText(const SDWholeDisk& disk);
+
+/// Returns why the disk may not be chosen, in full, or nothing if it may.
+[[nodiscard]] std::optional<std::string> protectionText(const SDWholeDisk& disk);
 
 /// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);

@@ -26,6 +26,8 @@ struct SDWholeDisk {
     bool isWritable = false;
     bool isPhysical = false;       ///< is false for virtual, synthesized and disk-image devices
     bool hasDetailedInfo = false;  ///< is false for a record built from the disk list alone
+    /// Says in sentences why nothing may be written, if the system tells.
+    std::optional<std::string> protectionReason = {};
 
     bool operator==(const SDWholeDisk&) const = default;
 

@@ -16,8 +16,6 @@ namespace {
 using enum ImageWritePhase;
 
 constexpr std::chrono::seconds commandTimeout{60};
-/// Limits how long a person waits after a failure or a stop; a healthy card ejects within a second or two.
-constexpr std::chrono::seconds bestEffortTimeout{20};
 
 /// Throws TesselError unless the image is still the regular file of the size that was selected.
 void verifyImageUnchanged(const SDImageFile& image) {
@@ -28,18 +26,23 @@ void verifyImageUnchanged(const SDImageFile& image) {
     }
 }
 
-/// Throws the error that is reported in place of the one that ended a write.
-[[noreturn]] void throwReported(const std::exception_ptr& error, bool wasCancelled) {
-    if (wasCancelled) throw CancellationError();
+/// Returns the error that is reported in place of the one that ended a write.
+std::exception_ptr reported(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const CancellationError&) {
-        throw;
+        return error;
     } catch (const TesselError&) {
-        throw;
+        return error;
     } catch (const std::exception&) {
-        throw TesselError::commandFailed("The authorized image write failed: " + localizedDescription(error));
+        return std::make_exception_ptr(
+            TesselError::commandFailed("The authorized image write failed: " + localizedDescription(error)));
     }
+}
+
+[[noreturn]] void throwReported(const std::exception_ptr& error, bool wasCancelled) {
+    if (wasCancelled) throw CancellationError();
+    std::rethrow_exception(reported(error));
 }
 
 /// Blocks while the authorization prompt is open, since the prompt can't be withdrawn. A card opened after a
@@ -69,9 +72,10 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
     const auto card = std::move(prepared).value();
     const auto written = co_await outcomeOf(writeUnmountedCard(request, card, report));
     if (written.error()) {
+        request.onFailure(reported(written.error()));
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
-        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, bestEffortTimeout));
+        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, commandTimeout));
         throwReported(written.error(), co_await isCancelled());
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+#include <functional>
 #include <string>
 
 #include "model/SDImageFile.h"
@@ -21,6 +23,9 @@ class ImageWriterService {
         SDImageFile image;
         SDWholeDisk target;  ///< is the record of the last revalidation
         bool verify = true;
+        /// Is called with the error as soon as an unmounted card could not be written to its end. The card is
+        /// only then ejected, and what is thrown in the end may be a cancellation that came meanwhile.
+        std::function<void(const std::exception_ptr&)> onFailure = [](const std::exception_ptr&) {};
     };
 
     ImageWriterService(std::shared_ptr<MainThread> mainThread, const SystemUtilities& utilities,

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/SystemWords.h"
+#include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 
 namespace tessel {
@@ -14,7 +15,7 @@ std::string diskCountText(size_t count) {
 }
 
 std::string verdict(const SDWholeDisk& disk) {
-    if (const auto reason = eligibilityFailureReason(disk)) {
+    if (const auto reason = protectionText(disk)) {
         return "Protected disk: " + disk.displaySummary() + ". Reason: " + *reason;
     }
     return "Selectable SD card: " + disk.displaySummary() + " · " + disk.locationText() + " · " +

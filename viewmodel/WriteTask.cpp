@@ -69,6 +69,7 @@ WriteTask::WriteTask(const std::function<void()>& onChange, const Surroundings& 
 
 void WriteTask::prepare() {
     cancellationRequested = false;
+    isFailureLogged = false;
     surroundings.progress.reset();
     surroundings.state = TesselOperationState{.kind = TesselOperationState::Case::writingImage};
 }
@@ -110,8 +111,12 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
             "same authorized raw-device descriptor.");
     }
     co_await checkCancellation();
-    co_await surroundings.imageWriterService.write({.image = image, .target = card, .verify = verify},
-                                                   std::move(report));
+    co_await surroundings.imageWriterService.write(
+        {.image = image,
+         .target = card,
+         .verify = verify,
+         .onFailure = [this](const std::exception_ptr& error) { logFailure(error); }},
+        std::move(report));
     finishSuccessfulWrite(card.id, verify);
 }
 
@@ -151,12 +156,19 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
     showSafeToRemoveAlert(verified);
 }
 
+/// Logs a failure when it happens, since a stop that comes later replaces it as the outcome.
+void WriteTask::logFailure(const std::exception_ptr& error) {
+    if (isFailureLogged || isCancellation(error)) return;
+    surroundings.log.append(error);
+    isFailureLogged = true;
+}
+
 /// Keeps the progress, the list and the target, so that the person can try again once the cause is fixed.
 void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
     auto& progress = surroundings.progress;
     progress.say(progress.failureTitle(), localizedDescription(error));
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::failed);
-    surroundings.log.append(error);
+    logFailure(error);
 }
 
 void WriteTask::finishCancelledWrite() {

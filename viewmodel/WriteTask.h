@@ -54,6 +54,7 @@ class WriteTask {
     [[nodiscard]] SDWholeDisk requireWritableTarget(const SDImageFile& image) const;
     Task<SDWholeDisk> revalidateTarget(SDWholeDisk expected);
     void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
+    void logFailure(const std::exception_ptr& error);
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
     void showSafeToRemoveAlert(bool verified);
@@ -61,6 +62,7 @@ class WriteTask {
     Surroundings surroundings;
     Published<std::optional<TaskHandle>> running;
     Published<bool> cancellationRequested;
+    bool isFailureLogged = false;
 };
 
 }  // namespace tessel

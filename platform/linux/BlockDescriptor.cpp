@@ -47,13 +47,12 @@ SystemResult mediumSize(int descriptor) {
 
 SystemResult lockExclusively(int descriptor) {
     // The device manager holds the lock for a moment while it looks at a disk that has just changed.
-    constexpr int attempts = 40;
-    constexpr std::chrono::milliseconds pause{50};
-    for (int attempt = 1;; ++attempt) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    for (;;) {
         const auto locked = SystemResult::from(flock(descriptor, LOCK_EX | LOCK_NB));
         if (locked.error != EWOULDBLOCK) return locked;
-        if (attempt == attempts) return {.error = EBUSY};
-        std::this_thread::sleep_for(pause);
+        if (std::chrono::steady_clock::now() >= end) return {.error = EBUSY};
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
 }
 

@@ -14,8 +14,11 @@ class DescribedSystem : public BlockSystem {
   public:
     explicit DescribedSystem(Machine machine) : machine(std::move(machine)) {}
 
-    Machine read() override { return machine; }
-    void unmount(const std::string& device) override {
+    Machine read() override {
+        time += readingTime;
+        return machine;
+    }
+    void unmount(const std::string& device, Time) override {
         calls.push_back("unmount " + device);
         onUnmount(named(device));
     }
@@ -23,13 +26,18 @@ class DescribedSystem : public BlockSystem {
         calls.push_back("open " + device);
         return onOpen ? onOpen() : FileDescriptor();
     }
-    void flush() override { calls.emplace_back("flush"); }
-    Ejection eject(const std::string& device) override {
+    void flush(Time) override {
+        calls.emplace_back("flush");
+        if (onFlush) onFlush();
+    }
+    Ejection eject(const std::string& device, Time) override {
         calls.push_back("eject " + device);
         return onEject ? onEject() : Ejection::done;
     }
-    void wait(std::chrono::milliseconds) override {
+    Time now() override { return time; }
+    void wait(std::chrono::milliseconds duration) override {
         calls.emplace_back("wait");
+        time += duration;
         if (onWait) onWait();
     }
 
@@ -40,10 +48,13 @@ class DescribedSystem : public BlockSystem {
     }
 
     Machine machine;
+    std::chrono::milliseconds readingTime{10};
+    Time time;
     std::vector<std::string> calls;
     std::function<void(BlockDevice&)> onUnmount = [](BlockDevice& device) { device.mounts.pop_back(); };
     std::function<FileDescriptor()> onOpen;
     std::function<Ejection()> onEject;
+    std::function<void()> onFlush;
     std::function<void()> onWait;
 };
 

@@ -1,8 +1,10 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
+#include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "services/DiskPropertyLists.h"
 #include "tests/support/DescribedMachine.h"
@@ -12,6 +14,11 @@
 namespace tessel {
 
 namespace {
+
+std::optional<std::string> reasonOf(const Machine& machine, const BlockDevice& disk) {
+    const auto protection = protectionOf(machine, disk);
+    return protection ? std::optional(protection->reason) : std::nullopt;
+}
 
 /// What the window knows about a disk, and why that is so.
 struct Answer {
@@ -24,6 +31,7 @@ struct Answer {
         if (expectation == "expected bus") return disk.busProtocol;
         if (expectation == "expected location") return disk.deviceLocation;
         if (expectation == "expected verdict") return eligibilityFailureReason(disk).value_or("eligible");
+        if (expectation == "expected text") return protectionText(disk).value_or("none");
         if (expectation == "expected protection") return protection.value_or("none");
         return std::nullopt;
     }
@@ -37,7 +45,7 @@ std::map<std::string, Answer> answersOf(const Machine& machine) {
         const BlockDevice& device = listedDisk(machine, identifier);
         const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, device)), identifier,
                                         list.layoutOf(identifier));
-        answers[device.name] = {disk.value(), protectionReason(machine, device)};
+        answers[device.name] = {disk.value(), reasonOf(machine, device)};
     }
     return answers;
 }
@@ -99,19 +107,28 @@ TEST_F(DescribedMachineTests, partitionsCarryNamesSizesAndMountPoints) {
 TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
     Machine machine = read("laptop-sd-card").machine;
     const auto card = std::ranges::find(machine.devices, "mmcblk0", &BlockDevice::name);
+    const std::pair<const char*, std::function<void(BlockDevice&)>> uses[] = {
+        {"swap space", [](BlockDevice& part) { part.isSwap = true; }},
+        {"a volume group", [](BlockDevice& part) { part.holders = {"dm-0"}; }},
+        {"a loop device", [](BlockDevice& part) { part.users = {"loop3"}; }},
+        {"span several disks", [](BlockDevice& part) { part.spansDisks = true; }},
+        {"the system has mounted",
+         [](BlockDevice& part) { part.mounts.push_back({.target = "/mnt", .isByUDisks = true}); }},
+        {"mounted elsewhere",
+         [](BlockDevice& part) {
+             part.mounts.clear();
+             part.isFileSystemActive = true;
+         }},
+    };
     for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
         BlockDevice& part = *std::ranges::find(machine.devices, name, &BlockDevice::name);
         const BlockDevice unused = part;
-        EXPECT_EQ(protectionReason(machine, *card), std::nullopt);
-        part.isSwap = true;
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
-        part = unused;
-        part.holders = {"dm-0"};
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
-        part = unused;
-        part.mounts.push_back({.target = "/mnt", .isByUDisks = true});
-        EXPECT_NE(protectionReason(machine, *card), std::nullopt);
-        part = unused;
+        for (const auto& [reason, use] : uses) {
+            EXPECT_EQ(reasonOf(machine, *card), std::nullopt);
+            use(part);
+            EXPECT_THAT(reasonOf(machine, *card).value_or(""), testing::HasSubstr(reason)) << name;
+            part = unused;
+        }
     }
 }
 

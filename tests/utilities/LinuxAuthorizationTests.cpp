@@ -17,6 +17,7 @@ namespace tessel {
 
 namespace {
 
+using testing::Each;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -91,6 +92,25 @@ TEST_F(LinuxAuthorizationTests, protectedAndMountedDisksAreNotOpened) {
     identifier = "disk0";
     EXPECT_THAT(refusal(), HasSubstr("is protected"));
     EXPECT_THAT(system.calls, IsEmpty());
+}
+
+TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
+    system.machine.devices.push_back({.name = "sdb1", .path = card().path + "/sdb1"});
+    BlockDevice& partition = system.machine.devices.back();
+    for (BlockDevice* part : {&card(), &partition}) {
+        part->isLocked = true;
+        EXPECT_THAT(refusal(), HasSubstr("Resource busy")) << part->name;
+        part->isLocked = false;
+    }
+    card().isReadOnly = true;
+    EXPECT_THAT(refusal(), HasSubstr("Its write-protection switch is on"));
+    EXPECT_THAT(system.calls, Each("wait")) << "nobody was asked";
+    card().isReadOnly = false;
+    system.onOpen = [&] {
+        card().isLocked = partition.isLocked = true;
+        return openReadWrite(loop->path());
+    };
+    EXPECT_THAT(refusal(), HasSubstr("Resource busy")) << "locked while the person was asked";
 }
 
 TEST_F(LinuxAuthorizationTests, nothingIsOpenedWhereTheSystemsDiskIsUnknown) {

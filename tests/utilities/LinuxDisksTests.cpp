@@ -23,6 +23,8 @@ DescribedSystem systemOf(const std::string& machine) {
     return DescribedSystem(DescribedMachine::read(file).machine);
 }
 
+const std::string notEjected = "The image was written, but the SD card could not be ejected. ";
+
 template <typename Action>
 std::string failureOf(Action action) {
     try {
@@ -51,6 +53,9 @@ class LinuxDisksTests : public testing::Test {
             path.replace(path.find("/mmc_host/"), 1, "/usb1/");
             path.erase(path.find("mmc_host/"), 9);
         }
+    }
+    std::chrono::seconds elapsed() const {
+        return std::chrono::duration_cast<std::chrono::seconds>(system.time.time_since_epoch());
     }
     void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByUDisks = true}); }
 
@@ -83,14 +88,19 @@ TEST_F(LinuxDisksTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
     mountByDesktop();
     system.calls.clear();
     system.onUnmount = [](BlockDevice&) { throw PlatformError("Disk", EPERM, "User canceled."); };
-    EXPECT_EQ(eject(), "User canceled.");
+    EXPECT_EQ(eject(), notEjected + "User canceled.");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1")) << "nobody is asked twice";
 }
 
 TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
     volume.isLocked = true;
-    EXPECT_EQ(eject(), "Resource busy: another program is working on disk7.");
-    EXPECT_THAT(system.calls, Each("wait"));
+    for (const auto readingTime : {10, 700}) {
+        system.readingTime = std::chrono::milliseconds(readingTime);
+        const auto begin = elapsed();
+        EXPECT_EQ(eject(), notEjected + "Resource busy: another program is working on disk7.");
+        EXPECT_THAT(system.calls, Each("wait"));
+        EXPECT_LE(elapsed() - begin, std::chrono::seconds(4)) << "the clock decides, not the attempts";
+    }
 
     system.onWait = [this] { volume.isLocked = false; };
     EXPECT_EQ(unmount(), "");
@@ -101,10 +111,10 @@ TEST_F(LinuxDisksTests, aProtectedDiskIsNeitherUnmountedNorEjected) {
     volume.holders = {"dm-0"};
     const std::string expected =
         "disk7 (/dev/mmcblk0) is protected: it is part of a volume group, a RAID or an encrypted volume that "
-        "is in use.";
+        "is in use. Deactivate the volume group, stop the RAID or lock the encrypted volume.";
     EXPECT_EQ(unmount(), expected);
-    EXPECT_EQ(eject(), expected);
-    EXPECT_THAT(system.calls, IsEmpty());
+    EXPECT_EQ(eject(), notEjected + expected);
+    EXPECT_THAT(system.calls, Each("wait"));
 }
 
 TEST_F(LinuxDisksTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
@@ -114,13 +124,51 @@ TEST_F(LinuxDisksTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
         return Ejection::busy;
     };
     EXPECT_THAT(eject(), HasSubstr("is protected"));
-    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0"));
+    EXPECT_EQ(std::ranges::count(system.calls, "eject mmcblk0"), 1);
+}
+
+TEST_F(LinuxDisksTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
+    useReaderWithMechanism();
+    system.onFlush = [this] { volume.holders = {"dm-0"}; };
+    EXPECT_THAT(eject(), HasSubstr("is part of a volume group"));
+    EXPECT_THAT(system.calls, Not(Contains("eject mmcblk0")));
+}
+
+TEST_F(LinuxDisksTests, whatIsActivatedAfterTheWriteIsWaitedForButNeverCalledSafe) {
+    volume.udisks.fileSystem = "LVM2_member";
+    const auto activateAt = [this](std::chrono::seconds from, std::chrono::seconds to) {
+        system.onWait = [this, from = elapsed() + from, to = elapsed() + to] {
+            volume.holders.assign(elapsed() >= from && elapsed() < to, "dm-0");
+        };
+    };
+    using std::chrono::seconds;
+    activateAt(seconds(3), seconds(20));
+    EXPECT_EQ(eject(), "");
+    EXPECT_GE(elapsed(), seconds(20));
+
+    for (const auto readingTime : {10, 3000}) {
+        system.readingTime = std::chrono::milliseconds(readingTime);
+        volume.holders.clear();
+        activateAt(seconds(3), seconds(1000));
+        const auto begin = elapsed();
+        EXPECT_THAT(eject(), HasSubstr("is part of a volume group"));
+        EXPECT_LE(elapsed() - begin, seconds(50)) << "the program would end it after 60";
+    }
+}
+
+TEST_F(LinuxDisksTests, aBusyDeviceManagerMayYetActivateWhatWasWritten) {
+    system.machine.isSettling = true;
+    system.onWait = [this] {
+        system.machine.isSettling = elapsed() < std::chrono::seconds(4);
+        volume.holders.assign(elapsed() >= std::chrono::seconds(3), "md0");
+    };
+    EXPECT_THAT(eject(), HasSubstr("is part of a volume group"));
 }
 
 TEST_F(LinuxDisksTests, anotherMediumIsNotTheDiskAnyMore) {
     system.named("mmcblk0").sequenceNumber = 8;
     EXPECT_EQ(unmount(), "Could not find disk: disk7.");
-    EXPECT_EQ(eject(), "Could not find disk: disk7.");
+    EXPECT_EQ(eject(), notEjected + "Could not find disk: disk7.");
     EXPECT_THAT(system.calls, IsEmpty());
 }
 

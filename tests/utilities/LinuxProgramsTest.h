@@ -46,6 +46,8 @@ class Companion {
 
     void pause() const { kill(identifier, SIGSTOP); }
     void resume() const { kill(identifier, SIGCONT); }
+    /// Returns where the kernel tells about it.
+    std::filesystem::path folder() const { return "/proc/" + std::to_string(identifier); }
 
   private:
     pid_t identifier = 0;

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/swap.h>
 
 #include "tests/utilities/LinuxProgramsTest.h"
 
@@ -101,14 +102,59 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     const struct {
         const char* error;
         int status;
-    } cases[] = {
-        {"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}, {"DeviceBusy", 1}};
+    } cases[] = {{"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}};
     for (const auto& [error, status] : cases) {
         startUDisks("eject=" + std::string(error) + "\nmessage=no\n");
         if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
         EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, status) << error;
         EXPECT_THAT(calls(), Contains("eject " + loop->path().filename().string()));
     }
+}
+
+TEST_F(LinuxProgramsTests, aLoopDeviceOrALockedRangeProtectsWhatItLiesOn) {
+    startUDisks();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    {
+        const LoopDevice above({.file = loop->path()});
+        EXPECT_FALSE(info().isWritable);
+        EXPECT_THAT(authopen().errors, HasSubstr("is used by a loop device"));
+        EXPECT_THAT(diskutil({"unmountDisk", "force", "/dev/" + identifier}).errors,
+                    HasSubstr("is used by a loop device"));
+    }
+    const FileDescriptor server = openReadWrite(loop->path());
+    struct flock range{.l_type = F_RDLCK, .l_whence = SEEK_SET, .l_start = 100, .l_len = 1};
+    ASSERT_EQ(fcntl(server.get(), F_OFD_SETLK, &range), 0);
+    EXPECT_THAT(authopen().errors, HasSubstr("Resource busy: another program"));
+    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(MountedDiskTests, whatAContainerMountedIsProtected) {
+    mount("uhelper=udisks2");
+    const Companion container({"unshare", "-m", "--propagation", "private", "sleep", "60"});
+    const auto isEntered = [&] { return contentOf(container.folder() / "comm") == "sleep\n"; };
+    while (!isEntered())
+        std::this_thread::yield();
+    startUDisks("mounted at=" + std::string(mountPoint) + "\n");
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        const UtilityRun run = unmount();
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.errors, HasSubstr("a volume on it is mounted elsewhere"));
+        EXPECT_FALSE(isMounted());
+    }
+    EXPECT_FALSE(info().isWritable);
+    EXPECT_THAT(authopen().errors, HasSubstr("a volume on it is mounted elsewhere"));
+}
+
+TEST_F(MountedDiskTests, aFileThatSwapsProtectsItsDisk) {
+    mountWith("uhelper=udisks2");
+    const std::string file = std::string(mountPoint) + "/swap";
+    const auto format = "dd if=/dev/zero of=" + file + " bs=1M count=4 status=none && chmod 600 " + file +
+                        " && mkswap " + file + " >/dev/null";
+    ASSERT_EQ(std::system(format.c_str()), 0);
+    if (swapon(file.c_str(), 0) != 0) GTEST_SKIP() << "this user may not swap";
+    EXPECT_THAT(unmount().errors, HasSubstr("it is used as swap space"));
+    EXPECT_EQ(swapoff(file.c_str()), 0);
 }
 
 TEST_F(MountedDiskTests, whatUDisksMountedIsUnmounted) {

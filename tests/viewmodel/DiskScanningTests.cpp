@@ -43,10 +43,14 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
          {"disk0"},
          ""},
         {"the target became protected",
-         [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
+         [this] {
+             reader.changeDetails("disk4", {{"WritableMedia", false},
+                                            {"VelmoraTesselProtectionReason", "It holds the tide tables."}});
+         },
          "warning: 2 disks found · none selectable",
          {noneIsSelectable,
-          "Protected disk: SD Card Reader · 600 MB · disk4. Reason: " + systemWords().cardNotWritable,
+          "Protected disk: SD Card Reader · 600 MB · disk4. Reason: " + systemWords().cardNotWritable +
+              " It holds the tide tables.",
           systemDisk},
          {"disk4", "disk0"},
          ""},

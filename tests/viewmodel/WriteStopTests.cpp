@@ -105,6 +105,18 @@ TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     EXPECT_EQ(takeCommands(), "list");
 }
 
+TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {
+    prepareWrite();
+    fault = Fault::read;
+    const auto failure =
+        "Error: The SD card could not be read for verification at byte offset 0: Input/output error";
+    when(failure, [this] { viewModel->requestStop(); });
+    write();
+    expectCancellation(unverified);
+    EXPECT_EQ(takeLog(), logUpTo(verifyingImage) + Messages{failure} + stopLog(unverified));
+    EXPECT_EQ(takeCommands(), allCommands);
+}
+
 TEST_F(WriteStopTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
     prepareWrite();
     viewModel->startWrite();

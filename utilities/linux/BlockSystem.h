@@ -9,10 +9,13 @@
 namespace tessel {
 
 /// What the operating system can tell about its block devices and do with them. Devices go by the kernel's
-/// names. Calls wait for a person without a limit. They throw PlatformError, worded for that person: "User
-/// canceled." when they dismissed a dialog, a text with "Resource busy" when somebody uses the device.
+/// names. Calls may wait for a person, without a limit where they take no deadline. They throw PlatformError,
+/// worded for that person: "User canceled." when they dismissed a dialog, a text with "Resource busy" when
+/// somebody uses the device.
 class BlockSystem {
   public:
+    using Time = std::chrono::steady_clock::time_point;
+
     enum class Ejection {
         done,
         impossible,  ///< the drive has no mechanism, or it failed
@@ -24,18 +27,19 @@ class BlockSystem {
     [[nodiscard]] virtual Machine read() = 0;
 
     /// Ends one mount of the device. Fails while that is in use.
-    virtual void unmount(const std::string& device) = 0;
+    virtual void unmount(const std::string& device, Time deadline) = 0;
 
     /// Opens the device for reading and writing past the caches. Fails while anybody else uses it.
     [[nodiscard]] virtual FileDescriptor open(const std::string& device) = 0;
 
     /// Has everything written that is still waiting in memory. Returns once that is done, but after 10
-    /// seconds at the latest: unmounting has already written the disk in question, and other disks may be
-    /// slow.
-    virtual void flush() = 0;
+    /// seconds or at the deadline at the latest: unmounting has already written the disk in question, and
+    /// other disks may be slow.
+    virtual void flush(Time deadline) = 0;
 
-    [[nodiscard]] virtual Ejection eject(const std::string& device) = 0;
+    [[nodiscard]] virtual Ejection eject(const std::string& device, Time deadline) = 0;
 
+    [[nodiscard]] virtual Time now() = 0;
     virtual void wait(std::chrono::milliseconds duration) = 0;
 };
 

@@ -137,7 +137,8 @@ PropertyList::Dictionary diskListOf(const Machine& machine) {
 PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk) {
     const bool isSoldered = isInCardSlot(disk) && !isSDCardInSlot(disk);
     const std::string place = isExternal(disk) ? "External" : "Internal";
-    return {
+    const auto protection = whyNotWritable(machine, disk);
+    PropertyList::Dictionary details{
         {"DeviceIdentifier", identifierOf(machine, disk)},
         {"MediaName", mediaNameOf(disk)},
         {"TotalSize", disk.sizeBytes},
@@ -146,12 +147,14 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"DeviceLocation", place + " (/dev/" + disk.name + ")"},
         {"Internal", !isExternal(disk)},
         {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},
-        {"WritableMedia", !disk.isReadOnly && !protectionReason(machine, disk)},
+        {"WritableMedia", !protection},
         {"Content", partitionSchemeOf(disk)},
         {"WholeDisk", true},
         {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},
         {"Ejectable", disk.udisks.isEjectable && !isSoldered},
     };
+    if (protection) details["VelmoraTesselProtectionReason"] = *protection;
+    return details;
 }
 
 }  // namespace tessel

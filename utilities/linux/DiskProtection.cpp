@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
 #include <string_view>
-
-#include "foundation/Errors.h"
 
 namespace tessel {
 
@@ -47,44 +46,73 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
 struct PartCheck {
     bool (*fails)(const BlockDevice& part);
     std::string_view reason;
+    std::string_view remedy;
 };
 
 /// A whole disk is protected when one of these is true of any of its parts.
 constexpr auto partChecks = std::to_array<PartCheck>({
-    {[](const BlockDevice& part) { return part.isSwap; }, "it is used as swap space"},
+    {[](const BlockDevice& part) { return part.isSwap; }, "it is used as swap space",
+     "Switch that swap space off."},
 
     {[](const BlockDevice& part) { return !part.holders.empty(); },
-     "it is part of a volume group, a RAID or an encrypted volume that is in use"},
+     "it is part of a volume group, a RAID or an encrypted volume that is in use",
+     "Deactivate the volume group, stop the RAID or lock the encrypted volume."},
+
+    {[](const BlockDevice& part) { return !part.users.empty(); },
+     "it is used by a loop device, a storage server or the like",
+     "Detach the loop device, or stop the program that uses it."},
 
     {[](const BlockDevice& part) {
          // ZFS imports its pools without leaving a sign in the kernel's device tree.
          return part.spansDisks || part.udisks.fileSystem == "zfs_member";
      },
-     "it is part of a file system that may span several disks"},
+     "it is part of a file system that may span several disks",
+     "Unmount that file system, or export the pool."},
 
     {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
-     "the system has mounted a volume on it"},
+     "the system has mounted a volume on it", "Unmount that volume."},
+
+    {[](const BlockDevice& part) { return part.isFileSystemActive && part.mounts.empty(); },
+     "a volume on it is mounted elsewhere, such as in a container",
+     "Stop the container or the program that uses that volume."},
 });
+
+std::string sentencesOf(const Protection& protection) {
+    return protection.reason + "." + (protection.remedy.empty() ? "" : " " + protection.remedy);
+}
+
+std::string capitalized(std::string sentence) {
+    sentence.front() = static_cast<char>(std::toupper(sentence.front()));
+    return sentence;
+}
 
 }  // namespace
 
-std::optional<std::string> protectionReason(const Machine& machine, const BlockDevice& disk) {
+std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice& disk) {
     for (const DiskCheck& check : diskChecks)
-        if (check.fails(machine, disk)) return std::string(check.reason);
+        if (check.fails(machine, disk)) return Protection{std::string(check.reason), {}};
 
     const auto parts = partsOf(machine, disk);
     for (const PartCheck& check : partChecks)
         if (std::ranges::any_of(parts, [&](const BlockDevice* part) { return check.fails(*part); }))
-            return std::string(check.reason);
+            return Protection{std::string(check.reason), std::string(check.remedy), true};
+    return std::nullopt;
+}
+
+PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk, const Protection& protection) {
+    return {
+        "Disk", EPERM,
+        identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + sentencesOf(protection)};
+}
+
+std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk) {
+    if (const auto protection = protectionOf(machine, disk)) return capitalized(sentencesOf(*protection));
+    if (disk.isReadOnly) return "Its write-protection switch is on, or the kernel treats it as read-only.";
     return std::nullopt;
 }
 
 void requireUnprotected(const Machine& machine, const BlockDevice& disk) {
-    const auto reason = protectionReason(machine, disk);
-    if (!reason) return;
-    throw PlatformError(
-        "Disk", EPERM,
-        identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + *reason + ".");
+    if (const auto protection = protectionOf(machine, disk)) throw protectedDisk(machine, disk, *protection);
 }
 
 }  // namespace tessel

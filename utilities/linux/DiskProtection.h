@@ -3,15 +3,29 @@
 #include <optional>
 #include <string>
 
+#include "foundation/Errors.h"
 #include "utilities/linux/Machine.h"
 
 namespace tessel {
 
-/// Says why this disk is never unmounted, opened or ejected, and is reported as not writable. Absent only
-/// when nothing speaks against using it; every doubt does.
-[[nodiscard]] std::optional<std::string> protectionReason(const Machine& machine, const BlockDevice& disk);
+/// Says why a disk is never unmounted, opened or ejected, and is reported as not writable.
+struct Protection {
+    std::string reason;   ///< such as "it is used as swap space"
+    std::string remedy;   ///< a sentence that says how to end it; empty where nobody should
+    bool mayEnd = false;  ///< whoever uses the disk may let go of it
+};
 
-/// Throws PlatformError with the reason when the disk is protected.
+/// Absent only when nothing speaks against using the disk; every doubt does.
+[[nodiscard]] std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice& disk);
+
+/// Returns the error that tells a person about it.
+[[nodiscard]] PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk,
+                                          const Protection& protection);
+
+/// Returns why nothing may be written to the disk, in sentences for a person: it is protected or read-only.
+[[nodiscard]] std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk);
+
+/// Throws the error when the disk is protected.
 void requireUnprotected(const Machine& machine, const BlockDevice& disk);
 
 }  // namespace tessel

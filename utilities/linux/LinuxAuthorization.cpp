@@ -24,19 +24,21 @@ void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) 
 }  // namespace
 
 FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
-    const BlockDevice disk = readUnusedDisk(identifier);
+    const BlockDevice disk = readUnusedDisk(identifier, OwnLock::none);
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
     if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
     // The person may have taken hours to answer.
-    readUnusedDisk(identifier);
+    readUnusedDisk(identifier, OwnLock::onWholeDisk);
     return descriptor;
 }
 
-BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier) {
-    const Machine machine = system.read();
+BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier, OwnLock ownLock) {
+    const Machine machine = readUnlocked(system, identifier, ownLock);
     const BlockDevice& disk = listedDisk(machine, identifier);
     requireUnprotected(machine, disk);
+    if (const auto reason = whyNotWritable(machine, disk))
+        throw PlatformError("Disk", EROFS, identifier + " can't be written. " + *reason);
     if (!mountedParts(machine, disk).empty()) throw busy(identifier);
     return disk;
 }

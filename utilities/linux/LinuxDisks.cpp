@@ -6,6 +6,7 @@
 
 #include "foundation/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
+#include "utilities/linux/DiskLocks.h"
 #include "utilities/linux/DiskProtection.h"
 
 namespace tessel {
@@ -14,27 +15,41 @@ namespace {
 
 using Ejection = BlockSystem::Ejection;
 
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+/// The program gives a command 60 seconds. The last reading of the machine may itself take 15 of them.
+constexpr seconds timeForCommand{40};
+
 /// A volume may be mounted several times, and a desktop may mount it again in the meantime.
-constexpr int unmountRounds = 5;
-constexpr int ejectAttempts = 3;
+constexpr seconds timeToUnmount{5};
 
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk.
-constexpr std::chrono::milliseconds timeToMountAgain{1500};
+constexpr milliseconds timeToMountAgain{1500};
 
-/// The device manager locks a disk while it looks at what has just been written to it.
-constexpr int lockAttempts = 20;
-constexpr std::chrono::milliseconds pauseWhileLocked{100};
+/// The device manager may take its time, and activates volume groups and the like in programs of their own.
+constexpr seconds timeToActivate{5};
+
+constexpr milliseconds pauseBetweenReadings{200};
 
 PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
 }
 
-PlatformError locked(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: another program is working on " + identifier + "."};
-}
-
 bool hasEjectMechanism(const BlockDevice& disk) {
     return disk.udisks.isEjectable && !isInCardSlot(disk);
+}
+
+bool isUnused(const Machine& machine, const BlockDevice& disk) {
+    return mountedParts(machine, disk).empty() && !protectionOf(machine, disk);
+}
+
+/// Returns whether the contents are of a kind that computers activate without being asked.
+bool mayBeActivated(const Machine& machine, const BlockDevice& disk) {
+    return std::ranges::any_of(partsOf(machine, disk), [](const BlockDevice* part) {
+        const std::string& kind = part->udisks.fileSystem;
+        return kind.ends_with("_member") || kind == "bcache";
+    });
 }
 
 }  // namespace
@@ -49,48 +64,84 @@ PropertyList::Dictionary LinuxDisks::info(const std::string& identifier) {
 }
 
 void LinuxDisks::unmount(const std::string& identifier) {
-    for (int round = 0; round <= unmountRounds; ++round) {
-        const Machine machine = readUnlocked(identifier);
+    unmountBefore(system.now() + timeForCommand, identifier);
+}
+
+void LinuxDisks::eject(const std::string& identifier) {
+    try {
+        ejectBefore(system.now() + timeForCommand, identifier);
+    } catch (const PlatformError& error) {
+        // Whatever the reason, the person must learn that the image itself has been written.
+        throw PlatformError(
+            error.domain(), error.code(),
+            "The image was written, but the SD card could not be ejected. " + error.localizedDescription());
+    }
+}
+
+void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
+    const Time end = std::min(deadline, system.now() + timeToUnmount);
+    do {
+        const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
         try {
             for (const BlockDevice* part : mounted)
-                system.unmount(part->name);
+                system.unmount(part->name, deadline);
         } catch (const PlatformError&) {
             // It is no failure if somebody else was faster.
             if (!isAtRest(identifier)) throw;
         }
-    }
+    } while (system.now() < end);
     throw busy(identifier);
 }
 
-void LinuxDisks::eject(const std::string& identifier) {
-    for (int attempt = 1; attempt <= ejectAttempts; ++attempt) {
-        unmount(identifier);
-        system.flush();
+void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
+    bool isEjected = false;
+    do {
+        awaitRelease(identifier, deadline);
+        if (isEjected && !isPresent(identifier)) return;
+        unmountBefore(deadline, identifier);
+        system.flush(deadline);
         const Machine machine = system.read();
         const BlockDevice& disk = listedDisk(machine, identifier);
-        const auto ejection = hasEjectMechanism(disk) ? system.eject(disk.name) : Ejection::impossible;
-        if (ejection == Ejection::busy) continue;
-        if (!isPresent(identifier)) return;
-        // A desktop may mount again what stays in its slot.
-        system.wait(timeToMountAgain);
+        if (!isUnused(machine, disk)) continue;
+        const auto ejection =
+            hasEjectMechanism(disk) ? system.eject(disk.name, deadline) : Ejection::impossible;
+        isEjected = ejection == Ejection::done;
+        if (ejection == Ejection::busy) {
+            system.wait(pauseBetweenReadings);
+            continue;
+        }
+        awaitSettling(identifier, deadline);
         if (isAtRest(identifier)) return;
-    }
+    } while (system.now() < deadline);
+    const Machine machine = system.read();
+    requireUnprotected(machine, listedDisk(machine, identifier));
     throw busy(identifier);
 }
 
-/// Reads the machine as soon as nobody else is working on the disk, such as another copy of this program or a
-/// partitioning tool.
-Machine LinuxDisks::readUnlocked(const std::string& identifier) {
-    for (int attempt = 1;; ++attempt) {
-        Machine machine = system.read();
-        if (std::ranges::none_of(partsOf(machine, listedDisk(machine, identifier)), &BlockDevice::isLocked))
-            return machine;
-        if (attempt == lockAttempts) throw locked(identifier);
-        system.wait(pauseWhileLocked);
+/// Waits until those who use the disk have let go of it. What stays in use then protects it.
+void LinuxDisks::awaitRelease(const std::string& identifier, Time deadline) {
+    for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
+        const Machine machine = system.read();
+        const BlockDevice* disk = findListedDisk(machine, identifier);
+        const auto protection = disk ? protectionOf(machine, *disk) : std::nullopt;
+        if (!protection || !protection->mayEnd) return;
+    }
+}
+
+/// Waits until the device manager and the desktop have made of the new contents what they will, since the
+/// medium may stay in its slot.
+void LinuxDisks::awaitSettling(const std::string& identifier, Time deadline) {
+    const Time end = std::min(deadline, system.now() + timeToActivate);
+    if (!isPresent(identifier)) return;
+    for (system.wait(timeToMountAgain); system.now() < end; system.wait(pauseBetweenReadings)) {
+        const Machine machine = system.read();
+        const BlockDevice* disk = findListedDisk(machine, identifier);
+        if (!disk || protectionOf(machine, *disk)) return;
+        if (!machine.isSettling && !mayBeActivated(machine, *disk)) return;
     }
 }
 
@@ -99,11 +150,11 @@ bool LinuxDisks::isPresent(const std::string& identifier) {
     return findListedDisk(machine, identifier);
 }
 
-/// Returns whether the medium is gone or nothing on it is mounted.
+/// Returns whether the medium is gone, or nobody uses any part of it.
 bool LinuxDisks::isAtRest(const std::string& identifier) {
     const Machine machine = system.read();
     const BlockDevice* disk = findListedDisk(machine, identifier);
-    return !disk || mountedParts(machine, *disk).empty();
+    return !disk || isUnused(machine, *disk);
 }
 
 }  // namespace tessel

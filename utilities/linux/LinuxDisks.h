@@ -19,13 +19,18 @@ class LinuxDisks : public DiskSource {
     /// Returns once nothing on the disk is mounted any more.
     void unmount(const std::string& identifier) override;
 
-    /// Returns once the medium may be pulled: nothing on it is mounted, everything has been written, and it
-    /// has been ejected if the reader has a mechanism for that. Power is never cut, because other slots may
-    /// depend on it.
+    /// Returns once the medium may be pulled: nobody uses any part of it, everything has been written, and it
+    /// has been ejected if the reader has a mechanism for that. What has been activated since the image was
+    /// written is waited for, but never ended. Power is never cut, because other slots may depend on it.
     void eject(const std::string& identifier) override;
 
   private:
-    Machine readUnlocked(const std::string& identifier);
+    using Time = BlockSystem::Time;
+
+    void unmountBefore(Time deadline, const std::string& identifier);
+    void ejectBefore(Time deadline, const std::string& identifier);
+    void awaitRelease(const std::string& identifier, Time deadline);
+    void awaitSettling(const std::string& identifier, Time deadline);
     bool isPresent(const std::string& identifier);
     bool isAtRest(const std::string& identifier);
 

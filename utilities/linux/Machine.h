@@ -46,16 +46,22 @@ struct BlockDevice {
     std::string databaseName;      ///< the device database's name for the reader
     std::vector<std::string> holders;
     std::vector<std::string> slaves;  ///< the devices below a device-mapper or RAID device
-    bool isSwap = false;
+    /// What uses it without being a holder, such as "loop3", directly or through a file that lies on it.
+    std::vector<std::string> users;
+    bool isSwap = false;      ///< or a file on it is swap space
     bool spansDisks = false;  ///< a mounted file system lies on this device and on others
     std::vector<Mount> mounts;
+    /// A file system on it is in use, be it where this program can't look: in a container, or hidden by a
+    /// lazy unmount.
+    bool isFileSystemActive = false;
     bool isLocked = false;  ///< a program is working on it and wants to be alone
     UDisksRecord udisks = {};
 };
 
 struct Machine {
     std::vector<BlockDevice> devices;
-    std::string rootDevice;  ///< the name of the device that is mounted at "/"; empty when there is none
+    std::string rootDevice;   ///< the name of the device that is mounted at "/"; empty when there is none
+    bool isSettling = false;  ///< the device manager has yet to look at devices that have changed
 };
 
 /// Returns whether the device exists only in the kernel: loop devices, device mapper, RAID, RAM, compressed

@@ -1,7 +1,6 @@
 #include "views/disks/DiskInspectorContent.h"
 
 #include "model/DiskTexts.h"
-#include "model/SDCardPolicy.h"
 #include "model/SizeOrUnknown.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/InfoRow.h"
@@ -89,7 +88,7 @@ void DiskInspectorContent::showPartitions(const SDWholeDisk& disk) {
 }
 
 void DiskInspectorContent::showVerdict(const SDWholeDisk& disk) {
-    const auto reason = eligibilityFailureReason(disk);
+    const auto reason = protectionText(disk);
     verdict->setSymbol(reason ? "lock.shield.fill" : "checkmark.shield.fill");
     verdict->setLook({.font = FontRole::smallestCaption, .tone = reason ? Tone::orange : Tone::blue});
     verdict->setText(reason ? QString::fromStdString(*reason)

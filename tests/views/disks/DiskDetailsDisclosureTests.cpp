@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QTest>
 
+#include "foundation/SystemWords.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/support/SampleDisks.h"
 #include "views/controls/DisclosureButton.h"
@@ -74,6 +75,12 @@ TEST_F(DiskDetailsDisclosureTests, saysWhyADiskIsProtected) {
     show(sampleFixedDisk("disk0"));
     EXPECT_THAT(texts(), Contains("disk0 is always protected."));
     EXPECT_THAT(texts(), Not(Contains("Selected Target")));
+
+    SDWholeDisk locked = sampleCard("disk4");
+    locked.isWritable = false;
+    locked.protectionReason = "It holds the tide tables.";
+    show(locked);
+    EXPECT_THAT(texts(), Contains(systemWords().cardNotWritable + " It holds the tide tables."));
 }
 
 TEST_F(DiskDetailsDisclosureTests, partitionsAreClosedForEachDiskUntilOpened) {

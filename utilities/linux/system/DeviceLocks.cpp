@@ -12,8 +12,9 @@ namespace tessel {
 
 namespace {
 
-/// Returns the files that carry an exclusive lock, named as in the kernel's table: by the number of the file
-/// system and that of the file in it, such as "00:05:345".
+/// Returns the files that carry an exclusive lock or, as virtual machines and storage servers make them, one
+/// on a range of bytes. They are named as in the kernel's table: by the number of the file system and that of
+/// the file in it, such as "00:05:345".
 std::set<std::string> readLockedFiles() {
     std::set<std::string> files;
     std::ifstream table("/proc/locks");
@@ -21,7 +22,8 @@ std::set<std::string> readLockedFiles() {
         std::istringstream words(line);
         std::string number, kind, mode, access, process, file;
         words >> number >> kind >> mode >> access >> process >> file;
-        if (kind == "FLOCK" && access == "WRITE") files.insert(file);
+        const bool isOnBytes = kind == "POSIX" || kind == "OFDLCK";
+        if (isOnBytes || (kind == "FLOCK" && access == "WRITE")) files.insert(file);
     }
     return files;
 }

@@ -8,7 +8,7 @@
 
 #include "foundation/Release.h"
 #include "utilities/linux/system/DeviceLocks.h"
-#include "utilities/linux/system/DeviceMounts.h"
+#include "utilities/linux/system/DeviceUses.h"
 
 namespace tessel {
 
@@ -51,18 +51,26 @@ std::string readDatabaseName(udev* database, const std::string& name) {
     return text ? text : "";
 }
 
-/// A file system on several devices is mounted from one of them; the kernel tells only here which others
-/// belong to it.
-bool isMemberOfSpanningFileSystem(const std::string& name) {
+/// Counts the devices of the mounted file system that this one belongs to; 0 when there is none. A file
+/// system on several devices is mounted from one of them, and the kernel tells only here which others belong
+/// to it.
+size_t countMembersOfFileSystem(const std::string& name) {
     for (const std::string& fileSystem : namesIn("/sys/fs/btrfs")) {
         const auto members = std::filesystem::path("/sys/fs/btrfs") / fileSystem / "devices";
-        if (std::filesystem::exists(members / name) && namesIn(members).size() > 1) return true;
+        if (std::filesystem::exists(members / name)) return namesIn(members).size();
     }
-    return false;
+    return 0;
+}
+
+/// What caches onto a device holds it, but is not listed among its holders.
+std::vector<std::string> readCaches(const std::filesystem::path& device) {
+    if (!std::filesystem::exists(device / "bcache")) return {};
+    return {"bcache"};
 }
 
 BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
     const std::string name = path.filename().string();
+    const size_t members = countMembersOfFileSystem(name);
     return {
         .name = name,
         .path = path.string(),
@@ -74,7 +82,9 @@ BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
         .databaseName = readDatabaseName(database, name),
         .holders = namesIn(path / "holders"),
         .slaves = namesIn(path / "slaves"),
-        .spansDisks = isMemberOfSpanningFileSystem(name),
+        .users = readCaches(path),
+        .spansDisks = members > 1,
+        .isFileSystemActive = members > 0,
     };
 }
 
@@ -88,8 +98,9 @@ Machine readKernelDevices() {
         const auto path = std::filesystem::canonical("/sys/class/block/" + name, isGone);
         if (!isGone) machine.devices.push_back(readDevice(database.get(), path));
     }
-    addMountsAndSwaps(machine);
+    addUses(machine);
     addLocks(machine);
+    machine.isSettling = std::filesystem::exists("/run/udev/queue");
     return machine;
 }
 

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <thread>
@@ -22,15 +23,15 @@ Machine LinuxSystem::read() {
     return machine;
 }
 
-void LinuxSystem::unmount(const std::string& device) {
-    UDisksConnection().unmount(device);
+void LinuxSystem::unmount(const std::string& device, Time deadline) {
+    UDisksConnection().unmount(device, deadline - now());
 }
 
 FileDescriptor LinuxSystem::open(const std::string& device) {
     return UDisksConnection().open(device);
 }
 
-void LinuxSystem::flush() {
+void LinuxSystem::flush(Time deadline) {
     // Nothing can end a sync() early, so a process of its own waits for it.
     const pid_t flusher = fork();
     if (flusher < 0) throw posixError("The disks could not be flushed", errno);
@@ -39,16 +40,17 @@ void LinuxSystem::flush() {
         sync();
         _exit(0);
     }
-    constexpr std::chrono::seconds limit{10};
-    constexpr std::chrono::milliseconds pause{20};
-    for (std::chrono::milliseconds waited{0}; waited < limit; waited += pause) {
-        if (waitpid(flusher, nullptr, WNOHANG) != 0) return;
-        wait(pause);
-    }
+    const Time end = std::min(deadline, now() + std::chrono::seconds(10));
+    while (waitpid(flusher, nullptr, WNOHANG) == 0 && now() < end)
+        wait(std::chrono::milliseconds(20));
 }
 
-BlockSystem::Ejection LinuxSystem::eject(const std::string& device) {
-    return UDisksConnection().eject(device);
+BlockSystem::Ejection LinuxSystem::eject(const std::string& device, Time deadline) {
+    return UDisksConnection().eject(device, deadline - now());
+}
+
+BlockSystem::Time LinuxSystem::now() {
+    return std::chrono::steady_clock::now();
 }
 
 void LinuxSystem::wait(std::chrono::milliseconds duration) {

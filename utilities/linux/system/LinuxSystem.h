@@ -9,10 +9,11 @@ namespace tessel {
 class LinuxSystem : public BlockSystem {
   public:
     Machine read() override;
-    void unmount(const std::string& device) override;
+    void unmount(const std::string& device, Time deadline) override;
     FileDescriptor open(const std::string& device) override;
-    void flush() override;
-    Ejection eject(const std::string& device) override;
+    void flush(Time deadline) override;
+    Ejection eject(const std::string& device, Time deadline) override;
+    Time now() override;
     void wait(std::chrono::milliseconds duration) override;
 };
 

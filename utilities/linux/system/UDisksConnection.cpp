@@ -30,7 +30,7 @@ using Text = std::unique_ptr<char, Release<g_free>>;
 /// Cancels what is still waiting for the bus or UDisks2 when the limit has passed.
 class TimeLimit {
   public:
-    explicit TimeLimit(std::chrono::seconds limit) :
+    explicit TimeLimit(UDisksConnection::Duration limit) :
         canceller([this, limit](const std::stop_token& isDone) {
             std::mutex mutex;
             std::unique_lock lock(mutex);
@@ -154,14 +154,15 @@ void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
             device.udisks = describeBlock(client.get(), block.get());
 }
 
-void UDisksConnection::unmount(const std::string& device) const {
+void UDisksConnection::unmount(const std::string& device, Duration limit) const {
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
         throw PlatformError("Disk", EINVAL, "The disk service found no file system on /dev/" + device + ".");
     // With "force" UDisks2 would merely hide a mount that is still in use.
+    const TimeLimit timeLimit(limit);
     checked([&](GError** error) {
-        return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), nullptr, error);
+        return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), timeLimit.get(), error);
     });
 }
 
@@ -183,13 +184,14 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
         [&](GError** error) { return g_unix_fd_list_get(descriptors, g_variant_get_handle(index), error); }));
 }
 
-BlockSystem::Ejection UDisksConnection::eject(const std::string& device) const {
+BlockSystem::Ejection UDisksConnection::eject(const std::string& device, Duration limit) const {
     const auto block = requireBlock(client.get(), device);
     const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
     if (!drive) return BlockSystem::Ejection::impossible;
 
+    const TimeLimit timeLimit(limit);
     GError* error = nullptr;
-    udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), nullptr, &error);
+    udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), timeLimit.get(), &error);
     const OwnedError problem(error);
     if (!problem) return BlockSystem::Ejection::done;
     if (isBusy(*problem)) return BlockSystem::Ejection::busy;

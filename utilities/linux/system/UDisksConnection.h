@@ -14,19 +14,21 @@ using UDisksClient = struct _UDisksClient;
 namespace tessel {
 
 /// A connection to the desktop's disk service (UDisks2) over the system bus. Where UDisks2 has to ask the
-/// person, an operation takes as long as the person does. Descriptions are as of the moment when the
-/// connection was made. Operations throw PlatformError, worded as BlockSystem demands.
+/// person, an operation takes as long as the person does, within its limit if it has one. Descriptions are as
+/// of the moment when the connection was made. Operations throw PlatformError, worded as BlockSystem demands.
 class UDisksConnection {
   public:
+    using Duration = std::chrono::steady_clock::duration;
+
     /// Throws PlatformError when UDisks2 is not running.
     UDisksConnection();
 
     /// Fills in what UDisks2 says about each device.
     void describe(std::vector<BlockDevice>& devices) const;
 
-    void unmount(const std::string& device) const;
+    void unmount(const std::string& device, Duration limit) const;
     [[nodiscard]] FileDescriptor open(const std::string& device) const;
-    [[nodiscard]] BlockSystem::Ejection eject(const std::string& device) const;
+    [[nodiscard]] BlockSystem::Ejection eject(const std::string& device, Duration limit) const;
 
   private:
     struct Disconnect {

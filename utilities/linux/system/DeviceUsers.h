@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tessel {
+
+/// Something in the kernel that works on a block device or a file without being a holder of it.
+struct DeviceUser {
+    std::string name;  ///< such as "loop3"
+    std::string path;  ///< of the device or file
+};
+
+/// Reads all of them that the kernel reveals.
+[[nodiscard]] std::vector<DeviceUser> readDeviceUsers();
+
+}  // namespace tessel

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "utilities/linux/Machine.h"
+
+namespace tessel {
+
+/// Notes where the devices are mounted, which of them are swap space or otherwise in use, and which one is
+/// mounted at "/". Throws PlatformError when the tables can't be read, since no device is then known to be
+/// unused.
+void addUses(Machine& machine);
+
+}  // namespace tessel
