@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -39,6 +40,7 @@ Button::Button(const Fields& fields) :
     symbol(fields.symbol),
     look(fields.look),
     size(fields.size) {
+    presentButtonToScreenReaders<Button, QAccessible::Button>();
     setAttribute(Qt::WA_Hover);
     setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

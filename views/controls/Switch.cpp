@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 
@@ -16,6 +17,7 @@ constexpr double disabledOpacity = 0.45;
 }  // namespace
 
 Switch::Switch(const QString& text, Size size) : QCheckBox(text), size(size) {
+    presentButtonToScreenReaders<Switch, QAccessible::CheckBox>();
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();

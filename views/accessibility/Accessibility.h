@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 
 namespace tessel {
 
@@ -11,6 +11,15 @@ void presentToScreenReaders() {
         auto* widget = dynamic_cast<Widget*>(object);
         return widget ? new Interface(*widget) : nullptr;
     });
+}
+
+/// Tells screen readers what each `Widget` is. Its name is the accessible one, or the title of a window.
+template <typename Widget, QAccessible::Role itsRole>
+void presentToScreenReadersAs() {
+    struct Interface : QAccessibleWidget {
+        explicit Interface(Widget& widget) : QAccessibleWidget(&widget, itsRole) {}
+    };
+    presentToScreenReaders<Widget, Interface>();
 }
 
 }  // namespace tessel
