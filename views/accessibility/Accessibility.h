@@ -4,7 +4,9 @@
 
 namespace tessel {
 
-/// Lets screen readers learn about each `Widget` from an `Interface` that is made for it.
+/// Lets screen readers learn about each `Widget` from an `Interface` that is made for it. Call it first in
+/// the constructor of the widget, before it has a text or anything else to tell: from then on it is presented
+/// as what it was at that moment.
 template <typename Widget, typename Interface>
 void presentToScreenReaders() {
     QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {

@@ -16,8 +16,9 @@ constexpr double disabledOpacity = 0.45;
 
 }  // namespace
 
-Switch::Switch(const QString& text, Size size) : QCheckBox(text), size(size) {
+Switch::Switch(const QString& text, Size size) : size(size) {
     presentButtonToScreenReaders<Switch, QAccessible::CheckBox>();
+    setText(text);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();
