@@ -44,3 +44,7 @@ endforeach()
 add_test(NAME packaging/installation
     COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/packaging/installation" "${PROJECT_BINARY_DIR}")
 set_tests_properties(packaging/installation PROPERTIES TIMEOUT 120 ENVIRONMENT "${testEnvironment}")
+
+add_test(NAME accessibility/every-action
+    COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/accessibility/every-action" "$<TARGET_FILE:velmora-tessel-rehearsal>")
+set_tests_properties(accessibility/every-action PROPERTIES TIMEOUT 180 ENVIRONMENT "${testEnvironment}")

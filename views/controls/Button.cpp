@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -34,11 +35,9 @@ constexpr double ringGap = 3;  // holds the focus ring and the gap between it an
 
 }  // namespace
 
-Button::Button(const Fields& fields) :
-    QPushButton(fields.text),
-    symbol(fields.symbol),
-    look(fields.look),
-    size(fields.size) {
+Button::Button(const Fields& fields) : symbol(fields.symbol), look(fields.look), size(fields.size) {
+    presentButtonToScreenReaders<Button, QAccessible::Button>();
+    setText(fields.text);
     setAttribute(Qt::WA_Hover);
     setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

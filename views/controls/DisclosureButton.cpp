@@ -1,9 +1,8 @@
 #include "views/controls/DisclosureButton.h"
 
-#include <QAccessibleWidget>
 #include <QPainter>
 
-#include "views/controls/Accessibility.h"
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -14,31 +13,22 @@ namespace {
 
 constexpr int chevronSize = 11;
 
-class AccessibleDisclosure : public QAccessibleWidget {
+class AccessibleDisclosure : public AccessibleButton {
   public:
-    explicit AccessibleDisclosure(DisclosureButton& button) :
-        QAccessibleWidget(&button, QAccessible::Button),
-        button(button) {}
+    explicit AccessibleDisclosure(DisclosureButton& button) : AccessibleButton(button, QAccessible::Button) {}
 
     // The label's widgets say nothing that the button's name does not.
     int childCount() const override { return 0; }
 
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
+        QAccessible::State state = AccessibleButton::state();
+        state.checkable = false;
+        state.checked = false;
         state.expandable = true;
         state.expanded = button.isChecked();
         state.collapsed = !button.isChecked();
         return state;
     }
-
-    QStringList actionNames() const override { return {pressAction()}; }
-
-    void doAction(const QString& action) override {
-        if (action == pressAction()) button.click();
-    }
-
-  private:
-    DisclosureButton& button;
 };
 
 }  // namespace

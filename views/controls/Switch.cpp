@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 
@@ -15,7 +16,9 @@ constexpr double disabledOpacity = 0.45;
 
 }  // namespace
 
-Switch::Switch(const QString& text, Size size) : QCheckBox(text), size(size) {
+Switch::Switch(const QString& text, Size size) : size(size) {
+    presentButtonToScreenReaders<Switch, QAccessible::CheckBox>();
+    setText(text);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();

@@ -1,14 +1,14 @@
 #include "views/disks/CompactDiskRow.h"
 
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "model/DiskTexts.h"
+#include "model/SDCardPolicy.h"
 #include "model/SizeOrUnknown.h"
-#include "views/controls/Accessibility.h"
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
 #include "views/disks/DiskMediaCell.h"
@@ -21,18 +21,22 @@ namespace {
 
 constexpr int cellSpacing = spacing::small;  // keeps a text away from the next column
 
-class AccessibleDiskRow : public QAccessibleWidget {
+/// A row is selected when its disk is the target. It can't be selected while its disk is protected.
+class AccessibleDiskRow : public AccessibleControl {
   public:
     explicit AccessibleDiskRow(CompactDiskRow& row) :
-        QAccessibleWidget(&row, QAccessible::ListItem),
+        AccessibleControl(&row, QAccessible::ListItem),
         row(row) {}
 
     QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.selectable = true;
-        state.selected = row.fields().isInspected;
+        QAccessible::State state = AccessibleControl::state();
+        state.selectable = !eligibilityFailureReason(row.fields().disk);
+        state.selected = row.fields().isSelectedTarget;
         return state;
     }
+
+  protected:
+    void click() override { row.click(); }
 
   private:
     CompactDiskRow& row;
@@ -68,6 +72,7 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
 
 void CompactDiskRow::display(const Fields& fields) {
     if (fields == shown) return;
+    const bool targetChanges = fields.isSelectedTarget != shown.isSelectedTarget;
     shown = fields;
     const SDWholeDisk& disk = shown.disk;
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
@@ -78,6 +83,15 @@ void CompactDiskRow::display(const Fields& fields) {
     setAccessibleName(selector->accessibilityLabel());
     setAccessibleDescription(selector->toolTip());
     update();
+    if (targetChanges) {
+        QAccessibleEvent event(
+            this, shown.isSelectedTarget ? QAccessible::SelectionAdd : QAccessible::SelectionRemove);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void CompactDiskRow::click() {
+    actions.inspect();
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
@@ -92,7 +106,7 @@ void CompactDiskRow::mousePressEvent(QMouseEvent* event) {
 }
 
 void CompactDiskRow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) actions.inspect();
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) click();
 }
 
 void CompactDiskRow::paintEvent(QPaintEvent*) {

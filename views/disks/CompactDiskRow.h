@@ -36,6 +36,7 @@ class CompactDiskRow : public QWidget {
 
     [[nodiscard]] const Fields& fields() const { return shown; }
     void display(const Fields& fields);
+    void click();
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

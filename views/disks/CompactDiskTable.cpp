@@ -1,6 +1,5 @@
 #include "views/disks/CompactDiskTable.h"
 
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -8,7 +7,7 @@
 #include <QScrollArea>
 #include <algorithm>
 
-#include "views/controls/Accessibility.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/ScrollBar.h"
 #include "views/controls/Style.h"
@@ -29,11 +28,6 @@ int tableHeight(size_t disks) {
 }
 
 class DiskRowList : public QWidget {};
-
-class AccessibleRowList : public QAccessibleWidget {
-  public:
-    explicit AccessibleRowList(DiskRowList& list) : QAccessibleWidget(&list, QAccessible::List, "Disks") {}
-};
 
 /// Draws the rounded outline over the rows and hides their square corners.
 class TableFrame : public QWidget {
@@ -61,7 +55,8 @@ CompactDiskTable::CompactDiskTable(const Actions& actions) :
     header(new DiskTableHeader(widths, actions.sort)),
     scrollArea(new QScrollArea),
     rowList(new DiskRowList) {
-    presentToScreenReaders<DiskRowList, AccessibleRowList>();
+    presentToScreenReadersAs<DiskRowList, QAccessible::List>();
+    rowList->setAccessibleName("Disks");
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(dividerHeight);

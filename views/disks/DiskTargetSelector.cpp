@@ -4,6 +4,7 @@
 #include <QRadioButton>
 
 #include "model/SDCardPolicy.h"
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/SymbolView.h"
 
@@ -17,6 +18,7 @@ constexpr int symbolSize = 18;
 class TargetRadioButton : public QRadioButton {
   public:
     explicit TargetRadioButton(QWidget* parent) : QRadioButton(parent) {
+        presentButtonToScreenReaders<TargetRadioButton, QAccessible::RadioButton>();
         setAttribute(Qt::WA_Hover);
         // The row takes the focus and presses this control with the space bar.
         setFocusPolicy(Qt::NoFocus);

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -17,8 +18,9 @@ constexpr int chevronSize = 10;
 
 SortableDiskHeader::SortableDiskHeader(const QString& title, DiskSortField field,
                                        std::function<void(DiskSortField)> action) :
-    QPushButton(title),
     field(field) {
+    presentButtonToScreenReaders<SortableDiskHeader, QAccessible::Button>();
+    setText(title);
     setFont(styledFont(FontRole::caption, QFont::DemiBold));
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);

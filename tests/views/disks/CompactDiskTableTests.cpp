@@ -255,8 +255,9 @@ TEST_F(CompactDiskTableTests, screenReadersHearNamesRolesAndStates) {
     EXPECT_EQ(accessible(row("disk0")).text(QAccessible::Name),
               "Protected disk Fast NVMe Disk · 1 TB · disk0");
     EXPECT_EQ(accessible(row("disk5")).role(), QAccessible::ListItem);
-    EXPECT_TRUE(accessible(row("disk5")).state().selected);
-    EXPECT_FALSE(accessible(row("disk4")).state().selected);
+    EXPECT_TRUE(accessible(row("disk4")).state().selected);
+    EXPECT_FALSE(accessible(row("disk5")).state().selected);
+    EXPECT_FALSE(accessible(row("disk0")).state().selectable);
     EXPECT_EQ(accessible(*row("disk4").parentWidget()).role(), QAccessible::List);
 }
 

@@ -113,6 +113,7 @@ TEST_F(DiskDetailsDisclosureTests, screenReadersHearThatItExpands) {
     EXPECT_TRUE(button->state().expandable);
     EXPECT_TRUE(button->state().collapsed);
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::processEvents();
     EXPECT_TRUE(button->state().expanded);
     EXPECT_TRUE(fields.isExpanded);
 }
