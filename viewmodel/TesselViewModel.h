@@ -89,6 +89,9 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] double overallWorkflowProgress() const;
     [[nodiscard]] const std::string& writePhaseTitle() const { return progress.title(); }
     [[nodiscard]] const std::string& writeProgressDetail() const { return progress.detail(); }
+    /// Returns the speed and the time that the phase will still take, or an empty text if nothing can be
+    /// said.
+    [[nodiscard]] const std::string& writeTransferRate() const { return progress.transferRate(); }
     [[nodiscard]] std::optional<ImageWritePhase> currentWritePhase() const { return progress.phase(); }
     void applyWriteProgress(const ImageWriteProgress& report);
 
