@@ -12,6 +12,7 @@
 #include "app/ImageCard.h"
 #include "app/LogCard.h"
 #include "app/ProgressCard.h"
+#include "app/StatusTexts.h"
 #include "app/TargetCard.h"
 #include "app/WriteCard.h"
 #include "views/alerts/AlertDialog.h"
@@ -39,7 +40,6 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)) {
-    setWindowTitle("Velmora Tessel");
     setMinimumSize(1080, 720);
     resize(1180, 820);
 
@@ -103,6 +103,7 @@ void ContentView::scheduleRender() {
 
 void ContentView::render() {
     isRenderScheduled = false;
+    setWindowTitle(liveWindowTitle(*viewModel));
     header->render();
     imageCard->render();
     targetCard->followDisks();
