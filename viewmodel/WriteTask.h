@@ -56,7 +56,7 @@ class WriteTask {
     void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
-    void showSafeToRemoveAlert(bool verified);
+    void showSafeToRemoveAlert(bool verified) const;
 
     Surroundings surroundings;
     Published<std::optional<TaskHandle>> running;
