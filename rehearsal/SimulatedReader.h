@@ -31,6 +31,7 @@ class SimulatedReader {
     /// Puts the disk back as it was when it was taken out.
     void reinsert(const std::string& identifier);
 
+    [[nodiscard]] const std::filesystem::path& path() const { return folder; }
     /// Returns what the authorization utility opens for the disk.
     [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
     /// Returns every run of the utilities so far, such as "diskutil eject /dev/disk4".

@@ -39,6 +39,7 @@ void TesselViewModel::clearLog() {
 void TesselViewModel::refreshDisks() {
     if (isBusy()) return;
     hasStartedScan = true;
+    disksChanged = false;
     operationState = TesselOperationState{.kind = scanningDisks};
     log.append(systemWords().scanStarted);
     start(&TesselViewModel::scanDisks);

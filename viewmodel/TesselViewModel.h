@@ -59,6 +59,10 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] bool didPerformInitialScan() const { return hasStartedScan; }
     /// Begins to scan all disks. The state tells when the scan has ended.
     void refreshDisks();
+    /// Takes the hint that a disk has come or gone. Nothing is scanned for that.
+    void noteDiskChange() { disksChanged = true; }
+    /// Tells whether a disk has come or gone since the last scan began.
+    [[nodiscard]] bool haveDisksChanged() const { return disksChanged(); }
     /// Makes an eligible disk the target; ignores any other.
     void selectDisk(const std::string& id);
 
@@ -114,6 +118,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     ImageSelection image{onChange};
     WriteProgress progress{onChange};
     Published<bool> verifies{onChange, true};
+    Published<bool> disksChanged{onChange, false};
     bool hasStartedScan = false;
     WriteTask writeTask{onChange,
                         {.desktop = desktop,
