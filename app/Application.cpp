@@ -35,6 +35,7 @@ Application::Application(const Disks& disks) :
                                    .makeDevice = disks.makeDevice})),
     contentView(model) {
     qtDesktop.setWindow(&contentView);
+    if (disks.watch) diskWatch = disks.watch([this] { model->noteDiskChange(); });
 }
 
 int Application::run(TerminationSignal& terminationSignal) {

@@ -13,10 +13,14 @@ class TerminationSignal;
 /// Runs the program: one window on one view model, which works on the given disks. Needs a QApplication.
 class Application {
   public:
+    /// Has a handler called each time a disk has come or gone, until the result is dropped.
+    using DiskWatch = std::function<std::unique_ptr<TemporaryActivity>(std::function<void()> onChange)>;
+
     /// Says where the program finds its disks.
     struct Disks {
         SystemUtilities utilities;
         RawDeviceFactory makeDevice;
+        DiskWatch watch = {};  ///< may be empty
     };
 
     explicit Application(const Disks& disks);
@@ -36,6 +40,7 @@ class Application {
     QtDesktop qtDesktop;
     std::shared_ptr<TesselViewModel> model;
     ContentView contentView;
+    std::unique_ptr<TemporaryActivity> diskWatch;
 };
 
 /// Sets the name and the look of the whole program. Call it once, before there is any window.

@@ -24,4 +24,34 @@ std::string confirmationButtonTitle(const TesselViewModel& viewModel) {
     return disk ? "Erase and Write to " + disk->id : "Erase and Write";
 }
 
+StopQuestion stopQuestion(const TesselViewModel& viewModel) {
+    const std::string quitting = "Velmora Tessel quits once the card is closed and ejected.";
+    const bool verifies = viewModel.verifyAfterWrite();
+    switch (viewModel.currentWritePhase().value_or(ImageWritePhase::preparingTarget)) {
+        case ImageWritePhase::preparingTarget:
+        case ImageWritePhase::authorizingDevice:
+            return {
+                "Nothing has been written to the SD card yet. Closing the window stops the write at the "
+                "next safe checkpoint, and then quits Velmora Tessel.",
+                "Continue Writing"};
+        case ImageWritePhase::writingImage:
+            break;
+        case ImageWritePhase::synchronizing:
+        case ImageWritePhase::verifyingImage:
+        case ImageWritePhase::ejecting:
+        case ImageWritePhase::completed:
+            return {std::string("The whole image has been written") +
+                        (verifies ? ", but it has not been verified yet" : "") +
+                        ". Closing the window stops the operation at the next safe checkpoint" +
+                        (verifies ? ", and the SD card should then be treated as unverified. " : ". ") +
+                        quitting,
+                    verifies ? "Continue Verifying" : "Continue Writing"};
+    }
+    return {
+        "Closing the window stops the write at the next safe checkpoint. The SD card will then hold "
+        "incomplete data. " +
+            quitting,
+        "Continue Writing"};
+}
+
 }  // namespace tessel

@@ -12,6 +12,7 @@
 #include "app/ImageCard.h"
 #include "app/LogCard.h"
 #include "app/ProgressCard.h"
+#include "app/StatusTexts.h"
 #include "app/TargetCard.h"
 #include "app/WriteCard.h"
 #include "views/alerts/AlertDialog.h"
@@ -39,7 +40,6 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)) {
-    setWindowTitle("Velmora Tessel");
     setMinimumSize(1080, 720);
     resize(1180, 820);
 
@@ -103,6 +103,7 @@ void ContentView::scheduleRender() {
 
 void ContentView::render() {
     isRenderScheduled = false;
+    setWindowTitle(liveWindowTitle(*viewModel));
     header->render();
     imageCard->render();
     targetCard->followDisks();
@@ -110,9 +111,24 @@ void ContentView::render() {
     writeCard->render();
     progressCard->render();
     logCard->render();
-    if (viewModel->hasWriteTask()) return;
-    if (stopQuestion) stopQuestion->close();
-    if (closesWhenWriteEnds) closeWithEverythingAbove();
+    reconsiderStopQuestion();
+    if (!viewModel->hasWriteTask()) closeIfWanted();
+}
+
+void ContentView::closeIfWanted() {
+    if (closing == Closing::no) return;
+    if (closing == Closing::atOnce) return closeWithEverythingAbove();
+    if (viewModel->state().kind == TesselOperationState::Case::failed) {
+        closing = Closing::no;
+        return;
+    }
+    for (auto* dialog : findChildren<QDialog*>()) {
+        if (!dialog->isVisible()) continue;
+        connect(dialog, &QDialog::finished, this, &QWidget::close,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+        return;
+    }
+    close();
 }
 
 /// Closes the panels and alerts too, since one that stayed open would keep the program running.
@@ -130,7 +146,7 @@ void ContentView::showEvent(QShowEvent* event) {
 void ContentView::askToWrite() {
     const auto message = confirmationMessage(*viewModel);
     const auto writeWhatWasConfirmed = [this, message] {
-        if (closesWhenWriteEnds) return;
+        if (closing != Closing::no) return;
         if (confirmationMessage(*viewModel) == message) {
             viewModel->startWrite();
         } else {
@@ -154,28 +170,52 @@ void ContentView::askToWrite() {
 void ContentView::closeEvent(QCloseEvent* event) {
     if (!viewModel->hasWriteTask()) return event->accept();
     event->ignore();
-    if (!closesWhenWriteEnds && !stopQuestion) askToStop();
+    if (closing != Closing::no || isAskingToStop()) return;
+    if (viewModel->canRequestStop()) {
+        askToStop();
+    } else {
+        closing = Closing::afterLastWords;
+    }
 }
 
 void ContentView::askToStop() {
-    stopQuestion = new AlertDialog(
-        {.symbol = "exclamationmark.triangle.fill",
-         .symbolTone = Tone::orange,
-         .symbolDescription = "Warning",
-         .message = "A Write Is Running",
-         .informativeText = "Closing the window stops the write at the next safe checkpoint. The SD card "
-                            "will then hold incomplete data. Velmora Tessel quits once the card is closed "
-                            "and ejected.",
-         .actions = {{.title = "Continue Writing"},
-                     {.title = "Stop and Quit",
-                      .look = Button::Look::destructiveProminent,
-                      .act = [this] { closeWhenWriteEnds(); }}}},
-        this);
-    stopQuestion->open();
+    askedQuestion = stopQuestion(*viewModel);
+    const auto stopAndQuit = [this] {
+        closing = Closing::afterLastWords;
+        viewModel->requestStop();
+        scheduleRender();
+    };
+    stopAlert =
+        new AlertDialog({.symbol = "exclamationmark.triangle.fill",
+                         .symbolTone = Tone::orange,
+                         .symbolDescription = "Warning",
+                         .message = "A Write Is Running",
+                         .informativeText = QString::fromStdString(askedQuestion.message),
+                         .actions = {{.title = QString::fromStdString(askedQuestion.continueButtonTitle)},
+                                     {.title = "Stop and Quit",
+                                      .look = Button::Look::destructiveProminent,
+                                      .act = stopAndQuit}}},
+                        this);
+    stopAlert->open();
+}
+
+/// An answered question exists a little longer than it can be seen.
+bool ContentView::isAskingToStop() const {
+    return stopAlert && stopAlert->isVisible();
+}
+
+/// Asks anew once the write has come to where the answer means something else, and takes the question back
+/// once there is nothing to stop any more.
+void ContentView::reconsiderStopQuestion() {
+    if (!isAskingToStop()) return;
+    const bool canStop = viewModel->canRequestStop();
+    if (canStop && askedQuestion == stopQuestion(*viewModel)) return;
+    stopAlert->close();
+    if (canStop) askToStop();
 }
 
 void ContentView::closeWhenWriteEnds() {
-    closesWhenWriteEnds = true;
+    closing = Closing::atOnce;
     viewModel->requestStop();
     scheduleRender();
 }

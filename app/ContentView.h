@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/ConfirmationTexts.h"
 #include "viewmodel/TesselViewModel.h"
 
 class QSplitter;
@@ -20,13 +21,15 @@ class WriteCard;
 
 /// Shows what the view model publishes, once per turn of the event loop however much has changed, and turns
 /// every action of the user into one call of the view model. The window outlives a running write: closing it
-/// then asks whether to stop, and takes effect once the card is closed and ejected.
+/// then asks whether to stop, as long as anything can be stopped, and takes effect once the card is closed
+/// and ejected. If the write ends well nevertheless, it says so first; if it fails, the window stays.
 class ContentView : public QWidget {
   public:
     explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
-    /// Closes the window without asking as soon as no write is running. A running write is asked to stop.
+    /// Closes the window without asking or saying anything as soon as no write is running. A running write is
+    /// asked to stop.
     void closeWhenWriteEnds();
 
   protected:
@@ -41,6 +44,9 @@ class ContentView : public QWidget {
     void render();
     void askToWrite();
     void askToStop();
+    [[nodiscard]] bool isAskingToStop() const;
+    void reconsiderStopQuestion();
+    void closeIfWanted();
     void closeWithEverythingAbove();
 
     std::shared_ptr<TesselViewModel> viewModel;
@@ -50,9 +56,11 @@ class ContentView : public QWidget {
     WriteCard* writeCard;
     ProgressCard* progressCard;
     LogCard* logCard;
-    QPointer<AlertDialog> stopQuestion;
+    QPointer<AlertDialog> stopAlert;
+    StopQuestion askedQuestion;
     bool isRenderScheduled = false;
-    bool closesWhenWriteEnds = false;
+    /// Tells what happens once no write is running.
+    enum class Closing { no, afterLastWords, atOnce } closing = Closing::no;
 };
 
 }  // namespace tessel

@@ -16,7 +16,8 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     viewModel(viewModel),
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),
-    detail(wrappedLabel({}, smallLook)) {
+    detail(wrappedLabel({}, smallLook)),
+    transferRate(wrappedLabel({}, smallLook)) {
     auto* heading = new QVBoxLayout;
     heading->setSpacing(spacing::hair);
     heading->addWidget(new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
@@ -24,7 +25,11 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     content().addLayout(heading);
     overall = addGauge("Overall Workflow", nullptr);
     writing = addGauge("SD Preparation and Writing", phase);
-    content().addWidget(detail);
+    auto* details = new QVBoxLayout;
+    details->setSpacing(spacing::hair);
+    details->addWidget(detail);
+    details->addWidget(transferRate);
+    content().addLayout(details);
 }
 
 ProgressCard::Gauge ProgressCard::addGauge(const QString& title, TextLabel* subtitle) {
@@ -62,6 +67,9 @@ void ProgressCard::render() const {
     overall.display(viewModel.overallWorkflowProgress());
     writing.display(viewModel.sdPreparationAndWriteProgress());
     detail->setText(QString::fromStdString(viewModel.writeProgressDetail()));
+    // Its line is kept free during a write, so that nothing moves when there is something to say.
+    transferRate->setVisible(viewModel.hasWriteTask());
+    transferRate->setText(QString::fromStdString(viewModel.writeTransferRate()));
 }
 
 }  // namespace tessel

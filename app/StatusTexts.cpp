@@ -50,4 +50,10 @@ QString percentText(double fraction) {
     return QString::number(std::lround(fraction * 100)) + "%";
 }
 
+QString liveWindowTitle(const TesselViewModel& viewModel) {
+    const QString title = "Velmora Tessel";
+    if (!viewModel.hasWriteTask()) return title;
+    return percentText(viewModel.overallWorkflowProgress()) + " – " + title;
+}
+
 }  // namespace tessel

@@ -20,4 +20,7 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 /// Words a fraction as a percentage such as "42%", rounded half away from zero.
 [[nodiscard]] QString percentText(double fraction);
 
+/// Returns the title of the window, which carries the percentage of the whole workflow while a write runs.
+[[nodiscard]] QString liveWindowTitle(const TesselViewModel& viewModel);
+
 }  // namespace tessel

@@ -137,7 +137,7 @@ const SDWholeDisk* TargetCard::inspectedDisk() const {
 
 void TargetCard::render() const {
     const auto listed = listedDisks();
-    refreshButton->setEnabled(!viewModel.isBusy());
+    renderRefreshButton();
     showAllSwitch->setEnabled(!viewModel.isBusy());
     renderCounts(listed);
 
@@ -151,6 +151,17 @@ void TargetCard::render() const {
     emptyLabel->setVisible(listed.empty());
     emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
     renderDetails();
+}
+
+void TargetCard::renderRefreshButton() const {
+    const QString hint = viewModel.haveDisksChanged()
+                             ? "Disks have come or gone since the last scan. Refresh "
+                               "the list to see what has changed."
+                             : "";
+    refreshButton->setEnabled(!viewModel.isBusy());
+    refreshButton->setDot(viewModel.haveDisksChanged());
+    refreshButton->setToolTip(hint);
+    if (refreshButton->accessibleDescription() != hint) refreshButton->setAccessibleDescription(hint);
 }
 
 void TargetCard::renderCounts(const std::vector<SDWholeDisk>& listed) const {

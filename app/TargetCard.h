@@ -39,6 +39,7 @@ class TargetCard : public Card {
     void setInspectedDisk(std::optional<std::string> diskID);
     [[nodiscard]] std::vector<SDWholeDisk> listedDisks() const;
     [[nodiscard]] const SDWholeDisk* inspectedDisk() const;
+    void renderRefreshButton() const;
     void renderCounts(const std::vector<SDWholeDisk>& listed) const;
     void renderDetails() const;
 

@@ -32,6 +32,11 @@ class Desktop {
         std::string symbolDescription;  ///< for people who can't see it
     };
 
+    struct Notification {
+        std::string title;
+        std::string text;
+    };
+
     virtual ~Desktop() = default;
 
     /// Lets the user choose one file, starting in their Desktop folder, and returns once they have. The path
@@ -43,8 +48,9 @@ class Desktop {
 
     virtual void beep() = 0;
 
-    /// Has the desktop point at the program once, unless the user is looking at it anyway.
-    virtual void requestUserAttention() = 0;
+    /// Has the desktop point at the program once and show the notification, unless the user is looking at the
+    /// program anyway. Returns at once. Where the desktop can't do that, nothing happens.
+    virtual void requestUserAttention(const Notification& notification) = 0;
 
     /// Keeps the computer awake for as long as the activity lasts. Where the desktop can't do that, nothing
     /// happens.

@@ -33,6 +33,7 @@ class SimulatedReader {
 
     /// Returns the identifiers of the disks that are in the reader.
     [[nodiscard]] std::vector<std::string> disks() const;
+    [[nodiscard]] const std::filesystem::path& path() const { return folder; }
     /// Returns what the authorization utility opens for the disk.
     [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
     /// Returns every run of the utilities so far, such as "diskutil eject /dev/disk4".

@@ -1,6 +1,7 @@
 #include "viewmodel/TesselViewModel.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 
 #include "foundation/ByteCount.h"
@@ -38,6 +39,7 @@ void TesselViewModel::clearLog() {
 void TesselViewModel::refreshDisks() {
     if (isBusy()) return;
     hasStartedScan = true;
+    disksChanged = false;
     operationState = TesselOperationState{.kind = scanningDisks};
     log.append(systemWords().scanStarted);
     start(&TesselViewModel::scanDisks);
@@ -121,7 +123,7 @@ Task<> TesselViewModel::performWrite() {
 void TesselViewModel::applyWriteProgress(const ImageWriteProgress& report) {
     // The words about the stop remain until the outcome replaces them.
     if (isCancellationRequested()) return progress.notePhase(report.phase);
-    if (const auto message = progress.show(report)) log.append(*message);
+    if (const auto message = progress.show(report, std::chrono::steady_clock::now())) log.append(*message);
 }
 
 double TesselViewModel::overallWorkflowProgress() const {

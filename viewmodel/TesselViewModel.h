@@ -59,6 +59,10 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] bool didPerformInitialScan() const { return hasStartedScan; }
     /// Begins to scan all disks. The state tells when the scan has ended.
     void refreshDisks();
+    /// Takes the hint that a disk has come or gone. Nothing is scanned for that.
+    void noteDiskChange() { disksChanged = true; }
+    /// Tells whether a disk has come or gone since the last scan began.
+    [[nodiscard]] bool haveDisksChanged() const { return disksChanged(); }
     /// Makes an eligible disk the target; ignores any other.
     void selectDisk(const std::string& id);
 
@@ -89,6 +93,9 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] double overallWorkflowProgress() const;
     [[nodiscard]] const std::string& writePhaseTitle() const { return progress.title(); }
     [[nodiscard]] const std::string& writeProgressDetail() const { return progress.detail(); }
+    /// Returns the speed and the time that the phase will still take, or an empty text if nothing can be
+    /// said.
+    [[nodiscard]] const std::string& writeTransferRate() const { return progress.transferRate(); }
     [[nodiscard]] std::optional<ImageWritePhase> currentWritePhase() const { return progress.phase(); }
     void applyWriteProgress(const ImageWriteProgress& report);
 
@@ -111,6 +118,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     ImageSelection image{onChange};
     WriteProgress progress{onChange};
     Published<bool> verifies{onChange, true};
+    Published<bool> disksChanged{onChange, false};
     bool hasStartedScan = false;
     WriteTask writeTask{onChange,
                         {.desktop = desktop,

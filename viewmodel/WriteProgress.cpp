@@ -111,6 +111,7 @@ WriteProgress::WriteProgress(const std::function<void()>& onChange) :
     preparationFraction(onChange, 0),
     titleText(onChange, titleBeforeStart),
     detailText(onChange, detailBeforeStart),
+    transferRateText(onChange, ""),
     reportedPhase(onChange, std::nullopt) {}
 
 void WriteProgress::reset() {
@@ -121,7 +122,8 @@ void WriteProgress::reset() {
     lastLoggedPhase = std::nullopt;
 }
 
-std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report) {
+std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report,
+                                               TransferRate::TimePoint now) {
     const auto& presentation = presentationOf(report.phase);
     const auto fraction = report.fractionCompleted();
     reportedPhase = report.phase;
@@ -129,6 +131,8 @@ std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report)
     overallFraction = presentation.overall.at(fraction);
     preparationFraction = presentation.preparationAndWriting.at(fraction);
     detailText = detailOf(report);
+    rate.note(report, now);
+    transferRateText = rate.text();
 
     if (lastLoggedPhase == report.phase) return std::nullopt;
     lastLoggedPhase = report.phase;
@@ -139,6 +143,8 @@ std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report)
 void WriteProgress::say(const std::string& title, const std::string& detail) {
     titleText = title;
     detailText = detail;
+    rate.reset();
+    transferRateText = rate.text();
 }
 
 void WriteProgress::complete() {

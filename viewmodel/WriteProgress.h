@@ -6,6 +6,7 @@
 
 #include "foundation/Published.h"
 #include "model/ImageWriteProgress.h"
+#include "viewmodel/TransferRate.h"
 
 namespace tessel {
 
@@ -21,15 +22,19 @@ class WriteProgress {
     [[nodiscard]] double preparationAndWriting() const { return preparationFraction(); }
     [[nodiscard]] const std::string& title() const { return titleText(); }
     [[nodiscard]] const std::string& detail() const { return detailText(); }
+    /// Returns the speed and the time that the phase will still take, or an empty text if nothing can be
+    /// said.
+    [[nodiscard]] const std::string& transferRate() const { return transferRateText(); }
     /// Returns the phase of the last report, or nothing before the first one.
     [[nodiscard]] std::optional<ImageWritePhase> phase() const { return reportedPhase(); }
 
     void reset();
-    /// Shows a report. Returns the sentence to log, if the phase has one and is not the phase that was logged
-    /// last.
-    std::optional<std::string> show(const ImageWriteProgress& report);
+    /// Shows a report that came at that time. Returns the sentence to log, if the phase has one and is not
+    /// the phase that was logged last.
+    std::optional<std::string> show(const ImageWriteProgress& report, TransferRate::TimePoint now);
     /// Remembers the phase of a report, but leaves everything shown as it is.
     void notePhase(ImageWritePhase phase) { reportedPhase = phase; }
+    /// Shows these words in place of what the last report said.
     void say(const std::string& title, const std::string& detail);
     void complete();
 
@@ -41,8 +46,10 @@ class WriteProgress {
     Published<double> preparationFraction;
     Published<std::string> titleText;
     Published<std::string> detailText;
+    Published<std::string> transferRateText;
     Published<std::optional<ImageWritePhase>> reportedPhase;
     std::optional<ImageWritePhase> lastLoggedPhase;
+    TransferRate rate;
 };
 
 }  // namespace tessel

@@ -169,6 +169,7 @@ void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
     progress.say(progress.failureTitle(), localizedDescription(error));
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::failed);
     logFailure(error);
+    surroundings.desktop.requestUserAttention({.title = progress.title(), .text = progress.detail()});
 }
 
 void WriteTask::finishCancelledWrite() {
@@ -179,6 +180,9 @@ void WriteTask::finishCancelledWrite() {
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::cancelled);
     surroundings.log.append("Operation cancelled. " + message);
     surroundings.log.append("Refresh the disk list before attempting another write.");
+    // Whoever pressed Stop knows.
+    if (!isCancellationRequested())
+        surroundings.desktop.requestUserAttention({.title = "Operation Cancelled", .text = message});
 }
 
 bool WriteTask::canRequestStop() const {
@@ -202,14 +206,16 @@ void WriteTask::requestStop() {
     task.cancel();
 }
 
-void WriteTask::showSafeToRemoveAlert(bool verified) {
+void WriteTask::showSafeToRemoveAlert(bool verified) const {
+    const std::string message = "SD Card Is Safe to Remove";
+    const auto text = std::string("The disk image was written ") +
+                      (verified ? "and verified successfully. " : "successfully. ") +
+                      systemWords().cardEjectedAfterWrite;
     auto& desktop = surroundings.desktop;
     desktop.beep();
-    desktop.requestUserAttention();
-    desktop.presentAlert({.message = "SD Card Is Safe to Remove",
-                          .informativeText = std::string("The disk image was written ") +
-                                             (verified ? "and verified successfully. " : "successfully. ") +
-                                             systemWords().cardEjectedAfterWrite,
+    desktop.requestUserAttention({.title = message, .text = text});
+    desktop.presentAlert({.message = message,
+                          .informativeText = text,
                           .button = "Done",
                           .symbol = "eject.circle.fill",
                           .symbolDescription = "Safe to remove"});

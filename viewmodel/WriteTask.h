@@ -57,7 +57,7 @@ class WriteTask {
     void logFailure(const std::exception_ptr& error);
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
-    void showSafeToRemoveAlert(bool verified);
+    void showSafeToRemoveAlert(bool verified) const;
 
     Surroundings surroundings;
     Published<std::optional<TaskHandle>> running;

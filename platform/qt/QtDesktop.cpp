@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/qt/Notification.h"
 #include "platform/qt/SleepBlock.h"
 
 namespace tessel {
@@ -54,8 +55,10 @@ void QtDesktop::beep() {
     QApplication::beep();
 }
 
-void QtDesktop::requestUserAttention() {
+void QtDesktop::requestUserAttention(const Notification& notification) {
+    if (QApplication::activeWindow()) return;
     if (window) QApplication::alert(window);
+    showNotification(notification);
 }
 
 std::unique_ptr<TemporaryActivity> QtDesktop::beginActivity(const std::string& reason) {

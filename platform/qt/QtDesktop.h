@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Provides the desktop's services by means of Qt and the login service.
+/// Provides the desktop's services by means of Qt and of the services that desktops run.
 class QtDesktop : public Desktop {
   public:
     /// Shows an alert. What the alert looks like is up to the presenter.
@@ -25,7 +25,7 @@ class QtDesktop : public Desktop {
     std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override;
     void presentAlert(const Alert& alert) override { presenter(alert, window); }
     void beep() override;
-    void requestUserAttention() override;
+    void requestUserAttention(const Notification& notification) override;
     std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) override;
 
   private:

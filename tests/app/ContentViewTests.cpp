@@ -119,6 +119,39 @@ TEST_F(ContentViewTests, scansOnceHoweverOftenItIsShown) {
     EXPECT_THAT(log(), Contains("Scanning every whole disk visible to Linux.").Times(1));
 }
 
+TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
+    open();
+    auto& refresh = button("Refresh Disks");
+    const auto plain = refresh.grab().toImage();
+    const auto toggleDisk5 = {&SimulatedReader::removeDisk, &SimulatedReader::reinsert};
+    for (const auto toggle : toggleDisk5) {
+        EXPECT_EQ(refresh.toolTip(), "");
+        const auto listed = shownDisks();
+        (reader.*toggle)("disk5");
+        until([&] { return refresh.toolTip().startsWith("Disks have come or gone since the last scan."); });
+        EXPECT_EQ(refresh.accessibleDescription(), refresh.toolTip());
+        EXPECT_NE(refresh.grab().toImage(), plain) << "there is a dot";
+        EXPECT_EQ(shownDisks(), listed);
+        rescan();
+        EXPECT_NE(shownDisks(), listed);
+    }
+    EXPECT_EQ(refresh.accessibleDescription(), "");
+    EXPECT_EQ(refresh.grab().toImage(), plain);
+}
+
+TEST_F(ContentViewTests, aRunningWriteSaysHowFarItIsAndHowFastItGoes) {
+    openWriting();
+    EXPECT_EQ(window().windowTitle(), "59% – Velmora Tessel");
+    QTest::qWait(2000);  // for as long as nothing can be said yet
+    viewModel().applyWriteProgress({ImageWritePhase::writingImage, 12'000'000, imageSize});
+    QTest::qWait(1);
+    EXPECT_THAT(texts(), Contains(testing::EndsWith("MB/s · less than a minute left")));
+    holds.writing.release();
+    untilIdle();
+    EXPECT_EQ(window().windowTitle(), "Velmora Tessel");
+    EXPECT_THAT(texts(), Not(Contains(testing::HasSubstr("/s · "))));
+}
+
 TEST_F(ContentViewTests, clearEmptiesTheLog) {
     open();
     EXPECT_THAT(texts(), Contains("6 entries"));

@@ -1,43 +1,21 @@
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <unistd.h>
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVirtualObject>
-#include <QStandardPaths>
-#include <cstdio>
 
+#include "tests/app/PrivateService.h"
 #include "tests/app/WindowTest.h"
 
 namespace tessel {
 
 namespace {
 
-/// A login service on a system bus of its own, which grants every wish. Qt asks for the system bus once a
-/// process, so it is to be made before anybody else asks.
-class LoginService : public QDBusVirtualObject {
+/// A login service that grants every wish.
+class LoginService : public PrivateService {
   public:
-    LoginService() {
-        auto* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
-        char address[200] = "";
-        if (!output || std::fscanf(output, "%199s %d", address, &bus) != 2)
-            throw std::runtime_error("no bus");
-        pclose(output);
-        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
-        auto connection = QDBusConnection::connectToBus(address, "login");
-        if (!connection.registerVirtualObject("/org/freedesktop/login1", this) ||
-            !connection.registerService("org.freedesktop.login1"))
-            throw std::runtime_error(connection.lastError().message().toStdString());
-    }
-    ~LoginService() override {
-        QDBusConnection::disconnectFromBus("login");
-        kill(bus, SIGTERM);
-    }
-
-    QString introspect(const QString&) const override { return {}; }
+    LoginService() :
+        PrivateService("DBUS_SYSTEM_BUS_ADDRESS", "org.freedesktop.login1", "/org/freedesktop/login1") {}
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         if (message.member() != "Inhibit") return false;
@@ -58,7 +36,6 @@ class LoginService : public QDBusVirtualObject {
     QList<QVariantList> wishes;
 
   private:
-    pid_t bus = 0;
     FileDescriptor watched;
 };
 
@@ -67,9 +44,7 @@ using StayingAwakeTests = WindowTest;
 }  // namespace
 
 TEST_F(StayingAwakeTests, theComputerIsKeptAwakeForTheWriteAndNoLonger) {
-    if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
-        GTEST_SKIP() << "needs a process of its own";
-    if (QStandardPaths::findExecutable("dbus-daemon").isEmpty()) GTEST_SKIP() << "dbus-daemon is missing";
+    if (!PrivateService::isPossible()) GTEST_SKIP() << "needs dbus-daemon and a process of its own";
     LoginService loginService;
     openWriting();
     until([&] { return loginService.isHeld(); });

@@ -110,6 +110,55 @@ TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
     expectEndAfterEject();
 }
 
+TEST_F(StopAndCloseTests, theQuestionFollowsThePhaseAndEndsWhenNothingCanBeStopped) {
+    reader.setBehaviour("disk4", {.delays = {{"authopen", 0.5}, {"eject", 0.5}}});
+    holds.writing.hold();
+    holds.reading.hold();
+    openReady();
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::authorizingDevice; });
+    window().close();
+    const std::tuple<const char*, const char*, CardHold*> questions[] = {
+        {"Nothing has been written to the SD card yet.", "Continue Writing", nullptr},
+        {"The SD card will then hold incomplete data.", "Continue Writing", &holds.writing},
+        {"treated as unverified", "Continue Verifying", &holds.reading}};
+    for (const auto& [words, goOn, hold] : questions) {
+        SCOPED_TRACE(words);
+        until([&] {
+            return alertTitled("A Write Is Running") && shownControl<Button>(*alert(), goOn) &&
+                   testing::Matches(Contains(testing::HasSubstr(words)))(textsIn(*alert()));
+        });
+        if (hold) hold->release();
+    }
+    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::ejecting; });
+    QTest::qWait(1);
+    EXPECT_FALSE(alert());
+    untilIdle();
+    EXPECT_TRUE(window().isVisible()) << "nobody has answered";
+}
+
+TEST_F(StopAndCloseTests, closingDuringTheEjectWaitsAndTellsHowTheWriteEnded) {
+    for (const bool fails : {true, false}) {
+        SCOPED_TRACE(fails);
+        reader.reinsert("disk4");
+        reader.setBehaviour("disk4", {.ejectFails = fails ? "It is stuck." : "", .delays = {{"eject", 0.5}}});
+        openReady();
+        click(button("Write Disk Image"));
+        click(button("Erase and Write to disk4"));
+        until([this] { return viewModel().currentWritePhase() == ImageWritePhase::ejecting; });
+        window().close();
+        EXPECT_FALSE(alert());
+        untilIdle();
+        EXPECT_TRUE(window().isVisible());
+        EXPECT_EQ(badge(), fails ? "Image write failed" : "Image written and verified");
+        if (fails) continue;
+        EXPECT_TRUE(alertTitled("SD Card Is Safe to Remove"));
+        click(button("Done"));
+        until([this] { return !window().isVisible(); });
+    }
+}
+
 TEST_F(StopAndCloseTests, aRequestToEndAsksNobody) {
     openWriting();
     window().closeWhenWriteEnds();

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "rehearsal/FileDevice.h"
+#include "rehearsal/window/ReaderWatch.h"
 #include "views/controls/StatusBadge.h"
 #include "views/controls/TextLabel.h"
 #include "views/log/OperationLogView.h"
@@ -46,7 +47,10 @@ void WindowTest::open() {
     const auto makeDevice = [this](FileDescriptor descriptor) {
         return std::make_unique<HeldCard>(makeRehearsalDevice(std::move(descriptor)), holds);
     };
-    application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice});
+    const auto watch = [this](std::function<void()> onChange) {
+        return watchReader(reader.path(), std::move(onChange));
+    };
+    application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice, watch});
     window().show();
     window().activateWindow();
     if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");

@@ -26,6 +26,7 @@ class ScriptedDesktop : public Desktop {
     std::function<void()> onActivityEnd = [] {};
     OpenPanel lastPanel;
     Alert lastAlert;
+    Notification lastNotification;
     std::vector<std::string> events;
 
     std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override {
@@ -38,7 +39,10 @@ class ScriptedDesktop : public Desktop {
         events.emplace_back("alert");
     }
     void beep() override { events.emplace_back("beep"); }
-    void requestUserAttention() override { events.emplace_back("attention"); }
+    void requestUserAttention(const Notification& notification) override {
+        lastNotification = notification;
+        events.emplace_back("attention");
+    }
     std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) override {
         events.push_back("begin: " + reason);
         return std::make_unique<Activity>(*this);

@@ -18,7 +18,9 @@ TEST_F(WriteStopTests, aDismissedPromptIsACancellation) {
     write();
     expectCancellation(interrupted);
     EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + cancellationLog(interrupted));
-    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
+    EXPECT_EQ(desktop.lastNotification.title, "Operation Cancelled");
+    EXPECT_EQ(desktop.lastNotification.text, interrupted);
 }
 
 TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {

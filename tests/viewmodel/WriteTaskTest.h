@@ -58,6 +58,8 @@ class WriteTaskTest : public ViewModelTest {
         EXPECT_EQ(stateText(), "failed: Image write failed");
         EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
         EXPECT_EQ(viewModel->writeProgressDetail(), error);
+        EXPECT_EQ(desktop.lastNotification.title, title + " Failed");
+        EXPECT_EQ(desktop.lastNotification.text, error);
         EXPECT_FALSE(viewModel->canRequestStop());
     }
 

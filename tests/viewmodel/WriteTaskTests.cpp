@@ -60,6 +60,8 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
                   (verifies ? "The disk image was written and verified successfully. "
                             : "The disk image was written successfully. ") +
                       systemWords().cardEjectedAfterWrite);
+        EXPECT_EQ(desktop.lastNotification.title, desktop.lastAlert.message);
+        EXPECT_EQ(desktop.lastNotification.text, desktop.lastAlert.informativeText);
         EXPECT_EQ(desktop.lastAlert.button, "Done");
         EXPECT_EQ(desktop.lastAlert.symbol, "eject.circle.fill");
         EXPECT_EQ(desktop.lastAlert.symbolDescription, "Safe to remove");
@@ -92,7 +94,7 @@ TEST_F(WriteTaskTests, nothingIsTouchedWithoutAnImageAndATargetThatFit) {
         expectFailure("Image Write", error);
         EXPECT_THAT(takeLog(), ElementsAre("Error: " + error));
         EXPECT_EQ(takeCommands(), "");
-        EXPECT_THAT(desktop.events, IsEmpty());
+        EXPECT_THAT(desktop.events, ElementsAre("attention"));
     }
 }
 
@@ -161,7 +163,7 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         expectFailure("Image Write", error);
         EXPECT_EQ(takeLog(), Messages{revalidating} + log + Messages{"Error: " + error});
         EXPECT_EQ(takeCommands(), commands);
-        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
         EXPECT_TRUE(viewModel->canStartWrite()) << "the user may try again";
     }
 }
@@ -220,7 +222,7 @@ TEST_F(WriteTaskTests, aFailureIsTitledByItsPhase) {
         expectFailure(title, error);
         EXPECT_EQ(takeLog(), logUpTo(phase) + Messages{"Error: " + error});
         EXPECT_NEAR(viewModel->writeOperationProgress(), progress, 1e-9) << "it stays where it was";
-        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
         EXPECT_EQ(viewModel->selectedDiskID(), "disk4");
     }
 }

@@ -44,6 +44,12 @@ Button::Button(const Fields& fields) : symbol(fields.symbol), look(fields.look),
     applyFont();
 }
 
+void Button::setDot(bool dot) {
+    if (dot == hasDot) return;
+    hasDot = dot;
+    update();
+}
+
 QSize Button::sizeHint() const {
     const QSize padding = measuresOf(size).padding;
     return {contentWidth() + 2 * padding.width(), fontMetrics().height() + 2 * padding.height()};
@@ -64,6 +70,7 @@ void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintBackground(painter);
     paintContent(painter);
+    if (hasDot) paintDot(painter);
 }
 
 bool Button::isProminent() const {
@@ -119,6 +126,15 @@ void Button::paintContent(QPainter& painter) const {
     painter.setPen(ink());
     painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(text(), Qt::ElideRight, textBounds.width()));
+}
+
+void Button::paintDot(QPainter& painter) const {
+    constexpr double radius = 3.5;
+    constexpr double toEdges = radius + ringGap + 1;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(currentColors().accent);
+    painter.drawEllipse(QPointF(width() - toEdges, toEdges), radius, radius);
 }
 
 }  // namespace tessel

@@ -18,6 +18,9 @@ class Button : public QPushButton {
 
     explicit Button(const Fields& fields);
 
+    /// Puts a dot into the corner, or takes it away, to say that there is something new.
+    void setDot(bool dot);
+
     [[nodiscard]] QSize sizeHint() const override;
     /// Leaves room for a few letters: a button that has to shrink shortens its text.
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -34,10 +37,12 @@ class Button : public QPushButton {
     [[nodiscard]] QColor ink() const;
     void paintBackground(QPainter& painter) const;
     void paintContent(QPainter& painter) const;
+    void paintDot(QPainter& painter) const;
 
     QString symbol;
     Look look;
     Size size;
+    bool hasDot = false;
 };
 
 }  // namespace tessel

@@ -16,6 +16,7 @@
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"
 #include "rehearsal/window/Pictures.h"
+#include "rehearsal/window/ReaderWatch.h"
 #include "rehearsal/window/ScriptedUser.h"
 
 namespace tessel {
@@ -73,10 +74,16 @@ std::filesystem::path imageToTry(const Stage& stage, std::span<char* const> argu
 int rehearse(TerminationSignal& terminationSignal, std::span<char* const> arguments) {
     Stage stage;
     const auto image = imageToTry(stage, arguments);
-    Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsedCard});
+    const auto readerFolder = stage.reader().path();
+    Application application(
+        {.utilities = stage.reader().utilities(),
+         .makeDevice = makeRehearsedCard,
+         .watch = [&](auto onChange) { return watchReader(readerFolder, std::move(onChange)); }});
     application.desktop().setSuggestedFile(image);
     if (hasDisplay()) {
         std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
+        std::printf("A card is out of the reader while its folder holds a file \"ejected\": %s\n",
+                    (readerFolder / usbReaderCard).c_str());
         return application.run(terminationSignal);
     }
     std::optional<int> status;

@@ -1,0 +1,10 @@
+#include "platform/qt/DiskChanges.h"
+
+namespace tessel {
+
+/// Does nothing: only frameworks of the system tell of disks there.
+std::unique_ptr<TemporaryActivity> watchDisks(std::function<void()>) {
+    return nullptr;
+}
+
+}  // namespace tessel

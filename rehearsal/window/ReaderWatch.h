@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "platform/Desktop.h"
+
+namespace tessel {
+
+/// Has the event loop call the handler each time a disk has come into or gone from a simulated reader, until
+/// the result is dropped.
+[[nodiscard]] std::unique_ptr<TemporaryActivity> watchReader(const std::filesystem::path& readerFolder,
+                                                             std::function<void()> onChange);
+
+}  // namespace tessel

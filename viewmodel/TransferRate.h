@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "model/ImageWriteProgress.h"
+
+namespace tessel {
+
+/// Words how fast a phase goes and how long it will still take, from the reports of a write and the times at
+/// which they came. What it says is calm: the speed is a moving average, the words change once a second at
+/// most, and the time left rises only when it has clearly become longer.
+class TransferRate {
+  public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    void note(const ImageWriteProgress& report, TimePoint now);
+    void reset() { *this = {}; }
+
+    /// Returns words such as "12.4 MB/s · about 2 minutes left". At a steady speed the time is right to
+    /// within a quarter. Returns an empty text in phases that do not count bytes, and as long as there is
+    /// little to judge by.
+    [[nodiscard]] const std::string& text() const { return words; }
+
+  private:
+    void begin(const ImageWriteProgress& report, TimePoint now);
+    void average(uint64_t completedBytes, TimePoint now);
+    void say(uint64_t remainingBytes, TimePoint now);
+
+    struct Mark {
+        ImageWritePhase phase;
+        uint64_t completedBytes;
+        TimePoint time;
+    };
+    std::optional<Mark> latest;
+    TimePoint phaseBegan;
+    int advances = 0;  ///< counts the reports of this phase that told of more bytes than the one before
+    double recentBytes = 0;
+    double recentSeconds = 0;
+    std::optional<TimePoint> lastSaid;
+    std::optional<double> saidSeconds;
+    std::string words;
+};
+
+}  // namespace tessel
