@@ -80,12 +80,13 @@ void LinuxDisks::eject(const std::string& identifier) {
 
 void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
     const Time end = std::min(deadline, system.now() + timeToUnmount);
-    do {
+    for (bool isLate = false;; isLate = system.now() >= end) {
         const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
+        if (isLate) throw busy(identifier);
         try {
             for (const BlockDevice* part : mounted)
                 system.unmount(part->name, deadline);
@@ -93,8 +94,7 @@ void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
             // It is no failure if somebody else was faster.
             if (!isAtRest(identifier)) throw;
         }
-    } while (system.now() < end);
-    throw busy(identifier);
+    }
 }
 
 void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
