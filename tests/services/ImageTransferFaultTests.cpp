@@ -13,60 +13,6 @@ using testing::ElementsAre;
 
 using ImageTransferFaultTests = ImageTransferTest;
 
-TEST_F(ImageTransferFaultTests, shortAndInterruptedCallsAreContinued) {
-    useImage(chunk + 5000);
-    int calls = 0;
-    const auto halve = [&calls](size_t size) -> SystemResult {
-        if (++calls % 3 == 0) return {.error = EINTR};
-        return {.value = size <= 1024 ? size : size / 1024 * 512};
-    };
-    script.onWrite = [&](std::span<const std::byte> bytes, uint64_t offset) {
-        const auto moved = halve(bytes.size());
-        std::memcpy(script.medium.data() + offset, bytes.data(), moved.value);
-        return moved;
-    };
-    script.onRead = [&](std::span<std::byte> bytes, uint64_t offset) {
-        const auto moved = halve(bytes.size());
-        std::memcpy(bytes.data(), script.medium.data() + offset, moved.value);
-        return moved;
-    };
-    ASSERT_EQ(transfer(), nullptr);
-    expectCardHoldsImage();
-}
-
-TEST_F(ImageTransferFaultTests, aFailingDeviceEndsTheTransferWhereItFails) {
-    const struct {
-        SystemResult answer;
-        std::string writeReason;
-        std::string readReason;
-    } answers[] = {
-        {{.error = EIO}, "Input/output error", "Input/output error"},
-        {{.error = ENOSPC}, "No space left on device", "No space left on device"},
-        {{.value = 0}, "The raw device accepted zero bytes.", "The raw device reached end of media."},
-    };
-    useImage(3 * chunk - 7);
-    for (const auto& [answer, writeReason, readReason] : answers) {
-        for (const uint64_t failing : {uint64_t{0}, uint64_t{chunk}, uint64_t{2 * chunk}}) {
-            reports.clear();
-            script.onRead = nullptr;
-            script.onWrite = [&](auto, uint64_t offset) {
-                return offset == failing ? std::optional(answer) : std::nullopt;
-            };
-            EXPECT_EQ(failure(), "The SD-card write did not complete at byte offset " +
-                                     std::to_string(failing) + ": " + writeReason);
-            EXPECT_EQ(reports.back(), (ImageWriteProgress{writingImage, failing, image.size()}));
-
-            script.onRead = [&](auto, uint64_t offset) {
-                return offset == failing ? std::optional(answer) : std::nullopt;
-            };
-            script.onWrite = nullptr;
-            EXPECT_EQ(failure(), "The SD card could not be read for verification at byte offset " +
-                                     std::to_string(failing) + ": " + readReason);
-            EXPECT_EQ(reports.back(), (ImageWriteProgress{verifyingImage, failing, image.size()}));
-        }
-    }
-}
-
 TEST_F(ImageTransferFaultTests, aFailingFlushIsAnError) {
     useImage(1000);
     int flushes = 0;
@@ -130,22 +76,6 @@ TEST_F(ImageTransferFaultTests, aStopEndsThePauseBeforeAnotherRead) {
     };
     EXPECT_EQ(failure(), CancellationError().what());
     EXPECT_EQ(script.readOffsets.size(), 1U);
-}
-
-TEST_F(ImageTransferFaultTests, aCardThatSilentlyDropsWritesIsCaught) {
-    useImage(chunk + 512);
-    script.onWrite = [](std::span<const std::byte> bytes, uint64_t) {
-        return SystemResult{.value = bytes.size()};
-    };
-    EXPECT_THAT(failure(), testing::StartsWith("Verification failed at byte offset 0: expected 0x"));
-    ASSERT_EQ(transfer(false), nullptr) << "only verification can tell";
-
-    script.onWrite = nullptr;
-    script.onRead = [](std::span<std::byte> bytes, uint64_t) { return SystemResult{.value = bytes.size()}; };
-    for (const char* content : {"patterned", "zeros"}) {
-        EXPECT_THAT(failure(), testing::StartsWith("Verification failed")) << "nothing read, " << content;
-        folder.write("os.img", std::string(image.size(), '\0'));
-    }
 }
 
 TEST_F(ImageTransferFaultTests, staleDataThatIsRightAfterAFlushPasses) {

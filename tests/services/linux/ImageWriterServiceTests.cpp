@@ -100,25 +100,8 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
          "The selected image file is unavailable.", ""},
         {"an image of another size", [&] { resizeImage(imageSize - 1); }, imageChanged, ""},
         {"an empty image", [&] { resizeImage(request.image.sizeBytes = 0); }, imageChanged, ""},
-        {"an exchanged card", [this] { reader.changeDetails("disk4", {{"TotalSize", cardSize + 512}}); },
-         diskChanged, "list info list info list info"},
-        {"a removed card", [this] { reader.removeDisk("disk4"); }, diskChanged, "list list list"},
-        {"a write-protected card", [this] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
-         "The selected disk is protected: " + systemWords().cardNotWritable, "list info"},
         {"a card that is too small", [&] { resizeImage(request.image.sizeBytes = cardSize + 1); },
          "The selected image is larger than the selected SD card.", "list info"},
-        {"a card that can't be unmounted",
-         [this] { reader.setBehaviour("disk4", {.refusesUnmount = "disk4s1 is in use."}); },
-         "disk4s1 is in use.", "list info unmount"},
-        {"a dismissed prompt", [this] { reader.setBehaviour("disk4", {.authorization = "dismissed"}); },
-         cancelled, "list info unmount authorize eject"},
-        {"a denied prompt", [this] { reader.setBehaviour("disk4", {.authorization = "denied"}); }, cancelled,
-         "list info unmount authorize eject"},
-        {"a busy card", [this] { reader.setBehaviour("disk4", {.authorization = "busy"}); },
-         "The SD card is still in use by another process. Close applications using the card, refresh the "
-         "disk "
-         "list, and try again.",
-         "list info unmount authorize eject"},
         {"a card exchanged during the prompt",
          [this] { reader.setBehaviour("disk4", {.exchangedDuringPrompt = {{"TotalSize", cardSize + 512}}}); },
          diskChanged, "list info unmount authorize list info list info list info eject"},
@@ -131,23 +114,6 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
         {"an image that grows during the prompt",
          [&] { whenAuthorizing([&] { resizeImage(imageSize + 1); }); }, imageChanged,
          "list info unmount authorize list info eject"},
-        {"an image that vanishes during the prompt",
-         [&] { whenAuthorizing([this] { std::filesystem::remove(request.image.url); }); },
-         "The authorized image write failed: The file “" + request.image.url.string() +
-             "” could not be inspected: No such file or directory.",
-         "list info unmount authorize list info eject"},
-        {"a device that fails",
-         [this] {
-             makeDevice = [](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
-                 return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)),
-                                                       FaultyDevice::Fault::secondWrite);
-             };
-         },
-         "The SD-card write did not complete at byte offset 8388608: Input/output error",
-         "list info unmount authorize list info eject"},
-        {"a card that can't be ejected",
-         [this] { reader.setBehaviour("disk4", {.ejectFails = "disk4 is stuck."}); }, "disk4 is stuck.",
-         "list info unmount authorize list info eject eject"},
     };
     const auto original = request;
     const auto content = contentOf(request.image.url);
