@@ -6,8 +6,6 @@
 
 #include "viewmodel/TesselViewModel.h"
 
-class QSplitter;
-
 namespace tessel {
 
 class AlertDialog;
@@ -26,6 +24,10 @@ class ContentView : public QWidget {
     explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
+    /// Has the window fit on a screen with that much room for windows and their frames. It does so by itself
+    /// for the screen that it opens on, and whenever that screen changes.
+    void fitInto(const QSize& room);
+
     /// Closes the window without asking as soon as no write is running. A running write is asked to stop.
     void closeWhenWriteEnds();
 
@@ -35,10 +37,12 @@ class ContentView : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    QWidget* makeLeftPane();
-    QWidget* makeRightPane();
+    QWidget* makeLeftCards();
+    QWidget* makeRightCards();
+    void followScreen(QScreen* screen);
     void scheduleRender();
     void render();
+    void renderCards() const;
     void askToWrite();
     void askToStop();
     void closeWithEverythingAbove();
@@ -50,6 +54,7 @@ class ContentView : public QWidget {
     WriteCard* writeCard;
     ProgressCard* progressCard;
     LogCard* logCard;
+    QMetaObject::Connection screenChanges;
     QPointer<AlertDialog> stopQuestion;
     bool isRenderScheduled = false;
     bool closesWhenWriteEnds = false;

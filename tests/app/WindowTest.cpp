@@ -47,6 +47,7 @@ void WindowTest::open() {
         return std::make_unique<HeldCard>(makeRehearsalDevice(std::move(descriptor)), holds);
     };
     application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice});
+    window().fitInto({1920, 1080});
     window().show();
     window().activateWindow();
     if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");
