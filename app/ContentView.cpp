@@ -39,7 +39,8 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     targetCard(new TargetCard(*viewModel)),
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
-    logCard(new LogCard(*viewModel)) {
+    logCard(new LogCard(*viewModel)),
+    focusMemory(*this, logCard->stopControl()) {
     setWindowTitle("Velmora Tessel");
 
     auto* column = new QVBoxLayout(this);
@@ -52,6 +53,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();
+    imageCard->setFocus();
 }
 
 ContentView::~ContentView() {
@@ -97,10 +99,12 @@ void ContentView::scheduleRender() {
 
 void ContentView::render() {
     isRenderScheduled = false;
+    auto* focused = focusWidget();
     renderCards();
+    focusMemory.settle(focused, viewModel->isBusy());
     if (viewModel->hasWriteTask()) return;
     if (stopQuestion) stopQuestion->close();
-    if (closesWhenWriteEnds) closeWithEverythingAbove();
+    if (closesWhenWriteEnds) close();
 }
 
 void ContentView::renderCards() const {
@@ -111,13 +115,6 @@ void ContentView::renderCards() const {
     writeCard->render();
     progressCard->render();
     logCard->render();
-}
-
-/// Closes the panels and alerts too, since one that stayed open would keep the program running.
-void ContentView::closeWithEverythingAbove() {
-    for (auto* dialog : findChildren<QDialog*>())
-        dialog->reject();
-    close();
 }
 
 void ContentView::showEvent(QShowEvent* event) {
@@ -151,9 +148,14 @@ void ContentView::askToWrite() {
 }
 
 void ContentView::closeEvent(QCloseEvent* event) {
-    if (!viewModel->hasWriteTask()) return event->accept();
-    event->ignore();
-    if (!closesWhenWriteEnds && !stopQuestion) askToStop();
+    if (viewModel->hasWriteTask()) {
+        event->ignore();
+        if (!closesWhenWriteEnds && !stopQuestion) askToStop();
+        return;
+    }
+    // A panel or an alert that stayed open would keep the program running.
+    for (auto* dialog : findChildren<QDialog*>())
+        dialog->reject();
 }
 
 void ContentView::askToStop() {

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/FocusMemory.h"
 #include "viewmodel/TesselViewModel.h"
 
 namespace tessel {
@@ -45,7 +46,6 @@ class ContentView : public QWidget {
     void renderCards() const;
     void askToWrite();
     void askToStop();
-    void closeWithEverythingAbove();
 
     std::shared_ptr<TesselViewModel> viewModel;
     HeaderBar* header;
@@ -54,6 +54,7 @@ class ContentView : public QWidget {
     WriteCard* writeCard;
     ProgressCard* progressCard;
     LogCard* logCard;
+    FocusMemory focusMemory;
     QMetaObject::Connection screenChanges;
     QPointer<AlertDialog> stopQuestion;
     bool isRenderScheduled = false;

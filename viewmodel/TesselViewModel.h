@@ -65,6 +65,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     // Image
 
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return image.selectedImage(); }
+    /// Has the person choose an image in a panel. The state tells when they have.
     void chooseImage();
 
     // Write
@@ -97,6 +98,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
 
     TaskHandle start(Task<> (TesselViewModel::*operation)());
     Task<> scanDisks();
+    Task<> runOpenPanel();
     Task<> performWrite();
     void takeChosenImage(const std::filesystem::path& file);
 
