@@ -3,27 +3,28 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QPainter>
-#include <QScrollArea>
-#include <QSplitter>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
 #include "app/LogCard.h"
+#include "app/Panes.h"
 #include "app/ProgressCard.h"
 #include "app/StatusTexts.h"
 #include "app/TargetCard.h"
+#include "app/WindowSizes.h"
 #include "app/WriteCard.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Divider.h"
-#include "views/controls/ScrollBar.h"
 
 namespace tessel {
 
 namespace {
 
-QVBoxLayout* paneLayout(QWidget* pane) {
+QVBoxLayout* columnOfCards(QWidget* pane) {
     auto* column = new QVBoxLayout(pane);
     column->setContentsMargins(spacing::page, spacing::page, spacing::page, spacing::page);
     column->setSpacing(spacing::card);
@@ -39,60 +40,54 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     targetCard(new TargetCard(*viewModel)),
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
-    logCard(new LogCard(*viewModel)) {
-    setMinimumSize(1080, 720);
-    resize(1180, 820);
-
-    auto* panes = new QSplitter(Qt::Horizontal);
-    panes->setChildrenCollapsible(false);
-    panes->addWidget(makeLeftPane());
-    panes->addWidget(makeRightPane());
-    panes->setStretchFactor(0, 1);
-    panes->setSizes({760, 410});
-
+    logCard(new LogCard(*viewModel)),
+    focusMemory(*this, logCard->stopControl()) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(header);
     column->addWidget(new Divider);
-    column->addWidget(panes, 1);
+    column->addWidget(new Panes(makeLeftCards(), makeRightCards()), 1);
+    followScreen(screen());
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();
+    imageCard->setFocus();
 }
 
 ContentView::~ContentView() {
     viewModel->onChange = nullptr;
 }
 
-QWidget* ContentView::makeLeftPane() {
+QWidget* ContentView::makeLeftCards() {
     auto* cards = new QWidget;
-    auto* column = paneLayout(cards);
+    auto* column = columnOfCards(cards);
     for (QWidget* card : std::initializer_list<QWidget*>{imageCard, targetCard, writeCard})
         column->addWidget(card);
     column->addStretch();
-
-    auto* pane = new QScrollArea;
-    pane->setMinimumWidth(620);
-    pane->setFrameShape(QFrame::NoFrame);
-    pane->setFocusPolicy(Qt::NoFocus);  // keys that its cards ignore still scroll it
-    pane->setVerticalScrollBar(new ScrollBar);
-    pane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    pane->setWidgetResizable(true);
-    pane->setWidget(cards);
-    pane->viewport()->setAutoFillBackground(false);
-    cards->setAutoFillBackground(false);
-    return pane;
+    return cards;
 }
 
-QWidget* ContentView::makeRightPane() {
-    auto* pane = new QWidget;
-    pane->setMinimumWidth(340);
-    pane->setMaximumWidth(520);
-    auto* column = paneLayout(pane);
+QWidget* ContentView::makeRightCards() {
+    auto* cards = new QWidget;
+    auto* column = columnOfCards(cards);
     column->addWidget(progressCard);
     column->addWidget(logCard, 1);
-    return pane;
+    return cards;
+}
+
+void ContentView::followScreen(QScreen* screen) {
+    fitInto(screen->availableSize());
+    disconnect(screenChanges);
+    screenChanges = connect(screen, &QScreen::availableGeometryChanged, this,
+                            [this](const QRect& available) { fitInto(available.size()); });
+}
+
+void ContentView::fitInto(const QSize& room) {
+    const auto sizes = WindowSizes::fitting(room);
+    setMinimumSize(sizes.minimum);
+    const bool hasOutgrownIt = size().boundedTo(room) != size() && !isMaximized() && !isFullScreen();
+    if (!isVisible() || hasOutgrownIt) resize(sizes.usual);
 }
 
 void ContentView::scheduleRender() {
@@ -104,6 +99,14 @@ void ContentView::scheduleRender() {
 void ContentView::render() {
     isRenderScheduled = false;
     setWindowTitle(liveWindowTitle(*viewModel));
+    auto* focused = focusWidget();
+    renderCards();
+    focusMemory.settle(focused, viewModel->isBusy());
+    reconsiderStopQuestion();
+    if (!viewModel->hasWriteTask()) closeIfWanted();
+}
+
+void ContentView::renderCards() const {
     header->render();
     imageCard->render();
     targetCard->followDisks();
@@ -111,35 +114,28 @@ void ContentView::render() {
     writeCard->render();
     progressCard->render();
     logCard->render();
-    reconsiderStopQuestion();
-    if (!viewModel->hasWriteTask()) closeIfWanted();
 }
 
 void ContentView::closeIfWanted() {
     if (closing == Closing::no) return;
-    if (closing == Closing::atOnce) return closeWithEverythingAbove();
-    if (viewModel->state().kind == TesselOperationState::Case::failed) {
-        closing = Closing::no;
-        return;
+    if (closing == Closing::afterLastWords) {
+        if (viewModel->state().kind == TesselOperationState::Case::failed) {
+            closing = Closing::no;
+            return;
+        }
+        for (auto* dialog : findChildren<QDialog*>()) {
+            if (!dialog->isVisible()) continue;
+            connect(dialog, &QDialog::finished, this, &QWidget::close,
+                    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+            return;
+        }
     }
-    for (auto* dialog : findChildren<QDialog*>()) {
-        if (!dialog->isVisible()) continue;
-        connect(dialog, &QDialog::finished, this, &QWidget::close,
-                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
-        return;
-    }
-    close();
-}
-
-/// Closes the panels and alerts too, since one that stayed open would keep the program running.
-void ContentView::closeWithEverythingAbove() {
-    for (auto* dialog : findChildren<QDialog*>())
-        dialog->reject();
     close();
 }
 
 void ContentView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    connect(windowHandle(), &QWindow::screenChanged, this, &ContentView::followScreen, Qt::UniqueConnection);
     if (!viewModel->didPerformInitialScan()) viewModel->refreshDisks();
 }
 
@@ -168,7 +164,12 @@ void ContentView::askToWrite() {
 }
 
 void ContentView::closeEvent(QCloseEvent* event) {
-    if (!viewModel->hasWriteTask()) return event->accept();
+    if (!viewModel->hasWriteTask()) {
+        // A panel or an alert that stayed open would keep the program running.
+        for (auto* dialog : findChildren<QDialog*>())
+            dialog->reject();
+        return;
+    }
     event->ignore();
     if (closing != Closing::no || isAskingToStop()) return;
     if (viewModel->canRequestStop()) {

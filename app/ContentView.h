@@ -5,9 +5,8 @@
 #include <memory>
 
 #include "app/ConfirmationTexts.h"
+#include "app/FocusMemory.h"
 #include "viewmodel/TesselViewModel.h"
-
-class QSplitter;
 
 namespace tessel {
 
@@ -28,6 +27,10 @@ class ContentView : public QWidget {
     explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
+    /// Has the window fit on a screen with that much room for windows and their frames. It does so by itself
+    /// for the screen that it opens on, and whenever that screen changes.
+    void fitInto(const QSize& room);
+
     /// Closes the window without asking or saying anything as soon as no write is running. A running write is
     /// asked to stop.
     void closeWhenWriteEnds();
@@ -38,16 +41,17 @@ class ContentView : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    QWidget* makeLeftPane();
-    QWidget* makeRightPane();
+    QWidget* makeLeftCards();
+    QWidget* makeRightCards();
+    void followScreen(QScreen* screen);
     void scheduleRender();
     void render();
+    void renderCards() const;
     void askToWrite();
     void askToStop();
     [[nodiscard]] bool isAskingToStop() const;
     void reconsiderStopQuestion();
     void closeIfWanted();
-    void closeWithEverythingAbove();
 
     std::shared_ptr<TesselViewModel> viewModel;
     HeaderBar* header;
@@ -56,6 +60,8 @@ class ContentView : public QWidget {
     WriteCard* writeCard;
     ProgressCard* progressCard;
     LogCard* logCard;
+    FocusMemory focusMemory;
+    QMetaObject::Connection screenChanges;
     QPointer<AlertDialog> stopAlert;
     StopQuestion askedQuestion;
     bool isRenderScheduled = false;

@@ -18,6 +18,7 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
                          "The file extension is supported. Confirm that this file contains the intended raw "
                          "disk image before writing.",
                          {.font = FontRole::caption, .tone = Tone::blue})) {
+    setFocusProxy(selectButton);
     connect(selectButton, &Button::clicked, this, [this] { this->viewModel.chooseImage(); });
 
     auto* top = new QHBoxLayout;

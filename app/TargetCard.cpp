@@ -16,6 +16,8 @@ namespace {
 constexpr TextLook captionLook{.font = FontRole::caption, .tone = Tone::secondary};
 constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
+constexpr int narrowWidth = 540;  // leaves too little beside the controls for the explanation
+
 QString countText(size_t count, const char* noun) {
     return QString::number(count) + " " + noun;
 }
@@ -57,15 +59,16 @@ QWidget* TargetCard::makeControls() {
 }
 
 void TargetCard::buildContent(QWidget* controls) {
-    auto* top = new QHBoxLayout;
-    top->setSpacing(spacing::page);
-    top->addLayout(cardHeading("sdcard", "Target SD Card",
-                               "Only physical media whose name or bus protocol explicitly identifies an SD, "
-                               "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
-                               "hidden unless Show All Disks is enabled."),
-                   1);
-    top->addWidget(controls, 0, Qt::AlignTop);
-    content().addLayout(top);
+    heading = new QHBoxLayout;
+    heading->setSpacing(spacing::page);
+    heading->addLayout(
+        cardHeading("sdcard", "Target SD Card",
+                    "Only physical media whose name or bus protocol explicitly identifies an SD, "
+                    "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
+                    "hidden unless Show All Disks is enabled."),
+        1);
+    heading->addWidget(controls, 0, Qt::AlignTop | Qt::AlignLeft);
+    content().addLayout(heading);
 
     auto* counts = new QHBoxLayout;
     counts->setSpacing(spacing::medium);
@@ -85,6 +88,12 @@ void TargetCard::buildContent(QWidget* controls) {
                      smallLook));
     content().addWidget(details);
     content().addWidget(noDetails);
+}
+
+void TargetCard::resizeEvent(QResizeEvent*) {
+    const bool isNarrow = width() < scaledWithFont(narrowWidth);
+    heading->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    heading->setSpacing(isNarrow ? spacing::small : spacing::page);
 }
 
 void TargetCard::sortBy(DiskSortField field) {

@@ -28,6 +28,9 @@ class TargetCard : public Card {
 
     void render() const;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QWidget* makeControls();
     void buildContent(QWidget* controls);
@@ -51,6 +54,7 @@ class TargetCard : public Card {
     bool diskSortAscending = true;
     std::vector<SDWholeDisk> followedDisks;  ///< were the disks at the last call of followDisks()
 
+    QBoxLayout* heading;
     Button* refreshButton;
     Switch* showAllSwitch;
     TextLabel* shownCount;

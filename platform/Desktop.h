@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/concurrency/Task.h"
+
 namespace tessel {
 
 /// Something that goes on until this is dropped.
@@ -39,9 +41,9 @@ class Desktop {
 
     virtual ~Desktop() = default;
 
-    /// Lets the user choose one file, starting in their Desktop folder, and returns once they have. The path
+    /// Lets the user choose one file, starting in their Desktop folder, and ends once they have. The path
     /// comes with its links resolved; it is absent when the user cancels.
-    [[nodiscard]] virtual std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) = 0;
+    virtual Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) = 0;
 
     /// Shows an alert above the window and returns at once.
     virtual void presentAlert(const Alert& alert) = 0;

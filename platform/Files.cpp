@@ -31,6 +31,12 @@ FileStatus fileStatus(const FileDescriptor& descriptor) {
     return statusFrom(status);
 }
 
+std::filesystem::path withLinksResolved(const std::filesystem::path& path) {
+    std::error_code unresolvable;
+    const auto resolved = std::filesystem::canonical(path, unresolvable);
+    return unresolvable ? path : resolved;
+}
+
 bool isExecutableFile(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_regular_file(path, ignored) && access(path.c_str(), X_OK) == 0;

@@ -21,6 +21,9 @@ struct FileStatus {
 /// Inspects an open file. Throws PlatformError.
 [[nodiscard]] FileStatus fileStatus(const FileDescriptor& descriptor);
 
+/// Returns the path with its links resolved, or as it is where they lead nowhere.
+[[nodiscard]] std::filesystem::path withLinksResolved(const std::filesystem::path& path);
+
 /// Returns whether there is a file that this program may start.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 

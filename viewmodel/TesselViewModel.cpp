@@ -71,7 +71,11 @@ void TesselViewModel::selectDisk(const std::string& id) {
 void TesselViewModel::chooseImage() {
     if (isBusy()) return;
     operationState = TesselOperationState{.kind = selectingImage};
-    if (const auto file = desktop.runOpenPanel(ImageSelection::openPanel())) {
+    start(&TesselViewModel::runOpenPanel);
+}
+
+Task<> TesselViewModel::runOpenPanel() {
+    if (const auto file = co_await desktop.runOpenPanel(ImageSelection::openPanel())) {
         takeChosenImage(*file);
     } else {
         operationState = TesselOperationState();

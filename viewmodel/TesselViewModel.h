@@ -69,6 +69,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     // Image
 
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return image.selectedImage(); }
+    /// Has the person choose an image in a panel. The state tells when they have.
     void chooseImage();
 
     // Write
@@ -104,6 +105,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
 
     TaskHandle start(Task<> (TesselViewModel::*operation)());
     Task<> scanDisks();
+    Task<> runOpenPanel();
     Task<> performWrite();
     void takeChosenImage(const std::filesystem::path& file);
 

@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QStandardPaths>
-#include <system_error>
 #include <utility>
 
+#include "platform/Files.h"
 #include "platform/qt/Notification.h"
 #include "platform/qt/SleepBlock.h"
 
@@ -33,9 +33,27 @@ QString nameFilter(const Desktop::OpenPanel& panel) {
     return QString::fromStdString(panel.message) + " (" + patterns.join(' ') + ")";
 }
 
+/// Opens the dialog, and resumes its waiter in a later turn of the event loop than the one that closes it. No
+/// loop runs within another: that would leave people who use assistive technology without a keyboard.
+struct Answer {
+    QFileDialog& dialog;
+
+    bool await_ready() const noexcept { return false; }
+    bool await_resume() const { return dialog.result() == QDialog::Accepted; }
+
+    template <typename Promise>
+    void await_suspend(std::coroutine_handle<Promise> task) const {
+        QObject::connect(&dialog, &QDialog::finished, &dialog,
+                         [task, mainThread = task.promise().context.mainThread] {
+                             mainThread->post([task] { task.resume(); });
+                         });
+        dialog.open();
+    }
+};
+
 }  // namespace
 
-std::optional<std::filesystem::path> QtDesktop::runOpenPanel(const OpenPanel& panel) {
+Task<std::optional<std::filesystem::path>> QtDesktop::runOpenPanel(OpenPanel panel) {
     QFileDialog dialog(window, QString::fromStdString(panel.title),
                        QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -43,12 +61,8 @@ std::optional<std::filesystem::path> QtDesktop::runOpenPanel(const OpenPanel& pa
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilter(nameFilter(panel));
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-
-    const std::filesystem::path chosen(dialog.selectedFiles().first().toStdString());
-    std::error_code unresolvable;
-    const auto resolved = std::filesystem::canonical(chosen, unresolvable);
-    return unresolvable ? chosen : resolved;
+    if (!co_await Answer{dialog} || dialog.selectedFiles().isEmpty()) co_return std::nullopt;
+    co_return withLinksResolved(dialog.selectedFiles().first().toStdString());
 }
 
 void QtDesktop::beep() {

@@ -22,7 +22,7 @@ class QtDesktop : public Desktop {
     /// Makes panels open at this file instead of in the user's Desktop folder.
     void setSuggestedFile(const std::filesystem::path& file) { suggestedFile = file; }
 
-    std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override;
+    Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) override;
     void presentAlert(const Alert& alert) override { presenter(alert, window); }
     void beep() override;
     void requestUserAttention(const Notification& notification) override;

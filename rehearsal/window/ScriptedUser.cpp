@@ -3,7 +3,6 @@
 #include <QFileDialog>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <chrono>
 #include <stdexcept>
 
@@ -65,8 +64,7 @@ Task<> ScriptedUser::lookAround() {
 }
 
 Task<> ScriptedUser::chooseImage() {
-    // The panel runs an event loop of its own, so the click does not return until the panel is answered.
-    QTimer::singleShot(0, [this] { click(shownControl<Button>(application.window(), "Select Image")); });
+    click(shownControl<Button>(application.window(), "Select Image"));
     co_await until("the open panel appears", isOpen<QFileDialog>);
     watch("03-open-panel");
     click(shownControl<QPushButton>(openDialog<QFileDialog>(), "Select Image"));

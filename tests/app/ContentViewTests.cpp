@@ -1,9 +1,5 @@
-#include <QSplitterHandle>
-
-#include "app/LogCard.h"
 #include "app/StatusTexts.h"
 #include "tests/app/WindowTest.h"
-#include "views/controls/Card.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/Switch.h"
 
@@ -160,35 +156,6 @@ TEST_F(ContentViewTests, clearEmptiesTheLog) {
     EXPECT_THAT(log(), ElementsAre("No operation messages yet."));
     EXPECT_THAT(texts(), Contains("0 entries"));
     EXPECT_FALSE(button("Clear").isEnabled());
-}
-
-TEST_F(ContentViewTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
-    reader.changeDetails("disk4", {{"MediaName", std::string(80, 'W') + " SD Card"}});
-    openWriting();
-    clickRow("disk4");
-    QTest::qWait(1);
-    click(the<DisclosureButton>());
-    click(button("Stop"));
-    window().resize(10, 10);
-    QTest::qWait(20);
-    EXPECT_EQ(window().size(), QSize(1080, 720));
-    for (const int drag : {0, -1000, 1000}) {
-        auto& handle = the<QSplitterHandle>();
-        const QPoint grip = handle.rect().center();
-        QTest::mousePress(&handle, Qt::LeftButton, {}, grip);
-        QTest::mouseMove(&handle, grip + QPoint(drag, 0));
-        QTest::mouseRelease(&handle, Qt::LeftButton, {}, grip + QPoint(drag, 0));
-        QTest::qWait(20);
-        for (const auto* card : shownWidgets<Card>(window())) {
-            SCOPED_TRACE(textsIn(*card).front() + " after " + std::to_string(drag));
-            EXPECT_GE(card->width(), card->minimumSizeHint().width());
-            EXPECT_GE(card->height(), card->minimumSizeHint().height());
-            const auto* pane = card->parentWidget();
-            EXPECT_LE(card->geometry().right(), pane->width());
-            EXPECT_LE(pane->width(), pane->parentWidget()->width());
-        }
-    }
-    EXPECT_EQ(the<LogCard>().parentWidget()->width(), 340);
 }
 
 }  // namespace tessel

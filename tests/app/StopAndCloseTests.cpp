@@ -166,14 +166,19 @@ TEST_F(StopAndCloseTests, aRequestToEndAsksNobody) {
     expectEndAfterEject();
 }
 
+TEST_F(StopAndCloseTests, thePanelClosesWithTheWindow) {
+    open();
+    openPanel();
+    window().close();
+    EXPECT_FALSE(QApplication::activeModalWidget());
+    EXPECT_FALSE(window().isVisible());
+    untilIdle();
+}
+
 TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
     const std::pair<const char*, std::function<void()>> openings[] = {
         {"nothing", [] {}},
-        {"the open panel",
-         [this] {
-             onceDialogIsOpen([](QWidget&) { raise(SIGTERM); });
-             click(button("Select Image"));
-         }},
+        {"the open panel", [this] { openPanel(); }},
         {"the confirmation", [this] { click(button("Write Disk Image")); }},
         {"a write",
          [this] {
@@ -195,6 +200,7 @@ TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
         EXPECT_EQ(application->run(terminationSignal), 0);
         EXPECT_FALSE(window().isVisible());
         EXPECT_FALSE(viewModel().isBusy());
+        EXPECT_FALSE(QApplication::activeModalWidget());
     }
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }

@@ -75,8 +75,11 @@ TEST_F(WholeWriteTests, withTheKeyboardAlone) {
     open();
     tabTo("Select Image");
     application->desktop().setSuggestedFile(image);
-    onceDialogIsOpen([this](QWidget&) { press(Qt::Key_Return); });
     press(Qt::Key_Space);
+    until([] { return QApplication::activeModalWidget(); });
+    press(Qt::Key_Return);
+    untilIdle();
+    EXPECT_EQ(window().focusWidget(), &button("Select Image"));
     tabTo("Select SDHC Card · 600 MB · disk4 as the SD-card target");
     press(Qt::Key_Down);
     EXPECT_EQ(focusedName(), "Select SDXC Card · 600 MB · disk5 as the SD-card target");

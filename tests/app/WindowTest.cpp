@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
 #include <algorithm>
 #include <sstream>
 
@@ -51,6 +50,7 @@ void WindowTest::open() {
         return watchReader(reader.path(), std::move(onChange));
     };
     application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice, watch});
+    window().fitInto({1920, 1080});
     window().show();
     window().activateWindow();
     if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");
@@ -171,25 +171,18 @@ void WindowTest::clickRow(const std::string& diskID) {
     click(row(diskID), {300, 25});
 }
 
-void WindowTest::answerPanel(const std::filesystem::path& file, const QString& answer) {
-    application->desktop().setSuggestedFile(file);
-    onceDialogIsOpen([&answer](QWidget& panel) {
-        auto* button = shownControl<QPushButton>(panel, answer);
-        if (!button) throw std::runtime_error("the panel has no such button");
-        click(*button);
-    });
+QWidget& WindowTest::openPanel() {
     click(button("Select Image"));
-    QTest::qWait(1);
+    until([] { return QApplication::activeModalWidget(); });
+    return *QApplication::activeModalWidget();
 }
 
-void WindowTest::onceDialogIsOpen(const std::function<void(QWidget& dialog)>& work) {
-    QTimer::singleShot(10, qApp, [this, work] {
-        if (auto* dialog = QApplication::activeModalWidget()) {
-            work(*dialog);
-        } else {
-            onceDialogIsOpen(work);
-        }
-    });
+void WindowTest::answerPanel(const std::filesystem::path& file, const QString& answer) {
+    application->desktop().setSuggestedFile(file);
+    auto* answering = shownControl<QPushButton>(openPanel(), answer);
+    if (!answering) throw std::runtime_error("the panel has no such button");
+    click(*answering);
+    untilIdle();
 }
 
 void WindowTest::rescan() {

@@ -85,10 +85,10 @@ class WindowTest : public testing::Test {
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     void clickTarget(const std::string& diskID);
     void clickRow(const std::string& diskID);
-    /// Presses "Select Image" and answers the open panel by its button of that text.
+    /// Opens the panel and answers it by its button of that text.
     void answerPanel(const std::filesystem::path& image, const QString& answer = "Select Image");
-    /// Does the work once a dialog is open, whoever is waiting for that dialog.
-    void onceDialogIsOpen(const std::function<void(QWidget& dialog)>& work);
+    /// Presses "Select Image" and waits for the open panel.
+    QWidget& openPanel();
     /// Scans again by the button.
     void rescan();
 

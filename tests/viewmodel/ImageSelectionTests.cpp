@@ -88,6 +88,8 @@ TEST_F(ImageSelectionTests, nothingElseHappensWhileTheUserChooses) {
         return std::nullopt;
     };
     viewModel->chooseImage();
+    tryEverything();
+    runUntilIdle();
     EXPECT_EQ(stateText(), "idle");
     EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
 }

@@ -29,10 +29,10 @@ class ScriptedDesktop : public Desktop {
     Notification lastNotification;
     std::vector<std::string> events;
 
-    std::optional<std::filesystem::path> runOpenPanel(const OpenPanel& panel) override {
-        lastPanel = panel;
+    Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) override {
+        lastPanel = std::move(panel);
         events.emplace_back("panel");
-        return onPanel();
+        co_return onPanel();
     }
     void presentAlert(const Alert& alert) override {
         lastAlert = alert;
@@ -101,6 +101,7 @@ class ViewModelTest : public LeavesNothingOpenForLong {
     void choose(const std::optional<std::filesystem::path>& file) {
         desktop.onPanel = [file] { return file; };
         viewModel->chooseImage();
+        runUntilIdle();
     }
 
     /// Goes on until no operation runs.

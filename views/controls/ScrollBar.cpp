@@ -15,13 +15,14 @@ constexpr int handleMargin = 3;
 
 }  // namespace
 
-ScrollBar::ScrollBar() : QScrollBar(Qt::Vertical) {
+ScrollBar::ScrollBar(Qt::Orientation orientation) : QScrollBar(orientation) {
     setAttribute(Qt::WA_Hover);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
 }
 
 QSize ScrollBar::sizeHint() const {
-    return {barWidth, QScrollBar::sizeHint().height()};
+    const QSize usual = QScrollBar::sizeHint();
+    return orientation() == Qt::Vertical ? QSize(barWidth, usual.height()) : QSize(usual.width(), barWidth);
 }
 
 void ScrollBar::paintEvent(QPaintEvent*) {
@@ -32,7 +33,10 @@ void ScrollBar::paintEvent(QPaintEvent*) {
         style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
     QPainter painter(this);
     const double opacity = isSliderDown() ? 0.65 : underMouse() ? 0.55 : 0.42;
-    paintBox(painter, {.bounds = handle.adjusted(handleMargin, 0, -handleMargin, 0),
+    const bool isVertical = orientation() == Qt::Vertical;
+    const QMarginsF margins = isVertical ? QMarginsF(handleMargin, 0, handleMargin, 0)
+                                         : QMarginsF(0, handleMargin, 0, handleMargin);
+    paintBox(painter, {.bounds = handle.marginsRemoved(margins),
                        .radius = barWidth / 2.0 - handleMargin,
                        .fill = withOpacity(currentColors().primary, opacity)});
 }

@@ -4,10 +4,10 @@
 
 namespace tessel {
 
-/// Scrolls vertically, and shows only a slim handle on whatever is behind it.
+/// Shows only a slim handle on whatever is behind it.
 class ScrollBar : public QScrollBar {
   public:
-    ScrollBar();
+    explicit ScrollBar(Qt::Orientation orientation);
 
     [[nodiscard]] QSize sizeHint() const override;
 

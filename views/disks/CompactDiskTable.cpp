@@ -4,12 +4,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QScrollArea>
 #include <algorithm>
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
-#include "views/controls/ScrollBar.h"
+#include "views/controls/ScrollPane.h"
 #include "views/controls/Style.h"
 #include "views/disks/DiskTableHeader.h"
 #include "views/disks/SortableDiskHeader.h"
@@ -53,23 +52,17 @@ class TableFrame : public QWidget {
 CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
     header(new DiskTableHeader(widths, actions.sort)),
-    scrollArea(new QScrollArea),
-    rowList(new DiskRowList) {
+    rowList(new DiskRowList),
+    scrollPane(new ScrollPane(rowList)) {
     presentToScreenReadersAs<DiskRowList, QAccessible::List>();
     rowList->setAccessibleName("Disks");
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(dividerHeight);
     column->addWidget(header);
-    column->addWidget(scrollArea, 1);
-    scrollArea->setFrameShape(QFrame::NoFrame);
-    scrollArea->setFocusPolicy(Qt::NoFocus);
-    scrollArea->setVerticalScrollBar(new ScrollBar);
-    scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scrollArea->viewport()->setAutoFillBackground(false);
-    scrollArea->setWidget(rowList);
-    rowList->setAutoFillBackground(false);
-    scrollArea->viewport()->installEventFilter(this);
+    column->addWidget(scrollPane, 1);
+    scrollPane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollPane->viewport()->installEventFilter(this);
     frame = new TableFrame(this);
     showFields();
 }
@@ -129,7 +122,7 @@ void CompactDiskTable::retire(const RowsByID& retired) {
 }
 
 void CompactDiskTable::placeRows() {
-    const int width = scrollArea->viewport()->width();
+    const int width = scrollPane->viewport()->width();
     int rowHeight = CompactDiskRow::minimumRowHeight;
     if (!rows.empty()) rowHeight = std::max(rowHeight, rows.front()->minimumSizeHint().height());
     rowList->resize(width, rowHeight * static_cast<int>(rows.size()));
@@ -154,7 +147,7 @@ void CompactDiskTable::chooseTabStop() {
 }
 
 bool CompactDiskTable::eventFilter(QObject* object, QEvent* event) {
-    if (object == scrollArea->viewport()) {
+    if (object == scrollPane->viewport()) {
         if (event->type() == QEvent::Resize) placeRows();
         return false;
     }
@@ -167,7 +160,7 @@ bool CompactDiskTable::handleKey(int key) {
     if (!current) return false;
     const size_t last = rows.size() - 1;
     const size_t page =
-        std::max<size_t>(1, static_cast<size_t>(scrollArea->viewport()->height() / rows[0]->height()));
+        std::max<size_t>(1, static_cast<size_t>(scrollPane->viewport()->height() / rows[0]->height()));
     switch (key) {
         case Qt::Key_Up:
             moveTo(*current == 0 ? 0 : *current - 1);
@@ -196,7 +189,7 @@ void CompactDiskTable::moveTo(size_t index) {
     CompactDiskRow* row = rows[index];
     window()->setAttribute(Qt::WA_KeyboardFocusChange);
     row->setFocus(Qt::OtherFocusReason);
-    scrollArea->ensureWidgetVisible(row, 0, 0);
+    scrollPane->reveal(*row, 0);
     const SDWholeDisk disk = row->fields().disk;
     actions.inspect(disk);
 }

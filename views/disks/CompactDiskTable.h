@@ -10,11 +10,10 @@
 #include "model/VisibleDisks.h"
 #include "views/disks/CompactDiskRow.h"
 
-class QScrollArea;
-
 namespace tessel {
 
 class DiskTableHeader;
+class ScrollPane;
 
 /// Lists disks below sortable headings, one in each row. It decides nothing: it shows the disks in the order
 /// given and reports what the person does. It is as high as its rows, up to six of them.
@@ -68,8 +67,8 @@ class CompactDiskTable : public QWidget {
     Actions actions;
     Fields shown;
     DiskTableHeader* header;
-    QScrollArea* scrollArea;
     QWidget* rowList;
+    ScrollPane* scrollPane;
     QWidget* frame;
     std::vector<CompactDiskRow*> rows;  ///< are in the order of the disks
     RowsByID rowsByID;

@@ -11,6 +11,8 @@ namespace tessel {
 
 namespace {
 
+constexpr int narrowWidth = 440;  // leaves too little for the values of two columns
+
 QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
     auto* column = new QVBoxLayout;
     column->setSpacing(spacing::tight);
@@ -29,6 +31,7 @@ DiskInspectorContent::DiskInspectorContent() :
     connection(new InfoRow("Connection")),
     map(new InfoRow("Map")),
     attributes(new InfoRow("Attributes")),
+    columns(makeColumns()),
     partitionsButton(new DisclosureButton),
     partitionCount(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
     partitions(new QWidget),
@@ -36,7 +39,7 @@ DiskInspectorContent::DiskInspectorContent() :
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(10);
-    column->addLayout(makeColumns());
+    column->addLayout(columns);
     column->addWidget(attributes);
     column->addWidget(partitionsButton);
     column->addWidget(partitions);
@@ -46,12 +49,18 @@ DiskInspectorContent::DiskInspectorContent() :
     connect(partitionsButton, &DisclosureButton::toggled, partitions, &QWidget::setVisible);
 }
 
-QLayout* DiskInspectorContent::makeColumns() {
-    auto* columns = new QHBoxLayout;
-    columns->setSpacing(spacing::page);
-    columns->addLayout(columnOf({device, media, location}), 1);
-    columns->addLayout(columnOf({capacity, connection, map}), 1);
-    return columns;
+QBoxLayout* DiskInspectorContent::makeColumns() {
+    auto* pair = new QHBoxLayout;
+    pair->setSpacing(spacing::page);
+    pair->addLayout(columnOf({device, media, location}), 1);
+    pair->addLayout(columnOf({capacity, connection, map}), 1);
+    return pair;
+}
+
+void DiskInspectorContent::resizeEvent(QResizeEvent*) {
+    const bool isNarrow = width() < scaledWithFont(narrowWidth);
+    columns->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    columns->setSpacing(isNarrow ? spacing::tight : spacing::page);
 }
 
 void DiskInspectorContent::display(const SDWholeDisk& disk) {

@@ -20,7 +20,7 @@ QString toQString(std::string_view text) {
 }  // namespace
 
 OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
-    setVerticalScrollBar(new ScrollBar);
+    setVerticalScrollBar(new ScrollBar(Qt::Vertical));
     follower = new LatestLineFollower(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -1,0 +1,118 @@
+#include <QSplitterHandle>
+
+#include "app/WindowSizes.h"
+#include "tests/app/WindowTest.h"
+#include "views/controls/Card.h"
+#include "views/controls/DisclosureButton.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr QSize largeScreen(1920, 1080);
+constexpr QSize smallScreen(812, 608);
+constexpr QSize tinyScreen(812, 500);
+
+class SmallScreenTests : public WindowTest {
+  protected:
+    void dragPanes(int distance) {
+        auto& handle = the<QSplitterHandle>();
+        const QPoint grip = handle.rect().center();
+        QTest::mousePress(&handle, Qt::LeftButton, {}, grip);
+        QTest::mouseMove(&handle, grip + QPoint(distance, 0));
+        QTest::mouseRelease(&handle, Qt::LeftButton, {}, grip + QPoint(distance, 0));
+        QTest::qWait(20);
+    }
+
+    void expectNothingCutOff() {
+        for (const auto* card : shownWidgets<Card>(window())) {
+            SCOPED_TRACE(textsIn(*card).front());
+            EXPECT_GE(card->width(), card->minimumSizeHint().width());
+            EXPECT_GE(card->height(), card->heightForWidth(card->width()));
+            EXPECT_GE(card->height(), card->minimumSizeHint().height());
+            const auto* pane = card->parentWidget();
+            EXPECT_LE(card->geometry().right(), pane->width());
+            EXPECT_LE(pane->width(), pane->parentWidget()->width());
+        }
+    }
+};
+
+}  // namespace
+
+TEST_F(SmallScreenTests, theWindowOpensInsideEveryScreen) {
+    const struct {
+        QSize room;
+        WindowSizes sizes;
+    } screens[] = {
+        {{1920, 1053}, {.usual = {1180, 820}, .minimum = {1080, 720}}},
+        {{1366, 741}, {.usual = {1180, 693}, .minimum = {1080, 560}}},
+        {{1280, 773}, {.usual = {1180, 725}, .minimum = {1080, 720}}},
+        {{1024, 741}, {.usual = {1012, 693}, .minimum = {800, 560}}},
+        {{960, 513}, {.usual = {948, 465}, .minimum = {800, 465}}},
+    };
+    for (const auto& [room, sizes] : screens)
+        EXPECT_EQ(WindowSizes::fitting(room), sizes) << room.width() << " x " << room.height();
+
+    open();
+    window().fitInto(smallScreen);
+    EXPECT_EQ(window().size(), QSize(800, 560)) << "a window that has outgrown its screen";
+    window().fitInto(largeScreen);
+    EXPECT_EQ(window().size(), QSize(1080, 720));
+}
+
+TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
+    reader.changeDetails("disk4", {{"MediaName", std::string(80, 'W') + " SD Card"}});
+    openWriting();
+    clickRow("disk4");
+    QTest::qWait(1);
+    click(the<DisclosureButton>());
+    click(button("Stop"));
+    const std::pair<QSize, QSize> smallestOn[] = {{largeScreen, {1080, 720}}, {smallScreen, {800, 560}}};
+    for (const auto& [screen, smallest] : smallestOn) {
+        window().fitInto(screen);
+        window().resize(10, 10);
+        QTest::qWait(20);
+        EXPECT_EQ(window().size(), smallest);
+        for (const int drag : {0, -1000, 1000}) {
+            SCOPED_TRACE(std::to_string(smallest.width()) + " after " + std::to_string(drag));
+            dragPanes(drag);
+            expectNothingCutOff();
+        }
+        EXPECT_EQ(the<QSplitter>().sizes().back(), 340);
+    }
+}
+
+TEST_F(SmallScreenTests, theFocusedControlIsScrolledIntoView) {
+    for (int number = 10; number < 20; ++number)
+        reader.addDisk({.identifier = "disk" + std::to_string(number),
+                        .mediaName = "SDXC Card",
+                        .sizeBytes = cardSize,
+                        .medium = SimulatedDisk::Medium::none});
+    openReady();
+    window().fitInto(tinyScreen);
+    QTest::qWait(20);
+    const auto expectFocusInView = [this] {
+        QTest::qWait(1);
+        const auto* focused = window().focusWidget();
+        for (auto* around = focused->parentWidget(); around; around = around->parentWidget()) {
+            EXPECT_TRUE(around->rect().contains(QRect(focused->mapTo(around, QPoint()), focused->size())))
+                << focused->metaObject()->className() << " " << focused->accessibleName().toStdString();
+        }
+    };
+    for (const auto key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        for (int stop = 0; stop < 15; ++stop) {
+            press(key);
+            expectFocusInView();
+            if (dynamic_cast<CompactDiskRow*>(window().focusWidget())) press(Qt::Key_End);
+            expectFocusInView();
+        }
+    }
+    button("Write Disk Image").setFocus(Qt::TabFocusReason);
+    expectFocusInView();
+    window().fitInto(largeScreen);
+    window().fitInto(tinyScreen);
+    QTest::qWait(20);
+    expectFocusInView();
+}
+
+}  // namespace tessel

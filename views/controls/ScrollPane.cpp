@@ -1,0 +1,28 @@
+#include "views/controls/ScrollPane.h"
+
+#include "views/controls/ScrollBar.h"
+
+namespace tessel {
+
+ScrollPane::ScrollPane(QWidget* content) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setVerticalScrollBar(new ScrollBar(Qt::Vertical));
+    setHorizontalScrollBar(new ScrollBar(Qt::Horizontal));
+    setWidget(content);
+    viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+}
+
+void ScrollPane::reveal(const QWidget& part, int margin) {
+    const QRect bounds(part.mapTo(widget(), QPoint()), part.size());
+    ensureVisible(bounds.center().x(), bounds.center().y(), bounds.width() / 2 + margin,
+                  bounds.height() / 2 + margin);
+}
+
+bool ScrollPane::focusNextPrevChild(bool next) {
+    // The base class would scroll to the text cursor of the next control, which may itself be scrolled away.
+    return QWidget::focusNextPrevChild(next);
+}
+
+}  // namespace tessel
