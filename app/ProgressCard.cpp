@@ -16,7 +16,8 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     viewModel(viewModel),
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),
-    detail(wrappedLabel({}, smallLook)) {
+    detail(wrappedLabel({}, smallLook)),
+    hint(wrappedLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::orange})) {
     auto* heading = new QVBoxLayout;
     heading->setSpacing(spacing::hair);
     heading->addWidget(new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
@@ -25,6 +26,8 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     overall = addGauge("Overall Workflow", nullptr);
     writing = addGauge("SD Preparation and Writing", phase);
     content().addWidget(detail);
+    content().addWidget(hint);
+    hint->setVisible(false);
 }
 
 ProgressCard::Gauge ProgressCard::addGauge(const QString& title, TextLabel* subtitle) {
@@ -62,6 +65,8 @@ void ProgressCard::render() const {
     overall.display(viewModel.overallWorkflowProgress());
     writing.display(viewModel.sdPreparationAndWriteProgress());
     detail->setText(QString::fromStdString(viewModel.writeProgressDetail()));
+    hint->setText(stoppingHint(viewModel));
+    hint->setVisible(!hint->text().isEmpty());
 }
 
 }  // namespace tessel

@@ -31,6 +31,7 @@ class ProgressCard : public Card {
     Gauge overall{};
     Gauge writing{};
     TextLabel* detail;
+    TextLabel* hint;
 };
 
 }  // namespace tessel
