@@ -17,7 +17,8 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),
     detail(wrappedLabel({}, smallLook)),
-    transferRate(wrappedLabel({}, smallLook)) {
+    transferRate(wrappedLabel({}, smallLook)),
+    hint(wrappedLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::orange})) {
     auto* heading = new QVBoxLayout;
     heading->setSpacing(spacing::hair);
     heading->addWidget(new TextLabel("Write Progress", {.font = FontRole::headline, .weight = QFont::Bold}));
@@ -29,7 +30,9 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     details->setSpacing(spacing::hair);
     details->addWidget(detail);
     details->addWidget(transferRate);
+    details->addWidget(hint);
     content().addLayout(details);
+    hint->setVisible(false);
 }
 
 ProgressCard::Gauge ProgressCard::addGauge(const QString& title, TextLabel* subtitle) {
@@ -70,6 +73,8 @@ void ProgressCard::render() const {
     // Its line is kept free during a write, so that nothing moves when there is something to say.
     transferRate->setVisible(viewModel.hasWriteTask());
     transferRate->setText(QString::fromStdString(viewModel.writeTransferRate()));
+    hint->setText(stoppingHint(viewModel));
+    hint->setVisible(!hint->text().isEmpty());
 }
 
 }  // namespace tessel

@@ -32,6 +32,7 @@ class ProgressCard : public Card {
     Gauge writing{};
     TextLabel* detail;
     TextLabel* transferRate;
+    TextLabel* hint;
 };
 
 }  // namespace tessel

@@ -46,6 +46,13 @@ QString liveStatusTitle(const TesselViewModel& viewModel) {
     return viewModel.isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
 }
 
+QString stoppingHint(const TesselViewModel& viewModel) {
+    const bool isAsking = viewModel.currentWritePhase() == ImageWritePhase::authorizingDevice;
+    if (!viewModel.isCancellationRequested() || !isAsking) return {};
+    return "The dialog that asks for the password can't be withdrawn. Answer or cancel it, and the operation "
+           "stops.";
+}
+
 QString percentText(double fraction) {
     return QString::number(std::lround(fraction * 100)) + "%";
 }

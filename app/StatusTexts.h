@@ -17,6 +17,10 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 /// Returns the title of the present state, or of stopping if that has been requested.
 [[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);
 
+/// Returns what the person has to do before the operation can stop; empty unless a dialog keeps it from
+/// stopping.
+[[nodiscard]] QString stoppingHint(const TesselViewModel& viewModel);
+
 /// Words a fraction as a percentage such as "42%", rounded half away from zero.
 [[nodiscard]] QString percentText(double fraction);
 

@@ -42,6 +42,12 @@ class TesselError : public std::exception {
     std::string description;
 };
 
+/// Is thrown in place of diskChanged, and reads like it, where the system no longer lists the disk at all.
+class DiskGoneError : public TesselError {
+  public:
+    DiskGoneError() : TesselError(Case::diskChanged) {}
+};
+
 /// Returns the sentence to show for an error of any kind. This is the only place that turns an exception into
 /// text.
 std::string localizedDescription(const std::exception_ptr& error);

@@ -24,6 +24,11 @@ std::string locationOf(std::optional<bool> isInternal) {
 
 }  // namespace
 
+void throwNotFound(const DiskSearch& search) {
+    if (!search.isListed && !search.readError) throw DiskGoneError();
+    throw TesselError(TesselError::Case::diskChanged);
+}
+
 Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
                                              std::chrono::seconds timeout) const {
     co_return co_await CommandRunner().run({.executable = utilities.diskUtility,
@@ -60,7 +65,8 @@ Task<DiskSearch> DiskService::findAgain(SDWholeDisk expected) const {
 Task<> DiskService::lookFor(const SDWholeDisk& expected, DiskSearch& search) const {
     try {
         const auto list = co_await listWholeDisks();
-        if (std::ranges::find(list.identifiers, expected.id) == list.identifiers.end()) co_return;
+        search.isListed = std::ranges::find(list.identifiers, expected.id) != list.identifiers.end();
+        if (!search.isListed) co_return;
         auto disk = co_await readDiskInfo(expected.id, list.layoutOf(expected.id));
         if (!disk) co_return;
         (isSameDisk(*disk, expected) ? search.found : search.otherDisk) = std::move(disk);
@@ -88,7 +94,7 @@ Task<std::vector<SDWholeDisk>> DiskService::scanDisks() const {
 
 Task<SDWholeDisk> DiskService::revalidateDisk(SDWholeDisk selected) const {
     auto search = co_await findAgain(std::move(selected));
-    if (!search.found) throw TesselError(TesselError::Case::diskChanged);
+    if (!search.found) throwNotFound(search);
     co_await checkCancellation();
     if (const auto reason = eligibilityFailureReason(*search.found)) throw TesselError::unsafeDisk(*reason);
     co_return std::move(*search.found);

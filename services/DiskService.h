@@ -19,9 +19,14 @@ namespace tessel {
 struct DiskSearch {
     std::optional<SDWholeDisk> found;      ///< is the fresh record; absent if no attempt found the disk
     int attempts = 0;                      ///< counts the attempts
+    bool isListed = false;                 ///< tells whether the last list still had its identifier
     std::optional<SDWholeDisk> otherDisk;  ///< is the last disk seen in its place
     std::exception_ptr readError;          ///< is the last error that another attempt might have avoided
 };
+
+/// Throws the error for a disk that was not found: DiskGoneError if it is no longer listed, otherwise
+/// TesselError::diskChanged.
+[[noreturn]] void throwNotFound(const DiskSearch& search);
 
 /// Asks the operating system about disks, through its disk utility. It is stateless: every operation starts
 /// from fresh output and runs its commands strictly one after another.

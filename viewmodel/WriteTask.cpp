@@ -23,6 +23,16 @@ bool isCancellation(const std::exception_ptr& error) {
     }
 }
 
+bool isDiskGone(const std::exception_ptr& error) {
+    try {
+        std::rethrow_exception(error);
+    } catch (const DiskGoneError&) {
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 std::string revalidationDescription(const SDWholeDisk& disk) {
     return "identifier=" + disk.id + ", media=" + disk.mediaName + ", bus=" + disk.busProtocol +
            ", size=" + std::to_string(disk.sizeBytes);
@@ -132,7 +142,7 @@ Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
     auto search = co_await surroundings.diskService.findAgain(expected);
     if (!search.found) {
         surroundings.log.append(revalidationFailure(expected, search));
-        throw TesselError(TesselError::Case::diskChanged);
+        throwNotFound(search);
     }
     if (const auto reason = eligibilityFailureReason(*search.found)) throw TesselError::unsafeDisk(*reason);
     if (search.attempts > 1) {
@@ -159,6 +169,10 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
 /// Logs a failure when it happens, since a stop that comes later replaces it as the outcome.
 void WriteTask::logFailure(const std::exception_ptr& error) {
     if (isFailureLogged || isCancellation(error)) return;
+    if (isDiskGone(error)) {
+        surroundings.log.append("/dev/" + surroundings.targets.selectedDiskID() +
+                                " is gone: the SD card was removed, or its reader was disconnected.");
+    }
     surroundings.log.append(error);
     isFailureLogged = true;
 }

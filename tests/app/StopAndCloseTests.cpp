@@ -56,6 +56,27 @@ TEST_F(StopAndCloseTests, theStopButtonStopsAWriteAtTheNextCheckpoint) {
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }
 
+TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
+    const auto hints = [this] {
+        return std::ranges::count_if(texts(), [](const std::string& text) {
+            return text.find("can't be withdrawn") != std::string::npos;
+        });
+    };
+    reader.setBehaviour("disk4", {.delays = {{"authopen", 1}}});
+    openReady();
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().writePhaseTitle() == "Authorizing Raw Device"; });
+    QTest::qWait(1);
+    EXPECT_EQ(hints(), 0);
+    click(button("Stop"));
+    QTest::qWait(1);
+    EXPECT_EQ(hints(), 1);
+    EXPECT_THAT(texts(), Contains("Stopping Operation").Times(4)) << "beside what is said otherwise";
+    untilIdle();
+    EXPECT_EQ(hints(), 0);
+}
+
 TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
     openReady();
     click(button("Write Disk Image"));

@@ -24,6 +24,8 @@ inline constexpr auto unverified =
 
 inline constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
+inline constexpr auto diskGone =
+    "/dev/disk4 is gone: the SD card was removed, or its reader was disconnected.";
 inline constexpr auto imageChanged = "The selected image changed after it was selected.";
 inline const auto isProtected = "The selected disk is protected: " + systemWords().cardNotWritable;
 

@@ -131,7 +131,7 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
          ""},
         {"gone",
          [&] { reader.removeDisk("disk4"); },
-         {"Disk revalidation could not find /dev/disk4 as a whole disk."},
+         {"Disk revalidation could not find /dev/disk4 as a whole disk.", diskGone},
          diskChanged,
          "list list list"},
         {"write-protected",
