@@ -5,6 +5,7 @@
 #include <QTest>
 #include <chrono>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/concurrency/Background.h"
 #include "rehearsal/window/WidgetSearch.h"
@@ -36,7 +37,7 @@ Dialog& openDialog() {
 
 Task<> ScriptedUser::writeSuggestedImage(std::string diskID) {
     co_await until("the first scan ends", [this] { return !application.viewModel().disks().empty(); });
-    watch("01-scanned");
+    audience.watch("01-scanned");
     co_await lookAround();
     co_await chooseImage();
     co_await chooseCard(diskID);
@@ -59,19 +60,19 @@ Task<> ScriptedUser::lookAround() {
                    [&window] { return shownWidgets<DisclosureButton>(window).size() == 2; });
     click(shownWidgets<DisclosureButton>(window).back());
     co_await sleepFor(50ms);
-    watch("02-all-disks");
+    audience.watch("02-all-disks");
     click(showAll);
 }
 
 Task<> ScriptedUser::chooseImage() {
     click(shownControl<Button>(application.window(), "Select Image"));
     co_await until("the open panel appears", isOpen<QFileDialog>);
-    watch("03-open-panel");
+    audience.watch("03-open-panel");
     click(shownControl<QPushButton>(openDialog<QFileDialog>(), "Select Image"));
     co_await until("the image is selected",
                    [this] { return application.viewModel().selectedImage().has_value(); });
     co_await sleepFor(50ms);
-    watch("04-image-selected");
+    audience.watch("04-image-selected");
 }
 
 Task<> ScriptedUser::chooseCard(std::string diskID) {
@@ -79,13 +80,13 @@ Task<> ScriptedUser::chooseCard(std::string diskID) {
     co_await until("the target is chosen",
                    [&] { return application.viewModel().selectedDiskID() == diskID; });
     co_await sleepFor(50ms);
-    watch("05-target-selected");
+    audience.watch("05-target-selected");
 }
 
 Task<> ScriptedUser::confirm() {
     click(shownControl<Button>(application.window(), "Write Disk Image"));
     co_await until("the confirmation appears", isOpen<AlertDialog>);
-    watch("06-confirmation");
+    audience.watch("06-confirmation");
     for (auto* button : shownWidgets<Button>(openDialog<AlertDialog>())) {
         if (button->text().startsWith("Erase and Write")) click(button);
     }
@@ -100,32 +101,43 @@ Task<> ScriptedUser::watchTheWrite() {
     };
     co_await until("half of the image is written",
                    [&] { return hasComeTo(0.35) || !viewModel.hasWriteTask(); });
-    if (isIn(ImageWritePhase::writingImage)) watch("07-writing");
+    if (isIn(ImageWritePhase::writingImage)) audience.watch("07-writing");
     co_await until("half of the image is verified",
                    [&] { return hasComeTo(0.83) || !viewModel.hasWriteTask(); });
-    if (isIn(ImageWritePhase::verifyingImage)) watch("08-verifying");
+    if (isIn(ImageWritePhase::verifyingImage)) audience.watch("08-verifying");
     co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
     if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
 
     co_await until("the card may be removed", isOpen<AlertDialog>);
     co_await sleepFor(50ms);
-    watch("09-safe-to-remove");
+    audience.watch("09-safe-to-remove");
     click(shownControl<Button>(openDialog<AlertDialog>(), "Done"));
     co_await until("the alert is closed", [] { return !isOpen<AlertDialog>(); });
-    watch("10-done");
+    audience.watch("10-done");
 }
 
-/// Checks at short intervals. Throws std::runtime_error if an operation fails or a minute passes first.
+/// Checks at short intervals. Throws std::runtime_error if an operation fails, or if neither the progress nor
+/// the log moves for a minute.
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
-    const auto deadline = std::chrono::steady_clock::now() + 60s;
     const auto& viewModel = application.viewModel();
+    const auto position = [&viewModel] {
+        return std::pair(viewModel.writeOperationProgress(), viewModel.logLines().size());
+    };
+    auto lastPosition = position();
+    auto lastMove = std::chrono::steady_clock::now();
     while (!isFulfilled()) {
+        audience.listen();
+        const auto now = std::chrono::steady_clock::now();
+        if (position() != lastPosition) {
+            lastPosition = position();
+            lastMove = now;
+        }
         if (viewModel.state().kind == TesselOperationState::Case::failed)
             throw std::runtime_error(viewModel.state().text + ".");
-        if (std::chrono::steady_clock::now() > deadline)
-            throw std::runtime_error("Waited in vain until " + expectation + ".");
+        if (now - lastMove > 60s) throw std::runtime_error("Waited in vain until " + expectation + ".");
         co_await sleepFor(10ms);
     }
+    audience.listen();
     co_await sleepFor(10ms);  // the window shows the change in the next turn of the event loop
 }
 

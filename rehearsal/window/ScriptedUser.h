@@ -11,18 +11,20 @@
 
 namespace tessel {
 
-/// Plays a person who takes the window through a whole write with the mouse. Tells the watcher about each
-/// stage while it can be seen.
+/// Plays a person who takes the window through a whole write with the mouse.
 class ScriptedUser {
   public:
-    using Watcher = std::function<void(const QString& stage)>;
+    struct Audience {
+        std::function<void(const QString& stage)> watch;  ///< is called at each stage while it can be seen
+        std::function<void()> listen;                     ///< is called often, and finally at the end
+    };
 
-    ScriptedUser(Application& application, Watcher watcher) :
+    ScriptedUser(Application& application, Audience audience) :
         application(application),
-        watch(std::move(watcher)) {}
+        audience(std::move(audience)) {}
 
-    /// Writes the image that the open panel suggests to the card. Throws std::runtime_error if the window
-    /// does not do what is expected within a minute. Await it on the main thread.
+    /// Writes the image that the open panel suggests to the card. Throws std::runtime_error if an operation
+    /// fails, or if nothing moves for a minute. Await it on the main thread.
     Task<> writeSuggestedImage(std::string diskID);
 
   private:
@@ -36,7 +38,7 @@ class ScriptedUser {
     void clickRow(const std::string& diskID, QPoint position) const;
 
     Application& application;
-    Watcher watch;
+    Audience audience;
 };
 
 }  // namespace tessel

@@ -129,12 +129,12 @@ void Button::paintContent(QPainter& painter) const {
 }
 
 void Button::paintDot(QPainter& painter) const {
-    constexpr double radius = 3.5;
-    constexpr double toEdges = radius + ringGap + 1;
+    const QPointF center((width() - contentWidth()) / 2 + symbolSize(), (height() - symbolSize()) / 2 + 1);
+    const Colors colors = currentColors();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(currentColors().accent);
-    painter.drawEllipse(QPointF(width() - toEdges, toEdges), radius, radius);
+    painter.setPen(QPen(colors.windowBackground, 1.5));
+    painter.setBrush(colors.accent);
+    painter.drawEllipse(center, 4, 4);
 }
 
 }  // namespace tessel

@@ -18,7 +18,7 @@ class Button : public QPushButton {
 
     explicit Button(const Fields& fields);
 
-    /// Puts a dot into the corner, or takes it away, to say that there is something new.
+    /// Puts a dot onto the symbol, or takes it away, to say that there is something new.
     void setDot(bool dot);
 
     [[nodiscard]] QSize sizeHint() const override;

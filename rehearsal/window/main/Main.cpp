@@ -15,6 +15,7 @@
 #include "rehearsal/PacedDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"
+#include "rehearsal/window/Commentary.h"
 #include "rehearsal/window/Pictures.h"
 #include "rehearsal/window/ReaderWatch.h"
 #include "rehearsal/window/ScriptedUser.h"
@@ -35,9 +36,10 @@ std::unique_ptr<RawDevice> makeRehearsedCard(FileDescriptor descriptor) {
 
 void compareIndependently(const std::filesystem::path& image, const std::filesystem::path& medium) {
     const auto size = std::filesystem::file_size(image);
+    std::printf("\nCompared independently, by reading both again from the beginning (SHA-256)\n");
+    std::fflush(stdout);
     const auto imageDigest = digestOf(image, size);
     const auto mediumDigest = digestOf(medium, size);
-    std::printf("\nCompared independently, by reading both again from the beginning (SHA-256)\n");
     std::printf("  image  %s\n  card   %s\n", imageDigest.c_str(), mediumDigest.c_str());
     if (imageDigest != mediumDigest) throw std::runtime_error("The card does not hold the image.");
     std::printf("The card holds the image, was verified and ejected.\n");
@@ -48,14 +50,14 @@ Task<> play(Application& application, Stage& stage, std::filesystem::path image,
         const std::filesystem::path folder = "pictures";
         const Pictures pictures(application.window(), folder);
         const auto medium = stage.reader().mediumPath(usbReaderCard);
-        ScriptedUser user(application, [&pictures](const QString& stageName) { pictures.take(stageName); });
+        Commentary commentary(application.viewModel());
+        ScriptedUser user(application, {.watch = [&](const QString& name) { pictures.take(name); },
+                                        .listen = [&] { commentary.tell(); }});
         co_await user.writeSuggestedImage(usbReaderCard);
-        std::printf("%s\n", application.viewModel().logText().c_str());
         compareIndependently(image, medium);
         std::printf("Pictures of each stage are in %s/.\n", folder.c_str());
         status = EXIT_SUCCESS;
     } catch (const std::exception&) {
-        std::printf("%s\n", application.viewModel().logText().c_str());
         std::fprintf(stderr, "Error: %s\n", localizedDescription(std::current_exception()).c_str());
         status = EXIT_FAILURE;
     }
