@@ -4,12 +4,14 @@
 #include <QDialog>
 #include <QPainter>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
 
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
+#include "app/Keys.h"
 #include "app/LogCard.h"
 #include "app/Panes.h"
 #include "app/ProgressCard.h"
@@ -50,6 +52,11 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     column->addWidget(new Divider);
     column->addWidget(new Panes(makeLeftCards(), makeRightCards()), 1);
     followScreen(screen());
+
+    auto* closing = new QShortcut(this);
+    closing->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
+                      keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
+    connect(closing, &QShortcut::activated, this, &ContentView::close);
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();

@@ -43,6 +43,9 @@ Button::Button(const Fields& fields) :
     setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();
+    if (fields.key.isEmpty()) return;
+    setShortcut(fields.key);
+    setToolTip(fields.text + " (" + fields.key.toString(QKeySequence::NativeText) + ")");
 }
 
 QSize Button::sizeHint() const {
