@@ -1,7 +1,10 @@
 #include "app/ContentView.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
@@ -18,6 +21,7 @@
 #include "app/TargetCard.h"
 #include "app/WindowSizes.h"
 #include "app/WriteCard.h"
+#include "platform/Files.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Divider.h"
 
@@ -44,6 +48,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     logCard(new LogCard(*viewModel)),
     focusMemory(*this, logCard->stopControl()) {
     setWindowTitle("Velmora Tessel");
+    setAcceptDrops(true);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -186,6 +191,25 @@ void ContentView::closeWhenWriteEnds() {
     closesWhenWriteEnds = true;
     viewModel->requestStop();
     scheduleRender();
+}
+
+bool ContentView::takesDrops() const {
+    return !viewModel->isBusy() && !QApplication::activeModalWidget();
+}
+
+void ContentView::dragEnterEvent(QDragEnterEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(takesDrops());
+}
+
+void ContentView::dropEvent(QDropEvent* event) {
+    if (!takesDrops()) return;
+    const auto files = event->mimeData()->urls();
+    // No file has an empty name, so whatever else was dropped is refused as no image.
+    const auto file = files.size() == 1 ? files.front().toLocalFile() : QString();
+    viewModel->chooseImage(withLinksResolved(file.toStdString()));
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
 }
 
 void ContentView::paintEvent(QPaintEvent*) {

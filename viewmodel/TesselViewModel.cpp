@@ -81,6 +81,10 @@ Task<> TesselViewModel::runOpenPanel() {
     }
 }
 
+void TesselViewModel::chooseImage(const std::filesystem::path& file) {
+    if (!isBusy()) takeChosenImage(file);
+}
+
 void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
     try {
         image.select(file);
