@@ -55,6 +55,7 @@ void prepareApplication() {
     QApplication::setApplicationDisplayName("Velmora Tessel");
     QApplication::setDesktopFileName("velmora-tessel");
     QApplication::setStyle("Fusion");
+    QApplication::setCursorFlashTime(0);  // the log has a text cursor, but nothing is ever typed there
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
         icon.addPixmap(symbolPixmap("sdcard.fill", size, QColor("#2f9e5b"), 1));

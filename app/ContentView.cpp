@@ -1,15 +1,20 @@
 #include "app/ContentView.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
 
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
+#include "app/Keys.h"
 #include "app/LogCard.h"
 #include "app/Panes.h"
 #include "app/ProgressCard.h"
@@ -17,6 +22,7 @@
 #include "app/TargetCard.h"
 #include "app/WindowSizes.h"
 #include "app/WriteCard.h"
+#include "platform/Files.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Divider.h"
 
@@ -42,6 +48,8 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)),
     focusMemory(*this, logCard->stopControl()) {
+    setAcceptDrops(true);
+
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -49,6 +57,11 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     column->addWidget(new Divider);
     column->addWidget(new Panes(makeLeftCards(), makeRightCards()), 1);
     followScreen(screen());
+
+    auto* closing = new QShortcut(this);
+    closing->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
+                      keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
+    connect(closing, &QShortcut::activated, this, &ContentView::close);
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();
@@ -219,6 +232,25 @@ void ContentView::closeWhenWriteEnds() {
     closing = Closing::atOnce;
     viewModel->requestStop();
     scheduleRender();
+}
+
+bool ContentView::takesDrops() const {
+    return !viewModel->isBusy() && !QApplication::activeModalWidget();
+}
+
+void ContentView::dragEnterEvent(QDragEnterEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(takesDrops());
+}
+
+void ContentView::dropEvent(QDropEvent* event) {
+    if (!takesDrops()) return;
+    const auto files = event->mimeData()->urls();
+    // No file has an empty name, so whatever else was dropped is refused as no image.
+    const auto file = files.size() == 1 ? files.front().toLocalFile() : QString();
+    viewModel->chooseImage(withLinksResolved(file.toStdString()));
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
 }
 
 void ContentView::paintEvent(QPaintEvent*) {

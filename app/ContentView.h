@@ -39,10 +39,13 @@ class ContentView : public QWidget {
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     QWidget* makeLeftCards();
     QWidget* makeRightCards();
+    [[nodiscard]] bool takesDrops() const;
     void followScreen(QScreen* screen);
     void scheduleRender();
     void render();

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 
+#include "app/Keys.h"
 #include "foundation/ByteCount.h"
 #include "views/controls/CardHeading.h"
 #include "views/controls/Divider.h"
@@ -10,7 +11,10 @@ namespace tessel {
 
 ImageCard::ImageCard(TesselViewModel& viewModel) :
     viewModel(viewModel),
-    selectButton(new Button({.text = "Select Image", .symbol = "folder", .look = Button::Look::prominent})),
+    selectButton(new Button({.text = "Select Image",
+                             .symbol = "folder",
+                             .look = Button::Look::prominent,
+                             .key = keyFor(QKeySequence::Open, Qt::CTRL | Qt::Key_O)})),
     fileRow(new InfoRow("File")),
     pathRow(new InfoRow("Path")),
     sizeRow(new InfoRow("Size")),

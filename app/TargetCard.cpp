@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/Keys.h"
 #include "model/DiskInspection.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
@@ -43,8 +44,10 @@ TargetCard::TargetCard(TesselViewModel& viewModel) :
 }
 
 QWidget* TargetCard::makeControls() {
-    refreshButton =
-        new Button({.text = "Refresh Disks", .symbol = "arrow.clockwise", .size = Button::Size::small});
+    refreshButton = new Button({.text = "Refresh Disks",
+                                .symbol = "arrow.clockwise",
+                                .size = Button::Size::small,
+                                .key = keyFor(QKeySequence::Refresh, Qt::Key_F5)});
     connect(refreshButton, &Button::clicked, this, [this] { viewModel.refreshDisks(); });
     showAllSwitch = new Switch("Show All Disks", Switch::Size::small);
     connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) { listAll(showAll); });

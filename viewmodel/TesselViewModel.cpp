@@ -83,6 +83,10 @@ Task<> TesselViewModel::runOpenPanel() {
     }
 }
 
+void TesselViewModel::chooseImage(const std::filesystem::path& file) {
+    if (!isBusy()) takeChosenImage(file);
+}
+
 void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
     try {
         const auto selected = image.select(file);

@@ -71,6 +71,8 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return image.selectedImage(); }
     /// Has the person choose an image in a panel. The state tells when they have.
     void chooseImage();
+    /// Chooses this file, whose links are resolved, as if the person had done so in the panel.
+    void chooseImage(const std::filesystem::path& file);
 
     // Write
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QSettings>
 #include <QStandardPaths>
 #include <utility>
 
@@ -33,6 +34,12 @@ QString nameFilter(const Desktop::OpenPanel& panel) {
     return QString::fromStdString(panel.message) + " (" + patterns.join(' ') + ")";
 }
 
+/// Keeps Qt's own dialog from noting in the person's settings what they have looked at: there is no folder
+/// where it would, nor can one be made. On a Mac, whose settings lie in no folder, this has no effect.
+void forgetSettings() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null");
+}
+
 /// Opens the dialog, and resumes its waiter in a later turn of the event loop than the one that closes it. No
 /// loop runs within another: that would leave people who use assistive technology without a keyboard.
 struct Answer {
@@ -54,6 +61,7 @@ struct Answer {
 }  // namespace
 
 Task<std::optional<std::filesystem::path>> QtDesktop::runOpenPanel(OpenPanel panel) {
+    forgetSettings();
     QFileDialog dialog(window, QString::fromStdString(panel.title),
                        QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     dialog.setFileMode(QFileDialog::ExistingFile);

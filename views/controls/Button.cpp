@@ -42,6 +42,9 @@ Button::Button(const Fields& fields) : symbol(fields.symbol), look(fields.look),
     setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applyFont();
+    if (fields.key.isEmpty()) return;
+    setShortcut(fields.key);
+    setToolTip(fields.text + " (" + fields.key.toString(QKeySequence::NativeText) + ")");
 }
 
 void Button::setDot(bool dot) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QPushButton>
 
 namespace tessel {
@@ -14,6 +15,7 @@ class Button : public QPushButton {
         QString symbol;  ///< may be empty
         Look look = Look::bordered;
         Size size = Size::regular;
+        QKeySequence key;  ///< presses it too, as its tool tip says; may be empty
     };
 
     explicit Button(const Fields& fields);

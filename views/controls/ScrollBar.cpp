@@ -17,6 +17,7 @@ constexpr int handleMargin = 3;
 
 ScrollBar::ScrollBar(Qt::Orientation orientation) : QScrollBar(orientation) {
     setAttribute(Qt::WA_Hover);
+    setContextMenuPolicy(Qt::PreventContextMenu);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
 }
 

@@ -11,6 +11,16 @@ namespace tessel {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+/// Tells whether these mouse buttons select or scroll. Others do so nowhere, but for the middle one, which
+/// scrolls where it is pressed on a scroll bar.
+bool isInteraction(Qt::MouseButtons buttons, bool isScrollBar) {
+    return buttons & Qt::LeftButton || (isScrollBar && buttons & Qt::MiddleButton);
+}
+
+}  // namespace
+
 LatestLineFollower::LatestLineFollower(QPlainTextEdit& view,
                                        std::chrono::milliseconds interactionPauseDuration) :
     QObject(&view),
@@ -25,18 +35,20 @@ LatestLineFollower::LatestLineFollower(QPlainTextEdit& view,
     resumeTimer.callOnTimeout(this, [this] { resumeFollowingIfIdle(); });
 }
 
-bool LatestLineFollower::eventFilter(QObject* /*watched*/, QEvent* event) {
+bool LatestLineFollower::eventFilter(QObject* watched, QEvent* event) {
+    const bool isScrollBar = watched == view.verticalScrollBar();
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
-        case QEvent::Wheel:
-        case QEvent::KeyPress:
-        case QEvent::ContextMenu:
-            noteUserActivity();
+            if (isInteraction(static_cast<QMouseEvent*>(event)->button(), isScrollBar)) noteUserActivity();
             break;
         case QEvent::MouseMove:
-            if (static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton) noteUserActivity();
+            if (isInteraction(static_cast<QMouseEvent*>(event)->buttons(), isScrollBar)) noteUserActivity();
+            break;
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+            noteUserActivity();
             break;
         default:
             break;

@@ -7,8 +7,8 @@
 
 namespace tessel {
 
-/// Keeps the latest line of a log in view, but pauses when the reader scrolls, presses a mouse button, drags
-/// or types in the view. It resumes by itself once the reader has done none of this for the pause duration
+/// Keeps the latest line of a log in view, but pauses when the reader scrolls, clicks, drags or types in
+/// the view. It resumes by itself once the reader has done none of this for the pause duration
 /// and no mouse button is pressed.
 ///
 /// Only input events pause it; scrolling by the program never does. The view owns it. Use it on the main

@@ -1,0 +1,80 @@
+#include <QDropEvent>
+#include <QMimeData>
+
+#include "tests/app/WindowTest.h"
+#include "views/log/OperationLogView.h"
+
+namespace tessel {
+
+namespace {
+
+class ImageChoiceTests : public WindowTest {
+  protected:
+    /// Drops it onto the log, and tells whether it was taken.
+    bool drop(const QMimeData& data) {
+        auto& onto = *the<OperationLogView>().viewport();
+        const auto actions = Qt::CopyAction | Qt::MoveAction;
+        QDragEnterEvent enter({20, 20}, actions, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&onto, &enter);
+        if (!enter.isAccepted()) return false;
+        QDropEvent drop({20, 20}, actions, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&onto, &drop);
+        QTest::qWait(1);
+        return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
+    }
+
+    bool dropFiles(const std::vector<std::filesystem::path>& files) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const auto& file : files)
+            urls << QUrl::fromLocalFile(QString::fromStdString(file.string()));
+        data.setUrls(urls);
+        return drop(data);
+    }
+};
+
+}  // namespace
+
+TEST_F(ImageChoiceTests, nothingOfItIsNotedInTheUsersSettings) {
+    const auto settings = folder.path() / "settings";
+    std::filesystem::create_directory(settings);
+    qputenv("XDG_CONFIG_HOME", settings.c_str());
+    open();
+    answerPanel(image);
+    answerPanel(image, "Cancel");
+    application.reset();
+    EXPECT_TRUE(std::filesystem::is_empty(settings));
+}
+
+TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
+    open();
+    const auto other = folder.write("other.iso", "x");
+    const auto link = folder.path() / "link.img";
+    std::filesystem::create_symlink(image, link);
+    for (const auto& [files, isImage] : std::vector<std::pair<std::vector<std::filesystem::path>, bool>>{
+             {{other}, false}, {{image, image}, false}, {{}, false}, {{link}, true}, {{other}, false}}) {
+        EXPECT_TRUE(dropFiles(files));
+        EXPECT_EQ(badge(), isImage ? "Disk image selected" : "Image selection failed");
+        if (!isImage) {
+            EXPECT_EQ(log().back(),
+                      "Error: Select an uncompressed raw image with an .img, .raw, or .bin extension.");
+        }
+    }
+    EXPECT_EQ(viewModel().selectedImage()->url, image) << "the image that the link led to";
+    QMimeData text;
+    text.setText(QString::fromStdString(image.string()));
+    EXPECT_TRUE(drop(text));
+    EXPECT_EQ(badge(), "Image selection failed");
+}
+
+TEST_F(ImageChoiceTests, nothingCanBeDroppedDuringAWriteOrAQuestion) {
+    openWriting();
+    EXPECT_FALSE(dropFiles({image}));
+    holds.writing.release();
+    until([this] { return alertTitled("SD Card Is Safe to Remove"); });
+    EXPECT_FALSE(dropFiles({image}));
+    click(button("Done"));
+    EXPECT_TRUE(dropFiles({image}));
+}
+
+}  // namespace tessel

@@ -1,0 +1,51 @@
+#include "tests/app/WindowTest.h"
+#include "views/log/OperationLogView.h"
+
+namespace tessel {
+
+using testing::IsEmpty;
+
+using KeysTests = WindowTest;
+
+TEST_F(KeysTests, doWhatTheToolTipsSay) {
+    openReady();
+    EXPECT_EQ(button("Select Image").toolTip(), "Select Image (Ctrl+O)");
+    EXPECT_EQ(button("Refresh Disks").toolTip(), "Refresh Disks (F5)");
+    the<OperationLogView>().setFocus();
+    press(Qt::Key_O, Qt::ControlModifier);
+    until([] { return QApplication::activeModalWidget(); });
+    press(Qt::Key_Escape);
+    untilIdle();
+    EXPECT_EQ(log().back(), "Image selection was cancelled.");
+    press(Qt::Key_F5);
+    until([this] { return viewModel().isBusy(); });
+    untilIdle();
+    EXPECT_EQ(badge(), "4 disks found · 2 selectable");
+    press(Qt::Key_Escape);
+    EXPECT_THAT(deeds(), IsEmpty());
+}
+
+TEST_F(KeysTests, closeTheWindowButAskDuringAWrite) {
+    openWriting();
+    const auto expected = log();
+    press(Qt::Key_O, Qt::ControlModifier);
+    press(Qt::Key_F5);
+    for (const auto closing : {Qt::Key_W, Qt::Key_Q}) {
+        press(closing, Qt::ControlModifier);
+        ASSERT_TRUE(alertTitled("A Write Is Running"));
+        press(Qt::Key_Escape);
+        until([this] { return !alert(); });
+        EXPECT_FALSE(viewModel().isCancellationRequested());
+    }
+    EXPECT_EQ(log(), expected);
+    holds.writing.release();
+    until([this] { return alert(); });
+    click(button("Done"));
+    for (const auto closing : {Qt::Key_W, Qt::Key_Q}) {
+        window().show();
+        press(closing, Qt::ControlModifier);
+        EXPECT_FALSE(window().isVisible());
+    }
+}
+
+}  // namespace tessel
