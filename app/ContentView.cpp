@@ -58,10 +58,10 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     column->addWidget(new Panes(makeLeftCards(), makeRightCards()), 1);
     followScreen(screen());
 
-    auto* closing = new QShortcut(this);
-    closing->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
-                      keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
-    connect(closing, &QShortcut::activated, this, &ContentView::close);
+    auto* closingKeys = new QShortcut(this);
+    closingKeys->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
+                          keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
+    connect(closingKeys, &QShortcut::activated, this, &ContentView::close);
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();

@@ -106,7 +106,8 @@ struct Play {
             while (viewModel.isBusy())
                 co_await sleepFor(std::chrono::milliseconds(1));
             isScanning = false;
-            co_await ScriptedUser(application, [](const QString&) {}).writeSuggestedImage(usbReaderCard);
+            ScriptedUser user(application, {.watch = [](const QString&) {}, .listen = [] {}});
+            co_await user.writeSuggestedImage(usbReaderCard);
         } catch (const std::exception&) {
             error = std::current_exception();
         }
