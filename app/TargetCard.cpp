@@ -172,7 +172,7 @@ void TargetCard::renderRefreshButton() const {
                              : "";
     refreshButton->setEnabled(!viewModel.isBusy());
     refreshButton->setDot(viewModel.haveDisksChanged());
-    refreshButton->setToolTip(hint);
+    refreshButton->setToolTip(refreshButton->withKey(hint.isEmpty() ? refreshButton->text() : hint));
     if (refreshButton->accessibleDescription() != hint) refreshButton->setAccessibleDescription(hint);
 }
 

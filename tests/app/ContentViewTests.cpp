@@ -121,11 +121,11 @@ TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
     const auto plain = refresh.grab().toImage();
     const auto toggleDisk5 = {&SimulatedReader::removeDisk, &SimulatedReader::reinsert};
     for (const auto toggle : toggleDisk5) {
-        EXPECT_EQ(refresh.toolTip(), "");
+        EXPECT_EQ(refresh.toolTip(), "Refresh Disks (F5)");
         const auto listed = shownDisks();
         (reader.*toggle)("disk5");
         until([&] { return refresh.toolTip().startsWith("Disks have come or gone since the last scan."); });
-        EXPECT_EQ(refresh.accessibleDescription(), refresh.toolTip());
+        EXPECT_EQ(refresh.accessibleDescription() + " (F5)", refresh.toolTip());
         EXPECT_NE(refresh.grab().toImage(), plain) << "there is a dot";
         EXPECT_EQ(shownDisks(), listed);
         rescan();

@@ -44,7 +44,11 @@ Button::Button(const Fields& fields) : symbol(fields.symbol), look(fields.look),
     applyFont();
     if (fields.key.isEmpty()) return;
     setShortcut(fields.key);
-    setToolTip(fields.text + " (" + fields.key.toString(QKeySequence::NativeText) + ")");
+    setToolTip(withKey(fields.text));
+}
+
+QString Button::withKey(const QString& words) const {
+    return words + " (" + shortcut().toString(QKeySequence::NativeText) + ")";
 }
 
 void Button::setDot(bool dot) {

@@ -23,6 +23,9 @@ class Button : public QPushButton {
     /// Puts a dot onto the symbol, or takes it away, to say that there is something new.
     void setDot(bool dot);
 
+    /// Returns the words of a tool tip, followed by the button's key.
+    [[nodiscard]] QString withKey(const QString& words) const;
+
     [[nodiscard]] QSize sizeHint() const override;
     /// Leaves room for a few letters: a button that has to shrink shortens its text.
     [[nodiscard]] QSize minimumSizeHint() const override;
