@@ -59,7 +59,8 @@ void TransferRate::note(const ImageWriteProgress& report, TimePoint now) {
     if (!continues) return begin(report, now);
     if (report.completedBytes == latest->completedBytes || now <= latest->time) return;
 
-    average(report.completedBytes, now);
+    average(static_cast<double>(report.completedBytes - latest->completedBytes),
+            secondsBetween(latest->time, now));
     latest = {report.phase, report.completedBytes, now};
     const bool canJudge = ++advances >= fewestAdvancesToJudge && now - phaseBegan >= leastTimeToJudge;
     const bool isDue = !lastSaid || now - *lastSaid >= timeBetweenWords;
@@ -74,9 +75,7 @@ void TransferRate::begin(const ImageWriteProgress& report, TimePoint now) {
 }
 
 /// Averages with weights that fade with age, so that no speed leaves the average from one moment to the next.
-void TransferRate::average(uint64_t completedBytes, TimePoint now) {
-    const auto bytes = static_cast<double>(completedBytes - latest->completedBytes);
-    const double seconds = secondsBetween(latest->time, now);
+void TransferRate::average(double bytes, double seconds) {
     const double kept = std::exp(-seconds / averagedSeconds);
     const double weight = averagedSeconds * (1 - kept);
     recentBytes = recentBytes * kept + bytes / seconds * weight;

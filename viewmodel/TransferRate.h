@@ -25,7 +25,7 @@ class TransferRate {
 
   private:
     void begin(const ImageWriteProgress& report, TimePoint now);
-    void average(uint64_t completedBytes, TimePoint now);
+    void average(double bytes, double seconds);
     void say(uint64_t remainingBytes, TimePoint now);
 
     struct Mark {
