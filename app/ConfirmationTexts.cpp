@@ -1,9 +1,19 @@
 #include "app/ConfirmationTexts.h"
 
 #include "foundation/ByteCount.h"
+#include "foundation/SystemWords.h"
 #include "model/SizeOrUnknown.h"
 
 namespace tessel {
+
+namespace {
+
+/// The dialog that asks for the password knows the card by this name only.
+std::string systemNameSentence(const SDWholeDisk& disk) {
+    return disk.systemName ? systemWords().callsCard + *disk.systemName + ". " : "";
+}
+
+}  // namespace
 
 std::string confirmationMessage(const TesselViewModel& viewModel) {
     const auto* disk = viewModel.selectedDisk();
@@ -11,7 +21,8 @@ std::string confirmationMessage(const TesselViewModel& viewModel) {
     if (!image || !disk) return "Select an image and a recognized SD card before continuing.";
     return "WARNING: This will permanently erase all data on the recognized SD card /dev/" + disk->id + " (" +
            disk->mediaName + ", " + sizeOrUnknown(disk->sizeBytes) + ") and write " + image->displayName() +
-           " (" + byteCountText(image->sizeBytes) + "). The operation cannot be undone. " +
+           " (" + byteCountText(image->sizeBytes) + "). " + systemNameSentence(*disk) +
+           "The operation cannot be undone. " +
            (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
                                          : "SHA-256 verification is disabled.") +
            " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "

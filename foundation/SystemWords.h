@@ -15,6 +15,7 @@ struct SystemWords {
     std::string rawAccessDenied;
     std::string cardEjected;
     std::string cardEjectedAfterWrite;  ///< follows a sentence about the write
+    std::string callsCard;              ///< the system's own name of the card follows
 };
 
 /// Returns the words of the system that the program was built for.

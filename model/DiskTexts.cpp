@@ -51,6 +51,11 @@ std::string devicePath(const SDWholeDisk& disk) {
     return "/dev/" + disk.id;
 }
 
+std::string devicePathAndName(const SDWholeDisk& disk) {
+    if (!disk.systemName) return devicePath(disk);
+    return devicePath(disk) + " · " + disk.systemName->substr(disk.systemName->rfind('/') + 1);
+}
+
 std::string emptyTableText(size_t foundDisks) {
     return foundDisks == 0 ? "No whole disks are available. Insert an SD card and refresh the list."
                            : "No positively identified SD card is currently available. Enable Show All Disks "

@@ -26,6 +26,9 @@ namespace tessel {
 /// Returns a path such as "/dev/disk4".
 [[nodiscard]] std::string devicePath(const SDWholeDisk& disk);
 
+/// Returns the path and, where the system has its own, that name: "/dev/disk4 · mmcblk0".
+[[nodiscard]] std::string devicePathAndName(const SDWholeDisk& disk);
+
 /// Returns what stands in the place of a table without rows: one text if no disk was found at all, another if
 /// all that were found are hidden.
 [[nodiscard]] std::string emptyTableText(size_t foundDisks);

@@ -26,6 +26,9 @@ struct SDWholeDisk {
     bool isWritable = false;
     bool isPhysical = false;       ///< is false for virtual, synthesized and disk-image devices
     bool hasDetailedInfo = false;  ///< is false for a record built from the disk list alone
+    /// Is what the system itself calls the disk, such as "/dev/mmcblk0", where that is not made of the
+    /// identifier. It tells nothing about the kind of disk, nor which one it is.
+    std::optional<std::string> systemName = {};
     /// Says in sentences why nothing may be written, if the system tells.
     std::optional<std::string> protectionReason = {};
 

@@ -183,6 +183,7 @@ SDWholeDisk readDisk(const Dictionary& info, std::string_view askedFor, const Di
     disk.isRemovable = flagValue(info, {"RemovableMedia", "MediaRemovable", "Removable"}).value_or(false);
     disk.isEjectable = flagValue(info, {"Ejectable", "MediaEjectable"}).value_or(false);
     disk.hasDetailedInfo = true;
+    disk.systemName = stringValue(info, {"VelmoraTesselSystemName"});
     disk.protectionReason = stringValue(info, {"VelmoraTesselProtectionReason"});
     return disk;
 }

@@ -19,6 +19,7 @@ const SystemWords& systemWords() {
             "a security policy such as AppArmor or SELinux forbids it.",
         .cardEjected = "Linux ejected the SD card. It is now safe to physically remove it.",
         .cardEjectedAfterWrite = "Linux has ejected the SD card, so it is now safe to physically remove it.",
+        .callsCard = "Linux calls it ",
     };
     return words;
 }

@@ -16,6 +16,7 @@ const SystemWords& systemWords() {
             "in System Settings, then try again.",
         .cardEjected = "macOS ejected the SD card. It is now safe to physically remove it.",
         .cardEjectedAfterWrite = "macOS has ejected the SD card, so it is now safe to physically remove it.",
+        .callsCard = "macOS calls it ",
     };
     return words;
 }

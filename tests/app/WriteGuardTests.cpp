@@ -1,4 +1,5 @@
 #include "app/ConfirmationTexts.h"
+#include "foundation/SystemWords.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"
@@ -8,6 +9,7 @@ namespace tessel {
 namespace {
 
 using testing::Contains;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class WriteGuardTests : public WindowTest {
@@ -128,6 +130,15 @@ TEST_F(WriteGuardTests, theConfirmationNamesCardImageAndVerification) {
                  "confirmation.\n\nUse at your own risk. The developer accepts no responsibility or "
                  "liability for data loss, device damage, corrupted media, or failed or interrupted "
                  "writes."));
+}
+
+TEST_F(WriteGuardTests, theConfirmationSaysWhatTheSystemCallsTheCard) {
+    reader.changeDetails("disk4", {{"VelmoraTesselSystemName", "/dev/mmcblk0"}});
+    openReady();
+    EXPECT_THAT(texts(), Contains("/dev/disk4 · mmcblk0"));
+    EXPECT_THAT(
+        confirmationMessage(viewModel()),
+        HasSubstr(" (20 MB). " + systemWords().callsCard + "/dev/mmcblk0. The operation cannot be undone. "));
 }
 
 }  // namespace tessel

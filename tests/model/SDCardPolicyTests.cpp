@@ -97,6 +97,11 @@ TEST(SDCardPolicyTests, everyDoubtCountsAgainstTheDisk) {
         {notRecognized,
          [](auto& disk) {
              disk.mediaName = "Reader";
+             disk.systemName = "/dev/sd card";
+         }},
+        {notRecognized,
+         [](auto& disk) {
+             disk.mediaName = "Reader";
              disk.busProtocol = "microSD over USB";
          }},
         {eligible, [](auto& disk) { disk.mediaName = "Built-in SDXC Reader Media"; }},
@@ -185,6 +190,7 @@ TEST(SDCardPolicyTests, theSameDiskIsRecognizedByIdentifierSizeNameAndBus) {
              disk.deviceLocation = "Elsewhere";
              disk.isWritable = false;
              disk.isInternal.reset();
+             disk.systemName = "/dev/sdz";
          }},
         {false, [](auto& disk) { disk.mediaName = "SDCard Reader"; }},
         {false, [](auto& disk) { disk.mediaName = "SD Card Reader 2"; }},

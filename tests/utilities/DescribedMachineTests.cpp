@@ -99,6 +99,7 @@ TEST_F(DescribedMachineTests, partitionsCarryNamesSizesAndMountPoints) {
                                                               .volumeName = "CAMERA",
                                                               .sizeBytes = 31'910'000'000,
                                                               .mountPoint = "/media/ada/CAMERA"}}));
+    EXPECT_EQ(card.systemName, "/dev/mmcblk0");
     EXPECT_TRUE(card.isRemovable);
     EXPECT_TRUE(card.isEjectable);
     EXPECT_EQ(card.isInternal, true);

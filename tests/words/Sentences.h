@@ -9,8 +9,8 @@ namespace tessel {
 /// All of them, in their order: while an entry is missing here, this does not compile.
 inline auto sentencesOf(const SystemWords& words) {
     const auto& [scanStarted, noWholeDisks, cardNotWritable, authorizationUtilityUnavailable,
-                 authorizationUtilityNotLaunched, rawAccessDenied, cardEjected, cardEjectedAfterWrite] =
-        words;
+                 authorizationUtilityNotLaunched, rawAccessDenied, cardEjected, cardEjectedAfterWrite,
+                 callsCard] = words;
     return std::array{scanStarted,
                       noWholeDisks,
                       cardNotWritable,
@@ -18,7 +18,8 @@ inline auto sentencesOf(const SystemWords& words) {
                       authorizationUtilityNotLaunched,
                       rawAccessDenied,
                       cardEjected,
-                      cardEjectedAfterWrite};
+                      cardEjectedAfterWrite,
+                      callsCard};
 }
 
 }  // namespace tessel

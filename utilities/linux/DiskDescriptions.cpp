@@ -152,6 +152,7 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"WholeDisk", true},
         {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},
         {"Ejectable", disk.udisks.isEjectable && !isSoldered},
+        {"VelmoraTesselSystemName", "/dev/" + disk.name},
     };
     if (protection) details["VelmoraTesselProtectionReason"] = *protection;
     return details;

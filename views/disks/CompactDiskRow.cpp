@@ -77,7 +77,7 @@ void CompactDiskRow::display(const Fields& fields) {
     const SDWholeDisk& disk = shown.disk;
     selector->display({.disk = disk, .isSelectedTarget = shown.isSelectedTarget, .isBusy = shown.isBusy});
     name->setText(QString::fromStdString(disk.mediaName));
-    device->setText(QString::fromStdString(devicePath(disk)));
+    device->setText(QString::fromStdString(devicePathAndName(disk)));
     size->setText(QString::fromStdString(sizeOrUnknown(disk.sizeBytes)));
     media->display(disk);
     setAccessibleName(selector->accessibilityLabel());

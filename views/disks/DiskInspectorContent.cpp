@@ -66,7 +66,7 @@ void DiskInspectorContent::resizeEvent(QResizeEvent*) {
 void DiskInspectorContent::display(const SDWholeDisk& disk) {
     if (disk == shown) return;
     if (!shown || shown->id != disk.id) partitionsButton->setChecked(false);
-    device->setValue(QString::fromStdString(devicePath(disk)));
+    device->setValue(QString::fromStdString(devicePathAndName(disk)));
     media->setValue(QString::fromStdString(disk.mediaName));
     location->setValue(QString::fromStdString(disk.locationText()));
     capacity->setValue(QString::fromStdString(sizeOrUnknown(disk.sizeBytes)));

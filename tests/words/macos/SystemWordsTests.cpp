@@ -17,7 +17,7 @@ TEST(MacWordsTests, theSentencesAreTheseToTheLetter) {
             "macOS denied raw SD-card access. Allow removable-volume access for VelmoraTessel in System "
             "Settings, then try again.",
             "macOS ejected the SD card. It is now safe to physically remove it.",
-            "macOS has ejected the SD card, so it is now safe to physically remove it."));
+            "macOS has ejected the SD card, so it is now safe to physically remove it.", "macOS calls it "));
 }
 
 }  // namespace tessel
