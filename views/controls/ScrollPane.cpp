@@ -20,9 +20,4 @@ void ScrollPane::reveal(const QWidget& part, int margin) {
                   bounds.height() / 2 + margin);
 }
 
-bool ScrollPane::focusNextPrevChild(bool next) {
-    // The base class would scroll to the text cursor of the next control, which may itself be scrolled away.
-    return QWidget::focusNextPrevChild(next);
-}
-
 }  // namespace tessel

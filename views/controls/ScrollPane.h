@@ -12,9 +12,6 @@ class ScrollPane : public QScrollArea {
 
     /// Scrolls no further than is needed to show this part of the content with a margin around it.
     void reveal(const QWidget& part, int margin);
-
-  protected:
-    bool focusNextPrevChild(bool next) override;
 };
 
 }  // namespace tessel
