@@ -20,6 +20,7 @@ class DescribedSystem : public BlockSystem {
     }
     void unmount(const std::string& device, Time) override {
         calls.push_back("unmount " + device);
+        time += unmountingTime;
         onUnmount(named(device));
     }
     FileDescriptor open(const std::string& device) override {
@@ -49,6 +50,7 @@ class DescribedSystem : public BlockSystem {
 
     Machine machine;
     std::chrono::milliseconds readingTime{10};
+    std::chrono::seconds unmountingTime{0};
     Time time;
     std::vector<std::string> calls;
     std::function<void(BlockDevice&)> onUnmount = [](BlockDevice& device) { device.mounts.pop_back(); };

@@ -68,6 +68,15 @@ TEST_F(HostileSystemTests, whatTheDesktopMountsAgainIsUnmountedBeforeTheCardMayB
     EXPECT_FALSE(isMounted());
 }
 
+TEST_F(HostileSystemTests, whoeverUsesTheWrittenCardIsWaitedForBeforeItMayBePulled) {
+    std::optional<LoopDevice> user(std::in_place, LoopDevice::Options{.file = loop->path()});
+    auto ejecting = std::async(std::launch::async, [this] { return eject(); });
+    EXPECT_EQ(ejecting.wait_for(std::chrono::seconds(2)), std::future_status::timeout);
+    EXPECT_THAT(calls(), Not(Contains(HasSubstr("eject"))));
+    user.reset();
+    EXPECT_EQ(ejecting.get().status, 0);
+}
+
 TEST_F(HostileSystemTests, udisksMayBeLateButNotSilent) {
     const auto later = [](const Companion& companion) {
         companion.pause();

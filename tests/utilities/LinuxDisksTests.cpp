@@ -71,6 +71,13 @@ TEST_F(LinuxDisksTests, everyMountIsUnmounted) {
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0", "unmount mmcblk0p1", "unmount mmcblk0p1"));
 }
 
+TEST_F(LinuxDisksTests, aSlowUnmountIsNoFailure) {
+    system.unmountingTime = std::chrono::seconds(20);
+    EXPECT_EQ(unmount(), "");
+    mountByDesktop();
+    EXPECT_EQ(eject(), "");
+}
+
 TEST_F(LinuxDisksTests, anUnmountThatLeavesAMountHasFailed) {
     system.onUnmount = [](BlockDevice&) {};
     EXPECT_THAT(unmount(), HasSubstr("Resource busy"));

@@ -18,8 +18,11 @@ using Ejection = BlockSystem::Ejection;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-/// The program gives a command 60 seconds. The last reading of the machine may itself take 15 of them.
-constexpr seconds timeForCommand{40};
+/// The program gives an eject 60 seconds. The last reading of the machine may itself take 15 of them.
+constexpr seconds timeToEject{40};
+
+/// UDisks2 may have to ask before it unmounts. Whoever runs the utility knows how long that may take.
+constexpr std::chrono::hours timeToAnswer{24};
 
 /// A volume may be mounted several times, and a desktop may mount it again in the meantime.
 constexpr seconds timeToUnmount{5};
@@ -64,12 +67,12 @@ PropertyList::Dictionary LinuxDisks::info(const std::string& identifier) {
 }
 
 void LinuxDisks::unmount(const std::string& identifier) {
-    unmountBefore(system.now() + timeForCommand, identifier);
+    unmountBefore(system.now() + timeToAnswer, identifier);
 }
 
 void LinuxDisks::eject(const std::string& identifier) {
     try {
-        ejectBefore(system.now() + timeForCommand, identifier);
+        ejectBefore(system.now() + timeToEject, identifier);
     } catch (const PlatformError& error) {
         // Whatever the reason, the person must learn that the image itself has been written.
         throw PlatformError(
@@ -80,13 +83,13 @@ void LinuxDisks::eject(const std::string& identifier) {
 
 void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
     const Time end = std::min(deadline, system.now() + timeToUnmount);
-    for (bool isLate = false;; isLate = system.now() >= end) {
+    for (;;) {
         const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         requireUnprotected(machine, disk);
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
-        if (isLate) throw busy(identifier);
+        if (system.now() >= end) throw busy(identifier);
         try {
             for (const BlockDevice* part : mounted)
                 system.unmount(part->name, deadline);
