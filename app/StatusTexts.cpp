@@ -58,7 +58,7 @@ QString percentText(double fraction) {
 }
 
 QString liveWindowTitle(const TesselViewModel& viewModel) {
-    const QString title = "Velmora Tessel";
+    QString title = "Velmora Tessel";
     if (!viewModel.hasWriteTask()) return title;
     return percentText(viewModel.overallWorkflowProgress()) + " – " + title;
 }

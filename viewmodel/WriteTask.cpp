@@ -99,8 +99,9 @@ Task<> WriteTask::perform(bool verify, ImageWriteProgressHandler report) {
 
 Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler report) {
     co_await checkCancellation();
-    if (!surroundings.image.selectedImage()) throw TesselError(TesselError::Case::invalidImage);
-    const auto image = *surroundings.image.selectedImage();
+    const auto& selected = surroundings.image.selectedImage();
+    if (!selected) throw TesselError(TesselError::Case::invalidImage);
+    const auto image = *selected;
     const auto target = requireWritableTarget(image);
 
     auto& log = surroundings.log;
@@ -216,8 +217,7 @@ void WriteTask::requestStop() {
     surroundings.log.append(
         "Stop requested. The operation will stop at the next safe checkpoint, and the SD card will be "
         "ejected when possible.");
-    auto task = *running();
-    task.cancel();
+    if (auto task = running()) task->cancel();
 }
 
 void WriteTask::showSafeToRemoveAlert(bool verified) const {
