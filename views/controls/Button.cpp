@@ -136,7 +136,8 @@ void Button::paintContent(QPainter& painter) const {
 }
 
 void Button::paintDot(QPainter& painter) const {
-    const QPointF center((width() - contentWidth()) / 2 + symbolSize(), (height() - symbolSize()) / 2 + 1);
+    const QPointF center =
+        QPoint((width() - contentWidth()) / 2 + symbolSize(), (height() - symbolSize()) / 2 + 1);
     const Colors colors = currentColors();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colors.windowBackground, 1.5));
