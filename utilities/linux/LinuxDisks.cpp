@@ -27,6 +27,9 @@ constexpr std::chrono::hours timeToAnswer{24};
 /// A volume may be mounted several times, and a desktop may mount it again in the meantime.
 constexpr seconds timeToUnmount{5};
 
+/// UDisks2 marks a mount as its own a moment after the kernel has made it.
+constexpr seconds timeToMark{1};
+
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk.
 constexpr milliseconds timeToMountAgain{1500};
 
@@ -82,11 +85,17 @@ void LinuxDisks::eject(const std::string& identifier) {
 }
 
 void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
+    const Time endOfMarking = system.now() + timeToMark;
     const Time end = std::min(deadline, system.now() + timeToUnmount);
     for (;;) {
         const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
-        requireUnprotected(machine, disk);
+        if (const auto protection = protectionOf(machine, disk)) {
+            if (!protection->mayEnd || system.now() >= endOfMarking)
+                throw protectedDisk(machine, disk, *protection);
+            system.wait(pauseBetweenReadings);
+            continue;
+        }
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
         if (system.now() >= end) throw busy(identifier);
