@@ -23,6 +23,7 @@
 #include "app/WindowSizes.h"
 #include "app/WriteCard.h"
 #include "platform/Files.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Divider.h"
 
@@ -48,6 +49,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)),
     focusMemory(*this, logCard->stopControl()) {
+    presentToScreenReadersAs<ContentView, QAccessible::Window>();
     setAcceptDrops(true);
 
     auto* column = new QVBoxLayout(this);

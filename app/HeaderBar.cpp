@@ -46,6 +46,7 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), b
 
 void HeaderBar::render() const {
     badge->display({.text = statusTitle(viewModel.state()),
+                    .announcement = announcement(viewModel),
                     .tone = statusTone(viewModel.state()),
                     .isBusy = viewModel.isBusy()});
 }

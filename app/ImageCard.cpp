@@ -10,6 +10,7 @@
 namespace tessel {
 
 ImageCard::ImageCard(TesselViewModel& viewModel) :
+    Card("Raw Disk Image"),
     viewModel(viewModel),
     selectButton(new Button({.text = "Select Image",
                              .symbol = "folder",

@@ -26,6 +26,7 @@ Box* boxAround(OperationLogView* logView) {
 }  // namespace
 
 LogCard::LogCard(TesselViewModel& viewModel) :
+    Card("Operation Log"),
     viewModel(viewModel),
     stopButton(new Button({.text = "Stop",
                            .symbol = "stop.circle.fill",
@@ -42,13 +43,18 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     connect(clearButton, &Button::clicked, this, [this] { this->viewModel.clearLog(); });
 
     stopButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    auto* heading = new QHBoxLayout;
+    auto* title = new SymbolLabel("text.alignleft", "Operation Log",
+                                  {.font = FontRole::headline, .weight = QFont::Bold});
+    title->setWordWrap(false);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(spacing::small);
+    buttons->addWidget(stopButton);
+    buttons->addWidget(clearButton);
+    heading = new QHBoxLayout;
     heading->setSpacing(spacing::small);
-    heading->addWidget(new SymbolLabel("text.alignleft", "Operation Log",
-                                       {.font = FontRole::headline, .weight = QFont::Bold}),
-                       1);
-    heading->addWidget(stopButton);
-    heading->addWidget(clearButton);
+    heading->addWidget(title, 1);
+    heading->addLayout(buttons);
+    heading->setAlignment(buttons, Qt::AlignLeft);
     auto* line = new QHBoxLayout;
     line->addWidget(status, 1);
     line->addWidget(entryCount);
@@ -59,10 +65,24 @@ LogCard::LogCard(TesselViewModel& viewModel) :
 
 void LogCard::render() const {
     renderStopButton();
+    arrangeHeading();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
     status->setText(liveStatusTitle(viewModel));
     entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
+}
+
+void LogCard::resizeEvent(QResizeEvent*) {
+    arrangeHeading();
+}
+
+/// Puts the buttons below the title where they don't fit beside it.
+void LogCard::arrangeHeading() const {
+    int needed = heading->spacing();
+    for (int index = 0; index < heading->count(); ++index)
+        needed += heading->itemAt(index)->sizeHint().width();
+    heading->setDirection(needed > width() - 2 * spacing::card ? QBoxLayout::TopToBottom
+                                                               : QBoxLayout::LeftToRight);
 }
 
 void LogCard::renderStopButton() const {

@@ -23,6 +23,7 @@ Panes::Panes(QWidget* left, QWidget* right) : QSplitter(Qt::Horizontal), leftPan
     setChildrenCollapsible(false);
     setStretchFactor(0, 1);
     setSizes({760, 410});
+    leftPane->lower();  // is read aloud first
     // Waits until the pane itself has scrolled, which is to a text cursor that may be scrolled away.
     connect(qApp, &QApplication::focusChanged, this, &Panes::revealFocus, Qt::QueuedConnection);
 }

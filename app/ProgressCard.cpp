@@ -13,6 +13,7 @@ constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::se
 }  // namespace
 
 ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
+    Card("Write Progress"),
     viewModel(viewModel),
     status(wrappedLabel({}, {.font = FontRole::caption})),
     phase(new TextLabel({}, smallLook)),

@@ -53,6 +53,13 @@ QString stoppingHint(const TesselViewModel& viewModel) {
            "stops.";
 }
 
+QString announcement(const TesselViewModel& viewModel) {
+    if (!viewModel.hasWriteTask()) return statusTitle(viewModel.state());
+    if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + stoppingHint(viewModel);
+    const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
+    return QString::fromStdString(viewModel.writePhaseTitle()) + ", " + percentText(quarters);
+}
+
 QString percentText(double fraction) {
     return QString::number(std::lround(fraction * 100)) + "%";
 }

@@ -26,6 +26,7 @@ QString countText(size_t count, const char* noun) {
 }  // namespace
 
 TargetCard::TargetCard(TesselViewModel& viewModel) :
+    Card("Target SD Card"),
     viewModel(viewModel),
     shownCount(new TextLabel({}, captionLook)),
     selectableCount(new TextLabel({}, captionLook)),
@@ -81,10 +82,8 @@ void TargetCard::buildContent(QWidget* controls) {
     content().addLayout(counts);
 
     content().addWidget(table);
-    auto* paddedEmptyLabel = new QVBoxLayout;
-    paddedEmptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
-    paddedEmptyLabel->addWidget(emptyLabel);
-    content().addLayout(paddedEmptyLabel);
+    emptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
+    content().addWidget(emptyLabel);
     content().addWidget(
         wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make its "
                      "optional details available. Click Disk, Size, or Media to sort.",

@@ -27,6 +27,7 @@ Box* makeWarning() {
 }  // namespace
 
 WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite) :
+    Card("Write Disk Image"),
     viewModel(viewModel),
     targetHint(
         new SymbolLabel("largecircle.fill.circle",

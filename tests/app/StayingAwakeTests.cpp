@@ -49,8 +49,8 @@ TEST_F(StayingAwakeTests, theComputerIsKeptAwakeForTheWriteAndNoLonger) {
     openWriting();
     until([&] { return loginService.isHeld(); });
     EXPECT_EQ(loginService.wishes.size(), 1);
-    EXPECT_EQ(loginService.wishes.front(), (QVariantList{"sleep:idle", "Velmora Tessel",
-                                                         "Writing and verifying an SD-card image", "block"}));
+    EXPECT_EQ(loginService.wishes.front(),
+              (QVariantList{"idle", "Velmora Tessel", "Writing and verifying an SD-card image", "block"}));
     holds.writing.release();
     untilIdle();
     EXPECT_TRUE(alertTitled("SD Card Is Safe to Remove"));

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/SymbolView.h"
 #include "views/controls/TextLabel.h"
 
@@ -16,7 +17,9 @@ constexpr int textWidth = 420;
 }  // namespace
 
 AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window) {
+    presentToScreenReadersAs<AlertDialog, QAccessible::AlertMessage>();
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_KeyboardFocusChange);  // shows at once which button the Return key presses
     setWindowTitle(fields.message);
     setAccessibleName(fields.message);
     setAccessibleDescription(fields.informativeText);
@@ -38,6 +41,12 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     grid->setRowMinimumHeight(2, spacing::small);
     grid->addWidget(makeButtons(fields.actions), 3, 0, 1, 2);
     grid->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void AlertDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 QWidget* AlertDialog::makeButtons(const std::vector<Action>& actions) {

@@ -31,6 +31,9 @@ class AlertDialog : public QDialog {
 
     AlertDialog(const Fields& fields, QWidget* window);
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     QWidget* makeButtons(const std::vector<Action>& actions);
 };

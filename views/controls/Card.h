@@ -4,10 +4,10 @@
 
 namespace tessel {
 
-/// Frames one group of the window's content.
+/// Frames one group of the window's content, which screen readers announce by its name.
 class Card : public Box {
   public:
-    Card();
+    explicit Card(const QString& name);
 };
 
 }  // namespace tessel

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOptionSlider>
+#include <QTimerEvent>
 
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
@@ -12,10 +13,11 @@ namespace {
 
 constexpr int barWidth = 12;
 constexpr int handleMargin = 3;
+constexpr int visibleMilliseconds = 1500;
 
 }  // namespace
 
-ScrollBar::ScrollBar(Qt::Orientation orientation) : QScrollBar(orientation) {
+ScrollBar::ScrollBar(Qt::Orientation orientation, Hides hides) : QScrollBar(orientation), hides(hides) {
     setAttribute(Qt::WA_Hover);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
@@ -26,8 +28,20 @@ QSize ScrollBar::sizeHint() const {
     return orientation() == Qt::Vertical ? QSize(barWidth, usual.height()) : QSize(usual.width(), barWidth);
 }
 
+void ScrollBar::sliderChange(SliderChange change) {
+    QScrollBar::sliderChange(change);
+    if (hides == Hides::whenUnused) use.start(visibleMilliseconds, this);
+}
+
+void ScrollBar::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != use.timerId()) return QScrollBar::timerEvent(event);
+    use.stop();
+    update();
+}
+
 void ScrollBar::paintEvent(QPaintEvent*) {
-    if (minimum() == maximum()) return;
+    const bool isUsed = hides == Hides::never || use.isActive() || underMouse() || isSliderDown();
+    if (minimum() == maximum() || !isUsed) return;
     QStyleOptionSlider option;
     initStyleOption(&option);
     const QRectF handle =

@@ -15,6 +15,7 @@ class StatusBadge : public QWidget {
   public:
     struct Fields {
         QString text;
+        QString announcement;  ///< is what screen readers say, each time that it changes
         Tone tone = Tone::secondary;
         bool isBusy = false;
 

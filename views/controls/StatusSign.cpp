@@ -9,19 +9,20 @@ namespace tessel {
 namespace {
 
 constexpr int signSize = 14;
-constexpr double dotSize = 8;
+constexpr int dotSize = 8;
 constexpr int turnMilliseconds = 50;
 constexpr int turnDegrees = 18;
 
 }  // namespace
 
 StatusSign::StatusSign() {
-    setFixedSize(signSize, signSize);
+    setFixedSize(dotSize, signSize);
 }
 
 void StatusSign::display(Tone newTone, bool busy) {
     tone = newTone;
     isBusy = busy;
+    setFixedWidth(isBusy ? signSize : dotSize);
     turnWhileSeen();
     update();
 }
@@ -35,9 +36,8 @@ void StatusSign::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor color = currentColors().of(tone);
     if (!isBusy) {
-        const double margin = (signSize - dotSize) / 2;
-        paintBox(painter,
-                 {.bounds = QRectF(margin, margin, dotSize, dotSize), .radius = dotSize / 2, .fill = color});
+        const QRectF dot(0, (signSize - dotSize) / 2.0, dotSize, dotSize);
+        paintBox(painter, {.bounds = dot, .radius = dotSize / 2.0, .fill = color});
         return;
     }
     const QRectF circle(1.5, 1.5, signSize - 3, signSize - 3);

@@ -14,7 +14,6 @@ namespace tessel {
 namespace {
 
 constexpr int designedBodySize = 13;  // every size below is relative to it
-constexpr int smallestSize = 11;
 
 int designedSize(FontRole role) {
     switch (role) {
@@ -79,7 +78,7 @@ Hues darkHues() {
 QFont styledFont(FontRole role, QFont::Weight weight) {
     const bool isMonospaced = role == FontRole::monospaced || role == FontRole::smallMonospaced;
     QFont font = isMonospaced ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
-    font.setPixelSize(std::max(smallestSize, designedSize(role) * bodySize() / designedBodySize));
+    font.setPixelSize(scaledWithFont(designedSize(role)));
     font.setWeight(weight);
     return font;
 }

@@ -30,7 +30,7 @@ enum class FontRole {
     smallMonospaced,
 };
 
-/// Derives the font for a use from the application's font. It is never smaller than 11 pixels.
+/// Derives the font for a use from the application's font. It is never smaller than 10 pixels.
 [[nodiscard]] QFont styledFont(FontRole role, QFont::Weight weight = QFont::Normal);
 
 /// Scales a width that was designed for the default font to the application's font. Both are in pixels.

@@ -2,11 +2,28 @@
 
 #include <QPainter>
 
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Symbol.h"
 
 namespace tessel {
 
+namespace {
+
+class AccessibleSymbol : public QAccessibleWidget {
+  public:
+    explicit AccessibleSymbol(SymbolView& symbol) : QAccessibleWidget(&symbol, QAccessible::Graphic) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (widget()->accessibleName().isEmpty()) state.invisible = true;
+        return state;
+    }
+};
+
+}  // namespace
+
 SymbolView::SymbolView(const Fields& fields) : shown(fields) {
+    presentToScreenReaders<SymbolView, AccessibleSymbol>();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

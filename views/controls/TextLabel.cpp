@@ -2,9 +2,37 @@
 
 #include <QEvent>
 
+#include "views/accessibility/Accessibility.h"
+
 namespace tessel {
 
-TextLabel::TextLabel(const QString& text, const TextLook& look) : QLabel(text), currentLook(look) {
+namespace {
+
+/// Large texts are headings, between which a screen reader can jump.
+class AccessibleLabel : public QAccessibleWidget {
+  public:
+    explicit AccessibleLabel(TextLabel& label) : QAccessibleWidget(&label), label(label) {}
+
+    QAccessible::Role role() const override {
+        const FontRole font = label.look().font;
+        const bool isLarge = font == FontRole::title || font == FontRole::headline;
+        return isLarge ? QAccessible::Heading : QAccessible::StaticText;
+    }
+
+    QString text(QAccessible::Text which) const override {
+        const QString given = QAccessibleWidget::text(which);
+        return which == QAccessible::Name && given.isEmpty() ? label.text() : given;
+    }
+
+  private:
+    TextLabel& label;
+};
+
+}  // namespace
+
+TextLabel::TextLabel(const QString& text, const TextLook& look) : currentLook(look) {
+    presentToScreenReaders<TextLabel, AccessibleLabel>();
+    setText(text);
     setTextFormat(Qt::PlainText);
     // Otherwise a label in a button would take the button's colour.
     setForegroundRole(QPalette::WindowText);

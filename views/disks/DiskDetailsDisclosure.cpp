@@ -61,7 +61,7 @@ void DiskDetailsDisclosure::display(const Fields& fields) {
     const QString text = QString::fromStdString(fields.disk.displaySummary());
     summary->setText(text);
     selectedTarget->setVisible(fields.isSelectedTarget);
-    button->setAccessibleName("Disk Details, " + text);
+    button->setAccessibleName("Disk Details, " + text + (fields.isSelectedTarget ? ", Selected Target" : ""));
     button->setChecked(fields.isExpanded);
     content->display(fields.disk);
     content->setVisible(fields.isExpanded);

@@ -12,6 +12,7 @@ namespace tessel {
 namespace {
 
 constexpr int narrowWidth = 440;  // leaves too little for the values of two columns
+constexpr int partitionSpacing = 6;
 
 QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
     auto* column = new QVBoxLayout;
@@ -41,8 +42,11 @@ DiskInspectorContent::DiskInspectorContent() :
     column->setSpacing(10);
     column->addLayout(columns);
     column->addWidget(attributes);
-    column->addWidget(partitionsButton);
-    column->addWidget(partitions);
+    auto* disclosure = new QVBoxLayout;
+    disclosure->setSpacing(partitionSpacing);
+    disclosure->addWidget(partitionsButton);
+    disclosure->addWidget(partitions);
+    column->addLayout(disclosure);
     column->addWidget(verdict);
     partitionsButton->label().addWidget(partitionCount, 1);
     partitions->setVisible(false);
@@ -87,7 +91,7 @@ void DiskInspectorContent::showPartitions(const SDWholeDisk& disk) {
     delete partitions->layout();
     auto* column = new QVBoxLayout(partitions);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(6);
+    column->setSpacing(partitionSpacing);
     for (const SDDiskPartition& partition : disk.partitions)
         column->addWidget(new DiskPartitionRow(partition));
     if (disk.partitions.empty()) {

@@ -12,12 +12,11 @@ DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
                                  const std::function<void(DiskSortField)>& sortAction) {
     setFixedHeight(headerHeight);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(spacing::tight, 0, spacing::small, 0);
+    row->setContentsMargins(spacing::small, 0, spacing::small, 0);
     row->setSpacing(0);
     auto* target = new TextLabel(
         "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
-    // The word starts left of its column, which is hardly wider than the word itself.
-    target->setFixedWidth(spacing::small - spacing::tight + widths.target);
+    target->setFixedWidth(widths.target);
     row->addWidget(target);
     const auto addHeading = [&](const QString& title, DiskSortField field) {
         auto* heading = new SortableDiskHeader(title, field, sortAction);

@@ -20,7 +20,7 @@ QString toQString(std::string_view text) {
 }  // namespace
 
 OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
-    setVerticalScrollBar(new ScrollBar(Qt::Vertical));
+    setVerticalScrollBar(new ScrollBar(Qt::Vertical, ScrollBar::Hides::whenUnused));
     follower = new LatestLineFollower(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -33,8 +33,7 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
     setFrameShape(QFrame::NoFrame);
-    setBackgroundRole(QPalette::Base);  // so that it lies behind the scroll bar too
-    setAutoFillBackground(true);
+    viewport()->setAutoFillBackground(false);  // what lies behind the log shows through
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 

@@ -18,7 +18,7 @@ class LoginLock : public TemporaryActivity {
         auto call = QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
                                                    "org.freedesktop.login1.Manager", "Inhibit");
         call.setAutoStartService(false);
-        call << "sleep:idle" << "Velmora Tessel" << QString::fromStdString(reason) << "block";
+        call << "idle" << "Velmora Tessel" << QString::fromStdString(reason) << "block";
         request = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::systemBus().asyncCall(call));
         QObject::connect(request.get(), &QDBusPendingCallWatcher::finished, request.get(), [this] {
             const QDBusPendingReply<QDBusUnixFileDescriptor> answer = *request;
