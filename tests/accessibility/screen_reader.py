@@ -4,7 +4,7 @@ import time
 
 from gi.repository import Gio, GLib
 
-SHOWING, CHECKED, FOCUSED, SELECTED = 25, 4, 12, 23  # the numbers of states on the bus
+CHECKED, EDITABLE, FOCUSABLE, FOCUSED, SELECTED, SHOWING = 4, 7, 11, 12, 23, 25  # the numbers of states on the bus
 ACCESSIBLE, ACTION, TEXT, VALUE = (f"org.a11y.atspi.{each}" for each in ("Accessible", "Action", "Text", "Value"))
 ROOT = "/org/a11y/atspi/accessible/root"
 PATIENCE = 30  # in seconds

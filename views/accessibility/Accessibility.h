@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAccessibleWidget>
+#include <QWidget>
 
 namespace tessel {
 
@@ -23,5 +24,9 @@ void presentToScreenReadersAs() {
     };
     presentToScreenReaders<Widget, Interface>();
 }
+
+/// Has screen readers say the text at once, whatever has the focus. The widget shows it and is presented as a
+/// notification, which older ones say when it appears.
+void announce(QWidget& notification, const QString& text);
 
 }  // namespace tessel

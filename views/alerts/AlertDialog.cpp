@@ -22,7 +22,6 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     setAttribute(Qt::WA_KeyboardFocusChange);  // shows at once which button the Return key presses
     setWindowTitle(fields.message);
     setAccessibleName(fields.message);
-    setAccessibleDescription(fields.informativeText);
 
     auto* symbol = new SymbolView({.symbol = fields.symbol, .tone = fields.symbolTone, .size = symbolSize});
     symbol->setAccessibleName(fields.symbolDescription);

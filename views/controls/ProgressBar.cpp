@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 
@@ -14,37 +13,9 @@ namespace {
 
 constexpr int thickness = 6;
 
-class AccessibleProgress : public QAccessibleWidget, public QAccessibleValueInterface {
-  public:
-    explicit AccessibleProgress(ProgressBar& bar) :
-        QAccessibleWidget(&bar, QAccessible::ProgressBar),
-        bar(bar) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-
-    QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.readOnly = true;
-        return state;
-    }
-
-    QVariant currentValue() const override { return bar.value(); }
-    void setCurrentValue(const QVariant&) override {}
-    QVariant minimumValue() const override { return bar.minimum(); }
-    QVariant maximumValue() const override { return bar.maximum(); }
-    QVariant minimumStepSize() const override { return 1; }
-
-  private:
-    ProgressBar& bar;
-};
-
 }  // namespace
 
 ProgressBar::ProgressBar() {
-    presentToScreenReaders<ProgressBar, AccessibleProgress>();
     setRange(0, 100);
     setValue(0);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -5,12 +5,15 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "views/accessibility/Accessibility.h"
+#include "views/accessibility/AccessibleValue.h"
 #include "views/controls/Style.h"
 #include "views/controls/ToolTip.h"
 
 namespace tessel {
 
 SelectableValue::SelectableValue() {
+    presentToScreenReaders<SelectableValue, AccessibleValue>();
     setReadOnly(true);
     setFrame(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

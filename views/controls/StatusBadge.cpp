@@ -10,23 +10,11 @@
 
 namespace tessel {
 
-namespace {
-
-/// Screen readers say the new name of a status bar, and of no other thing without the focus.
-class AccessibleBadge : public QAccessibleWidget {
-  public:
-    explicit AccessibleBadge(StatusBadge& badge) : QAccessibleWidget(&badge, QAccessible::StatusBar) {}
-
-    int childCount() const override { return 0; }
-};
-
-}  // namespace
-
 StatusBadge::StatusBadge() :
     sign(new StatusSign),
     label(new ElidedLabel({.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold},
                           Qt::ElideRight)) {
-    presentToScreenReaders<StatusBadge, AccessibleBadge>();
+    presentToScreenReadersAs<StatusBadge, QAccessible::Notification>();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(11, 7, 11, 7);
     row->setSpacing(spacing::small);
@@ -37,7 +25,10 @@ StatusBadge::StatusBadge() :
 
 void StatusBadge::display(const Fields& fields) {
     if (fields == shown) return;
-    if (fields.announcement != shown.announcement) setAccessibleName(fields.announcement);
+    if (fields.announcement != shown.announcement) {
+        label->setAccessibleName(fields.announcement);
+        announce(*this, fields.announcement);
+    }
     shown = fields;
     sign->display(fields.tone, fields.isBusy);
     label->setText(fields.text);
