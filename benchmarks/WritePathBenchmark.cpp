@@ -217,8 +217,7 @@ void compareMemory(const Workshop& workshop, const fs::path& program) {
         return;
     }
     const LoopDevice device({.file = workshop.path("medium"), .usesDirectIO = true});
-    for (const auto* name : {"20.img", "large.img"}) {
-        const auto image = workshop.path(name);
+    for (const auto& image : {workshop.makeImage("small.img", 128 * MiB), workshop.path("large.img")}) {
         const auto title = std::to_string(fs::file_size(image) / MiB) + " MiB image / 64 MiB";
         printRow({title, peakOfTransfer(program, image, device.path()), 64, "MiB", 1.0});
     }

@@ -37,16 +37,17 @@ class ScreenReader:
         flags = Gio.DBusConnectionFlags
         self.bus = Gio.DBusConnection.new_for_address_sync(
             address.unpack()[0], flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION)
-        self.announced = []  # every change of a state, as (path, state, value)
-        self.bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", "StateChanged", None, None, 0, self.note_event)
-        self.bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
-                           "RegisterEvent", GLib.Variant("(s)", ("object:state-changed",)), None, 0, -1)
+        self.announced = []  # every change of a state, as (path, state, value), and every announcement
+        for signal, event in (("StateChanged", "object:state-changed"), ("Announcement", "object:announcement")):
+            self.bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", signal, None, None, 0, self.note_event)
+            self.bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
+                               "RegisterEvent", GLib.Variant("(s)", (event,)), None, 0, -1)
         self.name = None
         self.until("the program is on the bus", self.find_program)
 
-    def note_event(self, _bus, _sender, path, _interface, _signal, arguments):
+    def note_event(self, _bus, _sender, path, _interface, signal, arguments):
         state, value = arguments.unpack()[:2]
-        self.announced.append((path, state, value))
+        self.announced.append((path, signal if signal == "Announcement" else state, value))
 
     def find_program(self):
         daemon = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
