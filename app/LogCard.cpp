@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 
 #include "app/StatusTexts.h"
+#include "views/controls/FoldingRow.h"
 #include "views/controls/SymbolLabel.h"
 
 namespace tessel {
@@ -46,43 +47,27 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     auto* title = new SymbolLabel("text.alignleft", "Operation Log",
                                   {.font = FontRole::headline, .weight = QFont::Bold});
     title->setWordWrap(false);
+    auto* titleLine = new QHBoxLayout;
+    titleLine->addWidget(title);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(spacing::small);
     buttons->addWidget(stopButton);
     buttons->addWidget(clearButton);
-    heading = new QHBoxLayout;
-    heading->setSpacing(spacing::small);
-    heading->addWidget(title, 1);
-    heading->addLayout(buttons);
-    heading->setAlignment(buttons, Qt::AlignLeft);
     auto* line = new QHBoxLayout;
     line->addWidget(status, 1);
     line->addWidget(entryCount);
-    content().addLayout(heading);
+    content().addLayout(new FoldingRow(titleLine, buttons,
+                                       {.besideSpacing = spacing::small, .belowSpacing = spacing::small}));
     content().addLayout(line);
     content().addWidget(boxAround(logView), 1);
 }
 
 void LogCard::render() const {
     renderStopButton();
-    arrangeHeading();
     clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
     status->setText(liveStatusTitle(viewModel));
     entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
     logView->setLog(viewModel.logText(), viewModel.logLines().size());
-}
-
-void LogCard::resizeEvent(QResizeEvent*) {
-    arrangeHeading();
-}
-
-/// Puts the buttons below the title where they don't fit beside it.
-void LogCard::arrangeHeading() const {
-    int needed = heading->spacing();
-    for (int index = 0; index < heading->count(); ++index)
-        needed += heading->itemAt(index)->sizeHint().width();
-    heading->setDirection(needed > width() - 2 * spacing::card ? QBoxLayout::TopToBottom
-                                                               : QBoxLayout::LeftToRight);
 }
 
 void LogCard::renderStopButton() const {

@@ -18,19 +18,14 @@ class LogCard : public Card {
     /// Returns the button that is shown while a write runs.
     [[nodiscard]] QWidget& stopControl() const { return *stopButton; }
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
   private:
     void renderStopButton() const;
-    void arrangeHeading() const;
 
     TesselViewModel& viewModel;
     Button* stopButton;
     Button* clearButton;
     TextLabel* status;
     TextLabel* entryCount;
-    QBoxLayout* heading;
     OperationLogView* logView;
 };
 

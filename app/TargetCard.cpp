@@ -9,6 +9,7 @@
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "views/controls/CardHeading.h"
+#include "views/controls/FoldingRow.h"
 
 namespace tessel {
 
@@ -17,7 +18,7 @@ namespace {
 constexpr TextLook captionLook{.font = FontRole::caption, .tone = Tone::secondary};
 constexpr TextLook smallLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
-constexpr int narrowWidth = 540;  // leaves too little beside the controls for the explanation
+constexpr int narrowWidth = 512;  // leaves too little beside the controls for the explanation
 
 QString countText(size_t count, const char* noun) {
     return QString::number(count) + " " + noun;
@@ -44,7 +45,7 @@ TargetCard::TargetCard(TesselViewModel& viewModel) :
     buildContent(makeControls());
 }
 
-QWidget* TargetCard::makeControls() {
+QLayout* TargetCard::makeControls() {
     refreshButton = new Button({.text = "Refresh Disks",
                                 .symbol = "arrow.clockwise",
                                 .size = Button::Size::small,
@@ -53,26 +54,24 @@ QWidget* TargetCard::makeControls() {
     showAllSwitch = new Switch("Show All Disks", Switch::Size::small);
     connect(showAllSwitch, &Switch::toggled, this, [this](bool showAll) { listAll(showAll); });
 
-    auto* controls = new QWidget;
-    auto* row = new QHBoxLayout(controls);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto* row = new QHBoxLayout;
     row->setSpacing(spacing::medium);
     row->addWidget(refreshButton);
     row->addWidget(showAllSwitch);
+    auto* controls = new QVBoxLayout;
+    controls->addLayout(row);
+    controls->addStretch();
     return controls;
 }
 
-void TargetCard::buildContent(QWidget* controls) {
-    heading = new QHBoxLayout;
-    heading->setSpacing(spacing::page);
-    heading->addLayout(
-        cardHeading("sdcard", "Target SD Card",
-                    "Only physical media whose name or bus protocol explicitly identifies an SD, "
-                    "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
-                    "hidden unless Show All Disks is enabled."),
-        1);
-    heading->addWidget(controls, 0, Qt::AlignTop | Qt::AlignLeft);
-    content().addLayout(heading);
+void TargetCard::buildContent(QLayout* controls) {
+    auto* heading = cardHeading("sdcard", "Target SD Card",
+                                "Only physical media whose name or bus protocol explicitly identifies an SD, "
+                                "SDHC, SDXC, microSD, or SD/MMC card can be selected. Other disks remain "
+                                "hidden unless Show All Disks is enabled.");
+    content().addLayout(new FoldingRow(
+        heading, controls,
+        {.besideSpacing = spacing::page, .belowSpacing = spacing::small, .narrowWidth = narrowWidth}));
 
     auto* counts = new QHBoxLayout;
     counts->setSpacing(spacing::medium);
@@ -90,12 +89,6 @@ void TargetCard::buildContent(QWidget* controls) {
                      smallLook));
     content().addWidget(details);
     content().addWidget(noDetails);
-}
-
-void TargetCard::resizeEvent(QResizeEvent*) {
-    const bool isNarrow = width() < scaledWithFont(narrowWidth);
-    heading->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    heading->setSpacing(isNarrow ? spacing::small : spacing::page);
 }
 
 void TargetCard::sortBy(DiskSortField field) {

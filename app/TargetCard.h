@@ -28,12 +28,9 @@ class TargetCard : public Card {
 
     void render() const;
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
   private:
-    QWidget* makeControls();
-    void buildContent(QWidget* controls);
+    QLayout* makeControls();
+    void buildContent(QLayout* controls);
     void sortBy(DiskSortField field);
     void listAll(bool showAll);
     void inspect(const SDWholeDisk& disk);
@@ -54,7 +51,6 @@ class TargetCard : public Card {
     bool diskSortAscending = true;
     std::vector<SDWholeDisk> followedDisks;  ///< were the disks at the last call of followDisks()
 
-    QBoxLayout* heading;
     Button* refreshButton;
     Switch* showAllSwitch;
     TextLabel* shownCount;

@@ -1,4 +1,5 @@
 #include "views/disks/DiskInspectorContent.h"
+#include "views/controls/FoldingRow.h"
 
 #include "model/DiskTexts.h"
 #include "model/SizeOrUnknown.h"
@@ -32,7 +33,6 @@ DiskInspectorContent::DiskInspectorContent() :
     connection(new InfoRow("Connection")),
     map(new InfoRow("Map")),
     attributes(new InfoRow("Attributes")),
-    columns(makeColumns()),
     partitionsButton(new DisclosureButton),
     partitionCount(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
     partitions(new QWidget),
@@ -40,7 +40,9 @@ DiskInspectorContent::DiskInspectorContent() :
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(10);
-    column->addLayout(columns);
+    column->addLayout(new FoldingRow(
+        columnOf({device, media, location}), columnOf({capacity, connection, map}),
+        {.besideSpacing = spacing::page, .belowSpacing = spacing::tight, .narrowWidth = narrowWidth}));
     column->addWidget(attributes);
     auto* disclosure = new QVBoxLayout;
     disclosure->setSpacing(partitionSpacing);
@@ -51,20 +53,6 @@ DiskInspectorContent::DiskInspectorContent() :
     partitionsButton->label().addWidget(partitionCount, 1);
     partitions->setVisible(false);
     connect(partitionsButton, &DisclosureButton::toggled, partitions, &QWidget::setVisible);
-}
-
-QBoxLayout* DiskInspectorContent::makeColumns() {
-    auto* pair = new QHBoxLayout;
-    pair->setSpacing(spacing::page);
-    pair->addLayout(columnOf({device, media, location}), 1);
-    pair->addLayout(columnOf({capacity, connection, map}), 1);
-    return pair;
-}
-
-void DiskInspectorContent::resizeEvent(QResizeEvent*) {
-    const bool isNarrow = width() < scaledWithFont(narrowWidth);
-    columns->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    columns->setSpacing(isNarrow ? spacing::tight : spacing::page);
 }
 
 void DiskInspectorContent::display(const SDWholeDisk& disk) {

@@ -21,11 +21,7 @@ class DiskInspectorContent : public QWidget {
     /// Does nothing if the disk is unchanged. The partitions are closed whenever another disk is shown.
     void display(const SDWholeDisk& disk);
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
   private:
-    QBoxLayout* makeColumns();
     void showPartitions(const SDWholeDisk& disk);
     void showVerdict(const SDWholeDisk& disk);
 
@@ -37,7 +33,6 @@ class DiskInspectorContent : public QWidget {
     InfoRow* connection;
     InfoRow* map;
     InfoRow* attributes;
-    QBoxLayout* columns;
     DisclosureButton* partitionsButton;
     TextLabel* partitionCount;
     QWidget* partitions;
