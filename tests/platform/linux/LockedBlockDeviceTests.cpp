@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <linux/loop.h>
 #include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -53,8 +54,11 @@ TEST_F(LockedBlockDeviceTests, theDeviceIsLockedWhileItIsOpen) {
 
 TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     const FileDescriptor control = openReadWrite("/dev/loop-control");
-    const auto slot = "/dev/loop" + std::to_string(ioctl(control.get(), LOOP_CTL_GET_FREE));
-    const auto device = makeBlockDevice(openReadWrite(slot));
+    // Whoever else looks for a free slot at this moment is given a lower one.
+    const int number = ioctl(control.get(), LOOP_CTL_ADD, 1000 + getpid() % 1000);
+    ASSERT_GE(number, 1000);
+    const auto slot = "/dev/loop" + std::to_string(number);
+    auto device = makeBlockDevice(openReadWrite(slot));
     EXPECT_TRUE(device->confirmSameMedium().isSuccess());
 
     const FileDescriptor card = openReadWrite(mediumFile("card"));
@@ -63,6 +67,8 @@ TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     insertion.info.lo_flags = LO_FLAGS_AUTOCLEAR;
     ioctl(openReadWrite(slot).get(), LOOP_CONFIGURE, &insertion);
     EXPECT_FALSE(device->confirmSameMedium().isSuccess());
+    device.reset();
+    ioctl(control.get(), LOOP_CTL_REMOVE, number);
 }
 
 }  // namespace tessel
