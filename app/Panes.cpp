@@ -13,6 +13,7 @@ namespace {
 
 constexpr int leftMinimum = 620;
 constexpr int rightMinimum = 340;
+constexpr int revealedMargin = 2 * spacing::page;  // brings the head of a card along with its first control
 
 }  // namespace
 
@@ -46,7 +47,7 @@ void Panes::revealFocus() {
     // What is pressed must not move away from under the mouse.
     if (!focused || !isAncestorOf(focused) || QGuiApplication::mouseButtons() != Qt::NoButton) return;
     for (auto* around = focused->parentWidget(); around != this; around = around->parentWidget()) {
-        if (auto* pane = dynamic_cast<ScrollPane*>(around)) pane->reveal(*focused, spacing::small);
+        if (auto* pane = dynamic_cast<ScrollPane*>(around)) pane->reveal(*focused, revealedMargin);
     }
 }
 

@@ -3,7 +3,8 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPainter>
-#include <QStyle>
+#include <QScrollBar>
+#include <map>
 #include <utility>
 
 namespace tessel {
@@ -25,9 +26,21 @@ QPalette darkPalette() {
     return palette;
 }
 
+QPalette highContrastPalette() {
+    QPalette palette(Qt::black, Qt::black);
+    palette.setColor(QPalette::Base, Qt::black);
+    palette.setColor(QPalette::AlternateBase, Qt::black);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText,
+                            QPalette::PlaceholderText})
+        palette.setColor(role, Qt::white);
+    palette.setColor(QPalette::Highlight, Qt::yellow);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    return palette;
+}
+
 }  // namespace
 
-Pictures::Pictures(QWidget& window, std::filesystem::path folder) :
+Pictures::Pictures(ContentView& window, std::filesystem::path folder) :
     window(window),
     folder(std::move(folder)) {
     std::filesystem::create_directories(this->folder);
@@ -36,16 +49,28 @@ Pictures::Pictures(QWidget& window, std::filesystem::path folder) :
 void Pictures::take(const QString& stage) const {
     const auto usualSize = window.size();
     const auto usualPalette = QApplication::palette();
-    const std::pair<const char*, QPalette> palettes[] = {{"light", usualPalette}, {"dark", darkPalette()}};
+    const std::pair<QString, QPalette> palettes[] = {
+        {"light", usualPalette}, {"dark", darkPalette()}, {"high-contrast", highContrastPalette()}};
+    std::map<QScrollBar*, int> scrollPositions;
+    for (auto* bar : window.findChildren<QScrollBar*>())
+        scrollPositions[bar] = bar->value();
+    const auto returnToUsualSize = [&] {
+        window.fitInto(largeScreen);
+        window.resize(usualSize);
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        for (const auto [bar, position] : scrollPositions)
+            bar->setValue(position);
+    };
     for (const auto& [name, palette] : palettes) {
         QApplication::setPalette(palette);
-        window.resize(usualSize);
         save(stage + "-" + name);
         window.resize(window.minimumSize());
         save(stage + "-" + name + "-minimum");
+        window.fitInto(smallScreen);
+        save(stage + "-" + name + "-small-screen");
+        returnToUsualSize();
     }
     QApplication::setPalette(usualPalette);
-    window.resize(usualSize);
 }
 
 void Pictures::save(const QString& name) const {

@@ -1,24 +1,29 @@
 #pragma once
 
 #include <QString>
-#include <QWidget>
 #include <filesystem>
+
+#include "app/ContentView.h"
 
 namespace tessel {
 
-/// Saves pictures of the window and of the dialogs above it, in light and dark colours, each at the window's
-/// current size and at its smallest.
+/// Saves pictures of the window and of the dialogs above it, in light, dark and high-contrast colours, each
+/// at the window's current size, at its smallest, and on the smallest screen that has room for all of it.
 class Pictures {
   public:
+    /// The screens that it is shown on; both are in device-independent pixels.
+    static constexpr QSize largeScreen{1920, 1080};
+    static constexpr QSize smallScreen{812, 608};
+
     /// Creates the folder if it is missing. Pictures replace earlier ones of the same name.
-    Pictures(QWidget& window, std::filesystem::path folder);
+    Pictures(ContentView& window, std::filesystem::path folder);
 
     void take(const QString& stage) const;
 
   private:
     void save(const QString& name) const;
 
-    QWidget& window;
+    ContentView& window;
     std::filesystem::path folder;
 };
 

@@ -88,7 +88,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
                     (readerFolder / usbReaderCard).c_str());
         return application.run(terminationSignal);
     }
-    application.window().fitInto({1920, 1080});
+    application.window().fitInto(Pictures::largeScreen);
     std::optional<int> status;
     auto performance = startTask(application.mainThread(), play(application, stage, image, status));
     application.run(terminationSignal);
