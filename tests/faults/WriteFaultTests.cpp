@@ -155,9 +155,13 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
 TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
     const auto rows = readRows();
     ASSERT_GE(rows.size(), 200U);
+    int leftOut = 0;
     for (size_t i = GetParam(); i < rows.size(); i += 4) {
         const auto& row = rows[i];
-        if (row.isOfBlockDevice() && !LoopDevice::isAvailable()) continue;
+        if (row.isOfBlockDevice() && !LoopDevice::isAvailable()) {
+            ++leftOut;
+            continue;
+        }
         SCOPED_TRACE(row.call + " | " + row.when + " | " + row.fault);
         behaveWell();
         const auto openBefore = openDescriptors();
@@ -180,6 +184,7 @@ TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
         expectNothingLeft(openBefore);
         expectTruth();
     }
+    if (leftOut > 0) GTEST_SKIP() << "needs loop devices for " << leftOut << " of its rows";
 }
 
 INSTANTIATE_TEST_SUITE_P(Quarters, WriteFaultTests, testing::Range(size_t{0}, size_t{4}));

@@ -19,7 +19,7 @@ class HostileSystemTests : public MountedDiskTest {
         MountedDiskTest::SetUp();
         if (IsSkipped()) return;
         startUDisks();
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     }
 
     /// Writes two chunks and lets something happen between them.

@@ -31,7 +31,7 @@ FileDescriptor openReadWrite(const std::filesystem::path& path) {
 class LinuxAuthorizationTests : public testing::Test {
   protected:
     void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
         const auto file = folder.write("medium", "");
         std::filesystem::resize_file(file, mediumSizeInBytes);
         loop.emplace(LoopDevice::Options{.file = file});

@@ -68,7 +68,7 @@ inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags
 class LinuxProgramsTest : public testing::Test {
   protected:
     void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
         std::filesystem::resize_file(folder.write("medium", ""), mediumSizeInBytes);
         loop.emplace(LoopDevice::Options{.file = folder.path() / "medium"});
         number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
@@ -92,7 +92,7 @@ class LinuxProgramsTest : public testing::Test {
         bus.emplace(std::vector<std::string>{"sh", "-c",
                                              "exec dbus-daemon --nofork --nopidfile --config-file=" +
                                                  configuration.string() + " 2>/dev/null"});
-        if (!appears(socket)) GTEST_SKIP() << "dbus-daemon is missing";
+        if (!appears(socket)) GTEST_SKIP() << "needs dbus-daemon";
     }
 
     void startUDisks(const std::string& moreKeys = "", std::optional<uint64_t> knownNumber = {}) {
@@ -169,9 +169,9 @@ class MountedDiskTest : public LinuxProgramsTest {
         LinuxProgramsTest::SetUp();
         if (IsSkipped()) return;
         if (unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            GTEST_SKIP() << "this user may not mount";
+            GTEST_SKIP() << "needs mounts of its own";
         const auto format = "mke2fs -q -F " + loop->path().string();
-        if (std::system(format.c_str()) != 0) GTEST_SKIP() << "mke2fs is missing";
+        if (std::system(format.c_str()) != 0) GTEST_SKIP() << "needs mke2fs";
         for (const char* place : {"/media", "/run"})
             ASSERT_EQ(::mount("tmpfs", place, "tmpfs", 0, nullptr), 0);
     }
@@ -191,7 +191,7 @@ class MountedDiskTest : public LinuxProgramsTest {
     void mountWith(const std::string& options, const std::string& moreKeys = "") {
         mount(options);
         startUDisks("mounted at=" + std::string(mountPoint) + "\n" + moreKeys);
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     }
     bool isMounted() const { return contentOf("/proc/self/mountinfo").find(mountPoint) != std::string::npos; }
     UtilityRun unmount() const { return diskutil({"unmountDisk", "force", "/dev/" + identifier}); }

@@ -35,7 +35,7 @@ TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
 
 TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
     startUDisks();
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     const UtilityRun run = authopen();
     ASSERT_EQ(run.received.outcome, ReceivedDescriptor::Outcome::received) << run.errors;
     EXPECT_EQ(run.status, 0);
@@ -68,7 +68,7 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
     };
     for (const auto& [error, message, sentence] : refusals) {
         startUDisks("open=" + std::string(error) + "\nmessage=" + message + "\n");
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
         const UtilityRun run = authopen();
         EXPECT_EQ(run.status, 1);
         const std::string text = run.errors.substr(0, run.errors.find_last_not_of('\n') + 1);
@@ -105,7 +105,7 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     } cases[] = {{"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}};
     for (const auto& [error, status] : cases) {
         startUDisks("eject=" + std::string(error) + "\nmessage=no\n");
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
         EXPECT_EQ(diskutil({"eject", "/dev/" + identifier}).status, status) << error;
         EXPECT_THAT(calls(), Contains("eject " + loop->path().filename().string()));
     }
@@ -113,7 +113,7 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
 
 TEST_F(LinuxProgramsTests, aLoopDeviceOrALockedRangeProtectsWhatItLiesOn) {
     startUDisks();
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     {
         const LoopDevice above({.file = loop->path()});
         EXPECT_FALSE(info().isWritable);
@@ -135,7 +135,7 @@ TEST_F(MountedDiskTests, whatAContainerMountedIsProtected) {
     while (!isEntered())
         std::this_thread::yield();
     startUDisks("mounted at=" + std::string(mountPoint) + "\n");
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     for (int attempt = 1; attempt <= 2; ++attempt) {
         const UtilityRun run = unmount();
         EXPECT_EQ(run.status, 1);
@@ -152,7 +152,7 @@ TEST_F(MountedDiskTests, aFileThatSwapsProtectsItsDisk) {
     const auto format = "dd if=/dev/zero of=" + file + " bs=1M count=4 status=none && chmod 600 " + file +
                         " && mkswap " + file + " >/dev/null";
     ASSERT_EQ(std::system(format.c_str()), 0);
-    if (swapon(file.c_str(), 0) != 0) GTEST_SKIP() << "this user may not swap";
+    if (swapon(file.c_str(), 0) != 0) GTEST_SKIP() << "needs swap files";
     EXPECT_THAT(unmount().errors, HasSubstr("it is used as swap space"));
     EXPECT_EQ(swapoff(file.c_str()), 0);
 }

@@ -15,14 +15,14 @@ class RealUDisksTests : public MountedDiskTest {
     void SetUp() override {
         MountedDiskTest::SetUp();
         if (IsSkipped()) return;
-        if (!std::filesystem::exists(daemon)) GTEST_SKIP() << "UDisks2 is not installed";
+        if (!std::filesystem::exists(daemon)) GTEST_SKIP() << "needs UDisks2";
         ASSERT_EQ(::mount("tmpfs", "/var/lib", "tmpfs", 0, nullptr), 0);
         std::filesystem::create_directories("/var/lib/udisks2");
         describeInDatabase();
         udisks.emplace(std::vector<std::string>{"sh", "-c", std::string("exec ") + daemon + " 2>/dev/null"});
         for (int attempt = 0; attempt < 30 && diskutil({"list", "-plist"}).status != 0; ++attempt)
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "the system runs from no disk";
+        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     }
     void TearDown() override {
         MountedDiskTest::TearDown();

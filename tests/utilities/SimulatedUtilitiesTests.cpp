@@ -76,7 +76,7 @@ TEST_F(SimulatedUtilitiesTests, nothingButTheKnownCommandsForWholeDisksIsAnswere
 }
 
 TEST_F(SimulatedUtilitiesTests, aCardIsOpenedExclusivelyWhereItIsABlockDevice) {
-    if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+    if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
     UtilityRun first = authopen();
     ASSERT_EQ(first.received.outcome, Outcome::received) << first.errors;
     const UtilityRun second = authopen();

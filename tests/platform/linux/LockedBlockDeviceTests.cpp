@@ -17,7 +17,7 @@ namespace tessel {
 class LockedBlockDeviceTests : public testing::Test {
   protected:
     void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "this user may not attach loop devices";
+        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
     }
 
     std::filesystem::path mediumFile(const std::string& name) const {

@@ -27,7 +27,7 @@ class StalledImageTests : public testing::Test {
   protected:
     void SetUp() override {
         if (geteuid() != 0 || access("/dev/fuse", R_OK | W_OK) != 0)
-            GTEST_SKIP() << "mounting a file system of one's own takes root and FUSE";
+            GTEST_SKIP() << "needs FUSE";
     }
 
     void mountImage(uint64_t stallsFrom) {
