@@ -1,4 +1,3 @@
-#include "app/StatusTexts.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/Switch.h"
@@ -11,24 +10,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
 using testing::Not;
-
-/// Counts the turns in which the window asked to be shown anew.
-class RenderCounter : public QObject {
-  public:
-    explicit RenderCounter(QWidget& window) { window.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::MetaCall) ++renders;
-        return false;
-    }
-    int rendersUntilQuiet() {
-        renders = 0;
-        QTest::qWait(20);
-        return renders;
-    }
-
-  private:
-    int renders = 0;
-};
 
 class ContentViewTests : public WindowTest {
   protected:
@@ -45,13 +26,6 @@ constexpr auto noDetails =
     "Select a row to make Disk Details available. Details remain collapsed until opened explicitly.";
 
 }  // namespace
-
-TEST_F(ContentViewTests, percentagesAreRoundedHalfAwayFromZero) {
-    const std::pair<double, const char*> percentages[] = {
-        {0.004, "0%"}, {0.005, "1%"}, {0.424, "42%"}, {0.995, "100%"}, {1.0, "100%"}};
-    for (const auto& [fraction, text] : percentages)
-        EXPECT_EQ(percentText(fraction).toStdString(), text);
-}
 
 TEST_F(ContentViewTests, hidesWhatIsNoCardUnlessAsked) {
     open();
@@ -95,26 +69,6 @@ TEST_F(ContentViewTests, keepsInspectingTheSameDiskElseTheTargetElseNone) {
     EXPECT_EQ(inspected(), "disk4");
 }
 
-TEST_F(ContentViewTests, isShownAnewOncePerTurn) {
-    openReady();
-    RenderCounter counter(window());
-    viewModel().setVerifyAfterWrite(false);
-    viewModel().selectDisk("disk5");
-    viewModel().selectDisk("disk4");
-    viewModel().clearLog();
-    EXPECT_EQ(counter.rendersUntilQuiet(), 1);
-    viewModel().setVerifyAfterWrite(false);
-    EXPECT_EQ(counter.rendersUntilQuiet(), 0);
-}
-
-TEST_F(ContentViewTests, scansOnceHoweverOftenItIsShown) {
-    open();
-    window().hide();
-    window().show();
-    QTest::qWait(20);
-    EXPECT_THAT(log(), Contains("Scanning every whole disk visible to Linux.").Times(1));
-}
-
 TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
     open();
     auto& refresh = button("Refresh Disks");
@@ -146,16 +100,6 @@ TEST_F(ContentViewTests, aRunningWriteSaysHowFarItIsAndHowFastItGoes) {
     untilIdle();
     EXPECT_EQ(window().windowTitle(), "Velmora Tessel");
     EXPECT_THAT(texts(), Not(Contains(testing::HasSubstr("/s · "))));
-}
-
-TEST_F(ContentViewTests, clearEmptiesTheLog) {
-    open();
-    EXPECT_THAT(texts(), Contains("6 entries"));
-    click(button("Clear"));
-    QTest::qWait(1);
-    EXPECT_THAT(log(), ElementsAre("No operation messages yet."));
-    EXPECT_THAT(texts(), Contains("0 entries"));
-    EXPECT_FALSE(button("Clear").isEnabled());
 }
 
 }  // namespace tessel

@@ -87,27 +87,6 @@ TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
     EXPECT_THAT(deeds(), ElementsAre());
 }
 
-TEST_F(StopAndCloseTests, thereIsAStopButtonDuringWritesOnlyAndItDoesNotStopAnEject) {
-    reader.setBehaviour("disk4", {.delays = {{"info", 0.2}, {"eject", 1}}});
-    openReady();
-    EXPECT_FALSE(hasButton("Stop"));
-    click(button("Refresh Disks"));
-    until([this] { return badge() == "Scanning Disks"; });
-    EXPECT_EQ(badgeTone(), Tone::blue);
-    EXPECT_FALSE(hasButton("Stop"));
-    untilIdle();
-    click(button("Write Disk Image"));
-    click(button("Erase and Write to disk4"));
-    until([this] { return viewModel().writePhaseTitle() == "Ejecting SD Card"; });
-    QTest::qWait(1);
-    EXPECT_FALSE(button("Stop").isEnabled());
-    EXPECT_EQ(button("Stop").toolTip(), "The operation is ejecting and can no longer be interrupted safely.");
-    click(button("Stop"));
-    untilIdle();
-    EXPECT_EQ(badge(), "Image written and verified");
-    EXPECT_FALSE(hasButton("Stop"));
-}
-
 TEST_F(StopAndCloseTests, closingDuringAWriteAsksAndMayGoOn) {
     openWriting();
     closeAndAnswer("Continue Writing");
@@ -178,13 +157,6 @@ TEST_F(StopAndCloseTests, closingDuringTheEjectWaitsAndTellsHowTheWriteEnded) {
         click(button("Done"));
         until([this] { return !window().isVisible(); });
     }
-}
-
-TEST_F(StopAndCloseTests, aRequestToEndAsksNobody) {
-    openWriting();
-    window().closeWhenWriteEnds();
-    EXPECT_FALSE(alert());
-    expectEndAfterEject();
 }
 
 TEST_F(StopAndCloseTests, thePanelClosesWithTheWindow) {

@@ -107,22 +107,6 @@ TEST_F(WholeWriteTests, withTheKeyboardAlone) {
     expectCardHoldsImage();
 }
 
-TEST_F(WholeWriteTests, withoutVerifying) {
-    openReady();
-    auto& verify = control<QAbstractButton>("Verify the written image with SHA-256");
-    EXPECT_TRUE(verify.isChecked());
-    click(verify);
-    click(button("Write Disk Image"));
-    EXPECT_THAT(textsIn(*alert()), Contains(testing::HasSubstr("SHA-256 verification is disabled.")));
-    click(button("Erase and Write to disk4"));
-    untilSafeToRemove();
-    EXPECT_EQ(badge(), "Image written");
-    EXPECT_THAT(textsIn(*alert()), Contains("The disk image was written successfully. Linux has ejected the "
-                                            "SD card, so it is now safe to physically remove it."));
-    EXPECT_THAT(log(), Contains("The disk image was written and the SD card was ejected."));
-    expectCardHoldsImage();
-}
-
 TEST_F(WholeWriteTests, theTabKeyFollowsTheEye) {
     openReady();
     clickRow("disk5");

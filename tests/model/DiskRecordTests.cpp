@@ -4,27 +4,6 @@
 
 namespace tessel {
 
-TEST(DiskRecordTests, aDiskIsSummedUpInWords) {
-    SDWholeDisk disk = {.id = "disk4", .mediaName = "SD Card Reader", .deviceLocation = "External"};
-    EXPECT_EQ(disk.displaySummary(), "SD Card Reader · Unknown size · disk4");
-    EXPECT_EQ(disk.capabilitySummary(),
-              "External · Virtual or unavailable · Read-only or unknown · Details unavailable");
-    EXPECT_EQ(disk.partitionSchemeText(), "Unknown partition map");
-    EXPECT_EQ(disk.partitionCountText(), "No partitions reported");
-
-    disk.sizeBytes = 31'914'983'424;
-    disk.partitionScheme = " FDisk_partition_scheme\n";
-    disk.partitions.resize(1);
-    disk.isPhysical = disk.isWritable = disk.isRemovable = disk.isEjectable = disk.hasDetailedInfo = true;
-    EXPECT_EQ(disk.displaySummary(), "SD Card Reader · 31.91 GB · disk4");
-    EXPECT_EQ(disk.capabilitySummary(), "External · Physical · Writable · Removable · Ejectable");
-    EXPECT_EQ(disk.partitionSchemeText(), "FDisk_partition_scheme");
-    EXPECT_EQ(disk.partitionCountText(), "1 partition");
-
-    disk.partitions.resize(3);
-    EXPECT_EQ(disk.partitionCountText(), "3 partitions");
-}
-
 TEST(DiskRecordTests, theReportedLocationWinsOverTheFlag) {
     const struct {
         const char* reported;

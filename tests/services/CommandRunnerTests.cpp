@@ -151,34 +151,6 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
     unsetenv("TESSEL_REPLACED");
 }
 
-TEST_F(CommandRunnerTests, aFailureIsSeenEvenWhereTheParentIgnoredItsChildren) {
-    const auto previous = signal(SIGCHLD, SIG_IGN);
-    EXPECT_EQ(runShell("sleep 0.1; exit 3").status, 3);
-    signal(SIGCHLD, previous);
-}
-
-TEST_F(CommandRunnerTests, aProgramThatCannotBeStartedIsAnError) {
-    const TemporaryFolder folder;
-    const auto unknownFormat = folder.writeScript("unknown-format", "");
-    folder.write("unknown-format", "no program");
-    const std::pair<std::filesystem::path, int> cases[] = {
-        {folder.path() / "missing", ENOENT},
-        {folder.write("not-executable", "#!/bin/sh\n"), EACCES},
-        {folder.path(), EACCES},
-        {unknownFormat, ENOEXEC},
-    };
-    for (const auto& [program, code] : cases) {
-        try {
-            run({.executable = program});
-            ADD_FAILURE() << program << " was started";
-        } catch (const PlatformError& error) {
-            EXPECT_EQ(error.code(), code);
-            EXPECT_EQ(error.localizedDescription(),
-                      "“" + program.string() + "” could not be started: " + systemErrorText(code) + ".");
-        }
-    }
-}
-
 TEST_F(CommandRunnerTests, theWordsOfAFailedCommand) {
     const struct {
         const char* output;

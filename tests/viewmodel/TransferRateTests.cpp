@@ -102,20 +102,4 @@ TEST(TransferRateTests, isRightToWithinAQuarterAfterATenthOfASteadyPhase) {
     }
 }
 
-TEST(TransferRateTests, saysNothingOfPhasesThatCountNoBytesAndBeginsAnewInTheNext) {
-    TransferRate rate;
-    const auto noteAt = [&](int seconds, ImageWriteProgress report) {
-        rate.note(report, TransferRate::TimePoint(std::chrono::seconds(seconds)));
-        return rate.text();
-    };
-    using enum ImageWritePhase;
-    noteAt(0, {writingImage, 0, 400'000'000});
-    EXPECT_EQ(noteAt(1, {writingImage, 10'000'000, 400'000'000}), "");
-    EXPECT_EQ(noteAt(2, {writingImage, 20'000'000, 400'000'000}), "10 MB/s · less than a minute left");
-    EXPECT_EQ(noteAt(3, {synchronizing, 400'000'000, 400'000'000}), "");
-    EXPECT_EQ(noteAt(60, {verifyingImage, 0, 400'000'000}), "");
-    EXPECT_EQ(noteAt(61, {verifyingImage, 20'000'000, 400'000'000}), "");
-    EXPECT_EQ(noteAt(62, {verifyingImage, 40'000'000, 400'000'000}), "20 MB/s · less than a minute left");
-}
-
 }  // namespace tessel

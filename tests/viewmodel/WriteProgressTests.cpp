@@ -90,19 +90,4 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     runUntilIdle();
 }
 
-TEST_F(WriteProgressTests, joinsTheLogAsItGrowsAndWhenItWasCleared) {
-    choose(std::nullopt);
-    const auto line = viewModel->logText();
-    EXPECT_THAT(line, testing::EndsWith("] Image selection was cancelled."));
-    choose(std::nullopt);
-    EXPECT_THAT(viewModel->logText(), testing::MatchesRegex(".*cancelled\\.\n\\[.*cancelled\\."));
-
-    viewModel->clearLog();
-    choose(folder.path());
-    choose(folder.path());
-    EXPECT_THAT(viewModel->logText(), testing::Not(testing::HasSubstr("cancelled")));
-    viewModel->clearLog();
-    EXPECT_EQ(viewModel->logText(), "No operation messages yet.");
-}
-
 }  // namespace tessel

@@ -133,29 +133,6 @@ TEST_F(AuthorizedRawDiskTests, onlyACompleteAnswerOpensTheDevice) {
     }
 }
 
-TEST_F(AuthorizedRawDiskTests, theUtilitysWordsDecideInThisOrder) {
-    const struct {
-        const char* text;
-        std::string message;
-    } cases[] = {
-        {"authopen: User Canceled.", cancelled},
-        {"user cancelled", cancelled},
-        {"AUTHORIZATION CANCELED", cancelled},
-        {"Authorization cancelled (-60006)", cancelled},
-        {"Authorization Denied", cancelled},
-        {"permission denied: authorization denied", cancelled},
-        {"open: Operation Not Permitted", denied},
-        {"/dev/rdisk4: Permission denied", denied},
-        {"Resource busy, then permission denied", denied},
-        {"open: Resource Busy", busy},
-        {"DEVICE BUSY", busy},
-        {"device is busy", "The authorized raw-device open failed: device is busy"},
-        {"Éteint\nENXIO", "The authorized raw-device open failed: Éteint\nENXIO"},
-    };
-    for (const auto& [text, message] : cases)
-        EXPECT_EQ(failureOf([words = text] { throwAuthorizationFailure(words); }), message) << text;
-}
-
 TEST_F(AuthorizedRawDiskTests, aUtilityThatCannotBeStarted) {
     const TemporaryFolder folder;
     const auto unknownFormat = folder.writeScript("unknown-format", "");

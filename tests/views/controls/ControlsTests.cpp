@@ -46,29 +46,4 @@ TEST(InfoRowTests, aLongValueIsShortenedInTheMiddleAndCopiedWhole) {
     EXPECT_EQ(value->focusPolicy(), Qt::ClickFocus);
 }
 
-TEST(ElidedLabelTests, keepsItsWholeTextAndNeverReadsMarkup) {
-    ElidedLabel label({}, Qt::ElideRight);
-    label.setText("<b>A medium with a name that is too long for its cell</b>");
-    label.resize(80, 20);
-    EXPECT_TRUE(label.isElided());
-    EXPECT_LT(label.minimumSizeHint().width(), 80);
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name), label.text());
-    EXPECT_TRUE(plainToolTip(label.text()).contains("&lt;b&gt;"));
-    label.resize(2000, 20);
-    EXPECT_FALSE(label.isElided());
-}
-
-TEST(SwitchTests, mouseAndKeyboardToggleItAndScreenReadersHearACheckBox) {
-    Switch toggle("Show All Disks", Switch::Size::small);
-    toggle.resize(toggle.sizeHint());
-    toggle.show();
-    QTest::mouseClick(&toggle, Qt::LeftButton, {}, {toggle.width() - 2, toggle.height() / 2});
-    EXPECT_TRUE(toggle.isChecked());
-    QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(&toggle);
-    EXPECT_EQ(heard->role(), QAccessible::CheckBox);
-    EXPECT_TRUE(heard->state().checked);
-    QTest::keyClick(&toggle, Qt::Key_Space);
-    EXPECT_FALSE(toggle.isChecked());
-}
-
 }  // namespace tessel

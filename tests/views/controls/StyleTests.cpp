@@ -77,39 +77,4 @@ TEST(StyleTests, everyToneCanBeReadOnEveryBackgroundOfEveryDesktop) {
     }
 }
 
-TEST(StyleTests, aLabelFollowsThePalette) {
-    TextLabel label("Ready", {.tone = Tone::green});
-    label.show();
-    const QColor before = label.palette().color(QPalette::WindowText);
-    const DesktopPalette dark(desktops[1]);
-    QCoreApplication::processEvents();
-    const QColor after = label.palette().color(QPalette::WindowText);
-    EXPECT_NE(after, before);
-    EXPECT_EQ(after, currentColors().green);
-}
-
-TEST(SymbolTests, everyDrawingIsPaintedInItsColourAtEveryScale) {
-    const QStringList drawings = QDir(":/symbols").entryList();
-    EXPECT_EQ(drawings.size(), 26);
-    for (const QString& drawing : drawings) {
-        const QString name = drawing.chopped(4);
-        for (const double ratio : {1.0, 1.5, 2.0}) {
-            const QImage image = symbolPixmap(name, 16, Qt::red, ratio).toImage();
-            ASSERT_EQ(image.width(), static_cast<int>(16 * ratio)) << name.toStdString();
-            int inked = 0;
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    const QColor pixel = image.pixelColor(x, y);
-                    inked += pixel.alpha() > 127 ? 1 : 0;
-                    EXPECT_TRUE(pixel.alpha() < 32 || pixel.red() > 240) << name.toStdString();
-                }
-            }
-            const double share = static_cast<double>(inked) / (image.width() * image.height());
-            EXPECT_GT(share, 0.04) << name.toStdString();
-            EXPECT_LT(share, 0.8) << name.toStdString();
-        }
-    }
-    EXPECT_TRUE(symbolPixmap("no.such.symbol", 16, Qt::red, 1).isNull());
-}
-
 }  // namespace tessel

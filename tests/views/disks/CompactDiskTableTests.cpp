@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QRadioButton>
 #include <QTest>
 #include <QVBoxLayout>
@@ -89,48 +88,7 @@ std::vector<SDWholeDisk> manyCards(int count) {
     return disks;
 }
 
-QAccessibleInterface& accessible(QWidget& widget) {
-    return *QAccessible::queryAccessibleInterface(&widget);
-}
-
 }  // namespace
-
-TEST_F(CompactDiskTableTests, onlyTheRadioControlChoosesAndAClickElsewhereInspects) {
-    show({sampleCard("disk4"), sampleCard("disk5")});
-    QTest::mouseClick(&row("disk5"), Qt::LeftButton, {}, {300, 25});
-    EXPECT_EQ(inspected, Identifiers{"disk5"});
-    EXPECT_EQ(selected, Identifiers{});
-    clickTarget("disk4");
-    EXPECT_EQ(inspected, Identifiers{"disk5"});
-    EXPECT_EQ(selected, Identifiers{"disk4"});
-    EXPECT_TRUE(row("disk4").fields().isSelectedTarget);
-}
-
-TEST_F(CompactDiskTableTests, aProtectedDiskHasALockThatInspects) {
-    show({sampleFixedDisk("disk0")});
-    EXPECT_TRUE(shownWidgets<QRadioButton>(*table).empty());
-    EXPECT_EQ(shownWidgets<DiskTargetSelector>(*table).front()->toolTip(), "disk0 is always protected.");
-    clickTarget("disk0");
-    EXPECT_EQ(inspected, Identifiers{"disk0"});
-    row("disk0").setFocus();
-    press(Qt::Key_Space);
-    EXPECT_EQ(selected, Identifiers{});
-}
-
-TEST_F(CompactDiskTableTests, whileBusyNothingCanBeChosenButEverythingInspected) {
-    fields.isBusy = true;
-    show({sampleCard("disk4")});
-    clickTarget("disk4");
-    row("disk4").setFocus();
-    press(Qt::Key_Space);
-    EXPECT_EQ(selected, Identifiers{});
-    QTest::mouseClick(&row("disk4"), Qt::LeftButton, {}, {300, 25});
-    EXPECT_EQ(inspected.back(), "disk4");
-    fields.isBusy = false;
-    redraw();
-    press(Qt::Key_Space);
-    EXPECT_EQ(selected, Identifiers{"disk4"});
-}
 
 TEST_F(CompactDiskTableTests, theRadioControlNeverChangesByItself) {
     show({sampleCard("disk4"), sampleCard("disk5")});
@@ -158,14 +116,6 @@ TEST_F(CompactDiskTableTests, headingsAskForTheirFieldAndSayTheDirection) {
     redraw();
     EXPECT_EQ(headings[0]->accessibleName(), "Disk");
     EXPECT_EQ(headings[1]->accessibleName(), "Size, sorted descending");
-}
-
-TEST_F(CompactDiskTableTests, isAsHighAsItsRowsUpToSix) {
-    for (const auto& [disks, height] : {std::pair{0, 85}, {1, 85}, {3, 185}, {6, 335}, {7, 335}}) {
-        fields.disks = manyCards(disks);
-        redraw();
-        EXPECT_EQ(table->height(), height) << disks;
-    }
 }
 
 TEST_F(CompactDiskTableTests, keysMoveAndInspectAndScroll) {
@@ -209,16 +159,6 @@ TEST_F(CompactDiskTableTests, allRowsAreOneTabStopAfterTheHeadings) {
     EXPECT_EQ(focusedID(), "disk3");
 }
 
-TEST_F(CompactDiskTableTests, rowsAreKeptByIdentifier) {
-    show({sampleCard("disk4"), sampleCard("disk5")});
-    const CompactDiskRow* kept = &row("disk5");
-    fields.disks = {sampleCard("disk5", "SDHC", 0), sampleCard("disk6")};
-    redraw();
-    EXPECT_EQ(&row("disk5"), kept);
-    EXPECT_EQ(kept->y(), 0);
-    EXPECT_THROW(row("disk4"), std::out_of_range);
-}
-
 TEST_F(CompactDiskTableTests, aRowMayVanishInItsOwnClickAndTheFocusStaysInTheTable) {
     show({sampleCard("disk4"), sampleCard("disk5")});
     row("disk4").setFocus();
@@ -230,35 +170,6 @@ TEST_F(CompactDiskTableTests, aRowMayVanishInItsOwnClickAndTheFocusStaysInTheTab
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(focusedID(), "disk5");
     EXPECT_EQ(shownWidgets<CompactDiskRow>(*table).size(), 1u);
-}
-
-TEST_F(CompactDiskTableTests, screenReadersHearNamesRolesAndStates) {
-    fields.selectedTargetID = "disk4";
-    fields.inspectedDiskID = "disk5";
-    show({sampleCard("disk4"), sampleCard("disk5"), sampleFixedDisk("disk0")});
-    struct Case {
-        std::string id;
-        QString name;
-        bool isChecked;
-    };
-    const Case cases[]{
-        {"disk4", "Selected SD-card target SDXC Reader · 32 GB · disk4", true},
-        {"disk5", "Select SDXC Reader · 32 GB · disk5 as the SD-card target", false},
-    };
-    for (const Case& one : cases) {
-        QAccessibleInterface& radio = accessible(*shownWidgets<QRadioButton>(row(one.id)).front());
-        EXPECT_EQ(radio.role(), QAccessible::RadioButton);
-        EXPECT_EQ(radio.text(QAccessible::Name), one.name);
-        EXPECT_EQ(radio.state().checked, one.isChecked);
-        EXPECT_EQ(accessible(row(one.id)).text(QAccessible::Name), one.name);
-    }
-    EXPECT_EQ(accessible(row("disk0")).text(QAccessible::Name),
-              "Protected disk Fast NVMe Disk · 1 TB · disk0");
-    EXPECT_EQ(accessible(row("disk5")).role(), QAccessible::ListItem);
-    EXPECT_TRUE(accessible(row("disk4")).state().selected);
-    EXPECT_FALSE(accessible(row("disk5")).state().selected);
-    EXPECT_FALSE(accessible(row("disk0")).state().selectable);
-    EXPECT_EQ(accessible(*row("disk4").parentWidget()).role(), QAccessible::List);
 }
 
 }  // namespace tessel

@@ -155,19 +155,6 @@ TEST_F(OperationLogViewTests, aPausedViewKeepsItsPlaceHoweverLinesWrap) {
     EXPECT_TRUE(resumes());
 }
 
-TEST_F(OperationLogViewTests, aHeldButtonKeepsThePauseWhichCountsFromItsRelease) {
-    for (const QWidget* part : {view.viewport(), static_cast<QWidget*>(&scroller())}) {
-        press(*part);
-        QTest::qWait(static_cast<int>((3 * pause).count()));
-        EXPECT_FALSE(view.isFollowingLatest());
-        QElapsedTimer idle;
-        idle.start();
-        release(*part);
-        EXPECT_TRUE(resumes());
-        EXPECT_GE(idle.elapsed(), pause.count());
-    }
-}
-
 TEST_F(OperationLogViewTests, otherMouseButtonsDoNotPause) {
     for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
         press(*view.viewport(), button);
@@ -176,44 +163,6 @@ TEST_F(OperationLogViewTests, otherMouseButtonsDoNotPause) {
         EXPECT_TRUE(view.isFollowingLatest());
         if (auto* menu = QApplication::activePopupWidget()) menu->close();
     }
-}
-
-TEST_F(OperationLogViewTests, aMenuThatTakesTheReleaseDoesNotPauseForever) {
-    press(*view.viewport());
-    QMenu menu(&view);
-    menu.popup({});
-    QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton, {}, {-50, -50});
-    menu.close();
-    EXPECT_FALSE(view.isFollowingLatest());
-    EXPECT_TRUE(resumes());
-}
-
-TEST_F(OperationLogViewTests, anInteractionCancelsAPendingScroll) {
-    view.setLog(linesUpTo(200), 200);
-    wheelUp(*view.viewport());
-    const int place = scroller().value();
-    letPendingScrollsHappen();
-    EXPECT_EQ(scroller().value(), place);
-}
-
-TEST_F(OperationLogViewTests, scrollsOnlyForAnotherTextOrCount) {
-    scroller().setValue(0);
-    view.setLog(linesUpTo(100), 100);
-    letPendingScrollsHappen();
-    EXPECT_EQ(scroller().value(), 0);
-
-    view.setLog(linesUpTo(100), 1);
-    letPendingScrollsHappen();
-    EXPECT_TRUE(isAtEnd());
-}
-
-TEST_F(OperationLogViewTests, growthTouchesNothingThatIsShownAlready) {
-    const int end = view.document()->characterCount() - 1;
-    int firstTouched = -1;
-    QObject::connect(view.document(), &QTextDocument::contentsChange,
-                     [&](int position) { firstTouched = position; });
-    view.setLog(linesUpTo(102), 102);
-    EXPECT_EQ(firstTouched, end);
 }
 
 TEST_F(OperationLogViewTests, theSelectionSurvivesGrowthAndIsClampedByAReplacement) {
@@ -242,40 +191,6 @@ TEST_F(OperationLogViewTests, theSelectionSurvivesGrowthAndIsClampedByAReplaceme
         EXPECT_EQ(view.textCursor().anchor(), anchorInShorter);
         EXPECT_EQ(view.textCursor().position(), positionInShorter);
     }
-}
-
-TEST_F(OperationLogViewTests, aSelectionCanBeDraggedWhileTheLogGrows) {
-    QWidget& viewport = *view.viewport();
-    press(viewport);
-    const int anchor = view.textCursor().anchor();
-    view.setLog(linesUpTo(110), 110);
-    QTest::mouseMove(view.windowHandle(), inWindow(viewport) - QPoint(0, 60));
-    EXPECT_EQ(view.textCursor().anchor(), anchor);
-    EXPECT_LT(view.textCursor().position(), anchor);
-    release(viewport);
-    EXPECT_TRUE(resumes());
-}
-
-TEST_F(OperationLogViewTests, theKeyboardSelectsAndCopiesButNeverEdits) {
-    text = "Größe 32 GB · “Karte” 💾\nsecond";
-    view.setLog(text, 2);
-    type(Qt::Key_Home, Qt::ControlModifier);
-    type(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
-    view.setLog(text + "\nthird", 3);
-    type(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), text);
-    type(Qt::Key_X);
-    type(Qt::Key_Delete);
-    EXPECT_EQ(view.toPlainText().toStdString(), text + "\nthird");
-}
-
-TEST_F(OperationLogViewTests, aClosedViewLeavesNothingPending) {
-    {
-        OperationLogView shortLived(0ms);
-        shortLived.setLog("line", 1);
-        QTest::keyClick(&shortLived, Qt::Key_Home);
-    }
-    letPendingScrollsHappen();
 }
 
 }  // namespace tessel
