@@ -1,0 +1,166 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <set>
+
+#include "foundation/Errors.h"
+#include "tests/support/DescribedSystem.h"
+#include "utilities/linux/DiskProtection.h"
+#include "utilities/linux/LinuxAuthorization.h"
+#include "utilities/linux/LinuxDisks.h"
+
+namespace tessel {
+
+namespace {
+
+/// Grows computers at random: disks with partitions, what is stacked upon them, and what uses any of it.
+class RandomMachines {
+  public:
+    explicit RandomMachines(uint64_t seed) : random(seed) {}
+
+    Machine next() {
+        machine = {};
+        for (const char* disk : {"sda", "sdb", "mmcblk0"})
+            if (!rarely()) addDisk(disk, "/sys/devices/bus/block/");
+        for (const char* stacked : {"dm-0", "md0", "dm-1"})
+            if (random() % 3 == 0) stack(stacked);
+        for (auto& device : machine.devices)
+            use(device);
+        if (!rarely() && !machine.devices.empty()) machine.rootDevice = any().name;
+        return machine;
+    }
+
+  private:
+    bool rarely() { return random() % 12 == 0; }
+    BlockDevice& any() { return machine.devices[random() % machine.devices.size()]; }
+
+    void addDisk(const std::string& name, const std::string& folder) {
+        const uint64_t number = machine.devices.size() + 1;
+        machine.devices.push_back({.name = name,
+                                   .path = folder + name,
+                                   .sequenceNumber = rarely() ? 0 : number,
+                                   .sequenceNumberAfterwards = rarely() ? 99 : number,
+                                   .sizeBytes = rarely() ? uint64_t{0} : 1000,
+                                   .udisks = {.sequenceNumber = number}});
+        auto& disk = machine.devices.back().udisks;
+        if (rarely()) disk.sequenceNumber = rarely() ? std::optional<uint64_t>() : 98;
+        for (unsigned part = 1; part <= random() % 3; ++part) {
+            const auto partName = name + "p" + std::to_string(part);
+            machine.devices.push_back(
+                {.name = partName, .path = folder + name + "/" + partName, .partitionNumber = part});
+        }
+    }
+
+    void stack(const std::string& name) {
+        std::set<std::string> below;
+        for (auto count = random() % 3; count > 0 && !machine.devices.empty(); --count)
+            below.insert(any().name);
+        addDisk(name, "/sys/devices/virtual/block/");
+        for (auto& device : machine.devices) {
+            if (device.name == name) device.slaves.assign(below.begin(), below.end());
+            if (below.contains(device.name)) device.holders.push_back(name);
+        }
+    }
+
+    void use(BlockDevice& device) {
+        device.isSwap = rarely();
+        device.spansDisks = rarely();
+        device.isFileSystemActive = rarely();
+        device.isReadOnly = rarely();
+        device.isLocked = rarely();
+        if (rarely()) device.users = {"loop3"};
+        if (rarely()) device.udisks.fileSystem = "zfs_member";
+        static constexpr const char* targets[] = {"/", "/media/ada/CARD", "/run/media/ada/CARD", "/media",
+                                                  "/srv/media/x"};
+        while (rarely())
+            device.mounts.push_back({targets[random() % std::size(targets)], random() % 2 == 0});
+    }
+
+    std::mt19937_64 random;
+    Machine machine;
+};
+
+bool isHardware(const BlockDevice& device) {
+    return device.path.find("virtual") == std::string::npos;
+}
+
+/// Names a device and everything that lies upon it, however deep.
+std::set<std::string> everythingUpon(const Machine& machine, const BlockDevice& disk) {
+    std::set<std::string> names{disk.name};
+    for (size_t known = 0; known != names.size();) {
+        known = names.size();
+        for (const auto& device : machine.devices) {
+            const auto folder = device.path.substr(0, device.path.rfind('/'));
+            bool isUpon = names.contains(folder.substr(folder.rfind('/') + 1));
+            for (const auto& below : device.slaves)
+                isUpon = isUpon || names.contains(below);
+            if (isUpon) names.insert(device.name);
+        }
+    }
+    return names;
+}
+
+/// States the rule once more, from the disk upwards: which disks may be unmounted, opened and ejected.
+bool mayBeTouched(const Machine& machine, const BlockDevice& disk) {
+    bool isRootKnown = false;
+    for (const auto& other : machine.devices) {
+        isRootKnown |= isHardware(other) && everythingUpon(machine, other).contains(machine.rootDevice);
+    }
+    if (!isRootKnown || everythingUpon(machine, disk).contains(machine.rootDevice)) return false;
+    const auto number = disk.sequenceNumber;
+    if (number == 0 || disk.sequenceNumberAfterwards != number || disk.udisks.sequenceNumber != number)
+        return false;
+    for (const auto& part : machine.devices) {
+        if (&part != &disk && part.path.find(disk.path + "/") != 0) continue;
+        if (part.isSwap || part.spansDisks || !part.holders.empty() || !part.users.empty()) return false;
+        if (part.udisks.fileSystem == "zfs_member" || (part.isFileSystemActive && part.mounts.empty()))
+            return false;
+        for (const auto& mount : part.mounts)
+            if (!mount.isByUDisks || (mount.target.find("/media/") != 0 && mount.target.find("/run/") != 0))
+                return false;
+    }
+    return true;
+}
+
+/// Attempts an operation whose outcome does not matter, but what it did to the system.
+void attempt(auto operation) {
+    try {
+        operation();
+    } catch (const PlatformError&) {
+    }
+}
+
+}  // namespace
+
+/// TESSEL_POLICY_RECORDS says how many machines are tried, where the usual number does not suffice.
+TEST(MachinePropertyTests, nothingProtectedIsEverReachable) {
+    const char* wanted = std::getenv("TESSEL_POLICY_RECORDS");
+    const auto machines = wanted ? std::strtoull(wanted, nullptr, 10) : 20'000;
+    RandomMachines random(20'261'124);
+    uint64_t touchable = 0;
+    for (uint64_t number = 0; number < machines; ++number) {
+        const Machine machine = random.next();
+        for (const auto& disk : machine.devices) {
+            // What exists only in the kernel is refused as virtual.
+            if (disk.partitionNumber != 0 || !isHardware(disk)) continue;
+            SCOPED_TRACE("machine " + std::to_string(number) + ", " + disk.name);
+            const bool isTouchable = mayBeTouched(machine, disk);
+            touchable += isTouchable ? 1 : 0;
+            ASSERT_EQ(!protectionOf(machine, disk), isTouchable);
+            if (isTouchable) continue;
+            DescribedSystem system(machine);
+            system.readingTime = std::chrono::seconds(30);  // nothing is waited for
+            const auto identifier = identifierOf(machine, disk);
+            attempt([&] { LinuxDisks(system).unmount(identifier); });
+            attempt([&] { LinuxDisks(system).eject(identifier); });
+            attempt([&] { LinuxAuthorization(system).open(identifier); });
+            for (const auto& call : system.calls)
+                ASSERT_FALSE(call.ends_with(" " + disk.name) || call.find(" " + disk.name + "p") != call.npos)
+                    << call;
+        }
+    }
+    EXPECT_GT(touchable, machines / 20) << "too few to tell";
+}
+
+}  // namespace tessel
