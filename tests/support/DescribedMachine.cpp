@@ -76,10 +76,14 @@ BlockDevice deviceOf(const std::string& name, const Section& section, const std:
 }  // namespace
 
 DescribedMachine DescribedMachine::read(const std::filesystem::path& file) {
+    std::ifstream text(file);
+    return read(text);
+}
+
+DescribedMachine DescribedMachine::read(std::istream& text) {
     DescribedMachine described;
-    std::ifstream lines(file);
     std::string name;
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line; std::getline(text, line);) {
         if (line.empty() || line.starts_with('#')) continue;
         if (line.starts_with('[')) {
             name = line.substr(1, line.find(']') - 1);

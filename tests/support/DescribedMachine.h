@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <istream>
 #include <map>
 #include <string>
 
@@ -16,6 +17,8 @@ struct DescribedMachine {
     Machine machine;
     std::map<std::string, Section> sections;  ///< by the devices' names
 
+    /// Throws an exception where the text is no description.
+    static DescribedMachine read(std::istream& text);
     static DescribedMachine read(const std::filesystem::path& file);
 };
 

@@ -57,6 +57,7 @@ class RandomMachines {
         for (auto count = random() % 3; count > 0 && !machine.devices.empty(); --count)
             below.insert(any().name);
         addDisk(name, "/sys/devices/virtual/block/");
+        if (rarely()) any().slaves.push_back(name);  // in a circle, perhaps
         for (auto& device : machine.devices) {
             if (device.name == name) device.slaves.assign(below.begin(), below.end());
             if (below.contains(device.name)) device.holders.push_back(name);

@@ -28,15 +28,17 @@ bool isAmong(const std::vector<const BlockDevice*>& disks, const BlockDevice& di
     return std::ranges::find(disks, &disk) != disks.end();
 }
 
-/// Descends from a device to the physical disks below it.
-void collectDisksBelow(const Machine& machine, std::string_view name,
-                       std::vector<const BlockDevice*>& disks) {
+/// Descends from a device to everything below it. Readings of several moments may contradict each other, and
+/// even lead in a circle.
+void collectDevicesBelow(const Machine& machine, std::string_view name,
+                         std::vector<const BlockDevice*>& devices) {
     const BlockDevice* device = deviceNamed(machine, name);
     if (!device) return;
     const BlockDevice& whole = wholeDiskOf(machine, *device);
-    if (!isVirtual(whole) && !isAmong(disks, whole)) disks.push_back(&whole);
+    if (isAmong(devices, whole)) return;
+    devices.push_back(&whole);
     for (const std::string& slave : whole.slaves)
-        collectDisksBelow(machine, slave, disks);
+        collectDevicesBelow(machine, slave, devices);
 }
 
 uint64_t numberOf(const Machine& machine, const BlockDevice& disk) {
@@ -75,7 +77,8 @@ std::vector<const BlockDevice*> mountedParts(const Machine& machine, const Block
 
 std::vector<const BlockDevice*> systemDisks(const Machine& machine) {
     std::vector<const BlockDevice*> disks;
-    collectDisksBelow(machine, machine.rootDevice, disks);
+    collectDevicesBelow(machine, machine.rootDevice, disks);
+    std::erase_if(disks, [](const BlockDevice* device) { return isVirtual(*device); });
     std::ranges::sort(disks, {}, &BlockDevice::sequenceNumber);
     return disks;
 }

@@ -5,28 +5,11 @@
 
 #include <cstdio>
 #include <fstream>
-#include <set>
 #include <sstream>
 
 namespace tessel {
 
 namespace {
-
-/// Returns the files that carry an exclusive lock or, as virtual machines and storage servers make them, one
-/// on a range of bytes. They are named as in the kernel's table: by the number of the file system and that of
-/// the file in it, such as "00:05:345".
-std::set<std::string> readLockedFiles() {
-    std::set<std::string> files;
-    std::ifstream table("/proc/locks");
-    for (std::string line; std::getline(table, line);) {
-        std::istringstream words(line);
-        std::string number, kind, mode, access, process, file;
-        words >> number >> kind >> mode >> access >> process >> file;
-        const bool isOnBytes = kind == "POSIX" || kind == "OFDLCK";
-        if (isOnBytes || (kind == "FLOCK" && access == "WRITE")) files.insert(file);
-    }
-    return files;
-}
 
 std::string nameInTable(const std::string& path) {
     struct stat status{};
@@ -39,8 +22,21 @@ std::string nameInTable(const std::string& path) {
 
 }  // namespace
 
+std::set<std::string> lockedFiles(std::istream& table) {
+    std::set<std::string> files;
+    for (std::string line; std::getline(table, line);) {
+        std::istringstream words(line);
+        std::string number, kind, mode, access, process, file;
+        words >> number >> kind >> mode >> access >> process >> file;
+        const bool isOnBytes = kind == "POSIX" || kind == "OFDLCK";
+        if (isOnBytes || (kind == "FLOCK" && access == "WRITE")) files.insert(file);
+    }
+    return files;
+}
+
 void addLocks(Machine& machine) {
-    const auto files = readLockedFiles();
+    std::ifstream table("/proc/locks");
+    const auto files = lockedFiles(table);
     for (BlockDevice& device : machine.devices)
         device.isLocked = files.contains(nameInTable("/dev/" + device.name));
 }

@@ -1,0 +1,33 @@
+#include <cstdlib>
+#include <sstream>
+
+#include "foundation/PropertyList.h"
+#include "model/SDCardPolicy.h"
+#include "services/DiskPropertyLists.h"
+#include "tests/support/DescribedMachine.h"
+#include "utilities/linux/DiskDescriptions.h"
+#include "utilities/linux/DiskProtection.h"
+
+using namespace tessel;
+
+/// Whatever a computer looks like, the program reads the same disks that it was told of, and never finds a
+/// protected one writable.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
+    Machine machine;
+    try {
+        std::istringstream text(std::string(reinterpret_cast<const char*>(bytes), size));
+        machine = DescribedMachine::read(text).machine;
+    } catch (const std::exception&) {
+        return 0;
+    }
+    const DiskList list = parseDiskList(propertyListXML(diskListOf(machine)));
+    for (const BlockDevice* device : listedDisks(machine)) {
+        const auto identifier = identifierOf(machine, *device);
+        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, *device)), identifier,
+                                        list.layoutOf(identifier));
+        if (!disk || disk->id != identifier) std::abort();
+        const bool isProtected = protectionOf(machine, *device) || device->isReadOnly;
+        if (isProtected && (disk->isWritable || !eligibilityFailureReason(*disk))) std::abort();
+    }
+    return 0;
+}
