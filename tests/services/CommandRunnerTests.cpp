@@ -151,6 +151,12 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
     unsetenv("TESSEL_REPLACED");
 }
 
+TEST_F(CommandRunnerTests, aFailureIsSeenEvenWhereTheParentIgnoredItsChildren) {
+    const auto previous = signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(runShell("sleep 0.1; exit 3").status, 3);
+    signal(SIGCHLD, previous);
+}
+
 TEST_F(CommandRunnerTests, theWordsOfAFailedCommand) {
     const struct {
         const char* output;
