@@ -136,6 +136,15 @@ TEST_F(ImageWriterServiceTests, everyFailureEjectsExactlyWhereItMust) {
     }
 }
 
+TEST_F(ImageWriterServiceTests, aStopComesBeforeEveryOtherReasonToEnd) {
+    request.target.isWritable = false;
+    const ImageWriterService service(std::make_shared<RunLoop>(), reader.utilities(), makeDevice);
+    stop.request_stop();
+    EXPECT_THROW(
+        runUntilFinished(std::make_shared<RunLoop>(), service.write(request, [](const auto&) {}), stop),
+        CancellationError);
+}
+
 TEST_F(ImageWriterServiceTests, theCardIsClosedBeforeItIsEjectedAndOffTheMainThread) {
     class Witness : public WrappedDevice {
       public:
