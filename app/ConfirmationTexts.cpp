@@ -10,7 +10,7 @@ namespace {
 
 /// The dialog that asks for the password knows the card by this name only.
 std::string systemNameSentence(const SDWholeDisk& disk) {
-    return disk.systemName ? systemWords().callsCard + *disk.systemName + ". " : "";
+    return disk.systemName ? "\n\n" + systemWords().callsCard + *disk.systemName + "." : "";
 }
 
 }  // namespace
@@ -21,13 +21,13 @@ std::string confirmationMessage(const TesselViewModel& viewModel) {
     if (!image || !disk) return "Select an image and a recognized SD card before continuing.";
     return "WARNING: This will permanently erase all data on the recognized SD card /dev/" + disk->id + " (" +
            disk->mediaName + ", " + sizeOrUnknown(disk->sizeBytes) + ") and write " + image->displayName() +
-           " (" + byteCountText(image->sizeBytes) + "). " + systemNameSentence(*disk) +
-           "The operation cannot be undone. " +
+           " (" + byteCountText(image->sizeBytes) + "). The operation cannot be undone. " +
            (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
                                          : "SHA-256 verification is disabled.") +
            " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "
            "developer accepts no responsibility or liability for data loss, device damage, corrupted media, "
-           "or failed or interrupted writes.";
+           "or failed or interrupted writes." +
+           systemNameSentence(*disk);
 }
 
 std::string confirmationButtonTitle(const TesselViewModel& viewModel) {

@@ -79,7 +79,7 @@ QWidget* ContentView::makeLeftCards() {
     auto* column = columnOfCards(cards);
     for (QWidget* card : std::initializer_list<QWidget*>{imageCard, targetCard, writeCard})
         column->addWidget(card);
-    column->addStretch();
+    column->addStretch(1);  // takes all the spare height, which headings would take, too
     return cards;
 }
 
@@ -101,7 +101,8 @@ void ContentView::followScreen(QScreen* screen) {
 void ContentView::fitInto(const QSize& room) {
     const auto sizes = WindowSizes::fitting(room);
     setMinimumSize(sizes.minimum);
-    const bool hasOutgrownIt = size().boundedTo(room) != size() && !isMaximized() && !isFullScreen();
+    const bool hasOutgrownIt =
+        size().boundedTo(WindowSizes::largest(room)) != size() && !isMaximized() && !isFullScreen();
     if (!isVisible() || hasOutgrownIt) resize(sizes.usual);
 }
 
@@ -134,13 +135,14 @@ void ContentView::renderCards() const {
 void ContentView::closeIfWanted() {
     if (closing == Closing::no) return;
     if (closing == Closing::afterLastWords) {
-        if (viewModel->state().kind == TesselOperationState::Case::failed) {
+        if (viewModel->hasWriteFailed()) {
             closing = Closing::no;
             return;
         }
         for (auto* dialog : findChildren<QDialog*>()) {
             if (!dialog->isVisible()) continue;
-            connect(dialog, &QDialog::finished, this, &QWidget::close, Qt::QueuedConnection);
+            connect(dialog, &QDialog::finished, this, &QWidget::close,
+                    Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
             return;
         }
     }

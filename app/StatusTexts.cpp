@@ -54,10 +54,17 @@ QString stoppingHint(const TesselViewModel& viewModel) {
 }
 
 QString announcement(const TesselViewModel& viewModel) {
-    if (!viewModel.hasWriteTask()) return statusTitle(viewModel.state());
+    const auto& state = viewModel.state();
+    if (!viewModel.hasWriteTask() && state.writeOutcome == WriteOutcome::failed)
+        return statusTitle(state) + ". " + QString::fromStdString(viewModel.writeProgressDetail());
+    if (!viewModel.hasWriteTask()) return statusTitle(state);
     if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + stoppingHint(viewModel);
     const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
-    return QString::fromStdString(viewModel.writePhaseTitle()) + ", " + percentText(quarters);
+    const auto title = QString::fromStdString(viewModel.writePhaseTitle());
+    const auto phase = viewModel.currentWritePhase();
+    const bool countsBytes =
+        phase == ImageWritePhase::writingImage || phase == ImageWritePhase::verifyingImage;
+    return countsBytes && quarters > 0 ? title + ", more than " + percentText(quarters) : title;
 }
 
 QString percentText(double fraction) {

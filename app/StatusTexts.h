@@ -21,8 +21,8 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 /// stopping.
 [[nodiscard]] QString stoppingHint(const TesselViewModel& viewModel);
 
-/// Returns what screen readers say: each state, and during a write each phase and each quarter of the whole
-/// workflow.
+/// Returns what screen readers say: each state, the reason of a failed write, and during a write each phase
+/// and each quarter of the whole workflow that was passed.
 [[nodiscard]] QString announcement(const TesselViewModel& viewModel);
 
 /// Words a fraction as a percentage such as "42%", rounded half away from zero.

@@ -81,8 +81,11 @@ void TargetCard::buildContent(QLayout* controls) {
     content().addLayout(counts);
 
     content().addWidget(table);
-    emptyLabel->setContentsMargins(0, spacing::card, 0, spacing::card);
-    content().addWidget(emptyLabel);
+    emptyNote = new QWidget;
+    auto* note = new QVBoxLayout(emptyNote);
+    note->setContentsMargins(0, spacing::card, 0, spacing::card);
+    note->addWidget(emptyLabel);
+    content().addWidget(emptyNote);
     content().addWidget(
         wrappedLabel("Use the leftmost radio control to choose the SD-card target. Click a row to make its "
                      "optional details available. Click Disk, Size, or Media to sort.",
@@ -152,7 +155,7 @@ void TargetCard::render() const {
                     .isBusy = viewModel.isBusy(),
                     .sortField = diskSortField,
                     .sortAscending = diskSortAscending});
-    emptyLabel->setVisible(listed.empty());
+    emptyNote->setVisible(listed.empty());
     emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
     renderDetails();
 }

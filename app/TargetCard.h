@@ -57,6 +57,7 @@ class TargetCard : public Card {
     TextLabel* selectableCount;
     TextLabel* hiddenCount;
     CompactDiskTable* table;
+    QWidget* emptyNote;  ///< has the label in it
     SymbolLabel* emptyLabel;
     DiskDetailsDisclosure* details;
     SymbolLabel* noDetails;

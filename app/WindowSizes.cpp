@@ -17,8 +17,12 @@ int minimumFitting(int room, int wanted, int least) {
 
 }  // namespace
 
+QSize WindowSizes::largest(const QSize& room) {
+    return room - frame;
+}
+
 WindowSizes WindowSizes::fitting(const QSize& room) {
-    const QSize inside = room - frame;
+    const QSize inside = largest(room);
     return {.usual = designed.boundedTo(inside),
             .minimum = {minimumFitting(inside.width(), designedMinimum.width(), smallest.width()),
                         minimumFitting(inside.height(), designedMinimum.height(), smallest.height())}};

@@ -85,6 +85,8 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     /// Tells whether a write task exists, from its start until it has ended.
     [[nodiscard]] bool hasWriteTask() const { return writeTask.exists(); }
     [[nodiscard]] bool isCancellationRequested() const { return writeTask.isCancellationRequested(); }
+    /// Tells whether the last write has failed, even if it was stopped thereafter.
+    [[nodiscard]] bool hasWriteFailed() const { return writeTask.hasLoggedFailure(); }
     [[nodiscard]] bool canRequestStop() const { return writeTask.canRequestStop(); }
     void requestStop() { writeTask.requestStop(); }
 

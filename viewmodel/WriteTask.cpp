@@ -195,8 +195,8 @@ void WriteTask::finishCancelledWrite() {
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::cancelled);
     surroundings.log.append("Operation cancelled. " + message);
     surroundings.log.append("Refresh the disk list before attempting another write.");
-    // Whoever pressed Stop knows.
-    if (!isCancellationRequested())
+    // Whoever pressed Stop knows, unless the write had failed already.
+    if (!isCancellationRequested() || isFailureLogged)
         surroundings.desktop.requestUserAttention({.title = "Operation Cancelled", .text = message});
 }
 

@@ -39,6 +39,9 @@ class WriteTask {
     [[nodiscard]] bool exists() const { return running().has_value(); }
     [[nodiscard]] bool isCancellationRequested() const { return cancellationRequested(); }
 
+    /// Tells whether the write has failed, even if a stop that came later is its outcome.
+    [[nodiscard]] bool hasLoggedFailure() const { return isFailureLogged; }
+
     /// Makes everything ready for a write to begin.
     void prepare();
     /// Takes the handle of the task that will call perform().

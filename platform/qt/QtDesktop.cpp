@@ -50,10 +50,12 @@ struct Answer {
 
     template <typename Promise>
     void await_suspend(std::coroutine_handle<Promise> task) const {
-        QObject::connect(&dialog, &QDialog::finished, &dialog,
-                         [task, mainThread = task.promise().context.mainThread] {
-                             mainThread->post([task] { task.resume(); });
-                         });
+        QObject::connect(
+            &dialog, &QDialog::finished, &dialog,
+            [task, mainThread = task.promise().context.mainThread] {
+                mainThread->post([task] { task.resume(); });
+            },
+            Qt::SingleShotConnection);
         dialog.open();
     }
 };

@@ -110,6 +110,23 @@ TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
     expectEndAfterEject();
 }
 
+TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughThePersonWantedToQuit) {
+    reader.setBehaviour("disk4", {.delays = {{"eject", 1}}});
+    holds.reading.hold();
+    openReady();
+    click(button("Write Disk Image"));
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::verifyingImage; });
+    std::filesystem::resize_file(image, imageSize / 2);
+    holds.reading.release();
+    until([this] { return viewModel().hasWriteFailed(); });
+    closeAndAnswer("Stop and Quit");
+    untilIdle();
+    QTest::qWait(20);
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_THAT(log(), Contains("Error: The selected image changed after it was selected."));
+}
+
 TEST_F(StopAndCloseTests, theQuestionFollowsThePhaseAndEndsWhenNothingCanBeStopped) {
     reader.setBehaviour("disk4", {.delays = {{"authopen", 0.5}, {"eject", 0.5}}});
     holds.writing.hold();

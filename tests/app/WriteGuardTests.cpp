@@ -3,6 +3,7 @@
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 
@@ -35,6 +36,16 @@ TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
         [this] { press(Qt::Key_Escape); },
         [this] { press(Qt::Key_Return); },
         [this] { alert()->close(); },
+        [this] {
+            press(Qt::Key_Tab);
+            press(Qt::Key_Tab);
+            press(Qt::Key_Return);
+        },
+        [this] {
+            press(Qt::Key_Tab);
+            click(*shownWidgets<TextLabel>(*alert()).back());
+            press(Qt::Key_Return);
+        },
     };
     for (const auto& leave : waysOut) {
         click(button("Write Disk Image"));
@@ -136,9 +147,8 @@ TEST_F(WriteGuardTests, theConfirmationSaysWhatTheSystemCallsTheCard) {
     reader.changeDetails("disk4", {{"VelmoraTesselSystemName", "/dev/mmcblk0"}});
     openReady();
     EXPECT_THAT(texts(), Contains("/dev/disk4 · mmcblk0"));
-    EXPECT_THAT(
-        confirmationMessage(viewModel()),
-        HasSubstr(" (20 MB). " + systemWords().callsCard + "/dev/mmcblk0. The operation cannot be undone. "));
+    EXPECT_THAT(confirmationMessage(viewModel()),
+                testing::EndsWith("interrupted writes.\n\n" + systemWords().callsCard + "/dev/mmcblk0."));
 }
 
 }  // namespace tessel

@@ -116,6 +116,8 @@ TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {
     write();
     expectCancellation(unverified);
     EXPECT_EQ(takeLog(), logUpTo(verifyingImage) + Messages{failure} + stopLog(unverified));
+    EXPECT_TRUE(viewModel->hasWriteFailed());
+    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
     EXPECT_EQ(takeCommands(), allCommands);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/SymbolView.h"
@@ -40,6 +41,17 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     grid->setRowMinimumHeight(2, spacing::small);
     grid->addWidget(makeButtons(fields.actions), 3, 0, 1, 2);
     grid->setSizeConstraint(QLayout::SetFixedSize);
+    // Qt takes note of it only where the button has its dialog around it.
+    safeButton->setDefault(true);
+    safeButton->setFocus();
+}
+
+/// Return presses the button that has the focus, or else the safe one; Qt would make any button the default
+/// one once it has had the focus.
+void AlertDialog::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) return QDialog::keyPressEvent(event);
+    auto* focused = dynamic_cast<Button*>(focusWidget());
+    (focused ? focused : safeButton)->click();
 }
 
 void AlertDialog::showEvent(QShowEvent* event) {
@@ -54,17 +66,15 @@ QWidget* AlertDialog::makeButtons(const std::vector<Action>& actions) {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(spacing::small);
     row->addStretch();
-    bool isSafe = true;
     for (const auto& action : actions) {
         auto* button = new Button({.text = action.title, .look = action.look});
-        button->setDefault(isSafe);
-        if (isSafe) button->setFocus();
+        button->setAutoDefault(false);
+        if (!safeButton) safeButton = button;
         connect(button, &Button::clicked, this, [this, act = action.act] {
             close();
             if (act) act();
         });
         row->addWidget(button);
-        isSafe = false;
     }
     return buttons;
 }

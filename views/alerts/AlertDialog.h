@@ -25,7 +25,8 @@ class AlertDialog : public QDialog {
         QString symbolDescription;
         QString message;
         QString informativeText;
-        /// The first one is safe: Return chooses it. Escape closes the dialog and chooses none.
+        /// The first one is safe: Return chooses it unless another one has the focus. Escape closes the
+        /// dialog and chooses none.
         std::vector<Action> actions;
     };
 
@@ -33,9 +34,12 @@ class AlertDialog : public QDialog {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     QWidget* makeButtons(const std::vector<Action>& actions);
+
+    Button* safeButton = nullptr;
 };
 
 }  // namespace tessel

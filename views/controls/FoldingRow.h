@@ -22,6 +22,7 @@ class FoldingRow : public QLayout {
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSize() const override;
+    [[nodiscard]] Qt::Orientations expandingDirections() const override { return Qt::Horizontal; }
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
     void setGeometry(const QRect& bounds) override;

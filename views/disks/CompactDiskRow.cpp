@@ -49,7 +49,7 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
     actions(actions),
     selector(new DiskTargetSelector(actions.select)),
     name(new ElidedLabel({.font = FontRole::subheadline, .weight = QFont::DemiBold}, Qt::ElideRight)),
-    device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideMiddle)),
+    device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideRight)),
     size(new ElidedLabel({.font = FontRole::monospaced, .weight = QFont::Medium}, Qt::ElideRight)),
     media(new DiskMediaCell) {
     presentToScreenReaders<CompactDiskRow, AccessibleDiskRow>();
