@@ -12,8 +12,8 @@ namespace tessel {
 /// of thousands of short ones.
 class AlignedBuffer {
   public:
-    /// Takes both in bytes; the alignment is a power of two.
-    AlignedBuffer(size_t size, size_t alignment);
+    /// Takes the size in bytes.
+    AlignedBuffer(size_t size, std::align_val_t alignment);
 
     [[nodiscard]] std::span<std::byte> first(size_t count) const {
         return std::span(memory.get(), byteCount).first(count);

@@ -27,8 +27,8 @@ struct ImageReader::Reading {
     Reading(const std::filesystem::path& url, const ChunkGeometry& geometry) :
         source(url, geometry.imageSize),
         geometry(geometry),
-        buffers{AlignedBuffer(geometry.chunkSize, geometry.blockSize),
-                AlignedBuffer(geometry.chunkSize, geometry.blockSize)} {}
+        buffers{AlignedBuffer(geometry.chunkSize, std::align_val_t(geometry.blockSize)),
+                AlignedBuffer(geometry.chunkSize, std::align_val_t(geometry.blockSize))} {}
 
     [[nodiscard]] bool isAtEnd() const { return offset == geometry.imageSize; }
 

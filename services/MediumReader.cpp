@@ -43,8 +43,8 @@ TesselError verificationFailure(uint64_t offset, std::byte expected, std::byte a
 
 MediumReader::MediumReader(RawDevice& device, const ChunkGeometry& geometry) :
     device(device),
-    buffers{AlignedBuffer(geometry.chunkSize, geometry.blockSize),
-            AlignedBuffer(geometry.chunkSize, geometry.blockSize)} {}
+    buffers{AlignedBuffer(geometry.chunkSize, std::align_val_t(geometry.blockSize)),
+            AlignedBuffer(geometry.chunkSize, std::align_val_t(geometry.blockSize))} {}
 
 void MediumReader::readMatching(const ImageChunk& chunk, uint64_t offset, const std::stop_token& stop) {
     const auto medium = buffers[nextBuffer].first(chunk.padded.size());

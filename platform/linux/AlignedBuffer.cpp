@@ -9,14 +9,14 @@ namespace tessel {
 namespace {
 
 /// The kernel uses a huge page only for memory that begins at a multiple of its size.
-std::align_val_t hugePageAlignment(size_t alignment) {
-    constexpr size_t hugePage = size_t{2} << 20;
-    return std::align_val_t(std::max(alignment, hugePage));
+std::align_val_t hugePageAlignment(std::align_val_t alignment) {
+    constexpr std::align_val_t hugePage{2 << 20};
+    return std::max(alignment, hugePage);
 }
 
 }  // namespace
 
-AlignedBuffer::AlignedBuffer(size_t size, size_t alignment) :
+AlignedBuffer::AlignedBuffer(size_t size, std::align_val_t alignment) :
     memory(static_cast<std::byte*>(::operator new(size, hugePageAlignment(alignment))),
            Release{hugePageAlignment(alignment)}),
     byteCount(size) {

@@ -2,9 +2,8 @@
 
 namespace tessel {
 
-AlignedBuffer::AlignedBuffer(size_t size, size_t alignment) :
-    memory(static_cast<std::byte*>(::operator new(size, std::align_val_t(alignment))),
-           Release{std::align_val_t(alignment)}),
+AlignedBuffer::AlignedBuffer(size_t size, std::align_val_t alignment) :
+    memory(static_cast<std::byte*>(::operator new(size, alignment)), Release{alignment}),
     byteCount(size) {
     std::uninitialized_value_construct_n(memory.get(), size);
 }

@@ -25,6 +25,7 @@ TEST_F(ImageTransferTests, writesAndVerifiesImagesOfEverySize) {
         {chunk + 1, 4096, 2 * chunk},
         {chunk - 1, 512, chunk},
         {2 * chunk, 512, 2 * chunk},
+        {2 * chunk + 1, 512, 3 * chunk},
         {3, MiB, 2 * MiB},
     };
     for (const auto& [imageSize, blockSize, cardSize] : cases) {
