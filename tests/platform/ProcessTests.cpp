@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <thread>
 #include <vector>
 
 #include "foundation/Errors.h"
@@ -18,7 +19,7 @@ class ProcessTests : public LeavesNothingOpen {
   protected:
     static Process launchSleep(CollectingPipe& output) {
         Process process =
-            Process::launch({.executable = "/bin/sleep", .arguments = {"60"}},
+            Process::launch({.executable = "/bin/sh", .arguments = {"-c", "trap '' TERM; exec sleep 60"}},
                             {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
         output.closeWritingEnd();
         return process;
@@ -53,7 +54,7 @@ TEST_F(ProcessTests, aChildThatCannotBeWatchedIsEnded) {
         ADD_FAILURE() << "the child ended by itself";
     } catch (const PlatformError& error) {
         EXPECT_EQ(error.localizedDescription(),
-                  "“/bin/sleep” could not be watched: " + systemErrorText(EINVAL) + ".");
+                  "“/bin/sh” could not be watched: " + systemErrorText(EINVAL) + ".");
     }
 }
 
@@ -62,6 +63,7 @@ TEST_F(ProcessTests, aChildThatNobodyWaitedForIsEndedWithItsProcess) {
     const auto begin = std::chrono::steady_clock::now();
     {
         const Process dropped = launchSleep(output);
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));  // until it ignores what is polite
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }

@@ -52,6 +52,15 @@ TEST_F(LockedBlockDeviceTests, theDeviceIsLockedWhileItIsOpen) {
     EXPECT_TRUE(lockExclusively(other.get()).isSuccess());
 }
 
+TEST_F(LockedBlockDeviceTests, blocksAreCountedInTheirOwnSize) {
+    for (const uint32_t blockSize : {512U, 4096U}) {
+        const LoopDevice loop({.file = mediumFile("card"), .blockSize = blockSize});
+        const auto device = makeBlockDevice(openReadWrite(loop.path()));
+        EXPECT_EQ(device->blockSize().value, blockSize);
+        EXPECT_EQ(device->blockCount().value, (1 << 20) / blockSize);
+    }
+}
+
 TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     const FileDescriptor control = openReadWrite("/dev/loop-control");
     // Whoever else looks for a free slot at this moment is given a lower one.
