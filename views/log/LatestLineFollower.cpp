@@ -15,8 +15,9 @@ namespace {
 
 /// Tells whether these mouse buttons select or scroll. Others do so nowhere, but for the middle one, which
 /// scrolls where it is pressed on a scroll bar.
-bool isInteraction(Qt::MouseButtons buttons, bool isScrollBar) {
-    return buttons & Qt::LeftButton || (isScrollBar && buttons & Qt::MiddleButton);
+bool isInteraction(Qt::MouseButtons buttons, const QObject* watched) {
+    return buttons & Qt::LeftButton ||
+           (buttons & Qt::MiddleButton && dynamic_cast<const QScrollBar*>(watched));
 }
 
 }  // namespace
@@ -36,15 +37,14 @@ LatestLineFollower::LatestLineFollower(QPlainTextEdit& view,
 }
 
 bool LatestLineFollower::eventFilter(QObject* watched, QEvent* event) {
-    const bool isScrollBar = watched == view.verticalScrollBar();
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
-            if (isInteraction(static_cast<QMouseEvent*>(event)->button(), isScrollBar)) noteUserActivity();
+            if (isInteraction(static_cast<QMouseEvent*>(event)->button(), watched)) noteUserActivity();
             break;
         case QEvent::MouseMove:
-            if (isInteraction(static_cast<QMouseEvent*>(event)->buttons(), isScrollBar)) noteUserActivity();
+            if (isInteraction(static_cast<QMouseEvent*>(event)->buttons(), watched)) noteUserActivity();
             break;
         case QEvent::Wheel:
         case QEvent::KeyPress:
