@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <sys/swap.h>
 
+#include <fstream>
+
 #include "tests/utilities/LinuxProgramsTest.h"
+#include "utilities/linux/system/KernelDevices.h"
 
 namespace tessel {
 
@@ -144,6 +147,28 @@ TEST_F(MountedDiskTests, whatAContainerMountedIsProtected) {
     }
     EXPECT_FALSE(info().isWritable);
     EXPECT_THAT(authopen().errors, HasSubstr("a volume on it is mounted elsewhere"));
+}
+
+TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
+    const auto device = "/sys/block" / loop->path().filename();
+    const auto pretended = folder.path() / "pretended";
+    for (const char* name : {"holders/dm-7", "slaves/sdz"})
+        std::filesystem::create_directories(pretended / name);
+    for (const auto& [name, text] : {std::pair("ro", "1\n"), {"size", "4096\n"}})
+        std::ofstream(pretended / name) << text;
+    const auto names = {"holders", "slaves", "ro", "size"};
+    for (const auto* name : names)
+        ASSERT_EQ(::mount((pretended / name).c_str(), (device / name).c_str(), nullptr, MS_BIND, nullptr), 0);
+
+    const Machine machine = readKernelDevices();
+    const auto read = std::ranges::find(machine.devices, device.filename().string(), &BlockDevice::name);
+    ASSERT_NE(read, machine.devices.end());
+    EXPECT_THAT(read->holders, testing::ElementsAre("dm-7"));
+    EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
+    EXPECT_TRUE(read->isReadOnly);
+    EXPECT_EQ(read->sizeBytes, 4096U * 512);
+    for (const auto* name : names)
+        umount2((device / name).c_str(), MNT_DETACH);
 }
 
 TEST_F(MountedDiskTests, aFileThatSwapsProtectsItsDisk) {
