@@ -151,6 +151,16 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
     unsetenv("TESSEL_REPLACED");
 }
 
+TEST_F(CommandRunnerTests, aCommandCanBeStoppedThoughItsParentBlocksSignals) {
+    sigset_t blocked;
+    sigset_t usual;
+    sigfillset(&blocked);
+    pthread_sigmask(SIG_BLOCK, &blocked, &usual);
+    const auto result = runShell("grep SigBlk /proc/self/status");
+    pthread_sigmask(SIG_SETMASK, &usual, nullptr);
+    EXPECT_EQ(result.standardOutput, "SigBlk:\t0000000000000000\n");
+}
+
 TEST_F(CommandRunnerTests, aFailureIsSeenEvenWhereTheParentIgnoredItsChildren) {
     const auto previous = signal(SIGCHLD, SIG_IGN);
     EXPECT_EQ(runShell("sleep 0.1; exit 3").status, 3);
