@@ -21,7 +21,7 @@ class Running:
 
 
 def process_of(program):
-    found = subprocess.run(["pgrep", "--newest", "--full", program], capture_output=True, text=True).stdout.split()
+    found = subprocess.run(["pgrep", "--newest", "--exact", program], capture_output=True, text=True).stdout.split()
     return int(found[0]) if found else None
 
 

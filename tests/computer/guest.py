@@ -5,8 +5,8 @@ import time
 
 from machine import Line
 
-PROGRAM = "^velmora-tessel|/velmora-tessel"
-AGENT = "polkit-mate-authentication-agent-1"
+PROGRAM = "velmora-tessel"
+AGENT = "polkit-mate-aut"  # the kernel keeps 15 letters of a name
 
 
 class GuestError(Exception):
@@ -35,11 +35,11 @@ class Guest:
         self.system = Line(machine.existing("system.socket"))
         self.session = Line(machine.existing("session.socket"))
 
-    def ask(self, port, timeout, **question):
+    def ask(self, port, patience, **question):
         port.send(question)
-        reply = port.receive(timeout)
+        reply = port.receive(patience)
         if reply is None:
-            raise GuestError(f"the computer does not answer within {timeout} s: {question}")
+            raise GuestError(f"the computer does not answer within {patience} s: {question}")
         if "error" in reply:
             raise GuestError(reply["error"])
         return reply

@@ -123,7 +123,8 @@ def make_image(path, size=24 << 20, seed=1):
             file.write(noise.randbytes(1 << 20))
     layout = "label: dos\nstart=2048, size=8192, type=c\nstart=10240, type=83\n"
     run("/sbin/sfdisk", "--quiet", path, input=layout.encode(), stdout=subprocess.DEVNULL)
-    run("/sbin/mkfs.vfat", "-n", "BOOT", "-i", "7e55e101", "--offset=2048", path, "4096", stdout=subprocess.DEVNULL)
+    run("/sbin/mkfs.vfat", "-n", "BOOT", "-i", "7e55e101", "--offset=2048", path, "4096", stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL)
     run("/sbin/mkfs.ext4", "-q", "-F", "-L", "system", "-E", f"offset={10240 * 512}", path,
         f"{(size >> 10) - 5120}k", stdout=subprocess.DEVNULL)
     return path
