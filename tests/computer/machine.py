@@ -215,6 +215,12 @@ class Machine:
             self.events({"type": "btn", "data": {"down": down, "button": "left"}})
             time.sleep(0.1)
 
+    def wheel(self, x, y, down):
+        self.point(x, y)
+        for pressed in (True, False):
+            self.events({"type": "btn", "data": {"down": pressed, "button": "wheel-down" if down else "wheel-up"}})
+        time.sleep(0.2)
+
 
 def make_layer(path, below, format_below):
     pathlib.Path(path).unlink(missing_ok=True)

@@ -4,12 +4,13 @@ import re
 import time
 
 from guest import AGENT, PROGRAM, GuestError, matching
-from image import PASSWORD
+from image import PASSWORD, PERSON
 from machine import SLOT
 
-READER = {"vendor": "Generic-", "product": "SD/MMC"}
 PATIENCE = 60  # in seconds
-IMAGES = "/home/anna"
+HEADER, MARGIN = 80, 12  # what of the window's height its cards never take
+IMAGES = f"/home/{PERSON}"
+MOUNTED = f"/media/{PERSON}"
 
 
 class Unexpected(Exception):
@@ -19,8 +20,8 @@ class Unexpected(Exception):
 class Card:
     """An SD card: a file of the host, and where it is plugged in."""
 
-    def __init__(self, path, slot, device):
-        self.path, self.slot, self.device = path, slot, device
+    def __init__(self, path, slot, device, reader=None):
+        self.path, self.slot, self.device, self.reader = path, slot, device, reader
 
 
 class Computer:
@@ -64,37 +65,41 @@ class Computer:
         else:
             self.machine.change_medium("slot", path)
         card = Card(path, "slot", "mmcblk0")
-        self.await_device(card)
+        self.await_devices([card])
         return card
 
-    def plug_reader(self, content=None, slow_to=None, bad_sector=None, **description):
-        """Plugs in a USB reader with a card in it."""
-        path = content or self.blank_card()
+    def plug_reader(self, *contents, slow_to=None, bad_sector=None, vendor="Generic-", product="SD/MMC"):
+        """Plugs in a USB reader with a card in each of its slots, and returns the cards."""
+        paths = contents or [self.blank_card()]
         self.readers += 1
-        name = f"reader{self.readers}"
-        before = set(self.guest.run("ls /sys/class/block").split())
-        self.machine.add_medium(name + "-card", path, slow_to, bad_sector)
-        self.machine.plug_reader(name, [name + "-card"], **(READER | description))
+        reader = f"reader{self.readers}"
+        before = self.block_devices()
+        nodes = [f"{reader}-card{index}" for index in range(len(paths))]
+        for node, path in zip(nodes, paths):
+            self.machine.add_medium(node, path, slow_to, bad_sector)
+        self.machine.plug_reader(reader, nodes, vendor, product)
         end = time.monotonic() + PATIENCE
-        while True:
-            new = sorted(set(self.guest.run("ls /sys/class/block").split()) - before)
-            if new:
-                break
+        while len(new := sorted(self.block_devices() - before)) < len(paths):
             if time.monotonic() > end:
                 raise Unexpected("the reader did not appear")
             time.sleep(0.3)
-        card = Card(path, name + "-0", new[0])
-        card.reader = name
-        self.await_device(card)
-        return card
+        cards = [Card(path, f"{reader}-{index}", device, reader)
+                 for index, (path, device) in enumerate(zip(paths, new))]
+        self.await_devices(cards)
+        return cards
+
+    def block_devices(self):
+        """The disks of the computer that hold other than its own files."""
+        return set(self.guest.run("cd /sys/block; ls -d sd* mmcblk* 2>/dev/null || true").split())
 
     def insert(self, card, where):
         """Puts a card of either kind where the word says: "slot" or "reader"."""
-        return self.insert_card(card) if where == "slot" else self.plug_reader(card)
+        return self.insert_card(card) if where == "slot" else self.plug_reader(card)[0]
 
-    def await_device(self, card):
-        """Waits until the disk service knows the card and the desktop has mounted what it will."""
-        self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
+    def await_devices(self, cards):
+        """Waits until the disk service knows the cards and the desktop has mounted what it will."""
+        for card in cards:
+            self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
         self.guest.run("udevadm settle --timeout 60", 90)
         time.sleep(3)
 
@@ -106,7 +111,7 @@ class Computer:
         self.pull_card(card)
         time.sleep(2)
         self.machine.change_medium(card.slot, card.path)
-        self.await_device(card)
+        self.await_devices([card])
 
     def exchange_card(self, card):
         """Replaces the card by another one of the same size."""
@@ -114,7 +119,7 @@ class Computer:
         self.pull_card(card)
         time.sleep(1)
         self.machine.change_medium(card.slot, path)
-        return Card(path, card.slot, card.device)
+        return Card(path, card.slot, card.device, card.reader)
 
     # The screen
 
@@ -133,15 +138,30 @@ class Computer:
             time.sleep(0.3)
 
     def click(self, role, name, program=PROGRAM, timeout=PATIENCE):
-        """Clicks with the mouse, once the place has come to rest."""
+        """Clicks with the mouse, once the place has come to rest and is in sight."""
         place = None
+        end = time.monotonic() + timeout
         while True:
             found = self.find(role, name, program, timeout)
-            if found.place == place:
+            if found.place == place and not self.scroll_to(found):
                 break
+            if time.monotonic() > end:
+                raise Unexpected(f"the {role} “{name}” does not come to rest")
             place = found.place
             time.sleep(0.2)
         self.machine.click(*found.center())
+
+    def scroll_to(self, item):
+        """Turns the wheel by a notch if the item is not in sight, and returns whether it did."""
+        window = matching(self.look(), "frame", "")
+        if not window:
+            return False
+        left, top, width, height = window.place
+        x, y = item.center()
+        if not left <= x < left + width or top + HEADER <= y < top + height - MARGIN or y < top + HEADER and y > top:
+            return False
+        self.machine.wheel(x, top + height // 2, down=y > top)
+        return True
 
     def text_on_screen(self, program=PROGRAM):
         """Every text that the program shows, the log included."""
@@ -175,24 +195,30 @@ class Computer:
         self.click("push button", "Refresh Disks")
         self.find("push button", "Refresh Disks")
 
-    def choose_image(self, path=f"{IMAGES}/sample.img"):
+    def choose_image(self, name):
+        """Chooses another image than the sample, which is already chosen when a scenario begins."""
         self.click("push button", "Select Image")
         self.find("text", "File name:|Name")
-        self.machine.type(path + "\n")
-        self.expect_text("Selected image: ")
+        self.machine.type(f"{IMAGES}/{name}\n")
+        self.find("push button", "Select Image")
+        self.expect_text(f"Selected image: {IMAGES}/{name} ")
 
-    def choose_target(self, card=None):
-        """Refreshes the list and chooses the only card, or the given one by its name."""
+    def make_large_image(self, size="128M"):
+        """Leaves an image on the computer that takes a while, and chooses it."""
+        self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
+        self.choose_image("large.img")
+
+    def choose_target(self, name="", program=PROGRAM):
+        """Refreshes the list and chooses the first card whose name contains the text."""
         self.refresh()
-        self.click("radio button", "Select .*" + (card or ""))
+        self.click("radio button", "Select .*" + name)
         self.expect_text("Selected SD-card target: ")
 
     def expect_protected(self, reason):
         """The card is listed after a refresh, can't be chosen, and the log says why."""
         self.refresh()
         self.expect_text(reason)
-        if matching(self.look(), "radio button", "Select "):
-            raise Unexpected("the card can be chosen")
+        self.expect_none_selectable()
 
     def switch_verification_off(self):
         self.click("check box", "Verify the written image")
@@ -205,15 +231,25 @@ class Computer:
         self.click("push button", "Write Disk Image")
         self.click("push button", "Erase and Write to ")
 
-    def answer_dialog(self, password=PASSWORD):
-        """Types the password into the desktop's dialog."""
+    def await_dialog(self):
+        """Waits until the desktop's dialog asks for the password."""
         self.find("password text", "", AGENT)
         time.sleep(1)
+
+    def answer_dialog(self, password=PASSWORD):
+        self.await_dialog()
         self.machine.type(password + "\n")
 
+    def answer_dialog_if_asked(self):
+        """The desktop may remember for a while that the password was right."""
+        try:
+            self.find("password text", "", AGENT, timeout=12)
+        except Unexpected:
+            return
+        self.answer_dialog()
+
     def dismiss_dialog(self):
-        self.find("password text", "", AGENT)
-        time.sleep(1)
+        self.await_dialog()
         self.machine.press("esc")
 
     def write(self):
@@ -246,10 +282,47 @@ class Computer:
                     raise Unexpected(f"the card's file differs from the image in the MiB at {offset}")
                 offset += len(piece)
 
-    def expect_card_untouched(self, card, before):
-        with open(card.path, "rb") as found:
-            if found.read(len(before)) != before:
-                raise Unexpected("the card's file has changed")
+    @staticmethod
+    def content(card):
+        """The beginning of the card's file, longer than any image's first chunk."""
+        with open(card.path, "rb") as file:
+            return file.read(32 << 20)
+
+    def expect_content(self, card, before):
+        if self.content(card) != before:
+            raise Unexpected(f"the file of the card in {card.slot} has changed")
+
+    @staticmethod
+    def spoil(card):
+        """Overwrites the card behind everybody's back, so that only another write can make it right again."""
+        with open(card.path, "r+b") as file:
+            file.seek(20 << 20)
+            file.write(b"spoilt" * 1000)
+
+    @staticmethod
+    def flip_bit(card, at):
+        with open(card.path, "r+b") as file:
+            file.seek(at)
+            byte = file.read(1)[0]
+            file.seek(at)
+            file.write(bytes([byte ^ 4]))
+
+    def expect_use(self, card, words):
+        uses = self.guest.uses_of(card.device)
+        if not any(words in use for use in uses):
+            raise Unexpected(f"the card's uses are {uses}")
+
+    def expect_disabled(self, role, name):
+        found = matching(self.look(), role, name)
+        if not found or found.is_enabled():
+            raise Unexpected(f"the {role} “{name}” can be used")
+
+    def expect_none_selectable(self):
+        if matching(self.look(), "radio button", "Select "):
+            raise Unexpected("a disk can be chosen")
+
+    def expect_program_ended(self, timeout=120):
+        self.guest.wait_until("! pgrep --exact velmora-tessel", timeout)
 
     def expect_released(self, card):
         """Nobody on the computer uses the card any more."""
@@ -257,12 +330,70 @@ class Computer:
         if uses:
             raise Unexpected("; ".join(uses))
 
-    def expect_safe(self, card):
-        """Whenever the program says that a card is safe to remove, nothing may hold it."""
-        self.expect_released(card)
+    def expect_safe_only_when_released(self, card, refusal, seconds=25):
+        """The write ends with the card released, or with the refusal to call it safe; and so it stays."""
+        end = time.monotonic() + 300
+        while True:
+            shown = self.text_on_screen()
+            if "SD Card Is Safe to Remove" in shown or "Image write failed" in shown:
+                break
+            if time.monotonic() > end:
+                raise Unexpected("the write does not end")
+        if "Image write failed" in shown:
+            return self.expect_text(refusal)
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            self.expect_released(card)
 
     def rest(self, seconds):
         time.sleep(seconds)
+
+
+    # What else happens on the computer
+
+    def desktop_mounts_after(self, seconds):
+        """Slows the desktop down, or makes it never mount."""
+        self.guest.run(f"echo {seconds} > /tmp/automounter-delay; chmod 644 /tmp/automounter-delay")
+
+    def as_administrator(self, command, timeout=120):
+        return self.guest.run(command, timeout)
+
+    def leave_running(self, command):
+        """Starts a command that goes on, as the administrator."""
+        self.guest.run(f"setsid sh -c '{command}' >/dev/null 2>&1 </dev/null & sleep 2")
+
+    def as_person(self, command):
+        return self.guest.run_as_person(command)
+
+    def start_program(self):
+        self.guest.start_as_person("velmora-tessel")
+        self.find("push button", "Refresh Disks", timeout=120)
+
+    def start_as_person(self, command):
+        self.guest.start_as_person(command)
+
+    def log_out(self):
+        self.guest.start_as_person("xfce4-session-logout --logout")
+
+    def await_mount(self, label):
+        self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
+
+    def number_of(self, card):
+        """The number by which the program calls the card's disk."""
+        return int(self.guest.run(f"cat /sys/class/block/{card.device}/diskseq"))
+
+    def make_volume_group_image(self, size="24M"):
+        """Leaves an image with a partition and an active volume group on the computer, and chooses it."""
+        image = f"{IMAGES}/volumes.img"
+        self.guest.run(f"""set -e
+            truncate --size {size} {image}; chown {PERSON} {image}
+            printf 'label: dos\\nstart=2048, type=8e\\n' | sfdisk --quiet {image}
+            disk=$(losetup --find --show --partscan {image}); udevadm settle
+            pvcreate -q ${{disk}}p1; vgcreate -q group ${{disk}}p1; lvcreate -q -y -n volume -L 8M group
+            mkfs.ext4 -q /dev/group/volume
+            vgchange -q -an group; losetup --detach $disk; udevadm settle
+            rm -rf /run/lvm/pvs_online/* /run/lvm/vgs_online/* /run/lvm/pvs_lookup/*""", 180)
+        self.choose_image("volumes.img")
 
 
 def resume(machine, guest):
