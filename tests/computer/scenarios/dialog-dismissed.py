@@ -7,6 +7,6 @@ def play(computer):
     computer.choose_target()
     computer.confirm_write()
     computer.dismiss_dialog()
-    computer.expect_failure("The administrator-authorized operation was cancelled.")
+    computer.expect_text("Operation cancelled", never="SD Card Is Safe to Remove")
     computer.expect_released(card)
     computer.expect_content(card, before)
