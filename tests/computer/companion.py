@@ -7,6 +7,7 @@ import subprocess
 import sys
 import time
 
+CLICKABLE = ("frame", "push button", "radio button", "check box", "list item")
 readers = {}  # by the process that they read
 
 
@@ -45,29 +46,47 @@ def start(command):
     return {}
 
 
-def look(program):
-    """Everything that the program shows, in reading order; nothing if it does not run."""
-    from screen_reader import ScreenReader, TEXT
-    from gi.repository import GLib
+def reader_of(program):
+    """Reads the screen of the newest process of the program; None if there is none."""
+    from screen_reader import ScreenReader
 
     pid = process_of(program)
-    if not pid:
-        return {"shown": None}
-    if pid not in readers:
+    if pid and pid not in readers:
         readers[pid] = ScreenReader(Running(pid))
-    reader = readers[pid]
+    return readers.get(pid)
+
+
+def places_of(reader, paths):
+    from gi.repository import GLib
+
+    return reader.ask_of(paths, [("org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))])
+
+
+def look(program):
+    """Everything that the program shows, in reading order, and where it can be clicked."""
+    from screen_reader import TEXT
+    from gi.repository import GLib
+
+    reader = reader_of(program)
+    if not reader:
+        return {"shown": None}
     reader.listen()
     nodes = reader.shown()
-    texts = dict(zip((node.path for node in nodes if node.role == "text"), reader.ask_of(
-        [node.path for node in nodes if node.role == "text"], [(TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))])))
-    places = reader.ask_of([node.path for node in nodes],
-                           [("org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))])
-    return {"shown": [{"role": node.role, "name": node.name or "", "text": texts.get(node.path) or "",
-                       "states": node.states, "place": place} for node, place in zip(nodes, places)]}
+    texts = [node.path for node in nodes if node.role == "text"]
+    clickable = [node.path for node in nodes if node.role in CLICKABLE]
+    texts = dict(zip(texts, reader.ask_of(texts, [(TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))])))
+    places = dict(zip(clickable, places_of(reader, clickable)))
+    return {"shown": [{"path": node.path, "role": node.role, "name": node.name or "", "text": texts.get(node.path) or "",
+                       "states": node.states, "place": places.get(node.path)} for node in nodes]}
+
+
+def place(program, path):
+    """Where something is that was shown a moment ago."""
+    return {"place": places_of(reader_of(program), [path])[0]}
 
 
 def answer(question):
-    kinds = {"run": run, "start": start, "look": look}
+    kinds = {"run": run, "start": start, "look": look, "place": place}
     try:
         return kinds[question.pop("do")](**question)
     except (Exception, SystemExit) as error:  # whatever goes wrong is for the tests to judge

@@ -16,8 +16,8 @@ class GuestError(Exception):
 class Shown:
     """One thing on the screen, as a screen reader knows it."""
 
-    def __init__(self, role, name, text, states, place):
-        self.role, self.name, self.text, self.states, self.place = role, name, text, states, place
+    def __init__(self, path, role, name, text, states, place):
+        self.path, self.role, self.name, self.text, self.states, self.place = path, role, name, text, states, place
 
     def is_enabled(self):
         return bool(self.states >> 8 & 1)
@@ -70,6 +70,9 @@ class Guest:
         """Everything that the program shows; None if it does not run."""
         shown = self.ask(self.session, 90, do="look", program=program)["shown"]
         return None if shown is None else [Shown(**each) for each in shown]
+
+    def place_of(self, item, program=PROGRAM):
+        return self.ask(self.session, 90, do="place", program=program, path=item.path)["place"]
 
     def uses_of(self, disk):
         """Everything that still uses any part of the disk, as sentences."""

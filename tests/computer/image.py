@@ -71,6 +71,14 @@ def packages_needed_by(package):
     return sorted(each.split("|")[0].split("(")[0].strip() for each in depends.split(","))
 
 
+def content_of(package):
+    """A digest of what the package installs, which unlike the package's own does not change with the time."""
+    with subprocess.Popen(["dpkg-deb", "--fsys-tarfile", str(package)], stdout=subprocess.PIPE) as process:
+        with tarfile.open(fileobj=process.stdout, mode="r|") as files:
+            return digest(*[part for entry in files for part in
+                            (entry.name, entry.mode, entry.linkname, files.extractfile(entry).read() if entry.isfile() else "")])
+
+
 def suite():
     release = dict(line.strip().split("=", 1) for line in open("/etc/os-release") if "=" in line)
     return release["VERSION_CODENAME"]

@@ -127,40 +127,38 @@ class Computer:
         return self.guest.look(program)
 
     def find(self, role, name, program=PROGRAM, timeout=PATIENCE):
-        """Waits until something that can be used is shown."""
+        """Waits until something that can be used is shown, and returns it and its window."""
         end = time.monotonic() + timeout
         while True:
-            found = matching(self.look(program), role, name)
+            shown = self.look(program)
+            found = matching(shown, role, name)
             if found and found.is_enabled():
-                return found
+                return found, matching(shown, "frame", "")
             if time.monotonic() > end:
                 raise Unexpected(f"there is no {role} “{name}” that can be used")
             time.sleep(0.3)
 
-    def click(self, role, name, program=PROGRAM, timeout=PATIENCE):
+    def click(self, role, name):
         """Clicks with the mouse, once the place has come to rest and is in sight."""
-        place = None
-        end = time.monotonic() + timeout
+        end = time.monotonic() + PATIENCE
         while True:
-            found = self.find(role, name, program, timeout)
-            if found.place == place and not self.scroll_to(found):
-                break
+            found, window = self.find(role, name)
+            is_in_sight = not self.scroll_to(found, window)
+            if is_in_sight and self.guest.place_of(found) == found.place:
+                return self.machine.click(*found.center())
             if time.monotonic() > end:
                 raise Unexpected(f"the {role} “{name}” does not come to rest")
-            place = found.place
-            time.sleep(0.2)
-        self.machine.click(*found.center())
 
-    def scroll_to(self, item):
-        """Turns the wheel by a notch if the item is not in sight, and returns whether it did."""
-        window = matching(self.look(), "frame", "")
+    def scroll_to(self, item, window):
+        """Turns the wheel by a notch if the item of the window's left pane is not in sight, and returns whether it did."""
         if not window:
             return False
         left, top, width, height = window.place
         x, y = item.center()
-        if not left <= x < left + width or top + HEADER <= y < top + height - MARGIN or y < top + HEADER and y > top:
+        bottom = top + height - MARGIN
+        if y < bottom and (y >= top + HEADER or item.role != "radio button"):
             return False
-        self.machine.wheel(x, top + height // 2, down=y > top)
+        self.machine.wheel(x, top + height // 2, down=y >= bottom)
         return True
 
     def text_on_screen(self, program=PROGRAM):
@@ -223,7 +221,7 @@ class Computer:
     def switch_verification_off(self):
         self.click("check box", "Verify the written image")
         end = time.monotonic() + PATIENCE
-        while self.find("check box", "Verify the written image").is_checked():
+        while self.find("check box", "Verify the written image")[0].is_checked():
             if time.monotonic() > end:
                 raise Unexpected("verification stays on")
 
