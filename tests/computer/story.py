@@ -201,7 +201,7 @@ class Computer:
         self.find("push button", "Select Image")
         self.expect_text(f"Selected image: {IMAGES}/{name} ")
 
-    def make_large_image(self, size="128M"):
+    def make_large_image(self, size="400M"):
         """Leaves an image on the computer that takes a while, and chooses it."""
         self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
         self.choose_image("large.img")

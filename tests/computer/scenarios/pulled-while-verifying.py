@@ -3,7 +3,7 @@ PLACES = ("slot", "reader")
 
 
 def play(computer, place):
-    computer.make_large_image()
+    computer.make_large_image("128M")
     card = computer.insert(computer.blank_card(), place)
     computer.choose_target()
     computer.write()

@@ -2,7 +2,7 @@
 
 
 def play(computer):
-    computer.make_large_image()
+    computer.make_large_image("128M")
     [card] = computer.plug_reader(slow_to=1 << 20)
     computer.choose_target()
     computer.write()
