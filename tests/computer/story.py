@@ -310,6 +310,10 @@ class Computer:
         if not any(words in use for use in uses):
             raise Unexpected(f"the card's uses are {uses}")
 
+    def expect_partitions(self, card, count, timeout=180):
+        """Waits until the computer knows the partitions of what has been written, so that it may mount them."""
+        self.guest.wait_until(f"test $(ls -d /sys/class/block/{card.device}*[0-9]p* | wc -l) -eq {count}", timeout)
+
     def expect_disabled(self, role, name):
         found = matching(self.look(), role, name)
         if not found or found.is_enabled():

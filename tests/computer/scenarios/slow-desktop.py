@@ -6,4 +6,5 @@ def play(computer):
     card = computer.insert_card()
     computer.choose_target()
     computer.write()
+    computer.expect_partitions(card, 2)
     computer.expect_safe_only_when_released(card, "could not be ejected")
