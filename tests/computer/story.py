@@ -305,6 +305,12 @@ class Computer:
             file.seek(at)
             file.write(bytes([byte ^ 4]))
 
+    def expect_closed(self, card):
+        """No program has the card open, whatever the desktop has mounted of it."""
+        uses = [use for use in self.guest.uses_of(card.device) if " is open in " in use]
+        if uses:
+            raise Unexpected("; ".join(uses))
+
     def expect_use(self, card, words):
         uses = self.guest.uses_of(card.device)
         if not any(words in use for use in uses):
@@ -312,7 +318,7 @@ class Computer:
 
     def expect_partitions(self, card, count, timeout=180):
         """Waits until the computer knows the partitions of what has been written, so that it may mount them."""
-        self.guest.wait_until(f"test $(ls -d /sys/class/block/{card.device}*[0-9]p* | wc -l) -eq {count}", timeout)
+        self.guest.wait_until(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
 
     def expect_disabled(self, role, name):
         found = matching(self.look(), role, name)

@@ -8,7 +8,7 @@ def play(computer):
     computer.await_phase("Writing image data.")
     computer.as_administrator("pkill --signal KILL --exact velmora-tessel")
     computer.rest(5)
-    computer.expect_released(card)
+    computer.expect_closed(card)
     computer.start_program()
     computer.choose_image("sample.img")
     computer.choose_target()
