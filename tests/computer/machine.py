@@ -142,10 +142,6 @@ class Machine:
     def change_medium(self, slot, path):
         self.command("blockdev-change-medium", id=slot, filename=str(path), format="raw", force=True)
 
-    def set_write_protected(self, slot, path):
-        self.command("blockdev-change-medium", id=slot, filename=str(path), format="raw", force=True,
-                     read_only_mode="read-only")
-
     def remove_medium(self, slot):
         self.command("eject", id=slot, force=True)
 
@@ -168,14 +164,15 @@ class Machine:
     def unplug(self, name):
         self.command("device_del", id=name)
 
-    def add_medium(self, name, path, slow_to=None, bad_sector=None):
-        """Makes a card's file known to the machine, perhaps with a limit in bytes a second, perhaps with a sector that
-        can't be written."""
+    def add_medium(self, name, path, slow_to=None, bad_sector=None, is_locked=False):
+        """Makes a card's file known to the machine, perhaps with a limit in bytes a second, with a sector that can't be
+        written, or with its lock switch set."""
         file = {"driver": "file", "filename": str(path), "cache": {"direct": False, "no-flush": True}}
         if bad_sector is not None:
             file = {"driver": "blkdebug", "image": file, "inject-error": [
                 {"event": "none", "iotype": "write", "errno": 5, "sector": bad_sector}]}
-        raw = {"driver": "raw", "node-name": name if not slow_to else name + "-whole", "file": file}
+        raw = {"driver": "raw", "node-name": name if not slow_to else name + "-whole", "file": file,
+               "read-only": is_locked}
         self.command("blockdev-add", **raw)
         if slow_to:
             self.command("object-add", qom_type="throttle-group", id=name + "-limit",

@@ -57,18 +57,16 @@ class Computer:
                 f"{(path.stat().st_size >> 10) - 1024}k")
         return path
 
-    def insert_card(self, content=None, write_protected=False):
+    def insert_card(self, content=None):
         """Puts a card into the native slot."""
         path = content or self.blank_card()
-        if write_protected:
-            self.machine.set_write_protected("slot", path)
-        else:
-            self.machine.change_medium("slot", path)
+        self.machine.change_medium("slot", path)
         card = Card(path, "slot", "mmcblk0")
         self.await_devices([card])
         return card
 
-    def plug_reader(self, *contents, slow_to=None, bad_sector=None, vendor="Generic-", product="SD/MMC"):
+    def plug_reader(self, *contents, slow_to=None, bad_sector=None, is_locked=False, vendor="Generic-",
+                    product="SD/MMC"):
         """Plugs in a USB reader with a card in each of its slots, and returns the cards."""
         paths = contents or [self.blank_card()]
         self.readers += 1
@@ -76,7 +74,7 @@ class Computer:
         before = self.block_devices()
         nodes = [f"{reader}-card{index}" for index in range(len(paths))]
         for node, path in zip(nodes, paths):
-            self.machine.add_medium(node, path, slow_to, bad_sector)
+            self.machine.add_medium(node, path, slow_to, bad_sector, is_locked)
         self.machine.plug_reader(reader, nodes, vendor, product)
         end = time.monotonic() + PATIENCE
         while len(new := sorted(self.block_devices() - before)) < len(paths):

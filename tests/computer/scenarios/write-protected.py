@@ -2,5 +2,5 @@
 
 
 def play(computer):
-    computer.insert_card(write_protected=True)
+    computer.plug_reader(is_locked=True)
     computer.expect_protected("Its write-protection switch is on")
