@@ -7,6 +7,6 @@ def play(computer):
     computer.choose_target()
     computer.as_person("rm /home/anna/sample.img")
     computer.confirm_write()
-    computer.expect_failure("The selected image file is unavailable.")
+    computer.expect_failure("could not be inspected: No such file or directory.")
     computer.expect_content(card, before)
     computer.expect_released(card)
