@@ -75,8 +75,12 @@ class Guest:
         return self.ask(self.session, 90, do="place", program=program, path=item.path)["place"]
 
     def uses_of(self, disk):
-        """Everything that still uses any part of the disk, as sentences."""
+        """Everything that still uses any part of the disk, which may be gone, as sentences."""
         script = f"""
+            grep -hs " /dev/{disk}" /proc/[0-9]*/mountinfo | cut -d ' ' -f 5 | sort -u | sed 's/^/{disk} is mounted: /'
+            find /proc/[0-9]*/fd -lname "/dev/{disk}* (deleted)" 2>/dev/null | while read open; do
+                echo "{disk} is gone but is open in $(cat ${{open%/fd/*}}/comm)"; done
+            [ -e /sys/class/block/{disk} ] || exit 0
             cd /sys/class/block; for part in {disk} $(ls {disk}); do
                 [ -e $part/dev ] || [ -e {disk}/$part/dev ] || continue
                 number=$(cat $part/dev)
