@@ -27,8 +27,8 @@ constexpr std::chrono::hours timeToAnswer{24};
 /// A volume may be mounted several times, and a desktop may mount it again in the meantime.
 constexpr seconds timeToUnmount{5};
 
-/// UDisks2 marks a mount as its own a moment after the kernel has made it.
-constexpr seconds timeToMark{1};
+/// UDisks2 marks a mount as its own after the kernel has made it, which takes seconds on a slow computer.
+constexpr seconds timeToMark{5};
 
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk.
 constexpr milliseconds timeToMountAgain{1500};

@@ -1,0 +1,113 @@
+"""Runs on the computer under test and answers the tests' questions, one JSON line each, through a port of its machine:
+"system" as the administrator, "session" as the person at the desktop, with what is on the screen."""
+import json
+import os
+import signal
+import subprocess
+import sys
+import time
+
+CLICKABLE = ("frame", "push button", "radio button", "check box", "list item")
+readers = {}  # by the process that they read
+
+
+class Running:
+    """What a screen reader must know of a process that it did not start."""
+
+    def __init__(self, pid):
+        self.pid = pid
+
+    def poll(self):
+        return None if os.path.exists(f"/proc/{self.pid}") else 0
+
+
+def process_of(program):
+    found = subprocess.run(["pgrep", "--newest", "--exact", program], capture_output=True, text=True).stdout.split()
+    return int(found[0]) if found else None
+
+
+def run(command, timeout=120):
+    """Runs a shell's command to its end."""
+    process = subprocess.Popen(["sh", "-c", command], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT, text=True, errors="replace", start_new_session=True)
+    try:
+        output, _ = process.communicate(timeout=timeout)
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGKILL)
+        output, _ = process.communicate()
+        return {"status": -1, "output": output}
+    return {"status": process.returncode, "output": output}
+
+
+def start(command):
+    """Starts a shell's command that goes on by itself."""
+    subprocess.Popen(["sh", "-c", "exec " + command], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                     stderr=subprocess.DEVNULL, start_new_session=True)
+    return {}
+
+
+def reader_of(program):
+    """Reads the screen of the newest process of the program; None if there is none."""
+    from screen_reader import ScreenReader
+
+    pid = process_of(program)
+    if pid and pid not in readers:
+        readers[pid] = ScreenReader(Running(pid))
+    return readers.get(pid)
+
+
+def places_of(reader, paths):
+    from gi.repository import GLib
+
+    return reader.ask_of(paths, [("org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))])
+
+
+def look(program):
+    """Everything that the program shows, in reading order, and where it can be clicked."""
+    from screen_reader import TEXT
+    from gi.repository import GLib
+
+    reader = reader_of(program)
+    if not reader:
+        return {"shown": None}
+    reader.listen()
+    nodes = reader.shown()
+    texts = [node.path for node in nodes if node.role == "text"]
+    clickable = [node.path for node in nodes if node.role in CLICKABLE]
+    texts = dict(zip(texts, reader.ask_of(texts, [(TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))])))
+    places = dict(zip(clickable, places_of(reader, clickable)))
+    return {"shown": [{"path": node.path, "role": node.role, "name": node.name or "", "text": texts.get(node.path) or "",
+                       "states": node.states, "place": places.get(node.path)} for node in nodes]}
+
+
+def place(program, path):
+    """Where something is that was shown a moment ago."""
+    return {"place": places_of(reader_of(program), [path])[0]}
+
+
+def answer(question):
+    kinds = {"run": run, "start": start, "look": look, "place": place}
+    try:
+        return kinds[question.pop("do")](**question)
+    except (Exception, SystemExit) as error:  # whatever goes wrong is for the tests to judge
+        return {"error": f"{type(error).__name__}: {error}"}
+
+
+def main(name):
+    with open(f"/dev/virtio-ports/{name}", "r+b", buffering=0) as port:
+        pending = b""
+        while True:
+            received = port.read(65536)
+            if not received:  # nobody has connected yet
+                time.sleep(0.2)
+                continue
+            pending += received
+            while b"\n" in pending:
+                line, pending = pending.split(b"\n", 1)
+                reply = json.dumps(answer(json.loads(line))).encode() + b"\n"
+                while reply:
+                    reply = reply[port.write(reply):]
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])

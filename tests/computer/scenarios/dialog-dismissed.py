@@ -1,0 +1,12 @@
+"""Somebody thinks better of it when the password is asked for."""
+
+
+def play(computer):
+    card = computer.insert_card()
+    before = computer.content(card)
+    computer.choose_target()
+    computer.confirm_write()
+    computer.dismiss_dialog()
+    computer.expect_text("Operation cancelled", never="SD Card Is Safe to Remove")
+    computer.expect_released(card)
+    computer.expect_content(card, before)

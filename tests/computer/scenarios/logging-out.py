@@ -1,0 +1,12 @@
+"""Somebody logs out while the image is being written."""
+
+
+def play(computer):
+    computer.make_large_image()
+    [card] = computer.plug_reader(slow_to=2 << 20)
+    computer.choose_target()
+    computer.write()
+    computer.await_phase("Writing image data.")
+    computer.log_out()
+    computer.expect_program_ended()
+    computer.expect_released(card)

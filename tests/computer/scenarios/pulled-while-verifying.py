@@ -1,0 +1,13 @@
+"""The card is pulled out while it is being read back."""
+PLACES = ("slot", "reader")
+
+
+def play(computer, place):
+    computer.make_large_image("128M")
+    card = computer.insert(computer.blank_card(), place)
+    computer.choose_target()
+    computer.write()
+    computer.await_phase("Verifying the image")
+    computer.pull_card(card)
+    computer.expect_failure("The SD card could not be read for verification at byte offset")
+    computer.expect_released(card)

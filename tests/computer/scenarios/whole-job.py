@@ -1,0 +1,11 @@
+"""Somebody writes an image onto a card, has it verified, and pulls the card out."""
+PLACES = ("slot", "reader")
+
+
+def play(computer, place):
+    card = computer.insert(computer.card_with_volume(), place)
+    computer.choose_target()
+    computer.write()
+    computer.expect_success(verified=True)
+    computer.expect_released(card)
+    computer.expect_card_holds(card)

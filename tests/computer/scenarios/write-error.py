@@ -1,0 +1,9 @@
+"""The card has a place that can't be written."""
+
+
+def play(computer):
+    [card] = computer.plug_reader(bad_sector=30_000)
+    computer.choose_target()
+    computer.write()
+    computer.expect_failure("The SD-card write did not complete at byte offset")
+    computer.expect_released(card)

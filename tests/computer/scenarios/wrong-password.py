@@ -1,0 +1,13 @@
+"""Somebody mistypes the password, and types it again."""
+
+
+def play(computer):
+    card = computer.insert_card()
+    computer.choose_target()
+    computer.confirm_write()
+    computer.answer_dialog("wrong horse")
+    computer.rest(8)
+    computer.answer_dialog()
+    computer.expect_success()
+    computer.expect_released(card)
+    computer.expect_card_holds(card)

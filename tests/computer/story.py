@@ -1,0 +1,415 @@
+"""The words in which scenarios are told: what the person does, and what is then expected."""
+import pathlib
+import re
+import time
+
+from guest import AGENT, PROGRAM, GuestError, matching
+from image import PASSWORD, PERSON
+from machine import SLOT
+
+PATIENCE = 60  # in seconds
+HEADER, MARGIN = 80, 12  # what of the window's height its cards never take
+IMAGES = f"/home/{PERSON}"
+MOUNTED = f"/media/{PERSON}"
+
+
+class Unexpected(Exception):
+    """What a scenario expected did not happen."""
+
+
+class Card:
+    """An SD card: a file of the host, and where it is plugged in."""
+
+    def __init__(self, path, slot, device, reader=None):
+        self.path, self.slot, self.device, self.reader = path, slot, device, reader
+
+
+class Computer:
+    """A desktop computer with the program running, a native card slot, and USB readers to be plugged in."""
+
+    def __init__(self, machine, guest, folder, image):
+        self.machine, self.guest, self.folder, self.image = machine, guest, pathlib.Path(folder), image
+        self.cards = 0
+        self.readers = 0
+
+    # Cards
+
+    def blank_card(self, size="512M"):
+        """A file that is a card's content, old data at its beginning."""
+        self.cards += 1
+        path = self.folder / f"card-{self.cards}.raw"
+        bytes_of = {"K": 10, "M": 20, "G": 30}
+        with open(path, "wb") as file:
+            file.write(b"old data" * (1 << 17))
+            file.truncate(int(size[:-1]) << bytes_of[size[-1]])
+        return path
+
+    def card_with_volume(self, size="512M", file_system="vfat"):
+        """A card as it comes out of a camera: one partition with a file system."""
+        from image import run
+        path = self.blank_card(size)
+        run("/sbin/sfdisk", "--quiet", path, input=b"label: dos\nstart=2048, type=c\n")
+        if file_system == "vfat":
+            run("/sbin/mkfs.vfat", "-n", "CAMERA", "--offset=2048", path, str((path.stat().st_size >> 10) - 1024),
+                capture_output=True)
+        else:
+            run("/sbin/mkfs.ext4", "-q", "-F", "-L", "CAMERA", "-E", f"offset={2048 * 512},root_owner=1000:1000", path,
+                f"{(path.stat().st_size >> 10) - 1024}k")
+        return path
+
+    def insert_card(self, content=None):
+        """Puts a card into the native slot."""
+        path = content or self.blank_card()
+        self.machine.change_medium("slot", path)
+        card = Card(path, "slot", "mmcblk0")
+        self.await_devices([card])
+        return card
+
+    def plug_reader(self, *contents, slow_to=None, bad_sector=None, is_locked=False, vendor="Generic-",
+                    product="SD/MMC"):
+        """Plugs in a USB reader with a card in each of its slots, and returns the cards."""
+        paths = contents or [self.blank_card()]
+        self.readers += 1
+        reader = f"reader{self.readers}"
+        before = self.block_devices()
+        nodes = [f"{reader}-card{index}" for index in range(len(paths))]
+        for node, path in zip(nodes, paths):
+            self.machine.add_medium(node, path, slow_to, bad_sector, is_locked)
+        self.machine.plug_reader(reader, nodes, vendor, product)
+        end = time.monotonic() + PATIENCE
+        while len(new := sorted(self.block_devices() - before)) < len(paths):
+            if time.monotonic() > end:
+                raise Unexpected("the reader did not appear")
+            time.sleep(0.3)
+        cards = [Card(path, f"{reader}-{index}", device, reader)
+                 for index, (path, device) in enumerate(zip(paths, new))]
+        self.await_devices(cards)
+        return cards
+
+    def block_devices(self):
+        """The disks of the computer that hold other than its own files."""
+        return set(self.guest.run("cd /sys/block; ls -d sd* mmcblk* 2>/dev/null || true").split())
+
+    def insert(self, card, where):
+        """Puts a card of either kind where the word says: "slot" or "reader"."""
+        return self.insert_card(card) if where == "slot" else self.plug_reader(card)[0]
+
+    def await_devices(self, cards):
+        """Waits until the disk service knows the cards and the desktop has mounted what it will."""
+        for card in cards:
+            self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
+        self.guest.run("udevadm settle --timeout 60", 90)
+        time.sleep(3)
+
+    def pull_card(self, card):
+        self.machine.remove_medium(card.slot)
+
+    def reinsert(self, card):
+        """Pulls the card out and inserts it again."""
+        self.pull_card(card)
+        time.sleep(2)
+        self.machine.change_medium(card.slot, card.path)
+        self.await_devices([card])
+
+    def exchange_card(self, card):
+        """Replaces the card by another one of the same size."""
+        path = self.blank_card()
+        self.pull_card(card)
+        time.sleep(1)
+        self.machine.change_medium(card.slot, path)
+        return Card(path, card.slot, card.device, card.reader)
+
+    # The screen
+
+    def look(self, program=PROGRAM):
+        return self.guest.look(program)
+
+    def find(self, role, name, program=PROGRAM, timeout=PATIENCE):
+        """Waits until something that can be used is shown, and returns it and its window."""
+        end = time.monotonic() + timeout
+        while True:
+            shown = self.look(program)
+            found = matching(shown, role, name)
+            if found and found.is_enabled():
+                return found, matching(shown, "frame", "")
+            if time.monotonic() > end:
+                raise Unexpected(f"there is no {role} “{name}” that can be used")
+            time.sleep(0.3)
+
+    def click(self, role, name):
+        """Clicks with the mouse, once the place has come to rest and is in sight."""
+        end = time.monotonic() + PATIENCE
+        while True:
+            found, window = self.find(role, name)
+            is_in_sight = not self.scroll_to(found, window)
+            if is_in_sight and self.guest.place_of(found) == found.place:
+                return self.machine.click(*found.center())
+            if time.monotonic() > end:
+                raise Unexpected(f"the {role} “{name}” does not come to rest")
+
+    def scroll_to(self, item, window):
+        """Turns the wheel by a notch if the item of the window's left pane is not in sight, and returns whether it did."""
+        if not window:
+            return False
+        left, top, width, height = window.place
+        x, y = item.center()
+        bottom = top + height - MARGIN
+        if y < bottom and (y >= top + HEADER or item.role != "radio button"):
+            return False
+        self.machine.wheel(x, top + height // 2, down=y >= bottom)
+        return True
+
+    def text_on_screen(self, program=PROGRAM):
+        """Every text that the program shows, the log included."""
+        return "\n".join(text for each in self.look(program) or [] for text in (each.name, each.text) if text)
+
+    def expect_text(self, text, timeout=PATIENCE, never=None):
+        """Waits until the text is shown. It is an error if another one is shown meanwhile."""
+        end = time.monotonic() + timeout
+        while True:
+            shown = self.text_on_screen()
+            if never and never in shown:
+                raise Unexpected(f"“{never}” is shown")
+            if text in shown:
+                return
+            if time.monotonic() > end:
+                raise Unexpected(f"“{text}” is not shown; the log ends with “{self.last_words(shown)}”")
+            time.sleep(0.3)
+
+    def expect_no_text(self, text):
+        if text in self.text_on_screen():
+            raise Unexpected(f"“{text}” is shown")
+
+    @staticmethod
+    def last_words(shown):
+        lines = [line for line in shown.splitlines() if re.match(r"\[?\d\d:\d\d", line)]
+        return (lines or shown.splitlines() or ["nothing"])[-1]
+
+    # What the person does
+
+    def refresh(self):
+        self.click("push button", "Refresh Disks")
+        self.find("push button", "Refresh Disks")
+
+    def choose_image(self, name):
+        """Chooses another image than the sample, which is already chosen when a scenario begins."""
+        self.click("push button", "Select Image")
+        self.find("text", "File name:|Name")
+        self.machine.type(f"{IMAGES}/{name}\n")
+        self.find("push button", "Select Image")
+        self.expect_text(f"Selected image: {IMAGES}/{name} ")
+
+    def make_large_image(self, size="400M"):
+        """Leaves an image on the computer that takes a while, and chooses it."""
+        self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
+        self.choose_image("large.img")
+
+    def choose_target(self, name="", program=PROGRAM):
+        """Refreshes the list and chooses the first card whose name contains the text."""
+        self.refresh()
+        self.click("radio button", "Select .*" + name)
+        self.expect_text("Selected SD-card target: ")
+
+    def expect_protected(self, reason):
+        """The card is listed after a refresh, can't be chosen, and the log says why."""
+        self.refresh()
+        self.expect_text(reason)
+        self.expect_none_selectable()
+
+    def switch_verification_off(self):
+        self.click("check box", "Verify the written image")
+        end = time.monotonic() + PATIENCE
+        while self.find("check box", "Verify the written image")[0].is_checked():
+            if time.monotonic() > end:
+                raise Unexpected("verification stays on")
+
+    def confirm_write(self):
+        self.click("push button", "Write Disk Image")
+        self.click("push button", "Erase and Write to ")
+
+    def await_dialog(self):
+        """Waits until the desktop's dialog asks for the password."""
+        self.find("password text", "", AGENT)
+        time.sleep(1)
+
+    def answer_dialog(self, password=PASSWORD):
+        self.await_dialog()
+        self.machine.type(password + "\n")
+
+    def answer_dialog_if_asked(self):
+        """The desktop may remember for a while that the password was right."""
+        try:
+            self.find("password text", "", AGENT, timeout=12)
+        except Unexpected:
+            return
+        self.answer_dialog()
+
+    def dismiss_dialog(self):
+        self.await_dialog()
+        self.machine.press("esc")
+
+    def write(self):
+        """From the button to the password."""
+        self.confirm_write()
+        self.answer_dialog()
+
+    def stop(self):
+        self.click("push button", "Stop")
+
+    def await_phase(self, log_sentence):
+        self.expect_text(log_sentence, timeout=120)
+
+    # How it ends
+
+    def expect_success(self, verified=True):
+        self.expect_text("SD Card Is Safe to Remove", timeout=300, never="Image write failed")
+        self.expect_text("The disk image was written" + (", verified, and" if verified else " and"))
+
+    def expect_failure(self, sentence, timeout=180):
+        self.expect_text("Image write failed", timeout, never="SD Card Is Safe to Remove")
+        self.expect_text(sentence)
+
+    def expect_card_holds(self, card, image=None):
+        image = image or self.image
+        with open(image, "rb") as wanted, open(card.path, "rb") as found:
+            offset = 0
+            while piece := wanted.read(1 << 20):
+                if found.read(len(piece)) != piece:
+                    raise Unexpected(f"the card's file differs from the image in the MiB at {offset}")
+                offset += len(piece)
+
+    @staticmethod
+    def content(card):
+        """The beginning of the card's file, longer than any image's first chunk."""
+        with open(card.path, "rb") as file:
+            return file.read(32 << 20)
+
+    def expect_content(self, card, before):
+        if self.content(card) != before:
+            raise Unexpected(f"the file of the card in {card.slot} has changed")
+
+    @staticmethod
+    def spoil(card):
+        """Overwrites the card behind everybody's back, so that only another write can make it right again."""
+        with open(card.path, "r+b") as file:
+            file.seek(20 << 20)
+            file.write(b"spoilt" * 1000)
+
+    @staticmethod
+    def flip_bit(card, at):
+        with open(card.path, "r+b") as file:
+            file.seek(at)
+            byte = file.read(1)[0]
+            file.seek(at)
+            file.write(bytes([byte ^ 4]))
+
+    def expect_closed(self, card):
+        """No program has the card open, whatever the desktop has mounted of it."""
+        uses = [use for use in self.guest.uses_of(card.device) if " is open in " in use]
+        if uses:
+            raise Unexpected("; ".join(uses))
+
+    def expect_use(self, card, words):
+        uses = self.guest.uses_of(card.device)
+        if not any(words in use for use in uses):
+            raise Unexpected(f"the card's uses are {uses}")
+
+    def expect_partitions(self, card, count, timeout=180):
+        """Waits until the computer knows the partitions of what has been written, so that it may mount them."""
+        self.guest.wait_until(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
+
+    def expect_disabled(self, role, name):
+        found = matching(self.look(), role, name)
+        if not found or found.is_enabled():
+            raise Unexpected(f"the {role} “{name}” can be used")
+
+    def expect_none_selectable(self):
+        if matching(self.look(), "radio button", "Select "):
+            raise Unexpected("a disk can be chosen")
+
+    def expect_program_ended(self, timeout=120):
+        self.guest.wait_until("! pgrep --exact velmora-tessel", timeout)
+
+    def expect_released(self, card):
+        """Nobody on the computer uses the card any more."""
+        uses = self.guest.uses_of(card.device)
+        if uses:
+            raise Unexpected("; ".join(uses))
+
+    def expect_safe_only_when_released(self, card, refusal, seconds=25):
+        """The write ends with the card released, or with the refusal to call it safe; and so it stays."""
+        end = time.monotonic() + 300
+        while True:
+            shown = self.text_on_screen()
+            if "SD Card Is Safe to Remove" in shown or "Image write failed" in shown:
+                break
+            if time.monotonic() > end:
+                raise Unexpected("the write does not end")
+        if "Image write failed" in shown:
+            return self.expect_text(refusal)
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            self.expect_released(card)
+
+    def rest(self, seconds):
+        time.sleep(seconds)
+
+
+    # What else happens on the computer
+
+    def desktop_mounts_after(self, seconds):
+        """Slows the desktop down, or makes it never mount."""
+        self.guest.run(f"echo {seconds} > /tmp/automounter-delay; chmod 644 /tmp/automounter-delay")
+
+    def as_administrator(self, command, timeout=120):
+        return self.guest.run(command, timeout)
+
+    def leave_running(self, command):
+        """Starts a command that goes on, as the administrator."""
+        self.guest.run(f"setsid sh -c '{command}' >/dev/null 2>&1 </dev/null & sleep 2")
+
+    def as_person(self, command):
+        return self.guest.run_as_person(command)
+
+    def start_program(self):
+        self.guest.start_as_person("velmora-tessel")
+        self.find("push button", "Refresh Disks", timeout=120)
+
+    def start_as_person(self, command):
+        self.guest.start_as_person(command)
+
+    def log_out(self):
+        self.guest.start_as_person("xfce4-session-logout --logout")
+
+    def await_mount(self, label):
+        self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
+
+    def number_of(self, card):
+        """The number by which the program calls the card's disk."""
+        return int(self.guest.run(f"cat /sys/class/block/{card.device}/diskseq"))
+
+    def make_volume_group_image(self, size="24M"):
+        """Leaves an image with a partition and an active volume group on the computer, and chooses it."""
+        image = f"{IMAGES}/volumes.img"
+        self.guest.run(f"""set -e
+            truncate --size {size} {image}; chown {PERSON} {image}
+            printf 'label: dos\\nstart=2048, type=8e\\n' | sfdisk --quiet {image}
+            disk=$(losetup --find --show --partscan {image}); udevadm settle
+            pvcreate -q ${{disk}}p1; vgcreate -q group ${{disk}}p1; lvcreate -q -y -n volume -L 8M group
+            mkfs.ext4 -q /dev/group/volume
+            vgchange -q -an group; losetup --detach $disk; udevadm settle
+            rm -rf /run/lvm/pvs_online/* /run/lvm/vgs_online/* /run/lvm/pvs_lookup/*""", 180)
+        self.choose_image("volumes.img")
+
+
+def resume(machine, guest):
+    """Sets the clock and finds the native slot again, whose controller does not outlive a saved state."""
+    guest.run(f"date --set @{int(time.time())}; echo 1 > /sys/bus/pci/rescan; "
+              f"test -e /sys/bus/pci/devices/{SLOT}")
+
+
+def suspend(guest):
+    guest.run(f"echo 1 > /sys/bus/pci/devices/{SLOT}/remove; sync")
+
+
+__all__ = ["Computer", "Card", "Unexpected", "GuestError", "resume", "suspend"]
