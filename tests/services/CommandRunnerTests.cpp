@@ -156,7 +156,7 @@ TEST_F(CommandRunnerTests, aCommandCanBeStoppedThoughItsParentBlocksSignals) {
     sigset_t usual;
     sigfillset(&blocked);
     pthread_sigmask(SIG_BLOCK, &blocked, &usual);
-    const auto result = runShell("grep SigBlk /proc/self/status");
+    const auto result = run({.executable = "/bin/grep", .arguments = {"SigBlk", "/proc/self/status"}});
     pthread_sigmask(SIG_SETMASK, &usual, nullptr);
     EXPECT_EQ(result.standardOutput, "SigBlk:\t0000000000000000\n");
 }
