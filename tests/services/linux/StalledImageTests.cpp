@@ -26,8 +26,7 @@ constexpr size_t imageSize = 4 * chunk;
 class StalledImageTests : public testing::Test {
   protected:
     void SetUp() override {
-        if (geteuid() != 0 || access("/dev/fuse", R_OK | W_OK) != 0)
-            GTEST_SKIP() << "needs FUSE";
+        if (geteuid() != 0 || access("/dev/fuse", R_OK | W_OK) != 0) GTEST_SKIP() << "needs FUSE";
     }
 
     void mountImage(uint64_t stallsFrom) {
