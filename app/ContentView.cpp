@@ -141,8 +141,7 @@ void ContentView::closeIfWanted() {
         }
         for (auto* dialog : findChildren<QDialog*>()) {
             if (!dialog->isVisible()) continue;
-            connect(dialog, &QDialog::finished, this, &QWidget::close,
-                    Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+            connect(dialog, &QDialog::finished, this, &QWidget::close, Qt::QueuedConnection);
             return;
         }
     }
