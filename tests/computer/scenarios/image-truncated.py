@@ -7,5 +7,5 @@ def play(computer):
     computer.write()
     computer.await_phase("Writing image data.")
     computer.as_person("truncate --size 1M /home/anna/sample.img")
-    computer.expect_failure("could not be read at byte offset")
+    computer.expect_failure("The selected image changed after it was selected.")
     computer.expect_released(card)
