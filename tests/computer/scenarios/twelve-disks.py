@@ -1,4 +1,4 @@
-"""A reader has twelve slots, with a card in each. Only the chosen one, which the table shows without scrolling, is written."""
+"""A reader has twelve slots, with a card in each. Only the chosen one is written."""
 
 
 def play(computer):
@@ -6,7 +6,7 @@ def play(computer):
     before = computer.content(cards[0])
     computer.refresh()
     computer.expect_text("12 selectable")
-    number = computer.number_of(cards[4])
+    number = computer.number_of(cards[4])  # which the table shows without scrolling
     computer.choose_target(f"disk{number}\\b")
     computer.write()
     computer.expect_success()
