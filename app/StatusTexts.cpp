@@ -55,9 +55,10 @@ QString stoppingHint(const TesselViewModel& viewModel) {
 
 QString announcement(const TesselViewModel& viewModel) {
     const auto& state = viewModel.state();
-    if (!viewModel.hasWriteTask() && state.writeOutcome == WriteOutcome::failed)
+    if (!viewModel.hasWriteTask()) {
+        if (state.writeOutcome != WriteOutcome::failed) return statusTitle(state);
         return statusTitle(state) + ". " + QString::fromStdString(viewModel.writeProgressDetail());
-    if (!viewModel.hasWriteTask()) return statusTitle(state);
+    }
     if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + stoppingHint(viewModel);
     const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
     const auto title = QString::fromStdString(viewModel.writePhaseTitle());

@@ -86,7 +86,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] bool hasWriteTask() const { return writeTask.exists(); }
     [[nodiscard]] bool isCancellationRequested() const { return writeTask.isCancellationRequested(); }
     /// Tells whether the last write has failed, even if it was stopped thereafter.
-    [[nodiscard]] bool hasWriteFailed() const { return writeTask.hasLoggedFailure(); }
+    [[nodiscard]] bool hasWriteFailed() const { return writeTask.hasFailed(); }
     [[nodiscard]] bool canRequestStop() const { return writeTask.canRequestStop(); }
     void requestStop() { writeTask.requestStop(); }
 

@@ -40,7 +40,7 @@ class WriteTask {
     [[nodiscard]] bool isCancellationRequested() const { return cancellationRequested(); }
 
     /// Tells whether the write has failed, even if a stop that came later is its outcome.
-    [[nodiscard]] bool hasLoggedFailure() const { return isFailureLogged; }
+    [[nodiscard]] bool hasFailed() const { return isFailureLogged; }
 
     /// Makes everything ready for a write to begin.
     void prepare();

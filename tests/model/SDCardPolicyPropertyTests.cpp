@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <span>
 
 #include "model/SDCardPolicy.h"
+#include "tests/support/PropertyRecords.h"
 
 namespace tessel {
 
@@ -133,10 +133,8 @@ class RandomDisks {
 
 }  // namespace
 
-/// TESSEL_POLICY_RECORDS says how many records are tried, where the usual number does not suffice.
 TEST(SDCardPolicyPropertyTests, exactlyTheDisksOfTheRuleAreEligible) {
-    const char* wanted = std::getenv("TESSEL_POLICY_RECORDS");
-    const auto records = wanted ? std::strtoull(wanted, nullptr, 10) : 200'000;
+    const auto records = recordsToTry(200'000);
     RandomDisks disks(20'261'123);
     uint64_t eligible = 0;
     for (uint64_t record = 0; record < records; ++record) {

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <random>
 #include <set>
 
 #include "foundation/Errors.h"
 #include "tests/support/DescribedSystem.h"
+#include "tests/support/PropertyRecords.h"
 #include "utilities/linux/DiskProtection.h"
 #include "utilities/linux/LinuxAuthorization.h"
 #include "utilities/linux/LinuxDisks.h"
@@ -134,10 +134,8 @@ void attempt(auto operation) {
 
 }  // namespace
 
-/// TESSEL_POLICY_RECORDS says how many machines are tried, where the usual number does not suffice.
 TEST(MachinePropertyTests, nothingProtectedIsEverReachable) {
-    const char* wanted = std::getenv("TESSEL_POLICY_RECORDS");
-    const auto machines = wanted ? std::strtoull(wanted, nullptr, 10) : 20'000;
+    const auto machines = recordsToTry(20'000);
     RandomMachines random(20'261'124);
     uint64_t touchable = 0;
     for (uint64_t number = 0; number < machines; ++number) {

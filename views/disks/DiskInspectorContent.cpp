@@ -1,9 +1,9 @@
 #include "views/disks/DiskInspectorContent.h"
-#include "views/controls/FoldingRow.h"
 
 #include "model/DiskTexts.h"
 #include "model/SizeOrUnknown.h"
 #include "views/controls/DisclosureButton.h"
+#include "views/controls/FoldingRow.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/SymbolLabel.h"
 #include "views/disks/DiskPartitionRow.h"
