@@ -149,20 +149,10 @@ class Machine:
         """Connects a USB reader whose slots, one for each node of a card, are called NAME-0, NAME-1 and so on."""
         self.command("device_add", driver="usb-bot", id=name, bus="xhci.0", attached=False)
         for index, node in enumerate(cards):
-            # An argument's name may contain underscores of its own.
-            self.control.send({"execute": "device_add", "arguments": {
-                "driver": "scsi-hd", "id": f"{name}-{index}", "bus": f"{name}.0", "scsi-id": 0, "lun": index,
-                "drive": node, "vendor": vendor, "product": product, "removable": True,
-                "werror": "report", "rerror": "report"}})
-            reply = self.control.receive(10)
-            while "event" in reply:
-                reply = self.control.receive(10)
-            if "error" in reply:
-                raise MachineError(reply["error"]["desc"])
+            self.command("device_add", driver="scsi-hd", id=f"{name}-{index}", bus=f"{name}.0", scsi_id=0, lun=index,
+                         drive=node, vendor=vendor, product=product, removable=True, werror="report",
+                         rerror="report")
         self.command("qom-set", path=f"/machine/peripheral/{name}", property="attached", value=True)
-
-    def unplug(self, name):
-        self.command("device_del", id=name)
 
     def add_medium(self, name, path, slow_to=None, bad_sector=None, is_locked=False):
         """Makes a card's file known to the machine, perhaps with a limit in bytes a second, with a sector that can't be

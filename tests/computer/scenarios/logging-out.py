@@ -4,9 +4,7 @@
 def play(computer):
     computer.make_large_image()
     [card] = computer.plug_reader(slow_to=2 << 20)
-    computer.choose_target()
-    computer.write()
-    computer.await_phase("Writing image data.")
+    computer.write_until("Writing image data.")
     computer.log_out()
     computer.expect_program_ended()
     computer.expect_released(card)
