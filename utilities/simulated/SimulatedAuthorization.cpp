@@ -8,6 +8,7 @@
 #include <cerrno>
 
 #include "foundation/Errors.h"
+#include "platform/linux/BlockDescriptor.h"
 
 namespace tessel {
 
@@ -39,6 +40,7 @@ FileDescriptor openMedium(const std::filesystem::path& medium, const std::string
 
     FileDescriptor descriptor(::open(medium.c_str(), O_RDWR | O_CLOEXEC | (isLoopDevice ? O_EXCL : 0)));
     if (!descriptor.isOpen()) throw posixError(device, errno);
+    if (!lockExclusively(descriptor.get()).isSuccess()) throw posixError(device, EBUSY);
     return descriptor;
 }
 

@@ -1,6 +1,10 @@
 #include "utilities/simulated/SimulatedDisks.h"
 
+#include <fcntl.h>
+
 #include "foundation/Errors.h"
+#include "platform/FileDescriptor.h"
+#include "platform/linux/BlockDescriptor.h"
 
 namespace tessel {
 
@@ -40,6 +44,13 @@ PropertyList withoutMountPoints(const PropertyList& value) {
     for (const auto& [key, entry] : *dictionary)
         if (key != mountPointKey) unmounted.emplace(key, withoutMountPoints(entry));
     return unmounted;
+}
+
+/// Throws while a program has the medium open: no system lets go of it then.
+void requireClosed(const std::filesystem::path& medium) {
+    const FileDescriptor descriptor(open(medium.c_str(), O_RDONLY | O_CLOEXEC));
+    if (descriptor.isOpen() && !lockExclusively(descriptor.get()).isSuccess())
+        throw refusal("Resource busy: a program still has the card open.");
 }
 
 /// Returns what the list says about a disk, under the keys that the list uses.
@@ -89,6 +100,7 @@ void SimulatedDisks::eject(const std::string& identifier) {
     const DiskBehaviour behaviour = reader.behaviour(identifier);
     behaviour.waitBefore("eject");
     if (!behaviour.ejectFails.empty()) throw refusal(behaviour.ejectFails);
+    requireClosed(reader.mediumPath(identifier));
     reader.takeOut(identifier);
 }
 
