@@ -15,14 +15,6 @@ class KeyboardFocusTests : public WindowTest {
             return button->text().toStdString();
         return control == &window() ? "the window" : control ? control->accessibleName().toStdString() : "";
     }
-
-    void confirmWithTheKeyboard() {
-        button("Write Disk Image").setFocus();
-        press(Qt::Key_Space);
-        until([this] { return alert(); });
-        press(Qt::Key_Tab);
-        press(Qt::Key_Space);
-    }
 };
 
 constexpr auto verify = "Verify the written image with SHA-256";
@@ -51,24 +43,6 @@ TEST_F(KeyboardFocusTests, returnsToWhereItWasWhenAnOperationEnds) {
     viewModel().refreshDisks();
     untilIdle();
     EXPECT_EQ(focused(), verify);
-}
-
-TEST_F(KeyboardFocusTests, isOnStopDuringAWriteAndThenWhereItWas) {
-    const std::pair<const char*, const char*> ends[] = {{"busy", "Write Disk Image"}, {"", verify}};
-    for (const auto& [refusal, end] : ends) {
-        SCOPED_TRACE(end);
-        reader.reinsert("disk4");
-        reader.setBehaviour("disk4", {.authorization = refusal, .delays = {{"eject", 0.5}}});
-        openReady();
-        confirmWithTheKeyboard();
-        until([this] { return focused() == "Stop"; });
-        if (!*refusal) {
-            until([this] { return viewModel().writePhaseTitle() == "Ejecting SD Card"; });
-            until([this] { return focused() == "the window"; });
-        }
-        untilIdle();
-        EXPECT_EQ(focused(), end) << "or before it, if that can't be used any more";
-    }
 }
 
 }  // namespace tessel

@@ -23,24 +23,6 @@ TEST_F(KeysTests, doWhatTheToolTipsSay) {
     EXPECT_EQ(badge(), "4 disks found · 2 selectable");
     press(Qt::Key_Escape);
     EXPECT_THAT(deeds(), IsEmpty());
-}
-
-TEST_F(KeysTests, closeTheWindowButAskDuringAWrite) {
-    openWriting();
-    const auto expected = log();
-    press(Qt::Key_O, Qt::ControlModifier);
-    press(Qt::Key_F5);
-    for (const auto closing : {Qt::Key_W, Qt::Key_Q}) {
-        press(closing, Qt::ControlModifier);
-        ASSERT_TRUE(alertTitled("A Write Is Running"));
-        press(Qt::Key_Escape);
-        until([this] { return !alert(); });
-        EXPECT_FALSE(viewModel().isCancellationRequested());
-    }
-    EXPECT_EQ(log(), expected);
-    holds.writing.release();
-    until([this] { return alert(); });
-    click(button("Done"));
     for (const auto closing : {Qt::Key_W, Qt::Key_Q}) {
         window().show();
         press(closing, Qt::ControlModifier);

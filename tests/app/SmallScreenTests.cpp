@@ -39,27 +39,6 @@ class SmallScreenTests : public WindowTest {
 
 }  // namespace
 
-TEST_F(SmallScreenTests, theWindowOpensInsideEveryScreen) {
-    const struct {
-        QSize room;
-        WindowSizes sizes;
-    } screens[] = {
-        {{1920, 1053}, {.usual = {1180, 820}, .minimum = {1080, 720}}},
-        {{1366, 741}, {.usual = {1180, 693}, .minimum = {1080, 560}}},
-        {{1280, 773}, {.usual = {1180, 725}, .minimum = {1080, 720}}},
-        {{1024, 741}, {.usual = {1012, 693}, .minimum = {800, 560}}},
-        {{960, 513}, {.usual = {948, 465}, .minimum = {800, 465}}},
-    };
-    for (const auto& [room, sizes] : screens)
-        EXPECT_EQ(WindowSizes::fitting(room), sizes) << room.width() << " x " << room.height();
-
-    open();
-    window().fitInto(smallScreen);
-    EXPECT_EQ(window().size(), QSize(800, 560)) << "a window that has outgrown its screen";
-    window().fitInto(largeScreen);
-    EXPECT_EQ(window().size(), QSize(1080, 720));
-}
-
 TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
     reader.changeDetails("disk4", {{"MediaName", std::string(80, 'W') + " SD Card"}});
     openWriting();
@@ -91,13 +70,25 @@ TEST_F(SmallScreenTests, thePanesSettleWhenTheStopButtonAppears) {
     expectNothingCutOff();
 }
 
-TEST_F(SmallScreenTests, theFocusedControlIsScrolledIntoView) {
+TEST_F(SmallScreenTests, theKeysLeadThroughTheTableAndWhatHasTheFocusIsInView) {
     for (int number = 10; number < 20; ++number)
         reader.addDisk({.identifier = "disk" + std::to_string(number),
                         .mediaName = "SDXC Card",
                         .sizeBytes = cardSize,
                         .medium = SimulatedDisk::Medium::none});
     openReady();
+    row("disk4").setFocus();
+    const std::pair<Qt::Key, const char*> keys[] = {
+        {Qt::Key_Up, "disk4"},        {Qt::Key_Down, "disk5"},    {Qt::Key_PageDown, "disk15"},
+        {Qt::Key_PageDown, "disk19"}, {Qt::Key_PageUp, "disk13"}, {Qt::Key_End, "disk19"},
+        {Qt::Key_Down, "disk19"},     {Qt::Key_Home, "disk4"},
+    };
+    for (const auto& [key, disk] : keys) {
+        press(key);
+        EXPECT_EQ(window().focusWidget(), &row(disk)) << disk;
+        EXPECT_TRUE(row(disk).fields().isInspected);
+        EXPECT_FALSE(row(disk).visibleRegion().isEmpty());
+    }
     window().fitInto(tinyScreen);
     QTest::qWait(20);
     const auto expectFocusInView = [this] {

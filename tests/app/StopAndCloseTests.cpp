@@ -176,15 +176,6 @@ TEST_F(StopAndCloseTests, closingDuringTheEjectWaitsAndTellsHowTheWriteEnded) {
     }
 }
 
-TEST_F(StopAndCloseTests, thePanelClosesWithTheWindow) {
-    open();
-    openPanel();
-    window().close();
-    EXPECT_FALSE(QApplication::activeModalWidget());
-    EXPECT_FALSE(window().isVisible());
-    untilIdle();
-}
-
 TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
     const std::pair<const char*, std::function<void()>> openings[] = {
         {"nothing", [] {}},

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <condition_variable>
 #include <cstdarg>
 #include <mutex>
 #include <optional>
@@ -46,6 +47,7 @@ struct Plan {
     std::optional<SystemCallFault> fault;
     int calls = 0;
     bool hasShown = false;
+    std::condition_variable changed;
     std::atomic<bool> isHurried = false;
 };
 
@@ -63,6 +65,7 @@ std::optional<SystemCallFault> faultOf(const std::string& call) {
         plan.fault->persists ? plan.calls >= plan.fault->occurrence : plan.calls == plan.fault->occurrence;
     if (!isDue) return std::nullopt;
     plan.hasShown = true;
+    plan.changed.notify_all();
     return plan.fault;
 }
 
@@ -80,6 +83,11 @@ std::string withObject(const char* call, const char* path) {
     return path == plan.imagePath ? std::string(call) + " image" : std::string(call);
 }
 
+void waitWhilePlanted() {
+    std::unique_lock lock(plan.mutex);
+    plan.changed.wait(lock, [] { return !plan.fault; });
+}
+
 /// Returns what a faulty call that transfers bytes answers; nothing if it goes on with the new size.
 std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, size_t& size) {
     if (!fault) return std::nullopt;
@@ -88,6 +96,7 @@ std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, 
         return -1;
     }
     if (fault->effect == "zero") return 0;
+    if (fault->effect == "never answers") waitWhilePlanted();
     if (fault->effect == "lie") return static_cast<ssize_t>(size);
     if (fault->effect == "short" && size > 1024) size = size / 1024 * 512;
     return std::nullopt;
@@ -128,9 +137,15 @@ void SystemCallFaults::plant(const SystemCallFault& fault) {
     plan.hasShown = false;
 }
 
+void SystemCallFaults::awaitShowing() {
+    std::unique_lock lock(plan.mutex);
+    plan.changed.wait(lock, [] { return plan.hasShown; });
+}
+
 bool SystemCallFaults::remove() {
     const std::lock_guard lock(plan.mutex);
     plan.fault.reset();
+    plan.changed.notify_all();
     return plan.hasShown;
 }
 
@@ -210,6 +225,8 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     const auto answer = static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
     if (fault && fault->effect == "zero") *static_cast<int*>(argument) = 0;
     if (fault && fault->effect == "lie") *static_cast<int*>(argument) += 512;
+    if (fault && fault->effect.starts_with("is "))
+        *static_cast<int*>(argument) = std::stoi(fault->effect.substr(3));
     return answer;
 }
 

@@ -18,7 +18,8 @@ struct SystemCallFault {
     /// Is a number from <cerrno>, or 0 for a call that does not tell that it failed.
     int error = 0;
     /// Says what a call without an error does instead: "zero" moves nothing, "short" moves half, "lie" moves
-    /// nothing and claims to have moved everything, or answers with another number than is true.
+    /// nothing and claims to have moved everything, or answers with another number than is true; "is 7"
+    /// answers with that number; "never answers" waits until the fault is removed.
     std::string effect;
 };
 
@@ -33,6 +34,8 @@ class SystemCallFaults {
 
     /// Plants the fault in place of any earlier one, and begins to count.
     void plant(const SystemCallFault& fault);
+    /// Waits until the fault has shown.
+    void awaitShowing();
     /// Lets every call succeed again. Returns whether the fault ever showed.
     bool remove();
 

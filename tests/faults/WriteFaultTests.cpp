@@ -2,6 +2,7 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "platform/linux/LoopDevice.h"
 #include "tests/faults/SystemCallFaults.h"
@@ -76,6 +77,12 @@ std::string commandsFor(const std::string& fault) {
     return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
 }
 
+std::string replaced(std::string text, const std::string& word, const std::string& replacement) {
+    for (size_t found = text.find(word); found != std::string::npos; found = text.find(word))
+        text.replace(found, word.size(), replacement);
+    return text;
+}
+
 /// Writes an image to a card again and again, and has something else go wrong each time.
 class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface<size_t> {
   protected:
@@ -89,7 +96,8 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         const auto command = isDiskutil ? row.call.substr(row.call.find(' ') + 1) : "-stdoutpipe";
         interpose("if [ $1 = " + command + " ]; then echo >> $0.calls\nif [ $(wc -l < $0.calls) -" +
                       (row.persists() ? "ge " : "eq ") + std::to_string(std::stoi(row.when)) + " ]; then\n" +
-                      commandsFor(row.fault) + "\nfi\nfi\nexec $real \"$@\"",
+                      commandsFor(replaced(row.fault, "CARD", reader.mediumPath("disk4"))) +
+                      "\nfi\nfi\nexec $real \"$@\"",
                   isDiskutil ? "diskutil" : "authopen");
     }
 
@@ -118,14 +126,6 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         return viewModel->isSuccessfulCompletion() ? "ok" : viewModel->writeProgressDetail();
     }
 
-    /// Replaces what differs from run to run.
-    std::string withoutPaths(std::string text) const {
-        const auto path = folder.path().string();
-        for (size_t found = text.find(path); found != std::string::npos; found = text.find(path))
-            text.replace(found, path.size(), "FOLDER");
-        return text;
-    }
-
     void expectNothingLeft(const std::vector<std::string>& openBefore) {
         EXPECT_EQ(settledDescriptors(openBefore), openBefore);
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was not waited for";
@@ -135,7 +135,8 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
 
     /// A success is one only if the card holds the image; anything else never speaks of one.
     void expectTruth() {
-        const auto log = joined(takeLog(), "\n");
+        const auto lines = takeLog();
+        const auto log = joined(lines, "\n");
         if (viewModel->isSuccessfulCompletion()) {
             std::string written(imageContent.size(), '\0');
             std::ifstream(cardFile(), std::ios::binary)
@@ -145,7 +146,24 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
             EXPECT_EQ(log.find("The disk image was written"), std::string::npos);
             EXPECT_EQ(stateText().find("completed"), std::string::npos);
             EXPECT_EQ(log.find("safe to"), std::string::npos);
+            expectFailureIsTold(lines);
         }
+    }
+
+    /// In the state, in the title by the phase that was reached, in a notification, and once in the log.
+    void expectFailureIsTold(const Messages& log) {
+        static constexpr const char* titles[] = {"Preparing SD Card", "Authorizing Raw Device",
+                                                 "Writing Image",     "Synchronizing Media",
+                                                 "Verifying Image",   "Ejecting SD Card"};
+        if (stateText() == "warning: Operation cancelled") return;
+        std::string title = "Image Write";
+        for (size_t phase = 0; phase < std::size(titles); ++phase)
+            if (std::ranges::count(log, phaseMessages[phase]) > 0) title = titles[phase];
+        EXPECT_EQ(stateText(), "failed: Image write failed");
+        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
+        EXPECT_EQ(desktop.lastNotification.title, title + " Failed");
+        EXPECT_EQ(desktop.lastNotification.text, ending());
+        EXPECT_EQ(std::ranges::count(log, "Error: " + ending()), 1);
     }
 };
 
@@ -176,11 +194,20 @@ TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
                           .error = errorNumber(row.fault),
                           .effect = row.fault});
         }
+        std::thread person;
+        if (row.fault == "never answers") {
+            person = std::thread([&] {
+                faults.awaitShowing();
+                std::this_thread::sleep_for(std::chrono::milliseconds(200));
+                loop->post([this] { viewModel->requestStop(); });
+            });
+        }
         write();
+        if (person.joinable()) person.join();
         const bool hasShown = faults.remove();
         EXPECT_TRUE(hasShown || row.isOfUtility()) << "the call did not happen";
         EXPECT_EQ(whereTheCardIs(row), row.card);
-        EXPECT_EQ(withoutPaths(ending()), row.ending);
+        EXPECT_EQ(replaced(ending(), folder.path(), "FOLDER"), row.ending);
         expectNothingLeft(openBefore);
         expectTruth();
     }

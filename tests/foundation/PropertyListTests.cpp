@@ -87,15 +87,6 @@ TEST(PropertyListTests, theBinaryEncodingIsRead) {
         }));
 }
 
-TEST(PropertyListTests, whatIsWrittenReadsBackTheSame) {
-    const PropertyList value = PropertyList::Dictionary{
-        {"<&>\"'", "<&>\"' é"},
-        {"list", PropertyList::List{true, uint64_t{0}, UINT64_MAX, 0.1, "", PropertyList::List{}}},
-        {"empty", PropertyList::Dictionary{}},
-    };
-    EXPECT_EQ(parsePropertyList(propertyListXML(value)), value);
-}
-
 TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
     EXPECT_NO_THROW(requireReadable(xml(repeated("<array>", 64) + repeated("</array>", 64))));
     EXPECT_THROW(requireReadable(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);

@@ -4,23 +4,6 @@
 
 namespace tessel {
 
-TEST(DiskRecordTests, theReportedLocationWinsOverTheFlag) {
-    const struct {
-        const char* reported;
-        std::optional<bool> isInternal;
-        const char* text;
-    } cases[] = {
-        {" External ", true, "External"},
-        {" ", true, "Internal"},
-        {"", false, "External"},
-        {"", std::nullopt, "Unknown location"},
-    };
-    for (const auto& [reported, isInternal, text] : cases) {
-        const SDWholeDisk disk = {.deviceLocation = reported, .isInternal = isInternal};
-        EXPECT_EQ(disk.locationText(), text);
-    }
-}
-
 TEST(DiskRecordTests, aPartitionSaysNothingTwice) {
     const struct {
         SDDiskPartition partition;

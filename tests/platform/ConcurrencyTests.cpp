@@ -18,32 +18,7 @@ using namespace std::chrono_literals;
 
 const auto loop = std::make_shared<RunLoop>();
 
-Task<std::string> failInBackground() {
-    co_await inBackground([](const std::stop_token&) { throw std::runtime_error("broken"); });
-    co_return "not reached";
-}
-
 }  // namespace
-
-TEST(ConcurrencyTests, aTaskGoesOnOnTheMainThreadWhereverTheAwaitedWorkWasDone) {
-    runUntilFinished(loop, []() -> Task<> {
-        const auto mainThread = std::this_thread::get_id();
-        const auto worker =
-            co_await inBackground([](const std::stop_token&) { return std::this_thread::get_id(); });
-        EXPECT_NE(worker, mainThread);
-        EXPECT_EQ(std::this_thread::get_id(), mainThread);
-        co_await sleepFor(1ms);
-        EXPECT_EQ(std::this_thread::get_id(), mainThread);
-    }());
-}
-
-TEST(ConcurrencyTests, errorsReachTheWaiter) {
-    runUntilFinished(loop, []() -> Task<> {
-        const auto outcome = co_await outcomeOf(failInBackground());
-        EXPECT_THROW(std::rethrow_exception(outcome.error()), std::runtime_error);
-    }());
-    EXPECT_THROW(runUntilFinished(loop, failInBackground()), std::runtime_error);
-}
 
 TEST(ConcurrencyTests, blockingWorkLearnsOfACancellationAndIsNeverCutShort) {
     std::atomic<bool> isFinished = false;

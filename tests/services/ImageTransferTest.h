@@ -12,13 +12,13 @@
 
 #include "model/TesselError.h"
 #include "services/ImageTransfer.h"
+#include "tests/support/MemoryDevice.h"
 #include "tests/support/OpenResources.h"
-#include "tests/support/ScriptedDevice.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel {
 
-/// An image in a file and a card in memory that misbehaves as it is told.
+/// An image in a file and a card in memory.
 class ImageTransferTest : public LeavesNothingOpenForLong {
   protected:
     static constexpr size_t MiB = size_t{1} << 20;
@@ -27,15 +27,15 @@ class ImageTransferTest : public LeavesNothingOpenForLong {
 
     void useImage(size_t size, size_t cardSize = 0) {
         image = patternedBytes(size);
-        script.medium.assign(cardSize == 0 ? 32 * MiB : cardSize, untouched);
+        medium.bytes.assign(cardSize == 0 ? 32 * MiB : cardSize, untouched);
         imageURL = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
     }
 
     /// Runs a transfer to its end. The hook is called with each report and may stop it.
     std::exception_ptr transfer(bool verify = true) {
-        const AuthorizedRawDiskHandle handle{.device = std::make_unique<ScriptedDevice>(script),
-                                             .blockSize = script.blockSize,
-                                             .blockCount = script.medium.size() / script.blockSize};
+        const AuthorizedRawDiskHandle handle{.device = std::make_unique<MemoryDevice>(medium),
+                                             .blockSize = medium.blockSize,
+                                             .blockCount = medium.bytes.size() / medium.blockSize};
         stop = {};
         const auto record = [this](const ImageWriteProgress& report) {
             reports.push_back(report);
@@ -52,15 +52,15 @@ class ImageTransferTest : public LeavesNothingOpenForLong {
     std::string failure(bool verify = true) { return localizedDescription(transfer(verify)); }
 
     void expectCardHoldsImage() const {
-        const auto padded = (image.size() + script.blockSize - 1) / script.blockSize * script.blockSize;
-        const std::span medium(script.medium);
+        const auto padded = (image.size() + medium.blockSize - 1) / medium.blockSize * medium.blockSize;
+        const std::span held(medium.bytes);
         const auto isFilledWith = [](std::byte value) {
             return [value](std::byte byte) { return byte == value; };
         };
-        EXPECT_TRUE(std::ranges::equal(image, medium.first(image.size())));
+        EXPECT_TRUE(std::ranges::equal(image, held.first(image.size())));
         EXPECT_TRUE(
-            std::ranges::all_of(medium.first(padded).subspan(image.size()), isFilledWith(std::byte{0})));
-        EXPECT_TRUE(std::ranges::all_of(medium.subspan(padded), isFilledWith(untouched)));
+            std::ranges::all_of(held.first(padded).subspan(image.size()), isFilledWith(std::byte{0})));
+        EXPECT_TRUE(std::ranges::all_of(held.subspan(padded), isFilledWith(untouched)));
     }
 
     void patchImageFile(long offset, std::string_view bytes) const {
@@ -70,7 +70,7 @@ class ImageTransferTest : public LeavesNothingOpenForLong {
     TemporaryFolder folder;
     std::filesystem::path imageURL;
     std::vector<std::byte> image;
-    DeviceScript script;
+    Medium medium;
     std::vector<ImageWriteProgress> reports;
     std::function<void(const ImageWriteProgress&)> onReport;
     std::stop_source stop;

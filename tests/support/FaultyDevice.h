@@ -1,14 +1,18 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <memory>
+#include <thread>
 #include <utility>
 
 #include "rehearsal/WrappedDevice.h"
 
 namespace tessel {
 
-/// A device that works but for one kind of call.
+/// A device that works but for one kind of call, and must not be closed by the main thread, which it might
+/// hold up.
 class FaultyDevice : public WrappedDevice {
   public:
     enum class Fault { none, secondWrite, read, synchronize };
@@ -16,6 +20,7 @@ class FaultyDevice : public WrappedDevice {
     FaultyDevice(std::unique_ptr<RawDevice> device, Fault fault) :
         WrappedDevice(std::move(device)),
         fault(fault) {}
+    ~FaultyDevice() override { EXPECT_NE(std::this_thread::get_id(), mainThread); }
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         return fault == Fault::secondWrite && offset > 0 ? failure : WrappedDevice::write(bytes, offset);
     }
@@ -27,6 +32,7 @@ class FaultyDevice : public WrappedDevice {
     }
 
   private:
+    static inline const auto mainThread = std::this_thread::get_id();
     static constexpr SystemResult failure{.error = EIO};
     Fault fault;
 };

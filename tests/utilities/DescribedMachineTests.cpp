@@ -90,47 +90,4 @@ INSTANTIATE_TEST_SUITE_P(Machines, DescribedMachineTests, testing::ValuesIn(desc
                              return name;
                          });
 
-TEST_F(DescribedMachineTests, partitionsCarryNamesSizesAndMountPoints) {
-    const Machine machine = read("laptop-sd-card").machine;
-    const SDWholeDisk card = answersOf(machine).at("mmcblk0").disk;
-    EXPECT_EQ(card.partitionScheme, "FDisk_partition_scheme");
-    EXPECT_EQ(card.partitions, (std::vector<SDDiskPartition>{{.id = "disk7s1",
-                                                              .content = "vfat",
-                                                              .volumeName = "CAMERA",
-                                                              .sizeBytes = 31'910'000'000,
-                                                              .mountPoint = "/media/ada/CAMERA"}}));
-    EXPECT_EQ(card.systemName, "/dev/mmcblk0");
-    EXPECT_TRUE(card.isRemovable);
-    EXPECT_TRUE(card.isEjectable);
-    EXPECT_EQ(card.isInternal, true);
-}
-
-TEST_F(DescribedMachineTests, aCardIsProtectedByAnyPartThatIsUsed) {
-    Machine machine = read("laptop-sd-card").machine;
-    const auto card = std::ranges::find(machine.devices, "mmcblk0", &BlockDevice::name);
-    const std::pair<const char*, std::function<void(BlockDevice&)>> uses[] = {
-        {"swap space", [](BlockDevice& part) { part.isSwap = true; }},
-        {"a volume group", [](BlockDevice& part) { part.holders = {"dm-0"}; }},
-        {"a loop device", [](BlockDevice& part) { part.users = {"loop3"}; }},
-        {"span several disks", [](BlockDevice& part) { part.spansDisks = true; }},
-        {"the system has mounted",
-         [](BlockDevice& part) { part.mounts.push_back({.target = "/mnt", .isByUDisks = true}); }},
-        {"mounted elsewhere",
-         [](BlockDevice& part) {
-             part.mounts.clear();
-             part.isFileSystemActive = true;
-         }},
-    };
-    for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
-        BlockDevice& part = *std::ranges::find(machine.devices, name, &BlockDevice::name);
-        const BlockDevice unused = part;
-        for (const auto& [reason, use] : uses) {
-            EXPECT_EQ(reasonOf(machine, *card), std::nullopt);
-            use(part);
-            EXPECT_THAT(reasonOf(machine, *card).value_or(""), testing::HasSubstr(reason)) << name;
-            part = unused;
-        }
-    }
-}
-
 }  // namespace tessel

@@ -32,12 +32,6 @@ class HostileSystemTests : public MountedDiskTest {
     UtilityRun eject() const { return diskutil({"eject", "/dev/" + identifier}); }
 };
 
-TEST_F(HostileSystemTests, udisksMayStopWhileTheCardIsWritten) {
-    EXPECT_EQ(writeWhile([this] { udisks.reset(); }), "");
-    EXPECT_TRUE(holdsImage());
-    EXPECT_THAT(eject().errors, HasSubstr("UDisks2 is not running"));
-}
-
 TEST_F(HostileSystemTests, aCardThatIsPulledEndsTheWriteAndIsLetGo) {
     const auto pull = [this] {
         std::filesystem::resize_file(folder.path() / "medium", 0);
@@ -75,21 +69,6 @@ TEST_F(HostileSystemTests, whoeverUsesTheWrittenCardIsWaitedForBeforeItMayBePull
     EXPECT_THAT(calls(), Not(Contains(HasSubstr("eject"))));
     user.reset();
     EXPECT_EQ(ejecting.get().status, 0);
-}
-
-TEST_F(HostileSystemTests, udisksMayBeLateButNotSilent) {
-    const auto later = [](const Companion& companion) {
-        companion.pause();
-        return std::async(std::launch::async, [&companion] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(500));
-            companion.resume();
-        });
-    };
-    for (const auto* companion : {&*bus, &*udisks}) {
-        auto awakening = later(*companion);
-        EXPECT_EQ(diskutil({"list", "-plist"}).status, 0);
-        awakening.get();
-    }
 }
 
 TEST_F(HostileSystemTests, silenceEndsWithASentence) {

@@ -84,16 +84,6 @@ TEST_F(LinuxAuthorizationTests, whatSomebodyElseLockedIsBusy) {
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
 }
 
-TEST_F(LinuxAuthorizationTests, protectedAndMountedDisksAreNotOpened) {
-    card().mounts = {{.target = "/media/ada/CARD", .isByUDisks = true}};
-    EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
-    card().mounts = {{.target = "/home", .isByUDisks = false}};
-    EXPECT_THAT(refusal(), HasSubstr("is protected"));
-    identifier = "disk0";
-    EXPECT_THAT(refusal(), HasSubstr("is protected"));
-    EXPECT_THAT(system.calls, IsEmpty());
-}
-
 TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
     system.machine.devices.push_back({.name = "sdb1", .path = card().path + "/sdb1"});
     BlockDevice& partition = system.machine.devices.back();
@@ -111,12 +101,6 @@ TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
         return openReadWrite(loop->path());
     };
     EXPECT_THAT(refusal(), HasSubstr("Resource busy")) << "locked while the person was asked";
-}
-
-TEST_F(LinuxAuthorizationTests, nothingIsOpenedWhereTheSystemsDiskIsUnknown) {
-    system.machine.rootDevice = "";
-    EXPECT_THAT(refusal(), HasSubstr("is protected"));
-    EXPECT_THAT(system.calls, IsEmpty());
 }
 
 TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {

@@ -114,16 +114,6 @@ TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
     EXPECT_EQ(system.calls.back(), "unmount mmcblk0p1");
 }
 
-TEST_F(LinuxDisksTests, aProtectedDiskIsNeitherUnmountedNorEjected) {
-    volume.holders = {"dm-0"};
-    const std::string expected =
-        "disk7 (/dev/mmcblk0) is protected: it is part of a volume group, a RAID or an encrypted volume that "
-        "is in use. Deactivate the volume group, stop the RAID or lock the encrypted volume.";
-    EXPECT_EQ(unmount(), expected);
-    EXPECT_EQ(eject(), notEjected + expected);
-    EXPECT_THAT(system.calls, Each("wait"));
-}
-
 TEST_F(LinuxDisksTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
     useReaderWithMechanism();
     system.onEject = [this] {

@@ -21,7 +21,7 @@
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskPropertyLists.h"
 #include "services/ImageTransfer.h"
-#include "tests/support/ScriptedDevice.h"
+#include "tests/support/MemoryDevice.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UtilityRun.h"
 

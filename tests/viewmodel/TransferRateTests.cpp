@@ -67,12 +67,6 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
           "about 2 minutes left", "about 3 minutes left", "about 2 minutes left", "about 90 seconds left",
           "about 1 minute left", "less than a minute left"},
          "5 MB/s"},
-        {"speeding up",
-         {{50, 1.6}, {1000, 0.2}},
-         {"", "about 8 minutes left", "about 7 minutes left", "about 5 minutes left", "about 4 minutes left",
-          "about 3 minutes left", "about 2 minutes left", "about 90 seconds left", "about 1 minute left",
-          "less than a minute left"},
-         "37.2 MB/s"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);

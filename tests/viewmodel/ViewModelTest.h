@@ -11,6 +11,7 @@
 #include "rehearsal/SimulatedReader.h"
 #include "tests/support/CommandNames.h"
 #include "tests/support/FaultyDevice.h"
+#include "tests/support/MemoryDevice.h"
 #include "tests/support/OpenResources.h"
 #include "tests/support/TemporaryFolder.h"
 #include "viewmodel/TesselViewModel.h"
@@ -223,10 +224,8 @@ class ViewModelTest : public LeavesNothingOpenForLong {
 
   private:
     static std::string patternedImage() {
-        std::string bytes(imageSize, 'x');
-        for (size_t i = 0; i < bytes.size(); i += 997)
-            bytes[i] = static_cast<char>(i);
-        return bytes;
+        const auto bytes = patternedBytes(imageSize);
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     }
 
     bool isOccupied() const { return viewModel->isBusy() || viewModel->hasWriteTask(); }

@@ -67,30 +67,6 @@ TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
     }
 }
 
-TEST_F(WriteStopTests, reportsAfterAStopOnlyDecideHowItIsWorded) {
-    const struct {
-        std::optional<ImageWritePhase> phase;
-        const char* message;
-    } cases[] = {{std::nullopt, interrupted},      {preparingTarget, interrupted},
-                 {authorizingDevice, interrupted}, {writingImage, interrupted},
-                 {synchronizing, finalizing},      {verifyingImage, unverified},
-                 {ejecting, finalizing},           {completed, finalizing}};
-    for (const auto& [phase, message] : cases) {
-        SCOPED_TRACE(message);
-        prepareWrite();
-        viewModel->startWrite();
-        viewModel->requestStop();
-        if (phase) viewModel->applyWriteProgress({*phase, 1, 1});
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
-        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-        runUntilIdle();
-        expectCancellation(message);
-        EXPECT_EQ(takeLog(), stopLog(message));
-        EXPECT_EQ(takeCommands(), "") << "it was stopped before it began";
-        EXPECT_THAT(desktop.events, IsEmpty());
-    }
-}
-
 TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     prepareWrite();
     reader.removeDisk("disk4");
@@ -105,6 +81,22 @@ TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     expectCancellation(interrupted);
     EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
     EXPECT_EQ(takeCommands(), "list");
+}
+
+TEST_F(WriteStopTests, aStopWaitsForAnOpenPrompt) {
+    prepareWrite();
+    reader.setBehaviour("disk4", {.delays = {{"authopen", 0.5}}});
+    const auto callsBefore = reader.calls().size();
+    std::thread user([&] {
+        while (!reader.calls().back().starts_with("authopen"))
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        loop->post([this] { viewModel->requestStop(); });
+    });
+    write();
+    user.join();
+    expectCancellation(interrupted);
+    EXPECT_EQ(commandNames(reader.calls(), callsBefore), "list info list info unmount authorize eject")
+        << "the card is neither checked again nor written";
 }
 
 TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {

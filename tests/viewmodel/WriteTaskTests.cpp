@@ -68,36 +68,6 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
     }
 }
 
-TEST_F(WriteTaskTests, nothingIsTouchedWithoutAnImageAndATargetThatFit) {
-    const auto file = folder.write("os.img", "image");
-    const struct {
-        std::function<void()> arrange;
-        std::string error;
-    } cases[] = {
-        {[] {}, "Select an uncompressed raw image with an .img, .raw, or .bin extension."},
-        {[&] { choose(file); }, "Select a recognized and eligible SD card first."},
-        {[&] {
-             std::filesystem::resize_file(file, cardSize + 1);
-             choose(file);
-             scan();
-             viewModel->selectDisk("disk4");
-         },
-         "The selected image is larger than the selected SD card."},
-    };
-    for (const auto& [arrange, error] : cases) {
-        SCOPED_TRACE(error);
-        arrange();
-        desktop.events.clear();
-        takeLog();
-        takeCommands();
-        write();
-        expectFailure("Image Write", error);
-        EXPECT_THAT(takeLog(), ElementsAre("Error: " + error));
-        EXPECT_EQ(takeCommands(), "");
-        EXPECT_THAT(desktop.events, ElementsAre("attention"));
-    }
-}
-
 TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
     const std::string mismatch =
         "Disk revalidation mismatch. Expected identifier=disk4, media=SD Card Reader, bus=USB, "
@@ -134,23 +104,6 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
          {"Disk revalidation could not find /dev/disk4 as a whole disk.", diskGone},
          diskChanged,
          "list list list"},
-        {"write-protected",
-         [&] { reader.changeDetails("disk4", {{"WritableMedia", false}}); },
-         {},
-         isProtected,
-         "list info"},
-        {"no list", [&] { interpose("echo Nobody knows. >&2; exit 1"); }, {}, "Nobody knows.", ""},
-        {"a larger image",
-         [&] { std::filesystem::resize_file(image, imageSize + 1); },
-         {},
-         imageChanged,
-         "list info"},
-        {"no image",
-         [&] { std::filesystem::remove(image); },
-         {},
-         "The file “" + (folder.path() / "os.img").string() +
-             "” could not be inspected: No such file or directory.",
-         "list info"},
     };
     for (const auto& [what, arrange, log, error, commands] : cases) {
         SCOPED_TRACE(what);
@@ -186,44 +139,6 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
         EXPECT_EQ(log[1], "Disk revalidation succeeded on attempt " + std::string(attempt) + ".");
         EXPECT_EQ(log[2], writing);
         EXPECT_EQ(takeCommands(), commands);
-    }
-}
-
-TEST_F(WriteTaskTests, aFailureIsTitledByItsPhase) {
-    const struct {
-        ImageWritePhase phase;
-        const char* title;
-        std::function<void()> arrange;
-        std::string error;
-        double progress;
-    } cases[] = {
-        {preparingTarget, "Preparing SD Card",
-         [this] { reader.setBehaviour("disk4", {.refusesUnmount = "disk4s1 is in use."}); },
-         "disk4s1 is in use.", 0.02},
-        {authorizingDevice, "Authorizing Raw Device",
-         [this] { reader.setBehaviour("disk4", {.authorization = "It is late."}); },
-         "The authorized raw-device open failed: It is late.", 0.05},
-        {writingImage, "Writing Image", [this] { fault = Fault::secondWrite; },
-         "The SD-card write did not complete at byte offset 8388608: Input/output error",
-         0.05 + 0.62 * 8'388'608 / imageSize},
-        {synchronizing, "Synchronizing Media", [this] { fault = Fault::synchronize; },
-         "The completed image could not be synchronized to the SD card: Input/output error.", 0.7},
-        {verifyingImage, "Verifying Image", [this] { fault = Fault::read; },
-         "The SD card could not be read for verification at byte offset 0: Input/output error", 0.7},
-        {ejecting, "Ejecting SD Card",
-         [this] { reader.setBehaviour("disk4", {.ejectFails = "disk4 is stuck."}); }, "disk4 is stuck.",
-         0.99},
-    };
-    for (const auto& [phase, title, arrange, error, progress] : cases) {
-        SCOPED_TRACE(title);
-        prepareWrite();
-        arrange();
-        write();
-        expectFailure(title, error);
-        EXPECT_EQ(takeLog(), logUpTo(phase) + Messages{"Error: " + error});
-        EXPECT_NEAR(viewModel->writeOperationProgress(), progress, 1e-9) << "it stays where it was";
-        EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
-        EXPECT_EQ(viewModel->selectedDiskID(), "disk4");
     }
 }
 

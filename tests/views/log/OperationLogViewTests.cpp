@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QClipboard>
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QScrollBar>
@@ -76,12 +75,6 @@ class OperationLogViewTests : public testing::Test {
     void type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(view.windowHandle(), key, modifiers);
     }
-    void select(int anchor, int position) {
-        QTextCursor cursor = view.textCursor();
-        cursor.setPosition(anchor);
-        cursor.setPosition(position, QTextCursor::KeepAnchor);
-        view.setTextCursor(cursor);
-    }
     bool resumes(std::chrono::milliseconds patience = 10 * pause) const {
         return QTest::qWaitFor([this] { return view.isFollowingLatest() && isAtEnd(); },
                                static_cast<int>(patience.count()));
@@ -153,44 +146,6 @@ TEST_F(OperationLogViewTests, aPausedViewKeepsItsPlaceHoweverLinesWrap) {
     }
     EXPECT_FALSE(view.isFollowingLatest());
     EXPECT_TRUE(resumes());
-}
-
-TEST_F(OperationLogViewTests, otherMouseButtonsDoNotPause) {
-    for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
-        press(*view.viewport(), button);
-        QTest::mouseMove(view.windowHandle(), inWindow(*view.viewport()) - QPoint(0, 60));
-        release(*view.viewport(), button);
-        EXPECT_TRUE(view.isFollowingLatest());
-        if (auto* menu = QApplication::activePopupWidget()) menu->close();
-    }
-}
-
-TEST_F(OperationLogViewTests, theSelectionSurvivesGrowthAndIsClampedByAReplacement) {
-    const int end = view.document()->characterCount() - 1;
-    struct Selection {
-        int anchor, position, anchorInShorter, positionInShorter;
-    };
-    const std::string shorter = "No operation messages yet.";
-    const int shorterEnd = static_cast<int>(shorter.size());
-    for (const auto& [anchor, position, anchorInShorter, positionInShorter] : {
-             Selection{4, 9, 4, 9},
-             Selection{end, 3, shorterEnd, 3},
-             Selection{3, end, 3, shorterEnd},
-             Selection{40, 60, shorterEnd, shorterEnd},
-             Selection{end, end, shorterEnd, shorterEnd},
-         }) {
-        view.setLog(linesUpTo(100), 100);
-        select(anchor, position);
-        view.setLog(linesUpTo(102), 102);
-        EXPECT_EQ(view.toPlainText().toStdString(), linesUpTo(102));
-        EXPECT_EQ(view.textCursor().anchor(), anchor);
-        EXPECT_EQ(view.textCursor().position(), position);
-
-        view.setLog(shorter, 0);
-        EXPECT_EQ(view.toPlainText().toStdString(), shorter);
-        EXPECT_EQ(view.textCursor().anchor(), anchorInShorter);
-        EXPECT_EQ(view.textCursor().position(), positionInShorter);
-    }
 }
 
 }  // namespace tessel

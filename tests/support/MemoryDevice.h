@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstring>
+#include <vector>
+
+#include "platform/RawDevice.h"
+
+namespace tessel {
+
+/// What a device in memory holds, and what was done to it.
+struct Medium {
+    std::vector<std::byte> bytes;
+    uint64_t blockSize = 512;
+
+    std::vector<uint64_t> readOffsets = {};
+    int writes = 0;
+    int synchronizations = 0;
+};
+
+class MemoryDevice : public RawDevice {
+  public:
+    explicit MemoryDevice(Medium& medium) : medium(medium) {}
+
+    SystemResult blockSize() override { return {.value = medium.blockSize}; }
+    SystemResult blockCount() override { return {.value = medium.bytes.size() / medium.blockSize}; }
+    SystemResult disableCaching() override { return {}; }
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+        ++medium.writes;
+        std::memcpy(medium.bytes.data() + offset, bytes.data(), bytes.size());
+        return {.value = bytes.size()};
+    }
+    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+        medium.readOffsets.push_back(offset);
+        std::memcpy(bytes.data(), medium.bytes.data() + offset, bytes.size());
+        return {.value = bytes.size()};
+    }
+    SystemResult synchronize() override {
+        ++medium.synchronizations;
+        return {};
+    }
+    SystemResult confirmSameMedium() override { return {}; }
+
+  private:
+    Medium& medium;
+};
+
+/// Makes bytes that differ from place to place, but are the same for the same seed.
+inline std::vector<std::byte> patternedBytes(size_t size, uint32_t seed = 1) {
+    std::vector<std::byte> bytes(size);
+    uint32_t state = seed;
+    for (auto& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<std::byte>(state >> 24);
+    }
+    return bytes;
+}
+
+}  // namespace tessel
