@@ -70,10 +70,10 @@ Table readTable(int (*parse)(libmnt_table*, const char*)) {
 }
 
 template <typename Action>
-void forEachEntry(const Table& table, Action act) {
+void forEachEntry(libmnt_table* table, Action act) {
     const Iterator iterator(mnt_new_iter(MNT_ITER_FORWARD));
     libmnt_fs* entry = nullptr;
-    while (mnt_table_next_fs(table.get(), iterator.get(), &entry) == 0)
+    while (mnt_table_next_fs(table, iterator.get(), &entry) == 0)
         act(entry);
 }
 
@@ -102,19 +102,24 @@ void addActiveFileSystems(Machine& machine) {
 
 }  // namespace
 
-void addUses(Machine& machine) {
-    const Table mounts = readTable(mnt_table_parse_mtab);
+void addUses(Machine& machine, libmnt_table* mounts, libmnt_table* swaps) {
     forEachEntry(mounts, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
-        const Mount mount{.target = mnt_fs_get_target(entry), .isByUDisks = isByUDisks(entry)};
+        const char* const target = mnt_fs_get_target(entry);
+        const Mount mount{.target = target ? target : "", .isByUDisks = isByUDisks(entry)};
         // Of several mounts on top of each other, "/" leads to the last one.
         if (mount.target == "/") machine.rootDevice = name;
         changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });
     });
-    forEachEntry(readTable(mnt_table_parse_swaps), [&](libmnt_fs* entry) {
-        changeDevice(machine, deviceUnder(mounts.get(), mnt_fs_get_srcpath(entry)),
+    forEachEntry(swaps, [&](libmnt_fs* entry) {
+        changeDevice(machine, deviceUnder(mounts, mnt_fs_get_srcpath(entry)),
                      [](BlockDevice& device) { device.isSwap = true; });
     });
+}
+
+void addUses(Machine& machine) {
+    const Table mounts = readTable(mnt_table_parse_mtab);
+    addUses(machine, mounts.get(), readTable(mnt_table_parse_swaps).get());
     for (const DeviceUser& user : readDeviceUsers())
         changeDevice(machine, deviceUnder(mounts.get(), user.path.c_str()),
                      [&](BlockDevice& device) { device.users.push_back(user.name); });
