@@ -74,13 +74,12 @@ dev_t deviceNumber(const std::string& name) {
     return stat(("/dev/" + name).c_str(), &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
 }
 
-Object<UDisksBlock> findBlock(UDisksClient* client, const std::string& device) {
-    const dev_t number = deviceNumber(device);
+Object<UDisksBlock> findBlock(UDisksClient* client, dev_t number) {
     return Object<UDisksBlock>(number ? udisks_client_get_block_for_dev(client, number) : nullptr);
 }
 
 Object<UDisksBlock> requireBlock(UDisksClient* client, const std::string& device) {
-    auto block = findBlock(client, device);
+    auto block = findBlock(client, deviceNumber(device));
     if (!block) throw PlatformError("Disk", ENXIO, "The disk service does not know /dev/" + device + ".");
     return block;
 }
@@ -150,8 +149,12 @@ UDisksConnection::UDisksConnection() {
 
 void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
     for (BlockDevice& device : devices)
-        if (const auto block = findBlock(client.get(), device.name))
-            device.udisks = describeBlock(client.get(), block.get());
+        if (const auto record = recordOf(deviceNumber(device.name))) device.udisks = *record;
+}
+
+std::optional<UDisksRecord> UDisksConnection::recordOf(dev_t number) const {
+    const auto block = findBlock(client.get(), number);
+    return block ? std::optional(describeBlock(client.get(), block.get())) : std::nullopt;
 }
 
 void UDisksConnection::unmount(const std::string& device, Duration limit) const {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +28,9 @@ class UDisksConnection {
 
     /// Fills in what UDisks2 says about each device.
     void describe(std::vector<BlockDevice>& devices) const;
+
+    /// Returns what UDisks2 says about the block device with this number; absent when it knows none.
+    [[nodiscard]] std::optional<UDisksRecord> recordOf(dev_t number) const;
 
     void unmount(const std::string& device, Duration limit) const;
     [[nodiscard]] FileDescriptor open(const std::string& device) const;
