@@ -68,6 +68,8 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
          "The SD card is still in use by another process. Close applications using the card, refresh the "
          "disk list, and try again."},
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
+        {"", "\nplace=-1",
+         "The authorized raw-device open failed: The disk service UDisks2 did not hand over what it opened."},
     };
     for (const auto& [error, message, sentence] : refusals) {
         startUDisks("open=" + std::string(error) + "\nmessage=" + message + "\n");

@@ -183,8 +183,12 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     });
     const Variant indexHolder(index);
     const Object<GUnixFDList> listHolder(descriptors);
-    return FileDescriptor(checked(
-        [&](GError** error) { return g_unix_fd_list_get(descriptors, g_variant_get_handle(index), error); }));
+    const int place = g_variant_get_handle(index);
+    // The library would look even in places that the list doesn't have.
+    if (!descriptors || place < 0 || place >= g_unix_fd_list_get_length(descriptors))
+        throw PlatformError("UDisks2", EBADMSG, "The disk service UDisks2 did not hand over what it opened.");
+    return FileDescriptor(
+        checked([&](GError** error) { return g_unix_fd_list_get(descriptors, place, error); }));
 }
 
 BlockSystem::Ejection UDisksConnection::eject(const std::string& device, Duration limit) const {
