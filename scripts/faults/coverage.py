@@ -1,5 +1,6 @@
 """Which tests reach which lines, so that only those are run that can notice a fault."""
 import collections
+import pickle
 import shutil
 import subprocess
 import time
@@ -7,6 +8,18 @@ import time
 from .tree import FOLDER
 
 COUNTERS = FOLDER / 'counters'
+KEPT = FOLDER / 'coverage'
+
+
+def coverage_of(tree, programs):
+    """Returns the coverage, which is kept for as long as the code and its tests stay the same."""
+    if KEPT.exists():
+        digest, coverage = pickle.loads(KEPT.read_bytes())
+        if digest == tree.digest():
+            return coverage
+    coverage = Coverage(tree, programs)
+    KEPT.write_bytes(pickle.dumps((tree.digest(), coverage)))
+    return coverage
 
 
 class Test:

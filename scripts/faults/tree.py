@@ -1,4 +1,5 @@
 """A copy of the code in which faults are planted, and the test programs that are built from it."""
+import hashlib
 import os
 import re
 import shutil
@@ -39,6 +40,14 @@ class Tree:
                         '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld-19', f'-DCMAKE_CXX_FLAGS=-O0 {COUNTING}'],
                        stdout=subprocess.DEVNULL, check=True)
         return self.make(*programs)
+
+    def digest(self):
+        """Stands for everything that was copied."""
+        total = hashlib.sha256()
+        for path in sorted(self.source.rglob('*')):
+            if path.is_file():
+                total.update(f'{path} '.encode() + path.read_bytes())
+        return total.digest()
 
     def make(self, *programs):
         command = ['ninja', '-C', self.build, *programs]

@@ -9,10 +9,8 @@ namespace tessel {
 
 namespace {
 
-using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 
 class StopAndCloseTests : public WindowTest {
   protected:
@@ -36,22 +34,16 @@ class StopAndCloseTests : public WindowTest {
 TEST_F(StopAndCloseTests, theStopButtonStopsAWriteAtTheNextCheckpoint) {
     openWriting();
     auto& stop = button("Stop");
-    EXPECT_EQ(stop.toolTip(), "Stop at the next safe checkpoint and eject the SD card when possible.");
-    EXPECT_EQ(badge(), "Writing Disk Image");
-    EXPECT_EQ(badgeTone(), Tone::orange);
-    EXPECT_THAT(texts(), AllOf(Contains("8.4 MB of 20 MB written."), Not(Contains("Stopping Operation"))));
     click(stop);
     QTest::qWait(1);
     EXPECT_EQ(stop.text(), "Stopping Operation");
     EXPECT_FALSE(stop.isEnabled());
-    EXPECT_EQ(stop.toolTip(), "The operation is stopping and the SD card will be ejected when possible.");
     // In the button, and in the status of both cards and of the phase.
     EXPECT_THAT(texts(), Contains("Stopping Operation").Times(4));
     holds.writing.release();
     untilIdle();
     EXPECT_FALSE(stop.isVisible());
     EXPECT_EQ(badge(), "Operation cancelled");
-    EXPECT_EQ(badgeTone(), Tone::orange);
     EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }

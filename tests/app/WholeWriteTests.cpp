@@ -88,14 +88,6 @@ TEST_F(WholeWriteTests, withTheKeyboardAlone) {
     QTest::qWait(1);
     EXPECT_EQ(badge(), "Target disk4 selected");
 
-    for (const auto cancel : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space}) {
-        tabTo("Write Disk Image");
-        press(Qt::Key_Return);
-        until([this] { return alertTitled("Confirm Destructive Write"); });
-        press(cancel);
-        until([this] { return !alert(); });
-        EXPECT_FALSE(viewModel().isBusy());
-    }
     tabTo("Write Disk Image");
     press(Qt::Key_Return);
     until([this] { return alert(); });

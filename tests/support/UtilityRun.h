@@ -15,7 +15,6 @@ struct UtilityRun {
     int status = 0;
     std::string output = {};
     std::string errors = {};
-    std::chrono::duration<double> duration{};
     ReceivedDescriptor received{ReceivedDescriptor::Outcome::closed, {}};
 
     static UtilityRun ofDiskUtility(const Command& command) {
@@ -37,7 +36,6 @@ struct UtilityRun {
     static UtilityRun launch(Command command, int output, CollectingPipe* collected) {
         command.environment["LC_ALL"] = "C";
         CollectingPipe errors;
-        const auto start = std::chrono::steady_clock::now();
         Process process =
             Process::launch(command, {.standardOutput = output, .standardError = errors.writingEnd()});
         errors.closeWritingEnd();
@@ -47,9 +45,7 @@ struct UtilityRun {
             streams.push_back(collected->stream());
         }
         const auto ending = process.waitUntilExit({.streams = streams, .timeout = std::chrono::seconds(30)});
-        return {.status = ending.termination.status,
-                .errors = errors.collected(),
-                .duration = std::chrono::steady_clock::now() - start};
+        return {.status = ending.termination.status, .errors = errors.collected()};
     }
 };
 

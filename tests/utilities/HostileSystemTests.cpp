@@ -52,25 +52,6 @@ TEST_F(HostileSystemTests, aSecondCopyLeavesTheCardAlone) {
     EXPECT_EQ(eject().status, 0) << "nobody is writing any more";
 }
 
-TEST_F(HostileSystemTests, whatTheDesktopMountsAgainIsUnmountedBeforeTheCardMayBePulled) {
-    mountWith("uhelper=udisks2", "eject=Failed\n");
-    auto ejecting = std::async(std::launch::async, [this] { return eject(); });
-    while (isMounted())
-        std::this_thread::yield();
-    mount("uhelper=udisks2");
-    EXPECT_EQ(ejecting.get().status, 0);
-    EXPECT_FALSE(isMounted());
-}
-
-TEST_F(HostileSystemTests, whoeverUsesTheWrittenCardIsWaitedForBeforeItMayBePulled) {
-    std::optional<LoopDevice> user(std::in_place, LoopDevice::Options{.file = loop->path()});
-    auto ejecting = std::async(std::launch::async, [this] { return eject(); });
-    EXPECT_EQ(ejecting.wait_for(std::chrono::seconds(2)), std::future_status::timeout);
-    EXPECT_THAT(calls(), Not(Contains(HasSubstr("eject"))));
-    user.reset();
-    EXPECT_EQ(ejecting.get().status, 0);
-}
-
 TEST_F(HostileSystemTests, silenceEndsWithASentence) {
     for (const auto* companion : {&*bus, &*udisks}) {
         companion->pause();

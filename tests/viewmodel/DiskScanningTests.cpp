@@ -81,20 +81,6 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
     }
 }
 
-TEST_F(DiskScanningTests, nothingElseHappensDuringAScan) {
-    choose(folder.write("os.img", "image"));
-    takeLog();
-    bool wasScanning = false;
-    when(systemWords().scanStarted, [&] {
-        wasScanning = stateText() == "scanningDisks" && viewModel->isBusy() && !viewModel->canStartWrite();
-        EXPECT_TRUE(viewModel->didPerformInitialScan());
-        tryEverything();
-    });
-    scan();
-    EXPECT_TRUE(wasScanning);
-    EXPECT_EQ(takeLog().size(), 4u) << "one scan of two disks";
-}
-
 TEST_F(DiskScanningTests, onlyEligibleDisksCanBeSelected) {
     scan();
     takeLog();
