@@ -79,6 +79,13 @@ Task<> DiskService::lookFor(const SDWholeDisk& expected, DiskSearch& search) con
     }
 }
 
+Task<bool> DiskService::isGone(std::string identifier) const {
+    auto list = co_await outcomeOf(listWholeDisks());
+    if (list.error()) co_return false;
+    const auto disks = std::move(list).value().identifiers;
+    co_return std::ranges::find(disks, identifier) == disks.end();
+}
+
 Task<std::vector<SDWholeDisk>> DiskService::scanDisks() const {
     const auto list = co_await listWholeDisks();
     std::vector<SDWholeDisk> disks;

@@ -52,6 +52,9 @@ class DiskService {
     /// another attempt can't help; any other error becomes part of what was seen.
     Task<DiskSearch> findAgain(SDWholeDisk expected) const;
 
+    /// Returns whether the disk is certainly not there. Never throws.
+    Task<bool> isGone(std::string identifier) const;
+
     /// Returns every whole disk in display order. A disk whose details can't be read becomes a placeholder.
     Task<std::vector<SDWholeDisk>> scanDisks() const;
 

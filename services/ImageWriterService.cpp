@@ -75,7 +75,8 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
         request.onFailure(reported(written.error()));
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
-        co_await outcomeOf(diskService.runDiskutil({"eject", "/dev/" + card.id}, commandTimeout));
+        const auto ejected = co_await outcomeOf(require({"eject", "/dev/" + card.id}, ""));
+        if (ejected.error() && co_await diskService.isGone(card.id)) request.onDiskGone();
         throwReported(written.error(), co_await isCancelled());
     }
 }

@@ -80,6 +80,7 @@ WriteTask::WriteTask(const std::function<void()>& onChange, const Surroundings& 
 void WriteTask::prepare() {
     cancellationRequested = false;
     isFailureLogged = false;
+    isDiskLoggedAsGone = false;
     surroundings.progress.reset();
     surroundings.state = TesselOperationState{.kind = TesselOperationState::Case::writingImage};
 }
@@ -126,7 +127,8 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
         {.image = image,
          .target = card,
          .verify = verify,
-         .onFailure = [this](const std::exception_ptr& error) { logFailure(error); }},
+         .onFailure = [this](const std::exception_ptr& error) { logFailure(error); },
+         .onDiskGone = [this] { logThatDiskIsGone(); }},
         std::move(report));
     finishSuccessfulWrite(card.id, verify);
 }
@@ -170,12 +172,16 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
 /// Logs a failure when it happens, since a stop that comes later replaces it as the outcome.
 void WriteTask::logFailure(const std::exception_ptr& error) {
     if (isFailureLogged || isCancellation(error)) return;
-    if (isDiskGone(error)) {
-        surroundings.log.append("/dev/" + surroundings.targets.selectedDiskID() +
-                                " is gone: the SD card was removed, or its reader was disconnected.");
-    }
+    if (isDiskGone(error)) logThatDiskIsGone();
     surroundings.log.append(error);
     isFailureLogged = true;
+}
+
+void WriteTask::logThatDiskIsGone() {
+    if (isDiskLoggedAsGone) return;
+    surroundings.log.append("/dev/" + surroundings.targets.selectedDiskID() +
+                            " is gone: the SD card was removed, or its reader was disconnected.");
+    isDiskLoggedAsGone = true;
 }
 
 /// Keeps the progress, the list and the target, so that the person can try again once the cause is fixed.

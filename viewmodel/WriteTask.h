@@ -58,6 +58,7 @@ class WriteTask {
     Task<SDWholeDisk> revalidateTarget(SDWholeDisk expected);
     void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
     void logFailure(const std::exception_ptr& error);
+    void logThatDiskIsGone();
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
     void showSafeToRemoveAlert(bool verified) const;
@@ -66,6 +67,7 @@ class WriteTask {
     Published<std::optional<TaskHandle>> running;
     Published<bool> cancellationRequested;
     bool isFailureLogged = false;
+    bool isDiskLoggedAsGone = false;
 };
 
 }  // namespace tessel
