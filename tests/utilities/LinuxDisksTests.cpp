@@ -177,6 +177,11 @@ TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls,
                 ElementsAre("unmount mmcblk0p1", "flush", "wait", "unmount mmcblk0p1", "flush", "wait"));
+
+    system.readingTime = std::chrono::seconds(2);
+    const auto begin = elapsed();
+    EXPECT_EQ(eject(), "");
+    EXPECT_GE(elapsed() - begin, std::chrono::seconds(14)) << "a slow computer mounts late";
 }
 
 TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {

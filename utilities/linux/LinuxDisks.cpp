@@ -30,11 +30,13 @@ constexpr seconds timeToUnmount{5};
 /// UDisks2 marks a mount as its own after the kernel has made it, which takes seconds on a slow computer.
 constexpr seconds timeToMark{5};
 
-/// A desktop mounts new partitions about a second after the program that wrote them has closed the disk.
+/// A desktop mounts new partitions about a second after the program that wrote them has closed the disk. On a
+/// slow computer it takes as much longer as everything else does, such as a reading of the machine.
 constexpr milliseconds timeToMountAgain{1500};
+constexpr int readingsToMountAgain = 3;
 
-/// The device manager may take its time, and activates volume groups and the like in programs of their own.
-constexpr seconds timeToActivate{5};
+/// The device manager activates volume groups and the like later still, in programs of their own.
+constexpr milliseconds timeToActivate{3500};
 
 constexpr milliseconds pauseBetweenReadings{200};
 
@@ -116,7 +118,7 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
         if (isEjected && !isPresent(identifier)) return;
         unmountBefore(deadline, identifier);
         system.flush(deadline);
-        const Machine machine = system.read();
+        const Machine machine = read();
         const BlockDevice& disk = listedDisk(machine, identifier);
         if (!isUnused(machine, disk)) continue;
         const auto ejection =
@@ -129,7 +131,7 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
         awaitSettling(identifier, deadline);
         if (isAtRest(identifier)) return;
     } while (system.now() < deadline);
-    const Machine machine = system.read();
+    const Machine machine = read();
     requireUnprotected(machine, listedDisk(machine, identifier));
     throw busy(identifier);
 }
@@ -137,7 +139,7 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
 /// Waits until those who use the disk have let go of it. What stays in use then protects it.
 void LinuxDisks::awaitRelease(const std::string& identifier, Time deadline) {
     for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
-        const Machine machine = system.read();
+        const Machine machine = read();
         const BlockDevice* disk = findListedDisk(machine, identifier);
         const auto protection = disk ? protectionOf(machine, *disk) : std::nullopt;
         if (!protection || !protection->mayEnd) return;
@@ -147,24 +149,35 @@ void LinuxDisks::awaitRelease(const std::string& identifier, Time deadline) {
 /// Waits until the device manager and the desktop have made of the new contents what they will, since the
 /// medium may stay in its slot.
 void LinuxDisks::awaitSettling(const std::string& identifier, Time deadline) {
-    const Time end = std::min(deadline, system.now() + timeToActivate);
     if (!isPresent(identifier)) return;
-    for (system.wait(timeToMountAgain); system.now() < end; system.wait(pauseBetweenReadings)) {
-        const Machine machine = system.read();
+    const Time begin = system.now();
+    const auto timeToMount = std::max<Duration>(timeToMountAgain, readingsToMountAgain * longestReading);
+    const Time mounted = std::max(begin, std::min(deadline, begin + timeToMount));
+    const Time end = std::min(deadline, mounted + timeToActivate);
+    system.wait(std::chrono::ceil<milliseconds>(mounted - begin));
+    for (; system.now() < end; system.wait(pauseBetweenReadings)) {
+        const Machine machine = read();
         const BlockDevice* disk = findListedDisk(machine, identifier);
         if (!disk || protectionOf(machine, *disk)) return;
         if (!machine.isSettling && !mayBeActivated(machine, *disk)) return;
     }
 }
 
+Machine LinuxDisks::read() {
+    const Time begin = system.now();
+    Machine machine = system.read();
+    longestReading = std::max(longestReading, system.now() - begin);
+    return machine;
+}
+
 bool LinuxDisks::isPresent(const std::string& identifier) {
-    const Machine machine = system.read();
+    const Machine machine = read();
     return findListedDisk(machine, identifier);
 }
 
 /// Returns whether the medium is gone, or nobody uses any part of it.
 bool LinuxDisks::isAtRest(const std::string& identifier) {
-    const Machine machine = system.read();
+    const Machine machine = read();
     const BlockDevice* disk = findListedDisk(machine, identifier);
     return !disk || isUnused(machine, *disk);
 }

@@ -26,15 +26,18 @@ class LinuxDisks : public DiskSource {
 
   private:
     using Time = BlockSystem::Time;
+    using Duration = Time::duration;
 
     void unmountBefore(Time deadline, const std::string& identifier);
     void ejectBefore(Time deadline, const std::string& identifier);
     void awaitRelease(const std::string& identifier, Time deadline);
     void awaitSettling(const std::string& identifier, Time deadline);
+    [[nodiscard]] Machine read();
     bool isPresent(const std::string& identifier);
     bool isAtRest(const std::string& identifier);
 
     BlockSystem& system;
+    Duration longestReading{};  ///< tells how slow this computer is
 };
 
 }  // namespace tessel
