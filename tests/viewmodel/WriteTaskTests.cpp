@@ -142,6 +142,16 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
     }
 }
 
+TEST_F(WriteTaskTests, aFailedWriteToACardThatWasPulledSaysThatItIsGone) {
+    prepareWrite();
+    fault = Fault::secondWrite;
+    const std::string error =
+        "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
+    when(error, [this] { reader.removeDisk("disk4"); });
+    write();
+    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, diskGone}));
+}
+
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     prepareWrite();
     const std::weak_ptr<TesselViewModel> dropped = viewModel;
