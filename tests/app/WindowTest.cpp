@@ -100,10 +100,6 @@ std::string WindowTest::badge() {
     return textsIn(the<StatusBadge>()).front();
 }
 
-Tone WindowTest::badgeTone() {
-    return shownWidgets<TextLabel>(the<StatusBadge>()).front()->look().tone;
-}
-
 std::vector<std::string> WindowTest::log() {
     std::istringstream text(the<OperationLogView>().toPlainText().toStdString());
     std::vector<std::string> lines;

@@ -69,7 +69,6 @@ class WindowTest : public testing::Test {
     static std::vector<std::string> textsIn(const QWidget& widget);
     std::vector<std::string> texts() { return textsIn(window()); }
     std::string badge();
-    Tone badgeTone();
     /// The lines of the log as the window shows them, without their times.
     std::vector<std::string> log();
     std::vector<std::string> shownDisks();

@@ -19,7 +19,7 @@
 namespace tessel {
 
 /// An image in a file and a card in memory.
-class ImageTransferTest : public LeavesNothingOpenForLong {
+class ImageTransferTest : public LeavesNothingOpen {
   protected:
     static constexpr size_t MiB = size_t{1} << 20;
     static constexpr size_t chunk = 8 * MiB;

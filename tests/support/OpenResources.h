@@ -39,20 +39,11 @@ inline std::vector<std::string> settledDescriptors(const std::vector<std::string
 class LeavesNothingOpen : public testing::Test {
   protected:
     void TearDown() override {
-        EXPECT_EQ(openDescriptors(), before);
+        EXPECT_EQ(settledDescriptors(before), before);
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was not waited for";
     }
 
     std::vector<std::string> before = openDescriptors();
-};
-
-/// The same for tests in which the read of an image may have been left behind.
-class LeavesNothingOpenForLong : public LeavesNothingOpen {
-  protected:
-    void TearDown() override {
-        settledDescriptors(before);
-        LeavesNothingOpen::TearDown();
-    }
 };
 
 }  // namespace tessel

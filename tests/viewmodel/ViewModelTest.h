@@ -61,7 +61,7 @@ class ScriptedDesktop : public Desktop {
 };
 
 /// A view model whose computer has a card, disk4, and a system disk, disk0. Nothing was done with it yet.
-class ViewModelTest : public LeavesNothingOpenForLong {
+class ViewModelTest : public LeavesNothingOpen {
   protected:
     static constexpr uint64_t cardSize = 600'000'000;
     static constexpr uint64_t imageSize = 9'000'001;  ///< two chunks, the second not a whole block

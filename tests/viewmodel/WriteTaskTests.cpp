@@ -122,24 +122,13 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
 }
 
 TEST_F(WriteTaskTests, aCardMayAnswerLate) {
-    const struct {
-        const char* attempt;
-        std::string failures;
-        std::string commands;
-    } cases[] = {{"2", "mkdir $0.1", std::string("list ") + allCommands},
-                 {"3", "mkdir $0.2 || mkdir $0.3", std::string("list list ") + allCommands}};
-    for (const auto& [attempt, failures, commands] : cases) {
-        SCOPED_TRACE(attempt);
-        prepareWrite();
-        interpose("if [ $1 = info ] && (" + failures + ") 2>/dev/null; then exit 1; fi\nexec $real \"$@\"");
-        write();
-        EXPECT_TRUE(viewModel->isSuccessfulCompletion());
-        const auto log = takeLog();
-        ASSERT_GE(log.size(), 3u);
-        EXPECT_EQ(log[1], "Disk revalidation succeeded on attempt " + std::string(attempt) + ".");
-        EXPECT_EQ(log[2], writing);
-        EXPECT_EQ(takeCommands(), commands);
-    }
+    prepareWrite();
+    interpose(
+        "if [ $1 = info ] && (mkdir $0.2 || mkdir $0.3) 2>/dev/null; then exit 1; fi\nexec $real \"$@\"");
+    write();
+    EXPECT_TRUE(viewModel->isSuccessfulCompletion());
+    EXPECT_EQ(takeLog().at(1), "Disk revalidation succeeded on attempt 3.");
+    EXPECT_EQ(takeCommands(), std::string("list list ") + allCommands);
 }
 
 TEST_F(WriteTaskTests, aFailedWriteToACardThatWasPulledSaysThatItIsGone) {
