@@ -28,17 +28,16 @@ bool isAmong(const std::vector<const BlockDevice*>& disks, const BlockDevice& di
     return std::ranges::find(disks, &disk) != disks.end();
 }
 
-/// Descends from a device to everything below it. Readings of several moments may contradict each other, and
+/// Descends from a device to everything below it, itself included. Readings of several moments may contradict each other, and
 /// even lead in a circle.
 void collectDevicesBelow(const Machine& machine, std::string_view name,
                          std::vector<const BlockDevice*>& devices) {
     const BlockDevice* device = deviceNamed(machine, name);
-    if (!device) return;
-    const BlockDevice& whole = wholeDiskOf(machine, *device);
-    if (isAmong(devices, whole)) return;
-    devices.push_back(&whole);
-    for (const std::string& slave : whole.slaves)
+    if (!device || isAmong(devices, *device)) return;
+    devices.push_back(device);
+    for (const std::string& slave : device->slaves)
         collectDevicesBelow(machine, slave, devices);
+    collectDevicesBelow(machine, wholeDiskOf(machine, *device).name, devices);
 }
 
 uint64_t numberOf(const Machine& machine, const BlockDevice& disk) {
@@ -78,7 +77,9 @@ std::vector<const BlockDevice*> mountedParts(const Machine& machine, const Block
 std::vector<const BlockDevice*> systemDisks(const Machine& machine) {
     std::vector<const BlockDevice*> disks;
     collectDevicesBelow(machine, machine.rootDevice, disks);
-    std::erase_if(disks, [](const BlockDevice* device) { return isVirtual(*device); });
+    std::erase_if(disks, [&](const BlockDevice* device) {
+        return isVirtual(*device) || &wholeDiskOf(machine, *device) != device;
+    });
     std::ranges::sort(disks, {}, &BlockDevice::sequenceNumber);
     return disks;
 }
