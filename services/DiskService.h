@@ -52,7 +52,7 @@ class DiskService {
     /// another attempt can't help; any other error becomes part of what was seen.
     Task<DiskSearch> findAgain(SDWholeDisk expected) const;
 
-    /// Returns whether the disk is certainly not there. Never throws.
+    /// Returns whether the list of disks lacks this one; false if there is no list to be had. Never throws.
     Task<bool> isGone(std::string identifier) const;
 
     /// Returns every whole disk in display order. A disk whose details can't be read becomes a placeholder.

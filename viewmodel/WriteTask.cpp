@@ -178,7 +178,8 @@ void WriteTask::logFailure(const std::exception_ptr& error) {
 }
 
 void WriteTask::logThatDiskIsGone() {
-    if (isDiskLoggedAsGone) return;
+    // An eject that seemed to fail may have let go of the card all the same.
+    if (isDiskLoggedAsGone || surroundings.progress.phase() == ImageWritePhase::ejecting) return;
     surroundings.log.append("/dev/" + surroundings.targets.selectedDiskID() +
                             " is gone: the SD card was removed, or its reader was disconnected.");
     isDiskLoggedAsGone = true;

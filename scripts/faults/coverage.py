@@ -18,7 +18,8 @@ def coverage_of(tree, programs):
         if digest == tree.digest():
             return coverage
     coverage = Coverage(tree, programs)
-    KEPT.write_bytes(pickle.dumps((tree.digest(), coverage)))
+    if coverage.is_whole:
+        KEPT.write_bytes(pickle.dumps((tree.digest(), coverage)))
     return coverage
 
 
@@ -32,6 +33,7 @@ class Coverage:
 
     def __init__(self, tree, programs):
         self.tests = []
+        self.is_whole = True
         self.by_line = collections.defaultdict(list)  # (file, number) -> tests that run it
         self.by_file = collections.defaultdict(list)  # file -> tests that run any of it
         self.known = set()  # lines that hold code which could be counted
@@ -46,6 +48,7 @@ class Coverage:
         start = time.monotonic()
         if tree.run(program, [name], seconds=300, counters=COUNTERS / '%c%p.profraw'):
             print(f'{program}: {name} fails or is skipped without any fault, and is left out.', flush=True)
+            self.is_whole = False
             return
         test = Test(program, name, time.monotonic() - start)
         self.tests.append(test)
@@ -76,11 +79,14 @@ class Coverage:
                 file[int(number)] = int(count)
         return lines
 
+    def is_reached(self, file, number):
+        return (file, number) not in self.known or bool(self.by_line[file, number])
+
     def tests_for(self, file, number):
         """Returns the tests that can notice a fault in the line, the quickest first. What can't be counted, such as a
-        row of a table, may be noticed by whatever uses the file, or if that can't be counted either, by every test."""
-        if (file, number) in self.known:
-            tests = self.by_line[file, number]
-        else:
-            tests = self.by_file[file] or self.tests
+        row of a table or what a process does between fork and exec, may be noticed by whatever uses the file. What a
+        header defines may be used without running any line of it."""
+        tests = self.by_line[file, number] if (file, number) in self.known else []
+        if not tests:
+            tests = self.tests if file.endswith('.h') else self.by_file[file] or self.tests
         return sorted(tests, key=lambda test: test.seconds)

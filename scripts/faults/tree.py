@@ -5,6 +5,7 @@ import re
 import shutil
 import signal
 import subprocess
+import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
@@ -23,7 +24,6 @@ class Tree:
 
     def __init__(self, name):
         self.source, self.build = FOLDER / name / 'source', FOLDER / name / 'build'
-        self.temporary = FOLDER / name / 'temporary'
 
     def prepare(self, programs):
         """Copies the code and builds the programs. Returns whether that succeeded."""
@@ -65,26 +65,27 @@ class Tree:
     def run(self, name, tests, seconds, counters='/dev/null'):
         """Runs tests of a program until one fails. Returns that one, or None; a test that was skipped has failed here,
         since ./test does not let it pass."""
-        shutil.rmtree(self.temporary, ignore_errors=True)
-        self.temporary.mkdir(parents=True)
-        self.temporary.chmod(0o777)
-        environment = {**os.environ, 'GTEST_FAIL_FAST': '1', 'TMPDIR': str(self.temporary),
+        temporary = tempfile.mkdtemp(dir=self.build)
+        os.chmod(temporary, 0o777)
+        environment = {**os.environ, 'GTEST_FAIL_FAST': '1', 'TMPDIR': temporary,
                        'LLVM_PROFILE_FILE': str(counters)}
         process = subprocess.Popen([self.program(name), '--gtest_filter=' + ':'.join(tests)], cwd=self.build,
                                    env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.DEVNULL, text=True, errors='replace', start_new_session=True)
         try:
             output, _ = process.communicate(timeout=seconds)
-        except subprocess.TimeoutExpired:
-            output = ''
+        except subprocess.TimeoutExpired as late:
+            output = (late.stdout or b'').decode(errors='replace')
         finally:
             try:
                 os.killpg(process.pid, signal.SIGKILL)
             except ProcessLookupError:
                 pass
         process.wait()
+        shutil.rmtree(temporary, ignore_errors=True)
         begun = re.findall(r'^\[ RUN      \] (\S+)', output, re.MULTILINE)
-        failed = re.search(r'^\[  (?:FAILED |SKIPPED) \] ([^\s,]+)', output, re.MULTILINE)
+        failed = (re.search(r'^\[  FAILED  \] ([^\s,]+)', output, re.MULTILINE)
+                  or re.search(r'^\[  SKIPPED \] ([^\s,]+)', output, re.MULTILINE))
         if failed:
             return failed[1]
         return None if process.returncode == 0 else begun[-1] if begun else tests[0]

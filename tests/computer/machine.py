@@ -21,9 +21,21 @@ class Line:
     """A socket that carries one JSON document in each line."""
 
     def __init__(self, path):
-        self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.connect(str(path))
+        self.socket = self.connected(str(path))
         self.pending = b""
+
+    @staticmethod
+    def connected(path):
+        """Connects, even if the path has come into being a moment before somebody listens there."""
+        for _ in range(100):
+            connection = socket.socket(socket.AF_UNIX)
+            try:
+                connection.connect(path)
+                return connection
+            except ConnectionRefusedError:
+                connection.close()
+                time.sleep(0.05)
+        raise MachineError(f"nobody listens at {path}")
 
     def send(self, document):
         self.socket.sendall(json.dumps(document).encode() + b"\n")

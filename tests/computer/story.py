@@ -356,6 +356,12 @@ class Computer:
         """Slows the desktop down, or makes it never mount."""
         self.guest.run(f"echo {seconds} > /tmp/automounter-delay; chmod 644 /tmp/automounter-delay")
 
+    def desktop_starts_a_program_for_each_mount(self):
+        """Slows the desktop down by as long as this computer takes to start such a program."""
+        begun = time.monotonic()
+        self.guest.run_as_person("python3 -c 'from gi.repository import Gio'")
+        self.desktop_mounts_after(round(0.5 + time.monotonic() - begun, 1))
+
     def as_administrator(self, command, timeout=120):
         return self.guest.run(command, timeout)
 

@@ -161,6 +161,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         for (size_t phase = 0; phase < std::size(titles); ++phase)
             if (std::ranges::count(log, phaseMessages[phase]) > 0) title = titles[phase];
         EXPECT_EQ(stateText(), "failed: Image write failed");
+        EXPECT_EQ(viewModel->selectedDiskID(), "disk4") << "to be tried again";
         EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
         EXPECT_EQ(desktop.lastNotification.title, title + " Failed");
         EXPECT_EQ(desktop.lastNotification.text, ending());

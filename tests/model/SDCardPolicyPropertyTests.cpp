@@ -104,6 +104,7 @@ class RandomDisks {
                          .isPhysical = often(),
                          .hasDetailedInfo = often()};
         if (often()) disk.isInternal = random() % 2 == 0;
+        if (!often()) disk.systemName = "/dev/sd card";
         return disk;
     }
 

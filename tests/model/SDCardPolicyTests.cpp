@@ -81,7 +81,11 @@ TEST(SDCardPolicyTests, eligibleDisksAreListedFirst) {
                   disk.isRemovable = disk.isEjectable = false;
                   disk.sizeBytes = 1;
               }),
-        named("disk6", [](auto& disk) { disk.mediaName = "Stick"; }),
+        named("disk6",
+              [](auto& disk) {
+                  disk.mediaName = "Stick";
+                  disk.sizeBytes = 1;
+              }),
         named("disk5", [](auto& disk) { disk.isWritable = false; }),
         named("disk10", [](auto&) {}),
         named("disk9", [](auto&) {}),

@@ -48,19 +48,4 @@ TEST(VisibleDisksTests, eachFieldOrdersInBothDirections) {
     }
 }
 
-TEST(VisibleDisksTests, onlyPhysicalIdentifiedCardsAreListedUnlessAllAreAskedFor) {
-    SDWholeDisk virtualCard = sampleCard("disk5");
-    virtualCard.isPhysical = false;
-    SDWholeDisk readOnlyCard = sampleCard("disk6");
-    readOnlyCard.isWritable = false;
-    const std::vector<SDWholeDisk> disks{sampleFixedDisk("disk0"), onBus(sampleCard("disk3", "Stick"), "USB"),
-                                         onBus(sampleCard("disk4", "My SDHC"), "USB"), virtualCard,
-                                         readOnlyCard};
-    Identifiers listed;
-    for (const SDWholeDisk& disk : visibleDisks(disks, false, DiskSortField::disk, true))
-        listed.push_back(disk.id);
-    EXPECT_THAT(listed, ElementsAre("disk4", "disk6"));
-    EXPECT_EQ(visibleDisks(disks, true, DiskSortField::disk, true).size(), disks.size());
-}
-
 }  // namespace tessel

@@ -53,14 +53,23 @@ TEST_F(ImageTransferTests, writesAndVerifiesImagesOfEverySize) {
     }
 }
 
-TEST_F(ImageTransferTests, everyThreadIsThereBeforeTheFirstByteIsWritten) {
-    useImage(3 * chunk);
-    std::vector<std::ptrdiff_t> threadCounts;
-    onReport = [&threadCounts](const ImageWriteProgress&) {
-        threadCounts.push_back(std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}));
-    };
-    ASSERT_EQ(transfer(), nullptr);
-    EXPECT_THAT(threadCounts, testing::Each(threadCounts.front()));
+TEST_F(ImageTransferTests, anExchangedMediumEndsTheTransferBeforeItIsTouched) {
+    for (const auto phase : {writingImage, verifyingImage}) {
+        useImage(2 * chunk);
+        medium = {.bytes = medium.bytes};
+        onReport = [&](const ImageWriteProgress& report) {
+            if (report.phase == phase && report.completedBytes == chunk) medium.isExchanged = true;
+        };
+        EXPECT_THAT(failure(), testing::StartsWith("The selected disk changed after it was scanned."));
+        EXPECT_EQ(medium.writes, phase == writingImage ? 1 : 2);
+        EXPECT_EQ(medium.readOffsets.size(), phase == writingImage ? 0u : 1u);
+    }
+}
+
+TEST_F(ImageTransferTests, whatCannotFitIsRefused) {
+    useImage(MiB + 1, MiB);
+    EXPECT_EQ(failure(), "The selected image is larger than the selected SD card.");
+    EXPECT_EQ(medium.writes, 0);
 }
 
 TEST_F(ImageTransferTests, anImageThatChangesOnTheWayIsNoticed) {
@@ -104,6 +113,8 @@ TEST_F(ImageTransferTests, anImageRewrittenInPlaceFailsTheVerification) {
             patchImageFile(chunk + 3, image[chunk + 3] == std::byte{'x'} ? "y" : "x");
     };
     EXPECT_THAT(failure(), testing::StartsWith("Verification failed at byte offset 8388611: expected 0x7"));
+    EXPECT_THAT(medium.readOffsets, testing::ElementsAre(0, chunk, chunk, chunk));
+    EXPECT_EQ(medium.synchronizations, 3) << "once after writing, and before each further read";
 
     useImage(2 * chunk);
     onReport = [this](const ImageWriteProgress& report) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <cstring>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct Medium {
     std::vector<uint64_t> readOffsets = {};
     int writes = 0;
     int synchronizations = 0;
+    bool isExchanged = false;
 };
 
 class MemoryDevice : public RawDevice {
@@ -38,7 +40,7 @@ class MemoryDevice : public RawDevice {
         ++medium.synchronizations;
         return {};
     }
-    SystemResult confirmSameMedium() override { return {}; }
+    SystemResult confirmSameMedium() override { return {.error = medium.isExchanged ? ENXIO : 0}; }
 
   private:
     Medium& medium;

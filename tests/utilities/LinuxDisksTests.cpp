@@ -184,6 +184,15 @@ TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     EXPECT_GE(elapsed() - begin, std::chrono::seconds(14)) << "a slow computer mounts late";
 }
 
+TEST_F(LinuxDisksTests, evenTheSlowestComputerIsWaitedFor) {
+    system.readingTime = std::chrono::seconds(9);
+    system.onWait = [this] {
+        mountByDesktop();
+        system.onWait = nullptr;
+    };
+    EXPECT_THAT(eject(), HasSubstr("Resource busy"));
+}
+
 TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
     useReaderWithMechanism();
     system.onEject = [this] {

@@ -45,6 +45,7 @@ TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
     const int descriptor = run.received.descriptor.get();
     EXPECT_EQ(diskSequenceNumber(descriptor).value, number);
     EXPECT_EQ(fcntl(descriptor, F_GETFL) & (O_ACCMODE | O_DIRECT), O_RDWR | O_DIRECT);
+    EXPECT_EQ(fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
     EXPECT_FALSE(openReadWrite(loop->path(), O_EXCL).isOpen());
     EXPECT_FALSE(lockExclusively(openReadWrite(loop->path()).get()).isSuccess());
 }

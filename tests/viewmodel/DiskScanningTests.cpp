@@ -48,6 +48,14 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
           systemDisk},
          {"disk4", "disk0"},
          ""},
+        {"the target can't be read",
+         [this] { interpose("[ \"$1 $3\" = 'info /dev/disk4' ] && exit 1\nexec $real \"$@\""); },
+         "warning: 2 disks found · none selectable",
+         {noneIsSelectable,
+          "Protected disk: Disk disk4 · 600 MB · disk4. Reason: Detailed disk information could not be read.",
+          systemDisk},
+         {"disk4", "disk0"},
+         ""},
         {"no disks",
          [this] {
              reader.removeDisk("disk0");

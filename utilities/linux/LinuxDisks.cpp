@@ -31,7 +31,7 @@ constexpr seconds timeToUnmount{5};
 constexpr seconds timeToMark{5};
 
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk. On a
-/// slow computer it takes as much longer as everything else does, such as a reading of the machine.
+/// slow computer it takes correspondingly longer, as does reading the machine.
 constexpr milliseconds timeToMountAgain{1500};
 constexpr int readingsToMountAgain = 3;
 
@@ -131,8 +131,7 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
         awaitSettling(identifier, deadline);
         if (isAtRest(identifier)) return;
     } while (system.now() < deadline);
-    const Machine machine = read();
-    requireUnprotected(machine, listedDisk(machine, identifier));
+    requireUnprotected(latest, listedDisk(latest, identifier));
     throw busy(identifier);
 }
 
@@ -152,9 +151,10 @@ void LinuxDisks::awaitSettling(const std::string& identifier, Time deadline) {
     if (!isPresent(identifier)) return;
     const Time begin = system.now();
     const auto timeToMount = std::max<Duration>(timeToMountAgain, readingsToMountAgain * longestReading);
-    const Time mounted = std::max(begin, std::min(deadline, begin + timeToMount));
-    const Time end = std::min(deadline, mounted + timeToActivate);
-    system.wait(std::chrono::ceil<milliseconds>(mounted - begin));
+    // However late it is, the desktop has its usual time.
+    const auto wait = std::max<Duration>(timeToMountAgain, std::min(timeToMount, deadline - begin));
+    const Time end = std::min(deadline, begin + wait + timeToActivate);
+    system.wait(std::chrono::ceil<milliseconds>(wait));
     for (; system.now() < end; system.wait(pauseBetweenReadings)) {
         const Machine machine = read();
         const BlockDevice* disk = findListedDisk(machine, identifier);
@@ -163,11 +163,11 @@ void LinuxDisks::awaitSettling(const std::string& identifier, Time deadline) {
     }
 }
 
-Machine LinuxDisks::read() {
+const Machine& LinuxDisks::read() {
     const Time begin = system.now();
-    Machine machine = system.read();
+    latest = system.read();
     longestReading = std::max(longestReading, system.now() - begin);
-    return machine;
+    return latest;
 }
 
 bool LinuxDisks::isPresent(const std::string& identifier) {

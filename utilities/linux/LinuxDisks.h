@@ -32,11 +32,12 @@ class LinuxDisks : public DiskSource {
     void ejectBefore(Time deadline, const std::string& identifier);
     void awaitRelease(const std::string& identifier, Time deadline);
     void awaitSettling(const std::string& identifier, Time deadline);
-    [[nodiscard]] Machine read();
+    const Machine& read();
     bool isPresent(const std::string& identifier);
     bool isAtRest(const std::string& identifier);
 
     BlockSystem& system;
+    Machine latest;             ///< as it was last read
     Duration longestReading{};  ///< tells how slow this computer is
 };
 

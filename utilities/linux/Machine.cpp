@@ -28,8 +28,8 @@ bool isAmong(const std::vector<const BlockDevice*>& disks, const BlockDevice& di
     return std::ranges::find(disks, &disk) != disks.end();
 }
 
-/// Descends from a device to everything below it, itself included. Readings of several moments may contradict each other, and
-/// even lead in a circle.
+/// Descends from a device to everything below it, the device included. Readings of several moments may
+/// contradict each other, and even lead in a circle.
 void collectDevicesBelow(const Machine& machine, std::string_view name,
                          std::vector<const BlockDevice*>& devices) {
     const BlockDevice* device = deviceNamed(machine, name);

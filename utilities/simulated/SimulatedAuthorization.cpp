@@ -40,7 +40,8 @@ FileDescriptor openMedium(const std::filesystem::path& medium, const std::string
 
     FileDescriptor descriptor(::open(medium.c_str(), O_RDWR | O_CLOEXEC | (isLoopDevice ? O_EXCL : 0)));
     if (!descriptor.isOpen()) throw posixError(device, errno);
-    if (!lockExclusively(descriptor.get()).isSuccess()) throw posixError(device, EBUSY);
+    if (const auto locked = lockExclusively(descriptor.get()); !locked.isSuccess())
+        throw posixError(device, locked.error);
     return descriptor;
 }
 

@@ -1,8 +1,8 @@
-"""The desktop takes its time until it mounts what has been written."""
+"""The desktop takes its time until it mounts what has been written, because it starts a program for that."""
 
 
 def play(computer):
-    computer.desktop_mounts_after(12)
+    computer.desktop_starts_a_program_for_each_mount()
     card = computer.insert_card()
     computer.choose_target()
     computer.write()

@@ -184,7 +184,7 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     const Variant indexHolder(index);
     const Object<GUnixFDList> listHolder(descriptors);
     const int place = g_variant_get_handle(index);
-    // The library would look even in places that the list doesn't have.
+    // The library would read outside the list.
     if (!descriptors || place < 0 || place >= g_unix_fd_list_get_length(descriptors))
         throw PlatformError("UDisks2", EBADMSG, "The disk service UDisks2 did not hand over what it opened.");
     return FileDescriptor(
