@@ -1,6 +1,5 @@
 #include "services/ImageTransfer.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "foundation/Sha256.h"
@@ -16,12 +15,8 @@ namespace {
 
 using enum ImageWritePhase;
 
-constexpr size_t largestChunk = size_t{8} << 20;
-
-/// Returns a chunk size in bytes that is a whole number of blocks, and at least one.
-size_t chunkSizeFor(uint64_t blockSize) {
-    return static_cast<size_t>(std::max<uint64_t>(largestChunk / blockSize, 1) * blockSize);
-}
+/// In bytes; a whole number of blocks, whatever size a card's blocks may have.
+constexpr size_t chunkSize = size_t{8} << 20;
 
 }  // namespace
 
@@ -32,9 +27,8 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     if (!transfer.handle.holds(size)) throw TesselError(TesselError::Case::imageTooLarge);
 
     RawDevice& device = *transfer.handle.device;
-    const auto blockSize = transfer.handle.blockSize;
     const ChunkGeometry geometry{
-        .imageSize = size, .blockSize = blockSize, .chunkSize = chunkSizeFor(blockSize)};
+        .imageSize = size, .blockSize = transfer.handle.blockSize, .chunkSize = chunkSize};
     ImageReader image(transfer.imageURL, geometry);
     std::optional<MediumReader> medium;
     if (transfer.verify) medium.emplace(device, geometry);
