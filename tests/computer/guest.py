@@ -61,6 +61,8 @@ class Guest:
 
     def run_as_person(self, command, timeout=60):
         reply = self.ask(self.session, timeout + 30, do="run", command=command, timeout=timeout)
+        if reply["status"]:
+            raise GuestError(f"“{command}” ended with {reply['status']}: {reply['output'].strip()}")
         return reply["output"].strip()
 
     def start_as_person(self, command):

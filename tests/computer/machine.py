@@ -166,13 +166,18 @@ class Machine:
                          rerror="report")
         self.command("qom-set", path=f"/machine/peripheral/{name}", property="attached", value=True)
 
-    def add_medium(self, name, path, slow_to=None, bad_sector=None, is_locked=False):
-        """Makes a card's file known to the machine, perhaps with a limit in bytes a second, with a sector that can't be
-        written, or with its lock switch set."""
+    def add_medium(self, name, path, slow_to=None, fails=None, loses_writes=False, is_locked=False):
+        """Makes a card's file known to the machine, perhaps with a limit in bytes a second, with an access ("read",
+        "write" or "flush") that fails at a sector or, if that is None, anywhere, without any memory, or with its lock
+        switch set."""
         file = {"driver": "file", "filename": str(path), "cache": {"direct": False, "no-flush": True}}
-        if bad_sector is not None:
+        if loses_writes:
+            file = {"driver": "null-co", "size": path.stat().st_size, "read-zeroes": True}
+        if fails:
+            access, sector = fails
+            where = {} if sector is None else {"sector": sector}
             file = {"driver": "blkdebug", "image": file, "inject-error": [
-                {"event": "none", "iotype": "write", "errno": 5, "sector": bad_sector}]}
+                {"event": "none", "iotype": access, "errno": 5, **where}]}
         raw = {"driver": "raw", "node-name": name if not slow_to else name + "-whole", "file": file,
                "read-only": is_locked}
         self.command("blockdev-add", **raw)

@@ -1,6 +1,8 @@
 """The words in which scenarios are told: what the person does, and what is then expected."""
+import hashlib
 import pathlib
 import re
+import subprocess
 import time
 
 from guest import AGENT, PROGRAM, matching
@@ -11,6 +13,14 @@ PATIENCE = 60  # in seconds
 HEADER, MARGIN = 80, 12  # what of the window's height its cards never take
 IMAGES = f"/home/{PERSON}"
 MOUNTED = f"/media/{PERSON}"
+
+PHASES = {"while-writing": "Writing image data.", "while-verifying": "Verifying the image",
+          "while-ejecting": "Ejecting the SD card."}  # and what the log says when each begins
+GONE = {"before-the-click": "The selected disk changed after it was scanned.",
+        "at-the-prompt": "The authorized raw-device open failed: ",
+        "while-writing": "The SD-card write did not complete at byte offset",
+        "while-verifying": "The SD card could not be read for verification at byte offset"}  # if the card goes then
+NOT_EJECTED = "The image was written, but the SD card could not be ejected."
 
 
 class Unexpected(Exception):
@@ -38,18 +48,25 @@ class Computer:
         """A file that is a card's content, old data at its beginning."""
         self.cards += 1
         path = self.folder / f"card-{self.cards}.raw"
-        bytes_of = {"K": 10, "M": 20, "G": 30}
         with open(path, "wb") as file:
             file.write(b"old data" * (1 << 17))
-            file.truncate(int(size[:-1]) << bytes_of[size[-1]])
+            file.truncate(self.size_in_bytes(size))
         return path
+
+    @staticmethod
+    def size_in_bytes(size):
+        return int(size[:-1]) << {"K": 10, "M": 20, "G": 30}[size[-1]]
 
     def card_with_volume(self, size="512M"):
         """A card as it comes out of a camera: one partition with a file system."""
-        path = self.blank_card(size)
-        run("/sbin/sfdisk", "--quiet", path, input=b"label: dos\nstart=2048, type=c\n")
+        path = self.card_with_table("label: dos\nstart=2048, type=c\n", size)
         run("/sbin/mkfs.vfat", "-n", "CAMERA", "--offset=2048", path, str((path.stat().st_size >> 10) - 1024),
             capture_output=True)
+        return path
+
+    def card_with_table(self, table, size="512M"):
+        path = self.blank_card(size)
+        run("/sbin/sfdisk", "--quiet", path, input=table.encode())
         return path
 
     def insert_card(self, content=None):
@@ -60,16 +77,16 @@ class Computer:
         self.await_devices([card])
         return card
 
-    def plug_reader(self, *contents, slow_to=None, bad_sector=None, is_locked=False, vendor="Generic-",
-                    product="SD/MMC"):
-        """Plugs in a USB reader with a card in each of its slots, and returns the cards."""
+    def plug_reader(self, *contents, vendor="Generic-", product="SD/MMC", **faults):
+        """Plugs in a USB reader with a card in each of its slots, and returns the cards. What is wrong with all of
+        them is said in the words of `Machine.add_medium`."""
         paths = contents or [self.blank_card()]
         self.readers += 1
         reader = f"reader{self.readers}"
         before = self.block_devices()
         nodes = [f"{reader}-card{index}" for index in range(len(paths))]
         for node, path in zip(nodes, paths):
-            self.machine.add_medium(node, path, slow_to, bad_sector, is_locked)
+            self.machine.add_medium(node, path, **faults)
         self.machine.plug_reader(reader, nodes, vendor, product)
         end = time.monotonic() + PATIENCE
         while len(new := sorted(self.block_devices() - before)) < len(paths):
@@ -98,6 +115,9 @@ class Computer:
 
     def pull_card(self, card):
         self.machine.remove_medium(card.slot)
+
+    def unplug_reader(self, card):
+        self.machine.command("device_del", id=card.reader)
 
     def exchange_card(self, card):
         """Replaces the card by another one of the same size."""
@@ -174,16 +194,28 @@ class Computer:
 
     def choose_image(self, name):
         """Chooses another image than the sample, which is already chosen when a scenario begins."""
+        path = f"{pathlib.PurePosixPath(IMAGES, name)}"
         self.click("push button", "Select Image")
         self.find("text", "File name:|Name")
-        self.machine.type(f"{IMAGES}/{name}\n")
+        self.machine.type(path + "\n")
         self.find("push button", "Select Image")
-        self.expect_text(f"Selected image: {IMAGES}/{name} ")
+        self.expect_text(f"Selected image: {path} ")
 
     def make_large_image(self, size="400M"):
-        """Leaves an image on the computer that takes a while, and chooses it."""
+        """Leaves an image of zeros on the computer that takes a while, and chooses it."""
         self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
         self.choose_image("large.img")
+        self.image = self.folder / "large.raw"
+        with open(self.image, "wb") as file:
+            file.truncate(self.size_in_bytes(size))
+
+    def make_special_image(self, recipe, size="64M"):
+        """Leaves an image on the computer that a command makes of $image, and chooses it. The command may attach it
+        to a loop device, $disk."""
+        self.guest.run(f"""set -e; image={IMAGES}/special.img; truncate --size {size} $image
+            {recipe}
+            udevadm settle; losetup --detach-all; udevadm settle; chown {PERSON} $image""", 240)
+        self.choose_image("special.img")
 
     def choose_target(self, name=""):
         """Refreshes the list and chooses the first card whose name contains the text."""
@@ -209,12 +241,18 @@ class Computer:
         self.click("push button", "Erase and Write to ")
 
     def await_dialog(self):
-        """Waits until the desktop's dialog asks for the password."""
-        self.find("password text", "", AGENT)
+        """Waits until the desktop's dialog asks for the password, and returns the place where it is typed."""
+        field, _ = self.find("password text", "", AGENT)
         time.sleep(1)
+        return field
+
+    def turn_to_dialog(self):
+        field = self.await_dialog()
+        field.place = self.guest.place_of(field, AGENT)
+        self.machine.click(*field.center())
 
     def answer_dialog(self, password=PASSWORD):
-        self.await_dialog()
+        self.turn_to_dialog()
         self.machine.type(password + "\n")
 
     def answer_dialog_if_asked(self):
@@ -226,7 +264,7 @@ class Computer:
         self.answer_dialog()
 
     def dismiss_dialog(self):
-        self.await_dialog()
+        self.turn_to_dialog()
         self.machine.press("esc")
 
     def write(self):
@@ -234,15 +272,20 @@ class Computer:
         self.confirm_write()
         self.answer_dialog()
 
-    def write_until(self, log_sentence):
-        """Chooses the card and writes until the log says so."""
+    def write_up_to(self, phase):
+        """Chooses the card and goes on until the phase has begun."""
         self.choose_target()
-        self.write()
-        self.expect_text(log_sentence, timeout=120)
+        if phase == "before-the-click":
+            return
+        self.confirm_write()
+        if phase == "at-the-prompt":
+            return self.await_dialog()
+        self.answer_dialog()
+        self.expect_text(PHASES[phase], timeout=300)
 
-    def write_again(self):
+    def write_again(self, name=""):
         """Chooses the card and writes once more; the desktop may remember for a while that the password was right."""
-        self.choose_target()
+        self.choose_target(name)
         self.confirm_write()
         self.answer_dialog_if_asked()
 
@@ -251,8 +294,8 @@ class Computer:
 
     # How it ends
 
-    def expect_success(self, verified=True):
-        self.expect_text("SD Card Is Safe to Remove", timeout=300, never="Image write failed")
+    def expect_success(self, verified=True, timeout=300):
+        self.expect_text("SD Card Is Safe to Remove", timeout, never="Image write failed")
         self.expect_text("The disk image was written" + (", verified, and" if verified else " and"))
 
     def expect_written(self, card, verified=True):
@@ -273,6 +316,20 @@ class Computer:
                 if found.read(len(piece)) != piece:
                     raise Unexpected(f"the card's file differs from the image in the MiB at {offset}")
                 offset += len(piece)
+
+    def expect_card_holds_image(self, card, name):
+        """Compares the card with an image that only the computer has."""
+        size, digest = self.guest.run(f"cd {IMAGES}; stat --format %s {name}; sha256sum {name} | cut -d ' ' -f 1").split()
+        with open(card.path, "rb") as file:
+            if hashlib.sha256(file.read(int(size))).hexdigest() != digest:
+                raise Unexpected(f"the card's file differs from {name}")
+
+    @staticmethod
+    def expect_bytes(card, offset, wanted):
+        with open(card.path, "rb") as file:
+            file.seek(offset)
+            if file.read(len(wanted)) != wanted:
+                raise Unexpected(f"the card's file holds other bytes than expected from {offset} on")
 
     @staticmethod
     def content(card):
@@ -299,6 +356,14 @@ class Computer:
             file.seek(at)
             file.write(bytes([byte ^ 4]))
 
+    @staticmethod
+    def forget_beyond(card, offset):
+        """Loses whatever the card holds from the offset on."""
+        size = card.path.stat().st_size
+        with open(card.path, "r+b") as file:
+            file.truncate(offset)
+            file.truncate(size)
+
     def expect_closed(self, card):
         """No program has the card open, whatever the desktop has mounted of it."""
         uses = [use for use in self.guest.uses_of(card.device) if " is open in " in use]
@@ -324,7 +389,8 @@ class Computer:
             raise Unexpected("a disk can be chosen")
 
     def expect_program_ended(self, timeout=120):
-        self.guest.wait_until("! pgrep --exact velmora-tessel", timeout)
+        # One that has ended may wait in vain for whoever started it to take notice.
+        self.guest.wait_until("! ps -C velmora-tessel -o stat= | grep -v Z", timeout)
 
     def expect_released(self, card):
         """Nobody on the computer uses the card any more."""
@@ -332,7 +398,14 @@ class Computer:
         if uses:
             raise Unexpected("; ".join(uses))
 
-    def expect_safe_only_when_released(self, card, refusal, seconds=25):
+    def expect_answer_within(self, seconds):
+        """The window answers whoever asks what it shows."""
+        begun = time.monotonic()
+        self.text_on_screen()
+        if (taken := time.monotonic() - begun) > seconds:
+            raise Unexpected(f"the window took {taken:.1f} s to answer")
+
+    def expect_safe_only_when_released(self, card, refusal=NOT_EJECTED, seconds=25):
         """The write ends with the card released, or with the refusal to call it safe; and so it stays."""
         end = time.monotonic() + 300
         while True:
@@ -370,7 +443,7 @@ class Computer:
         self.guest.run(f"setsid sh -c '{command}' >/dev/null 2>&1 </dev/null & sleep 2")
 
     def as_person(self, command):
-        return self.guest.run_as_person(command)
+        return self.guest.run_as_person(f"cd {IMAGES} && {command}")
 
     def start_program(self):
         self.guest.start_as_person("velmora-tessel")
@@ -382,25 +455,37 @@ class Computer:
     def log_out(self):
         self.guest.start_as_person("xfce4-session-logout --logout")
 
+    def expect_switched_off(self, timeout=80):
+        """The computer comes to its end by itself. Whoever ignores that it does would hold it up for 90 s."""
+        try:
+            self.machine.process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            raise Unexpected(f"the computer is still on after {timeout} s") from None
+
+    def sleep_and_wake_up(self):
+        """Puts the computer to sleep, and wakes it up a while later. The emulated keyboard's key for that does nothing."""
+        self.guest.run("systemctl suspend --no-block")
+        self.machine.wait_for_status("query-status", "suspended", PATIENCE)
+        time.sleep(5)
+        self.machine.command("system_wakeup")
+        self.machine.wait_for_status("query-status", "running", PATIENCE)
+
+    def hold_disk_service(self):
+        """The disk service stops answering until it is let go."""
+        self.guest.run("systemctl kill --signal STOP udisks2.service")
+
+    def release_disk_service(self):
+        self.guest.run("systemctl kill --signal CONT udisks2.service")
+
+    def await_process(self, name):
+        self.guest.wait_until(f"pgrep --exact {name}", 120)
+
     def await_mount(self, label):
         self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
 
     def number_of(self, card):
         """The number by which the program calls the card's disk."""
         return int(self.guest.run(f"cat /sys/class/block/{card.device}/diskseq"))
-
-    def make_volume_group_image(self, size="24M"):
-        """Leaves an image with a partition and an active volume group on the computer, and chooses it."""
-        image = f"{IMAGES}/volumes.img"
-        self.guest.run(f"""set -e
-            truncate --size {size} {image}; chown {PERSON} {image}
-            printf 'label: dos\\nstart=2048, type=8e\\n' | sfdisk --quiet {image}
-            disk=$(losetup --find --show --partscan {image}); udevadm settle
-            pvcreate -q ${{disk}}p1; vgcreate -q group ${{disk}}p1; lvcreate -q -y -n volume -L 8M group
-            mkfs.ext4 -q /dev/group/volume
-            vgchange -q -an group; losetup --detach $disk; udevadm settle
-            rm -rf /run/lvm/pvs_online/* /run/lvm/vgs_online/* /run/lvm/pvs_lookup/*""", 180)
-        self.choose_image("volumes.img")
 
 
 def resume(machine, guest):

@@ -3,7 +3,7 @@
 
 def play(computer):
     [card] = computer.plug_reader(slow_to=2 << 20)
-    computer.write_until("Writing image data.")
+    computer.write_up_to("while-writing")
     computer.as_administrator("systemctl kill --signal=KILL udisks2.service")
-    computer.expect_safe_only_when_released(card, "")
+    computer.expect_safe_only_when_released(card)
     computer.expect_card_holds(card)

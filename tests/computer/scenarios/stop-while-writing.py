@@ -5,7 +5,7 @@ PLACES = ("slot", "reader")
 def play(computer, place):
     computer.make_large_image()
     card = computer.insert(computer.blank_card(), place)
-    computer.write_until("Writing image data.")
+    computer.write_up_to("while-writing")
     computer.stop()
     computer.expect_text("Operation cancelled. Writing was interrupted.", never="SD Card Is Safe to Remove")
     computer.expect_released(card)

@@ -4,7 +4,7 @@
 def play(computer):
     computer.make_large_image("128M")
     [card] = computer.plug_reader(slow_to=1 << 20)
-    computer.write_until("Writing image data.")
+    computer.write_up_to("while-writing")
     computer.start_program()
     computer.choose_image("sample.img")
     computer.choose_target()

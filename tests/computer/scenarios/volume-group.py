@@ -1,9 +1,15 @@
 """The image holds a volume group, which the computer activates by itself as soon as it sees it."""
 PLACES = ("slot", "reader")
 
+RECIPE = """printf 'label: dos\\nstart=2048, type=8e\\n' | sfdisk --quiet $image
+    disk=$(losetup --find --show --partscan $image); udevadm settle
+    pvcreate -q ${disk}p1; vgcreate -q group ${disk}p1; lvcreate -q -y -n volume -L 8M group
+    mkfs.ext4 -q /dev/group/volume; vgchange -q -an group; losetup --detach $disk; udevadm settle
+    rm -rf /run/lvm/pvs_online/* /run/lvm/vgs_online/* /run/lvm/pvs_lookup/*"""
+
 
 def play(computer, place):
-    computer.make_volume_group_image()
+    computer.make_special_image(RECIPE, "24M")
     card = computer.insert(computer.blank_card(), place)
     computer.choose_target()
     computer.write()

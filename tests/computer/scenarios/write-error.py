@@ -2,7 +2,7 @@
 
 
 def play(computer):
-    [card] = computer.plug_reader(bad_sector=30_000)
+    [card] = computer.plug_reader(fails=("write", 30_000))
     computer.choose_target()
     computer.write()
     computer.expect_failure("The SD-card write did not complete at byte offset")

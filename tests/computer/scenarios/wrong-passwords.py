@@ -1,0 +1,13 @@
+"""Somebody does not know the password."""
+
+
+def play(computer):
+    card = computer.insert_card()
+    before = computer.content(card)
+    computer.write_up_to("at-the-prompt")
+    for _ in range(3):
+        computer.answer_dialog("wrong horse")
+        computer.rest(8)
+    computer.expect_failure("Authentication failed, or the polkit rules of this computer forbid it.")
+    computer.expect_released(card)
+    computer.expect_content(card, before)
