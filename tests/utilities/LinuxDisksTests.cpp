@@ -78,6 +78,13 @@ TEST_F(LinuxDisksTests, aSlowUnmountIsNoFailure) {
     EXPECT_EQ(eject(), "");
 }
 
+TEST_F(LinuxDisksTests, aMountThatIsMarkedLateIsUnmountedAllTheSame) {
+    volume.mounts.front().isByUDisks = false;
+    system.readingTime = std::chrono::seconds(2);
+    system.onWait = [this] { volume.mounts.front().isByUDisks = elapsed() >= std::chrono::seconds(4); };
+    EXPECT_EQ(unmount(), "");
+}
+
 TEST_F(LinuxDisksTests, anUnmountThatLeavesAMountHasFailed) {
     system.onUnmount = [](BlockDevice&) {};
     EXPECT_THAT(unmount(), HasSubstr("Resource busy"));

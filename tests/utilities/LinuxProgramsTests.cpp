@@ -27,6 +27,7 @@ TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
     startUDisks();
     const DiskList list = parseDiskList(diskutil({"list", "-plist"}).output);
     EXPECT_THAT(list.identifiers, Contains(identifier));
+    EXPECT_THAT(diskutil({"info", "-plist", "/dev/" + identifier}).output, HasSubstr(identifier));
     const SDWholeDisk disk = info();
     EXPECT_EQ(disk.mediaName, "Generic SD Card");
     EXPECT_EQ(disk.sizeBytes, mediumSizeInBytes);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <optional>
 
 #include "foundation/Errors.h"
 #include "utilities/linux/DiskDescriptions.h"
@@ -88,7 +89,7 @@ void LinuxDisks::eject(const std::string& identifier) {
 
 void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
     const Time endOfMarking = system.now() + timeToMark;
-    const Time end = std::min(deadline, system.now() + timeToUnmount);
+    std::optional<Time> end;  // however late unmounting begins, it has its time
     for (;;) {
         const Machine machine = readUnlocked(system, identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
@@ -100,7 +101,11 @@ void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
         }
         const auto mounted = mountedParts(machine, disk);
         if (mounted.empty()) return;
-        if (system.now() >= end) throw busy(identifier);
+        if (!end) {
+            end = std::min(deadline, system.now() + timeToUnmount);
+        } else if (system.now() >= *end) {
+            throw busy(identifier);
+        }
         try {
             for (const BlockDevice* part : mounted)
                 system.unmount(part->name, deadline);
