@@ -27,7 +27,6 @@ TEST(DiskTextsTests, aMediumHasItsKindItsSymbolAndItsConnection) {
         {disk("SD Card", "SD", false, false), "Virtual / Synthesized", "square.stack.3d.up.fill", "SD"},
         {disk("Reader", "Secure Digital", true, true), "SD Card", "sdcard.fill", "Secure Digital"},
         {disk("Stick", "usb 3", true, true), "USB Storage", "internaldrive.fill", "usb 3"},
-        {disk("Stick", "USB", true, false), "USB Storage", "externaldrive.fill", "USB"},
         {disk("Drive", "SATA", true, true), "Internal Disk", "internaldrive.fill", "SATA"},
         {disk("Drive", "SATA", true, false), "External Disk", "externaldrive.fill", "SATA"},
         {disk("Drive", "\n", true, std::nullopt), "Physical Disk", "externaldrive.fill",

@@ -83,20 +83,30 @@ TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     EXPECT_EQ(takeCommands(), "list");
 }
 
-TEST_F(WriteStopTests, aStopWaitsForAnOpenPrompt) {
-    prepareWrite();
-    reader.setBehaviour("disk4", {.delays = {{"authopen", 0.5}}});
-    const auto callsBefore = reader.calls().size();
-    std::thread user([&] {
-        while (!reader.calls().back().starts_with("authopen"))
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        loop->post([this] { viewModel->requestStop(); });
-    });
-    write();
-    user.join();
-    expectCancellation(interrupted);
-    EXPECT_EQ(commandNames(reader.calls(), callsBefore), "list info list info unmount authorize eject")
-        << "the card is neither checked again nor written";
+TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
+    const struct {
+        std::string call;
+        ImageWritePhase reached;
+        std::string commands;
+    } cases[] = {
+        {"unmountDisk", preparingTarget, "list info list info unmount eject"},
+        {"authopen", authorizingDevice, "list info list info unmount authorize eject"},
+    };
+    for (const auto& [call, reached, commands] : cases) {
+        SCOPED_TRACE(call);
+        prepareWrite();
+        reader.setBehaviour("disk4", {.delays = {{call, 0.5}}});
+        std::thread user([&, isCalled = call] {
+            while (reader.calls().back().find(isCalled) == std::string::npos)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            loop->post([this] { viewModel->requestStop(); });
+        });
+        write();
+        user.join();
+        expectCancellation(interrupted);
+        EXPECT_EQ(takeLog(), logUpTo(reached) + stopLog(interrupted));
+        EXPECT_EQ(takeCommands(), commands);
+    }
 }
 
 TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {
