@@ -101,11 +101,15 @@ TEST_F(DesktopServicesTests, theEndOfAWriteInTheBackgroundIsToldByTheDesktop) {
     reader.setBehaviour("disk4", {.authorization = "<b> & so on", .delays = {{"unmountDisk", 0.3}}});
     writeBehind(nullptr);
     writeBehind(&otherProgram);
-    until([&] { return !service.shown.empty(); });
-    QTest::qWait(50);
+    reader.setBehaviour("disk4", {.delays = {{"unmountDisk", 0.3}}});
+    writeBehind(&otherProgram);
+    until([&] { return service.shown.size() == 2; });
     EXPECT_THAT(service.shown,
                 ElementsAre("Authorizing Raw Device Failed | The authorized raw-device open failed: "
-                            "&lt;b&gt; &amp; so on"));
+                            "&lt;b&gt; &amp; so on",
+                            "SD Card Is Safe to Remove | The disk image was written and verified "
+                            "successfully. Linux has ejected the SD card, so it is now safe to physically "
+                            "remove it."));
 }
 
 TEST_F(DesktopServicesTests, theComputerIsKeptAwakeForTheWriteAndNoLonger) {

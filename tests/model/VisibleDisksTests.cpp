@@ -1,6 +1,6 @@
 #include "model/VisibleDisks.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "tests/support/SampleDisks.h"
 
@@ -8,7 +8,6 @@ namespace tessel {
 
 namespace {
 
-using testing::ElementsAre;
 using Identifiers = std::vector<std::string>;
 
 SDWholeDisk onBus(SDWholeDisk disk, const std::string& bus) {

@@ -21,6 +21,8 @@ namespace tessel {
 /// An image in a file and a card in memory.
 class ImageTransferTest : public LeavesNothingOpen {
   protected:
+    ImageTransferTest() { mayCloseLate = true; }
+
     static constexpr size_t MiB = size_t{1} << 20;
     static constexpr size_t chunk = 8 * MiB;
     static constexpr std::byte untouched{0xEE};

@@ -39,11 +39,12 @@ inline std::vector<std::string> settledDescriptors(const std::vector<std::string
 class LeavesNothingOpen : public testing::Test {
   protected:
     void TearDown() override {
-        EXPECT_EQ(settledDescriptors(before), before);
+        EXPECT_EQ(mayCloseLate ? settledDescriptors(before) : openDescriptors(), before);
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was not waited for";
     }
 
     std::vector<std::string> before = openDescriptors();
+    bool mayCloseLate = false;  ///< the read of an image may have been left behind
 };
 
 }  // namespace tessel

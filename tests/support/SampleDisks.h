@@ -25,14 +25,4 @@ inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaNam
             .hasDetailedInfo = true};
 }
 
-/// Describes a fixed disk, which is protected.
-inline SDWholeDisk sampleFixedDisk(const std::string& id) {
-    SDWholeDisk disk = sampleCard(id, "Fast NVMe Disk", 1'000'000'000'000);
-    disk.busProtocol = "PCI-Express";
-    disk.isInternal = true;
-    disk.isRemovable = false;
-    disk.isEjectable = false;
-    return disk;
-}
-
 }  // namespace tessel

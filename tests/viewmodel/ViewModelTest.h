@@ -77,6 +77,7 @@ class ViewModelTest : public LeavesNothingOpen {
     };
 
     explicit ViewModelTest(SimulatedDisk::Medium cardMedium = SimulatedDisk::Medium::plainFile) {
+        mayCloseLate = true;
         behaveAsUsual();
         reader.addDisk({.identifier = "disk0",
                         .mediaName = "Internal SSD",
