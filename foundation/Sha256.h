@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <memory>
 #include <span>
-#include <string>
 
 namespace tessel {
 
@@ -25,8 +24,5 @@ class Sha256 {
     struct State;
     std::unique_ptr<State> state;
 };
-
-/// Writes a digest in lower-case hexadecimal, as sha256sum does.
-std::string hexadecimal(const Sha256::Digest& digest);
 
 }  // namespace tessel

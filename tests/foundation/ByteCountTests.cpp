@@ -12,6 +12,7 @@ TEST(ByteCountTests, sizesReadAsPeopleSayThem) {
         {0, "Zero KB"},
         {1, "1 byte"},
         {999, "999 bytes"},
+        {1'000, "1 KB"},
         {1'499, "1 KB"},
         {1'500, "2 KB"},
         {999'499, "999 KB"},
@@ -23,6 +24,7 @@ TEST(ByteCountTests, sizesReadAsPeopleSayThem) {
         {1'005'000'000, "1.01 GB"},
         {31'914'983'424, "31.91 GB"},
         {999'995'000'000, "1 TB"},
+        {1'234'567'000'000'000, "1.23 PB"},
         {9'223'372'036'854'775'807, "9.22 EB"},
         {UINT64_MAX, "18.45 EB"},
     };

@@ -7,7 +7,8 @@ def play(computer):
     computer.write_up_to("at-the-prompt")
     computer.as_administrator("pkill --signal KILL --exact authopen")
     computer.expect_failure("before returning the raw device")
-    computer.answer_dialog_if_asked()
+    if computer.is_password_asked():
+        computer.answer_dialog()
     computer.rest(5)
     computer.expect_released(card)
     computer.expect_content(card, before)
