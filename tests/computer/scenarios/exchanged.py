@@ -21,7 +21,7 @@ def play(computer, when, place):
         computer.expect_safe_only_when_released(other)
         computer.expect_card_holds(chosen)
     else:
-        computer.expect_failure(GONE[when])
+        computer.expect_failure(*GONE[when])
         computer.expect_released(other)
     if not when.startswith("while-"):
         computer.expect_content(chosen, before)

@@ -19,7 +19,7 @@ def play(computer, when, place):
     if when == "while-ejecting":
         computer.expect_safe_only_when_released(card)
         return computer.expect_card_holds(card)
-    computer.expect_failure(GONE[when])
+    computer.expect_failure(*GONE[when])
     computer.expect_text(" is gone: the SD card was removed, or its reader was disconnected.")
     computer.expect_released(card)
     if not when.startswith("while-"):
