@@ -203,7 +203,6 @@ double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::
                                     .arguments = {"--transfer", image.string(), device.string()},
                                     .environment = {}},
                                    {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
-    output.closeWritingEnd();
     Process::Stream streams[] = {output.stream()};
     // A transfer that fails prints no number, and the conversion below then throws.
     static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));

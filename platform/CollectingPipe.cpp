@@ -18,6 +18,7 @@ CollectingPipe::CollectingPipe() {
 }
 
 Process::Stream CollectingPipe::stream() {
+    writer.close();
     return {reader.get(), [this] { return readMore(); }};
 }
 

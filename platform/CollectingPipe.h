@@ -16,11 +16,9 @@ class CollectingPipe {
     CollectingPipe& operator=(const CollectingPipe&) = delete;
 
     [[nodiscard]] int writingEnd() const { return writer.get(); }
-    /// Must be called once the child is launched: the stream finishes only when nobody is left who could
+    /// Returns the reading end, which may be used for as long as the pipe exists. To be called once the child
+    /// is launched: it closes the writing end, since the stream finishes only when nobody is left who could
     /// write.
-    void closeWritingEnd() { writer.close(); }
-
-    /// Returns the reading end, which may be used for as long as the pipe exists.
     [[nodiscard]] Process::Stream stream();
     [[nodiscard]] const std::string& collected() const { return bytes; }
 

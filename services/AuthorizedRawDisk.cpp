@@ -109,7 +109,6 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
             {.standardOutput = channel.sendingEnd.get(), .standardError = error.writingEnd()});
     });
     channel.sendingEnd.close();
-    error.closeWritingEnd();
 
     // Standard error is read at the same time: a talkative utility would otherwise fill the pipe and never
     // send its message.

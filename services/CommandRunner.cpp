@@ -16,8 +16,6 @@ CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout
     CollectingPipe error;
     auto process = Process::launch(
         command, {.standardOutput = output.writingEnd(), .standardError = error.writingEnd()});
-    output.closeWritingEnd();
-    error.closeWritingEnd();
 
     const std::array streams{output.stream(), error.stream()};
     Process::WaitOptions wait{.streams = streams, .timeout = std::nullopt};

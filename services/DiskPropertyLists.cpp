@@ -142,11 +142,6 @@ std::optional<bool> readInternalFlag(const Dictionary& info, std::string_view lo
     return layout.isInternal;
 }
 
-std::string locationByFlag(std::optional<bool> isInternal) {
-    if (!isInternal) return "Unknown";
-    return *isInternal ? "Internal" : "External";
-}
-
 bool readPhysicalFlag(const Dictionary& info, const SDWholeDisk& disk) {
     if (const auto kind = stringValue(info, {"VirtualOrPhysical"}))
         return equalIgnoringCase(*kind, "Physical");
@@ -189,6 +184,11 @@ SDWholeDisk readDisk(const Dictionary& info, std::string_view askedFor, const Di
 }
 
 }  // namespace
+
+std::string locationByFlag(std::optional<bool> isInternal) {
+    if (!isInternal) return "Unknown";
+    return *isInternal ? "Internal" : "External";
+}
 
 const DiskLayout* DiskList::layoutOf(std::string_view identifier) const {
     const auto entry = layouts.find(identifier);

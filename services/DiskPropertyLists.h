@@ -31,4 +31,7 @@ struct DiskList {
 [[nodiscard]] std::optional<SDWholeDisk> parseDiskInfo(std::string_view output, std::string_view identifier,
                                                        const DiskLayout* layout);
 
+/// Returns the location of a disk that is not reported in words.
+[[nodiscard]] std::string locationByFlag(std::optional<bool> isInternal);
+
 }  // namespace tessel

@@ -17,11 +17,6 @@ constexpr std::chrono::seconds infoTimeout{20};
 constexpr int searchAttempts = 3;
 constexpr std::chrono::milliseconds searchPause{200};
 
-std::string locationOf(std::optional<bool> isInternal) {
-    if (!isInternal) return "Unknown";
-    return *isInternal ? "Internal" : "External";
-}
-
 }  // namespace
 
 void throwNotFound(const DiskSearch& search) {
@@ -113,7 +108,7 @@ SDWholeDisk DiskService::placeholderDisk(const std::string& identifier, const Di
             .mediaName = "Disk " + identifier,
             .sizeBytes = known.sizeBytes.value_or(0),
             .busProtocol = "Unknown bus",
-            .deviceLocation = locationOf(known.isInternal),
+            .deviceLocation = locationByFlag(known.isInternal),
             .partitionScheme = known.partitionScheme,
             .partitions = known.partitions,
             .isInternal = known.isInternal,

@@ -38,12 +38,8 @@ struct UtilityRun {
         CollectingPipe errors;
         Process process =
             Process::launch(command, {.standardOutput = output, .standardError = errors.writingEnd()});
-        errors.closeWritingEnd();
         std::vector<Process::Stream> streams{errors.stream()};
-        if (collected) {
-            collected->closeWritingEnd();
-            streams.push_back(collected->stream());
-        }
+        if (collected) streams.push_back(collected->stream());
         const auto ending = process.waitUntilExit({.streams = streams, .timeout = std::chrono::seconds(30)});
         return {.status = ending.termination.status, .errors = errors.collected()};
     }
