@@ -48,12 +48,17 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
           systemDisk},
          {"disk4", "disk0"},
          ""},
-        {"the target can't be read",
-         [this] { interpose("[ \"$1 $3\" = 'info /dev/disk4' ] && exit 1\nexec $real \"$@\""); },
+        {"no details can be read",
+         [this] {
+             interpose(
+                 "[ $1 = info ] && exit 1\n$real \"$@\" | tr -d '\\n\\t' | "
+                 "sed 's|<key>Size</key><integer>500000000000</integer>||'");
+         },
          "warning: 2 disks found · none selectable",
          {noneIsSelectable,
           "Protected disk: Disk disk4 · 600 MB · disk4. Reason: Detailed disk information could not be read.",
-          systemDisk},
+          "Protected disk: Disk disk0 · Unknown size · disk0. Reason: Detailed disk information could not be "
+          "read."},
          {"disk4", "disk0"},
          ""},
         {"no disks",

@@ -140,13 +140,18 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
 }
 
 TEST_F(WriteTaskTests, aFailedWriteToACardThatWasPulledSaysThatItIsGone) {
-    prepareWrite();
-    fault = Fault::secondWrite;
     const std::string error =
         "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
-    when(error, [this] { reader.removeDisk("disk4"); });
-    write();
-    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, diskGone}));
+    for (const bool isTold : {true, false}) {
+        prepareWrite();
+        fault = Fault::secondWrite;
+        when(error, [&] {
+            reader.removeDisk("disk4");
+            if (!isTold) interpose("exit 1");
+        });
+        write();
+        EXPECT_EQ(takeLog(), logUpTo(writingImage) + (isTold ? Messages{error, diskGone} : Messages{error}));
+    }
 }
 
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
