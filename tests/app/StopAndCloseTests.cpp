@@ -31,23 +31,6 @@ class StopAndCloseTests : public WindowTest {
 
 }  // namespace
 
-TEST_F(StopAndCloseTests, theStopButtonStopsAWriteAtTheNextCheckpoint) {
-    openWriting();
-    auto& stop = button("Stop");
-    click(stop);
-    QTest::qWait(1);
-    EXPECT_EQ(stop.text(), "Stopping Operation");
-    EXPECT_FALSE(stop.isEnabled());
-    // In the button, and in the status of both cards and of the phase.
-    EXPECT_THAT(texts(), Contains("Stopping Operation").Times(4));
-    holds.writing.release();
-    untilIdle();
-    EXPECT_FALSE(stop.isVisible());
-    EXPECT_EQ(badge(), "Operation cancelled");
-    EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
-    EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
-}
-
 TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
     const auto hints = [this] {
         return std::ranges::count_if(texts(), [](const std::string& text) {

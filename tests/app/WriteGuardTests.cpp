@@ -76,25 +76,6 @@ TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
     }
 }
 
-TEST_F(WriteGuardTests, nothingCanBeChosenWhileAWriteRuns) {
-    openWriting();
-    const auto expected = log();
-    clickTarget("disk5");
-    row("disk5").setFocus();
-    press(Qt::Key_Space);
-    for (const char* text : {"Select Image", "Refresh Disks", "Write Disk Image", "Clear"}) {
-        EXPECT_FALSE(button(text).isEnabled()) << text;
-        click(button(text));
-    }
-    for (const char* text : {"Show All Disks", "Verify the written image with SHA-256"})
-        EXPECT_FALSE(control<Switch>(text).isEnabled()) << text;
-    EXPECT_EQ(viewModel().selectedDiskID(), "disk4");
-    EXPECT_EQ(log(), expected);
-    clickRow("disk5");
-    QTest::qWait(1);
-    EXPECT_TRUE(row("disk5").fields().isInspected);
-}
-
 TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
     openReady();
     click(button("Write Disk Image"));

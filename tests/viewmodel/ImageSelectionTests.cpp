@@ -6,15 +6,6 @@ using testing::ElementsAre;
 
 using ImageSelectionTests = ViewModelTest;
 
-TEST_F(ImageSelectionTests, asksForARawImage) {
-    choose(std::nullopt);
-    EXPECT_EQ(desktop.lastPanel.title, "Select a Raw Disk Image");
-    EXPECT_EQ(desktop.lastPanel.prompt, "Select Image");
-    EXPECT_EQ(desktop.lastPanel.message,
-              "Choose an uncompressed raw disk image with an .img, .raw, or .bin extension.");
-    EXPECT_THAT(desktop.lastPanel.extensions, ElementsAre("img", "raw", "bin"));
-}
-
 TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
     const auto path = [this](const char* name) { return folder.path() / name; };
     for (const auto* name :

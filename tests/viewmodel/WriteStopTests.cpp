@@ -67,6 +67,15 @@ TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
     }
 }
 
+TEST_F(WriteStopTests, aStopMayComeBeforeTheWriteBegins) {
+    prepareWrite();
+    viewModel->startWrite();
+    viewModel->requestStop();
+    runUntilIdle();
+    EXPECT_EQ(takeLog(), stopLog(interrupted));
+    EXPECT_THAT(desktop.events, IsEmpty());
+}
+
 TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     prepareWrite();
     reader.removeDisk("disk4");
