@@ -89,17 +89,4 @@ TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
     EXPECT_EQ(refresh.grab().toImage(), plain);
 }
 
-TEST_F(ContentViewTests, aRunningWriteSaysHowFarItIsAndHowFastItGoes) {
-    openWriting();
-    EXPECT_EQ(window().windowTitle(), "59% – Velmora Tessel");
-    QTest::qWait(2000);  // for as long as nothing can be said yet
-    viewModel().applyWriteProgress({ImageWritePhase::writingImage, 12'000'000, imageSize});
-    QTest::qWait(1);
-    EXPECT_THAT(texts(), Contains(testing::EndsWith("MB/s · less than a minute left")));
-    holds.writing.release();
-    untilIdle();
-    EXPECT_EQ(window().windowTitle(), "Velmora Tessel");
-    EXPECT_THAT(texts(), Not(Contains(testing::HasSubstr("/s · "))));
-}
-
 }  // namespace tessel

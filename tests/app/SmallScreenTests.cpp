@@ -61,15 +61,6 @@ TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
     }
 }
 
-TEST_F(SmallScreenTests, thePanesSettleWhenTheStopButtonAppears) {
-    openReady();
-    window().fitInto(smallScreen);
-    viewModel().startWrite();
-    untilIdle();
-    QTest::qWait(20);
-    expectNothingCutOff();
-}
-
 TEST_F(SmallScreenTests, theKeysLeadThroughTheTableAndWhatHasTheFocusIsInView) {
     for (int number = 10; number < 20; ++number)
         reader.addDisk({.identifier = "disk" + std::to_string(number),

@@ -1,29 +1,16 @@
-#include <libmount/libmount.h>
-
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
-#include "foundation/Release.h"
-#include "utilities/linux/system/DeviceUses.h"
+#include "tests/support/MountTables.h"
 
 using namespace tessel;
 
 namespace {
 
-using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
-
 /// Notes the uses of a device that stands for all that this computer lacks.
-BlockDevice usesOf(std::string mounts, std::string swaps) {
-    const auto read = [](std::string& text) {
-        Table table(mnt_new_table());
-        FILE* const file = fmemopen(text.data(), text.size(), "r");
-        mnt_table_parse_stream(table.get(), file, "table");
-        std::fclose(file);
-        return table;
-    };
+BlockDevice usesOf(const std::string& mounts, const std::string& swaps) {
     Machine machine{.devices = {BlockDevice{}}};
-    addUses(machine, read(mounts).get(), read(swaps).get());
+    addUses(machine, mounts, swaps);
     return machine.devices[0];
 }
 

@@ -88,7 +88,6 @@ std::vector<const BlockDevice*> listedDisks(const Machine& machine) {
     std::vector<const BlockDevice*> disks;
     for (const BlockDevice& device : machine.devices)
         if (isListed(machine, device)) disks.push_back(&device);
-    std::ranges::sort(disks, {}, [&](const BlockDevice* disk) { return numberOf(machine, *disk); });
     return disks;
 }
 

@@ -81,8 +81,7 @@ bool isInCardSlot(const BlockDevice& device);
 /// Returns the physical disks that hold "/", ordered by their numbers. Empty when "/" leads to none.
 [[nodiscard]] std::vector<const BlockDevice*> systemDisks(const Machine& machine);
 
-/// Returns the disks that have a medium and whose records are consistent, ordered by the numbers in their
-/// identifiers.
+/// Returns the disks that have a medium and whose records are consistent.
 [[nodiscard]] std::vector<const BlockDevice*> listedDisks(const Machine& machine);
 
 /// Returns "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.

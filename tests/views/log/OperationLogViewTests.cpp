@@ -7,11 +7,8 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
-#include <QTextBlock>
 #include <functional>
 #include <random>
-
-#include "views/log/ReadingPosition.h"
 
 namespace tessel {
 
@@ -47,9 +44,6 @@ class OperationLogViewTests : public testing::Test {
 
     bool isAtEnd() const { return scroller().maximum() > 0 && scroller().value() == scroller().maximum(); }
     QScrollBar& scroller() const { return *view.verticalScrollBar(); }
-    int firstVisibleBlockNumber() const {
-        return view.document()->findBlock(readingPosition(view)).blockNumber();
-    }
 
     void growByAWrappingLine() {
         text += "\n" + std::string(random() % 400, 'x') + " end";
@@ -126,26 +120,6 @@ TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilThePersonIsIdle) 
         EXPECT_TRUE(resumes());
         EXPECT_GE(idle.elapsed(), pause.count());
     }
-}
-
-TEST_F(OperationLogViewTests, aPausedViewKeepsItsPlaceHoweverLinesWrap) {
-    for (std::size_t step = 0; step < 30; ++step)
-        growByAWrappingLine();
-    letPendingScrollsHappen();
-    for (int step = 0; step < 30; ++step) {
-        type(Qt::Key_Shift);
-        scroller().setValue(scroller().maximum() * (step % 10) / 12);
-        letPendingScrollsHappen();
-        const int place = firstVisibleBlockNumber();
-        growByAWrappingLine();
-        letPendingScrollsHappen();
-        ASSERT_EQ(firstVisibleBlockNumber(), place) << step;
-        resizeAtRandom();
-        letPendingScrollsHappen();
-        if (!isAtEnd()) ASSERT_EQ(firstVisibleBlockNumber(), place) << step;
-    }
-    EXPECT_FALSE(view.isFollowingLatest());
-    EXPECT_TRUE(resumes());
 }
 
 }  // namespace tessel

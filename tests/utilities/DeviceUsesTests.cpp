@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include "platform/linux/LoopDevice.h"
+#include "tests/support/MountTables.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tessel {
+
+TEST(DeviceUsesTests, aDeviceIsFoundByItsNumberAndByEveryPath) {
+    if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
+    const TemporaryFolder folder;
+    const auto file = folder.write("card", "");
+    std::filesystem::resize_file(file, 1 << 20);
+    const LoopDevice loop({.file = file});
+    const std::string link = folder.path() / "link";
+    std::filesystem::create_symlink(loop.path(), link);
+    struct stat status{};
+    ASSERT_EQ(stat(link.c_str(), &status), 0);
+    const auto number = std::to_string(major(status.st_rdev)) + ":" + std::to_string(minor(status.st_rdev));
+    const std::string mounted =
+        "36 35 " + number + " / " + folder.path().string() + " rw - ext4 /dev/root rw\n";
+
+    const struct {
+        std::string mounts;
+        std::string swap;
+        size_t mountsFound;
+        bool isSwap;
+    } cases[] = {
+        {mounted, file, 1, true},
+        {mounted, "/a", 1, false},
+        {"36 35 0:99 / /srv rw - btrfs " + link + " rw\n", link, 1, true},
+        {"36 35 0:99 / /srv rw - tmpfs none rw\n", loop.path(), 0, true},
+    };
+    for (const auto& [mounts, swap, mountsFound, isSwap] : cases) {
+        SCOPED_TRACE(mounts + swap);
+        Machine machine{.devices = {BlockDevice{.name = loop.path().filename()}}};
+        addUses(machine, mounts, "Filename\tType\tSize\tUsed\tPriority\n" + swap + " file 100 0 -2\n");
+        EXPECT_EQ(machine.devices[0].mounts.size(), mountsFound);
+        EXPECT_EQ(machine.devices[0].isSwap, isSwap);
+    }
+}
+
+}  // namespace tessel
