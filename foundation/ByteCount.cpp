@@ -13,14 +13,14 @@ struct Unit {
     uint64_t parts;  ///< of a unit that are told apart: 10 show one digit after the point, 100 show two
 };
 
-constexpr std::array<Unit, 6> units = {{
+constexpr auto units = std::to_array<Unit>({
     {"KB", 1'000, 1},
     {"MB", 1'000'000, 10},
     {"GB", 1'000'000'000, 100},
     {"TB", 1'000'000'000'000, 100},
     {"PB", 1'000'000'000'000'000, 100},
     {"EB", 1'000'000'000'000'000'000, 100},
-}};
+});
 
 uint64_t roundedParts(uint64_t bytes, const Unit& unit) {
     const uint64_t part = unit.bytes / unit.parts;

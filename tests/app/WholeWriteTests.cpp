@@ -97,22 +97,4 @@ TEST_F(WholeWriteTests, withTheKeyboardAlone) {
     expectCardHoldsImage();
 }
 
-TEST_F(WholeWriteTests, theTabKeyFollowsTheEye) {
-    openReady();
-    clickRow("disk5");
-    QTest::qWait(1);
-    tabTo("Select Image");
-    std::vector<std::string> stops;
-    do {
-        stops.push_back(focusedName());
-        press(Qt::Key_Tab);
-    } while (focusedName() != stops.front() && stops.size() < 30);
-    EXPECT_THAT(
-        stops,
-        ElementsAre("Select Image", "Refresh Disks", "Show All Disks", "Disk, sorted ascending", "Size",
-                    "Media", "Select SDXC Card · 600 MB · disk5 as the SD-card target",
-                    "Disk Details, SDXC Card · 600 MB · disk5", "Verify the written image with SHA-256",
-                    "Write Disk Image", "Clear", "Operation log"));
-}
-
 }  // namespace tessel

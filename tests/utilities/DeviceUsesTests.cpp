@@ -5,6 +5,7 @@
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/MountTables.h"
 #include "tests/support/TemporaryFolder.h"
+#include "utilities/linux/system/DeviceUsers.h"
 
 namespace tessel {
 
@@ -39,6 +40,26 @@ TEST(DeviceUsesTests, aDeviceIsFoundByItsNumberAndByEveryPath) {
         addUses(machine, mounts, "Filename\tType\tSize\tUsed\tPriority\n" + swap + " file 100 0 -2\n");
         EXPECT_EQ(machine.devices[0].mounts.size(), mountsFound);
         EXPECT_EQ(machine.devices[0].isSwap, isSwap);
+    }
+}
+
+TEST(DeviceUsesTests, everyUserThatTheKernelRevealsIsRead) {
+    const TemporaryFolder root;
+    const std::pair<const char*, std::string> files[] = {
+        {"sys/block/loop3/loop/backing_file", "loop3"},
+        {"sys/block/zram0/backing_dev", "zram0"},
+        {"sys/kernel/config/target/core/iblock_0/shelf/udev_path", "shelf"},
+        {"sys/kernel/config/nvmet/subsystems/tides/namespaces/1/device_path", "tides"},
+        {"sys/kernel/config/usb_gadget/g1/functions/mass_storage.0/lun.0/file", "g1"}};
+    for (const auto& [file, user] : files) {
+        std::filesystem::create_directories((root.path() / file).parent_path());
+        root.write(file, "/dev/" + user);
+    }
+    const auto users = readDeviceUsers(root.path());
+    ASSERT_EQ(users.size(), std::size(files));
+    for (size_t i = 0; i < users.size(); ++i) {
+        EXPECT_EQ(users[i].name, files[i].second);
+        EXPECT_EQ(users[i].path, "/dev/" + files[i].second);
     }
 }
 
