@@ -45,6 +45,8 @@ std::map<std::string, Answer> answersOf(const Machine& machine) {
         const BlockDevice& device = listedDisk(machine, identifier);
         const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, device)), identifier,
                                         list.layoutOf(identifier));
+        EXPECT_EQ(list.layoutOf(identifier)->sizeBytes, device.sizeBytes);
+        EXPECT_EQ(list.layoutOf(identifier)->isInternal, disk.value().isInternal);
         answers[device.name] = {disk.value(), reasonOf(machine, device)};
     }
     return answers;
