@@ -58,4 +58,13 @@ TEST_F(ImageChoiceTests, nothingCanBeDroppedDuringAWriteOrAQuestion) {
     EXPECT_TRUE(dropFiles({image}));
 }
 
+TEST_F(ImageChoiceTests, nothingOfItIsNotedInTheUsersSettings) {
+    const auto settings = folder.path() / "settings";
+    qputenv("XDG_CONFIG_HOME", settings.c_str());
+    open();
+    answerPanel(image);
+    application.reset();
+    EXPECT_FALSE(std::filesystem::exists(settings));
+}
+
 }  // namespace tessel
