@@ -89,6 +89,8 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
         messages.erase(messages.begin());
         EXPECT_EQ(messages, log);
         EXPECT_EQ(listedDisks(), disks);
+        for (const auto& disk : viewModel->disks())
+            EXPECT_TRUE(disk.isWhole);
         EXPECT_EQ(viewModel->selectedDiskID(), target);
         EXPECT_EQ(viewModel->canStartWrite(), !target.empty());
     }

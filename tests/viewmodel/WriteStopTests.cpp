@@ -94,28 +94,44 @@ TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
 
 TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
     const struct {
-        std::string call;
+        size_t commandsBegun;
         ImageWritePhase reached;
         std::string commands;
     } cases[] = {
-        {"unmountDisk", preparingTarget, "list info list info unmount eject"},
-        {"authopen", authorizingDevice, "list info list info unmount authorize eject"},
+        {5, preparingTarget, "list info list info unmount eject"},
+        {6, authorizingDevice, "list info list info unmount authorize eject"},
+        {8, authorizingDevice, "list info list info unmount authorize list info eject"},
     };
-    for (const auto& [call, reached, commands] : cases) {
-        SCOPED_TRACE(call);
+    for (const auto& [commandsBegun, reached, commands] : cases) {
+        SCOPED_TRACE(commands);
         prepareWrite();
-        reader.setBehaviour("disk4", {.delays = {{call, 0.5}}});
-        std::thread user([&, isCalled = call] {
-            while (reader.calls().back().find(isCalled) == std::string::npos)
+        reader.setBehaviour("disk4", {.delays = {{"unmountDisk", 0.5}, {"authopen", 0.5}, {"info", 0.3}}});
+        std::thread user([&, end = reader.calls().size() + commandsBegun] {
+            while (reader.calls().size() < end)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            if (commandsBegun > 6) reader.changeDetails("disk4", {{"WritableMedia", false}});
             loop->post([this] { viewModel->requestStop(); });
         });
         write();
         user.join();
         expectCancellation(interrupted);
+        EXPECT_EQ(viewModel->currentWritePhase(), reached);
         EXPECT_EQ(takeLog(), logUpTo(reached) + stopLog(interrupted));
         EXPECT_EQ(takeCommands(), commands);
     }
+}
+
+TEST_F(WriteStopTests, aStopGoesBeforeAChangedImage) {
+    prepareWrite();
+    interpose("if [ $1 = info ] && mkdir $0.once 2>/dev/null; then exit 1; fi\nexec $real \"$@\"");
+    const auto foundLate = "Disk revalidation succeeded on attempt 2.";
+    when(foundLate, [this] {
+        std::filesystem::resize_file(image, 1);
+        viewModel->requestStop();
+    });
+    write();
+    expectCancellation(interrupted);
+    EXPECT_EQ(takeLog(), (Messages{revalidating, foundLate}) + stopLog(interrupted));
 }
 
 TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {

@@ -1,5 +1,4 @@
 #include <chrono>
-#include <thread>
 
 #include "foundation/SystemWords.h"
 #include "tests/viewmodel/WriteTaskTest.h"
@@ -45,6 +44,7 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
         std::ifstream(reader.mediumPath("disk4"), std::ios::binary).read(written.data(), imageSize);
         EXPECT_TRUE(written == imageContent);
 
+        EXPECT_EQ(viewModel->currentWritePhase(), completed);
         EXPECT_EQ(viewModel->writePhaseTitle(), "Safe to Remove");
         EXPECT_EQ(viewModel->writeProgressDetail(), systemWords().cardEjected);
         EXPECT_EQ(viewModel->writeOperationProgress(), 1);
