@@ -16,9 +16,10 @@ class CollectingPipe {
     CollectingPipe& operator=(const CollectingPipe&) = delete;
 
     [[nodiscard]] int writingEnd() const { return writer.get(); }
-    /// Returns the reading end, which may be used for as long as the pipe exists. To be called once the child
-    /// is launched: it closes the writing end, since the stream finishes only when nobody is left who could
-    /// write.
+
+    /// Returns the reading end, which may be used for as long as the pipe exists. To be called after the child
+    /// has been launched: it closes the writing end, since the stream finishes only when nobody is left who
+    /// could write.
     [[nodiscard]] Process::Stream stream();
     [[nodiscard]] const std::string& collected() const { return bytes; }
 

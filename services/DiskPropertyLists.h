@@ -31,7 +31,7 @@ struct DiskList {
 [[nodiscard]] std::optional<SDWholeDisk> parseDiskInfo(std::string_view output, std::string_view identifier,
                                                        const DiskLayout* layout);
 
-/// Returns the location of a disk that is not reported in words.
+/// Returns the words for a disk's location where the report has none.
 [[nodiscard]] std::string locationByFlag(std::optional<bool> isInternal);
 
 }  // namespace tessel

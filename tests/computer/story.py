@@ -17,11 +17,11 @@ MOUNTED = f"/media/{PERSON}"
 PHASES = {"while-writing": "Writing image data.", "while-verifying": "Verifying the image",
           "while-ejecting": "Ejecting the SD card."}  # and what the log says when each begins
 CHANGED = "The selected disk changed after it was scanned."
+# What may be shown if the card goes then. A transfer ends by the error or by the kernel's notice, whichever is first.
 GONE = {"before-the-click": [CHANGED],
         "at-the-prompt": ["The authorized raw-device open failed: "],
         "while-writing": ["The SD-card write did not complete at byte offset", CHANGED],
         "while-verifying": ["The SD card could not be read for verification at byte offset", CHANGED]}
-# says what may be shown if the card goes then: a transfer ends by the error or by the kernel's notice, whichever is first.
 NOT_EJECTED = "The image was written, but the SD card could not be ejected."
 
 

@@ -11,7 +11,7 @@ struct DeviceUser {
     std::string path;  ///< of the device or file
 };
 
-/// Reads all of them that the kernel reveals in its files, whose paths begin with `root`.
+/// Reads all that the kernel's files reveal; the paths of those files begin with `root`.
 [[nodiscard]] std::vector<DeviceUser> readDeviceUsers(const std::string& root = "");
 
 }  // namespace tessel
