@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 
+#include "foundation/Text.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "services/DiskPropertyLists.h"
@@ -20,6 +21,14 @@ std::optional<std::string> reasonOf(const Machine& machine, const BlockDevice& d
     return protection ? std::optional(protection->reason) : std::nullopt;
 }
 
+std::string partsOf(const SDWholeDisk& disk) {
+    std::vector<std::string> parts;
+    for (const auto& part : disk.partitions)
+        parts.push_back(part.id + ": " + part.displayName() + ", " + part.detailText() + ", " +
+                        std::to_string(part.sizeBytes));
+    return joined(parts, "; ");
+}
+
 /// What the window knows about a disk, and why that is so.
 struct Answer {
     SDWholeDisk disk;
@@ -29,7 +38,9 @@ struct Answer {
         if (expectation == "expected identifier") return disk.id;
         if (expectation == "expected name") return disk.mediaName;
         if (expectation == "expected bus") return disk.busProtocol;
-        if (expectation == "expected location") return disk.deviceLocation;
+        if (expectation == "expected traits") return disk.capabilitySummary();
+        if (expectation == "expected scheme") return disk.partitionScheme;
+        if (expectation == "expected parts") return partsOf(disk);
         if (expectation == "expected verdict") return eligibilityFailureReason(disk).value_or("eligible");
         if (expectation == "expected text") return protectionText(disk).value_or("none");
         if (expectation == "expected protection") return protection.value_or("none");

@@ -30,24 +30,24 @@ bool isSDCardInSlot(const BlockDevice& disk) {
 /// Derives the bus from the disk's path in the kernel's device tree.
 std::string busOf(const BlockDevice& disk) {
     // A slot may itself be connected through USB or PCI, so it is asked about first.
-    static constexpr std::array<Names, 5> buses{{
+    static constexpr auto buses = std::to_array<Names>({
         {"/virtual/block/", "Virtual Interface"},
         {"/usb", "USB"},
         {"/ata", "SATA"},
         {"/nvme", "PCI-Express"},
         {"/virtio", "Virtual Interface"},
-    }};
+    });
     if (isSDCardInSlot(disk)) return "Secure Digital";
     return isInCardSlot(disk) ? "MMC" : nameFor(disk.path, buses, "Unknown bus");
 }
 
 /// Returns the kind of card that is positively known to be in the drive, or nothing.
 std::string cardKindOf(const BlockDevice& disk) {
-    static constexpr std::array<Names, 3> kinds{{
+    static constexpr auto kinds = std::to_array<Names>({
         {"flash_sdxc", "SDXC Card"},
         {"flash_sdhc", "SDHC Card"},
         {"flash_sd", "SD Card"},
-    }};
+    });
     // In a native slot the kernel knows best: UDisks2 takes soldered flash for a card.
     if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
     // What UDisks2 said about the last medium says nothing about this one.
