@@ -38,6 +38,7 @@ struct Answer {
         if (expectation == "expected identifier") return disk.id;
         if (expectation == "expected name") return disk.mediaName;
         if (expectation == "expected bus") return disk.busProtocol;
+        if (expectation == "expected path") return devicePathAndName(disk);
         if (expectation == "expected traits") return disk.capabilitySummary();
         if (expectation == "expected scheme") return disk.partitionScheme;
         if (expectation == "expected parts") return partsOf(disk);

@@ -112,26 +112,19 @@ PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk)
 }  // namespace
 
 PropertyList::Dictionary diskListOf(const Machine& machine) {
-    PropertyList::List allDisks;
-    PropertyList::List wholeDisks;
     PropertyList::List entries;
     for (const BlockDevice* disk : listedDisks(machine)) {
-        const std::string identifier = identifierOf(machine, *disk);
-        const PropertyList::List partitions = partitionsOf(machine, *disk);
-        allDisks.emplace_back(identifier);
-        wholeDisks.emplace_back(identifier);
-        for (const PropertyList& partition : partitions)
-            allDisks.push_back(partition.asDictionary()->at("DeviceIdentifier"));
-
         PropertyList::Dictionary entry{
-            {"DeviceIdentifier", identifier}, {"Content", partitionSchemeOf(*disk)},
-            {"Size", disk->sizeBytes},        {"OSInternal", !isExternal(*disk)},
-            {"Partitions", partitions},
+            {"DeviceIdentifier", identifierOf(machine, *disk)},
+            {"Content", partitionSchemeOf(*disk)},
+            {"Size", disk->sizeBytes},
+            {"OSInternal", !isExternal(*disk)},
+            {"Partitions", partitionsOf(machine, *disk)},
         };
         describeVolume(*disk, entry);
         entries.emplace_back(std::move(entry));
     }
-    return {{"AllDisks", allDisks}, {"WholeDisks", wholeDisks}, {"AllDisksAndPartitions", entries}};
+    return {{"AllDisksAndPartitions", entries}};
 }
 
 PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk) {
