@@ -2,6 +2,7 @@
 #include <QMimeData>
 
 #include "tests/app/WindowTest.h"
+#include "views/controls/Switch.h"
 #include "views/log/OperationLogView.h"
 
 namespace tessel {
@@ -48,8 +49,13 @@ TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
     EXPECT_EQ(viewModel().selectedImage()->url, image) << "the image that the link led to";
 }
 
-TEST_F(ImageChoiceTests, nothingCanBeDroppedDuringAWriteOrAQuestion) {
+TEST_F(ImageChoiceTests, nothingCanBeChosenDuringAWriteNorDroppedDuringAQuestion) {
     openWriting();
+    EXPECT_EQ(window().windowTitle(), "59% – Velmora Tessel");
+    for (const char* text : {"Select Image", "Refresh Disks", "Write Disk Image", "Clear"})
+        EXPECT_FALSE(button(text).isEnabled()) << text;
+    for (const char* text : {"Show All Disks", "Verify the written image with SHA-256"})
+        EXPECT_FALSE(control<Switch>(text).isEnabled()) << text;
     EXPECT_FALSE(dropFiles({image}));
     holds.writing.release();
     until([this] { return alertTitled("SD Card Is Safe to Remove"); });

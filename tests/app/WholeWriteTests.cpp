@@ -1,6 +1,5 @@
 #include <QAccessible>
 
-#include "model/SDWholeDisk.h"
 #include "rehearsal/FileDigest.h"
 #include "tests/app/WindowTest.h"
 

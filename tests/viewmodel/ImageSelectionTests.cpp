@@ -58,6 +58,8 @@ TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
         EXPECT_EQ(viewModel->selectedImage(), expected) << "the last one stays unless there is a better one";
 
         choose(std::nullopt);
+        EXPECT_EQ(desktop.lastPanel.title, "Select a Raw Disk Image");
+        EXPECT_THAT(desktop.lastPanel.extensions, ElementsAre("img", "raw", "bin"));
         EXPECT_EQ(stateText(), "idle");
         EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
         EXPECT_EQ(viewModel->selectedImage(), expected);

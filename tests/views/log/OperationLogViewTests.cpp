@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QMenu>
 #include <QScrollBar>
 #include <QTest>
 #include <functional>
