@@ -25,14 +25,6 @@ constexpr Fault tooDeep{"is nested too deeply"};
 class BinaryWalk {
   public:
     explicit BinaryWalk(std::string_view bytes) : bytes(bytes) {
-        constexpr size_t trailerSize = 32;
-        if (bytes.size() < binaryHeader.size() + trailerSize) throw malformed;
-        const size_t trailer = bytes.size() - trailerSize;
-        offsetSize = number(trailer + 6, 1);
-        referenceSize = number(trailer + 7, 1);
-        objectCount = number(trailer + 8, 8);
-        root = number(trailer + 16, 8);
-        offsetTable = number(trailer + 24, 8);
         if (offsetTable > trailer || offsetSize == 0 || objectCount > (trailer - offsetTable) / offsetSize)
             throw malformed;
     }
@@ -41,6 +33,12 @@ class BinaryWalk {
 
   private:
     enum Kind : uint8_t { data = 0x4, text = 0x5, wideText = 0x6, list = 0xA, set = 0xC, dictionary = 0xD };
+
+    static size_t trailerOf(std::string_view bytes) {
+        constexpr size_t trailerSize = 32;
+        if (bytes.size() < binaryHeader.size() + trailerSize) throw malformed;
+        return bytes.size() - trailerSize;
+    }
 
     /// Reads a big-endian number of 1 to 8 bytes.
     uint64_t number(size_t position, uint64_t size) const {
@@ -91,11 +89,12 @@ class BinaryWalk {
     }
 
     std::string_view bytes;
-    uint64_t offsetSize = 0;
-    uint64_t referenceSize = 0;
-    uint64_t objectCount = 0;
-    uint64_t root = 0;
-    uint64_t offsetTable = 0;
+    size_t trailer = trailerOf(bytes);
+    uint64_t offsetSize = number(trailer + 6, 1);
+    uint64_t referenceSize = number(trailer + 7, 1);
+    uint64_t objectCount = number(trailer + 8, 8);
+    uint64_t root = number(trailer + 16, 8);
+    uint64_t offsetTable = number(trailer + 24, 8);
     size_t items = 0;
     size_t expandedBytes = 0;
 };

@@ -103,13 +103,25 @@ std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, 
 }
 
 /// Performs the call unless it is to fail.
-template <typename Call>
-auto unlessFaulty(const std::string& name, Call call) -> decltype(call()) {
+template <typename Result = int>
+Result callUnlessFaulty(const std::string& name, long number, auto... arguments) {
     if (const auto fault = faultOf(name)) {
         errno = fault->error;
         return -1;
     }
-    return call();
+    return static_cast<Result>(syscall(number, arguments...));
+}
+
+/// Does so for a call that tells a size, which may be a byte more than the truth.
+int statUnlessFaulty(const std::string& name, struct stat* status, long number, auto... arguments) {
+    const auto fault = faultOf(name);
+    if (fault && fault->error != 0) {
+        errno = fault->error;
+        return -1;
+    }
+    const auto answer = static_cast<int>(syscall(number, arguments...));
+    if (fault) ++status->st_size;
+    return answer;
 }
 
 template <typename Function>
@@ -171,8 +183,7 @@ ssize_t pwrite(int descriptor, const void* bytes, size_t size, off_t offset) {
 }
 
 int fsync(int descriptor) {
-    return unlessFaulty(withObject("fsync", descriptor),
-                        [&] { return static_cast<int>(syscall(SYS_fsync, descriptor)); });
+    return callUnlessFaulty(withObject("fsync", descriptor), SYS_fsync, descriptor);
 }
 
 int open(const char* path, int flags, ...) {
@@ -180,31 +191,16 @@ int open(const char* path, int flags, ...) {
     va_start(rest, flags);
     const auto mode = va_arg(rest, mode_t);
     va_end(rest);
-    return unlessFaulty(withObject("open", path),
-                        [&] { return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode)); });
+    return callUnlessFaulty(withObject("open", path), SYS_openat, AT_FDCWD, path, flags, mode);
 }
 
 int fstat(int descriptor, struct stat* status) noexcept {
-    const auto fault = faultOf(withObject("fstat", descriptor));
-    if (fault && fault->error != 0) {
-        errno = fault->error;
-        return -1;
-    }
-    const auto answer = static_cast<int>(syscall(SYS_fstat, descriptor, status));
-    if (fault) ++status->st_size;
-    return answer;
+    return statUnlessFaulty(withObject("fstat", descriptor), status, SYS_fstat, descriptor, status);
 }
 
 int lstat(const char* path, struct stat* status) noexcept {
-    const auto fault = faultOf(withObject("lstat", path));
-    if (fault && fault->error != 0) {
-        errno = fault->error;
-        return -1;
-    }
-    const auto answer =
-        static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));
-    if (fault) ++status->st_size;
-    return answer;
+    return statUnlessFaulty(withObject("lstat", path), status, SYS_newfstatat, AT_FDCWD, path, status,
+                            AT_SYMLINK_NOFOLLOW);
 }
 
 int ioctl(int descriptor, unsigned long request, ...) noexcept {
@@ -235,36 +231,32 @@ int fcntl(int descriptor, int command, ...) {
     va_start(rest, command);
     void* argument = va_arg(rest, void*);
     va_end(rest);
-    return unlessFaulty(command == F_SETFL ? withObject("direct-access", descriptor) : "fcntl",
-                        [&] { return static_cast<int>(syscall(SYS_fcntl, descriptor, command, argument)); });
+    return callUnlessFaulty(command == F_SETFL ? withObject("direct-access", descriptor) : "fcntl", SYS_fcntl,
+                            descriptor, command, argument);
 }
 
 int flock(int descriptor, int operation) noexcept {
-    return unlessFaulty("flock", [&] { return static_cast<int>(syscall(SYS_flock, descriptor, operation)); });
+    return callUnlessFaulty("flock", SYS_flock, descriptor, operation);
 }
 
 int pipe2(int* ends, int flags) noexcept {
-    return unlessFaulty("pipe2", [&] { return static_cast<int>(syscall(SYS_pipe2, ends, flags)); });
+    return callUnlessFaulty("pipe2", SYS_pipe2, ends, flags);
 }
 
 int socketpair(int domain, int type, int protocol, int* ends) noexcept {
-    return unlessFaulty("socketpair", [&] {
-        return static_cast<int>(syscall(SYS_socketpair, domain, type, protocol, ends));
-    });
+    return callUnlessFaulty("socketpair", SYS_socketpair, domain, type, protocol, ends);
 }
 
 ssize_t recvmsg(int socket, msghdr* message, int flags) {
-    return unlessFaulty("recvmsg", [&] { return syscall(SYS_recvmsg, socket, message, flags); });
+    return callUnlessFaulty<ssize_t>("recvmsg", SYS_recvmsg, socket, message, flags);
 }
 
 int pidfd_open(pid_t process, unsigned flags) noexcept {
-    return unlessFaulty("pidfd_open",
-                        [&] { return static_cast<int>(syscall(SYS_pidfd_open, process, flags)); });
+    return callUnlessFaulty("pidfd_open", SYS_pidfd_open, process, flags);
 }
 
 pid_t waitpid(pid_t process, int* status, int options) {
-    return unlessFaulty(
-        "waitpid", [&] { return static_cast<pid_t>(syscall(SYS_wait4, process, status, options, nullptr)); });
+    return callUnlessFaulty("waitpid", SYS_wait4, process, status, options, nullptr);
 }
 
 int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
@@ -275,14 +267,11 @@ int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions
 }
 
 int poll(pollfd* watched, nfds_t count, int milliseconds) {
-    return unlessFaulty("poll", [&] {
-        constexpr int moment = 100;
-        const bool isHurried = plan.isHurried && milliseconds > moment;
-        const auto ready =
-            static_cast<int>(syscall(SYS_poll, watched, count, isHurried ? moment : milliseconds));
-        if (isHurried && ready == 0) hurriedTime += int64_t{milliseconds} * 1'000'000;
-        return ready;
-    });
+    constexpr int moment = 100;
+    const bool isHurried = plan.isHurried && milliseconds > moment;
+    const auto ready = callUnlessFaulty("poll", SYS_poll, watched, count, isHurried ? moment : milliseconds);
+    if (isHurried && ready == 0) hurriedTime += int64_t{milliseconds} * 1'000'000;
+    return ready;
 }
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept {

@@ -30,20 +30,29 @@ struct Row {
 
 constexpr std::string_view neverAnswers = "never answers, stop at ";
 
-std::vector<Row> readRows() {
+struct Table {
     std::vector<Row> rows;
+    std::map<std::string, std::string> commands;  ///< lines of shell, in which `$real` is the utility
+};
+
+Table readTable() {
+    static constexpr std::string_view does = " => ";
+    Table read;
     std::ifstream table(TESSEL_FAULT_TABLE);
     for (std::string line; std::getline(table, line);) {
         if (line.empty() || line.starts_with('#')) continue;
-        Row row;
+        if (const auto end = line.find(does); end != std::string::npos) {
+            read.commands[line.substr(0, end)] = line.substr(end + does.size());
+            continue;
+        }
         std::istringstream columns(line);
+        Row& row = read.rows.emplace_back();
         for (auto* column : {&row.call, &row.when, &row.fault, &row.card, &row.ending}) {
             std::getline(columns, *column, '|');
             *column = trimmed(*column);
         }
-        rows.push_back(row);
     }
-    return rows;
+    return read;
 }
 
 int errorNumber(const std::string& name) {
@@ -52,30 +61,6 @@ int errorNumber(const std::string& name) {
         if (known && name == known) return number;
     }
     return 0;
-}
-
-/// Returns the lines of shell that do what is wrong; `$real` is the utility.
-std::string commandsFor(const std::string& fault) {
-    static const std::map<std::string, std::string> commands = {
-        {"fails", "exit 1"},
-        {"is killed", "kill -9 $$"},
-        {"hangs", "trap '' TERM; exec sleep 100"},
-        {"does nothing", "exit 0"},
-        {"prints nonsense", "echo nonsense; exit 0"},
-        {"prints a number", "echo '<plist version=\"1.0\"><integer>4</integer></plist>'; exit 0"},
-        {"prints half", "$real \"$@\" | head -c 500; exit 0"},
-        {"prints too much", "head -c 17000000 /dev/zero; exit 0"},
-        {"says nothing of the disk", "$real \"$@\" | sed s/disk4/disk9/; exit 0"},
-        {"tells another size", "$real \"$@\" | sed s/600000000/600000512/; exit 0"},
-        {"tells another name", "$real \"$@\" | sed 's/SD Card Reader/SD Card Writer/'; exit 0"},
-        {"tells another bus", "$real \"$@\" | sed s/USB/SATA/; exit 0"},
-        {"tells of protection",
-         "$real \"$@\" | tr -d '\\n\\t' | sed 's|WritableMedia</key><true/>|WritableMedia</key><false/>|'; "
-         "exit 0"},
-    };
-    if (const auto known = commands.find(fault); known != commands.end()) return known->second;
-    if (fault.starts_with("says ")) return "echo '" + fault.substr(5) + "' >&2; exit 1";
-    return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
 }
 
 std::string replaced(std::string text, const std::string& word, const std::string& replacement) {
@@ -89,6 +74,13 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
   protected:
     WriteFaultTests() : ViewModelTest(SimulatedDisk::Medium::card) {
         before = openDescriptors();  // with the loop device that is the card
+    }
+
+    std::string commandsFor(const std::string& fault) const {
+        if (const auto known = table.commands.find(fault); known != table.commands.end())
+            return known->second;
+        if (fault.starts_with("says ")) return "echo '" + fault.substr(5) + "' >&2; exit 1";
+        return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
     }
 
     /// Has a utility go wrong in this call, and behave in all others.
@@ -167,13 +159,15 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         EXPECT_EQ(desktop.lastNotification.text, ending());
         EXPECT_EQ(std::ranges::count(log, "Error: " + ending()), 1);
     }
+
+    const Table table = readTable();
 };
 
 }  // namespace
 
 /// Every fourth row, so that several of these can run at once.
 TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
-    const auto rows = readRows();
+    const auto& rows = table.rows;
     ASSERT_GE(rows.size(), 200U);
     int leftOut = 0;
     for (size_t i = GetParam(); i < rows.size(); i += 4) {

@@ -24,7 +24,7 @@ std::string xml(const std::string& value) {
 }
 
 /// Encodes the objects with one-byte references and two-byte offsets.
-std::string binary(const std::vector<std::string>& objects) {
+std::string binary(const std::vector<std::string>& objects, char root = 0) {
     std::string bytes = "bplist00";
     std::string offsets;
     for (const std::string& object : objects) {
@@ -34,7 +34,7 @@ std::string binary(const std::vector<std::string>& objects) {
     const size_t table = bytes.size();
     bytes += offsets + std::string(6, '\0') + "\x02\x01" + std::string(6, '\0');
     bytes += {static_cast<char>(objects.size() >> 8), static_cast<char>(objects.size())};
-    bytes += std::string(8 + 6, '\0');
+    bytes += std::string(7, '\0') + root + std::string(6, '\0');
     bytes += {static_cast<char>(table >> 8), static_cast<char>(table)};
     return bytes;
 }
@@ -58,8 +58,8 @@ void requireReadable(std::string_view bytes) {
 
 TEST(PropertyListTests, everyKindIsReadFromXML) {
     const PropertyList value = parsePropertyList(xml(R"(<dict>
-        <key>text</key><string>B&amp;W &#x2713; <![CDATA[</dict>]]></string>
-        <!-- </dict> --><key>flags</key><array><true/><false/></array>
+        <key>text</key><string>B&amp;W &#x2713; <![CDATA[</dict>]]><![CDATA[]]></string>
+        <!-- </dict> --><!-- --><key>flags</key><array><true/><false/></array>
         <key>whole</key><integer>64021856256</integer><key>negative</key><integer>-1</integer>
         <key>real</key><real>0.25</real><key>empty</key><dict/>
         <key>date</key><date>2024-05-01T10:00:00Z</date><key>data</key><data>AAEC</data></dict>)"));
@@ -76,20 +76,21 @@ TEST(PropertyListTests, everyKindIsReadFromXML) {
 }
 
 TEST(PropertyListTests, theBinaryEncodingIsRead) {
-    const std::string shared("\x54Size", 5);
-    const std::string wide("\x61\x26\x3A", 3);
+    const auto list = std::string("\xA2\x05\x00", 3);
     EXPECT_EQ(
-        parsePropertyList(binary({std::string("\xD2\x01\x03\x02\x04", 5), shared,
-                                  std::string("\x12\x3B\x9A\xCA\x00", 5), wide, "\xA2\x01\x05", "\x08"})),
+        parsePropertyList(binary({"\x08", "\xD2\x05\x03\x02\x04", std::string("\x12\x3B\x9A\xCA\x00", 5),
+                                  "\x61\x26\x3A", list, "\x5F\x10\x10SixteenLetterKey"},
+                                 1)),
         (PropertyList::Dictionary{
-            {"Size", uint64_t{1'000'000'000}},
-            {"☺", PropertyList::List{"Size", false}},
+            {"SixteenLetterKey", uint64_t{1'000'000'000}},
+            {"☺", PropertyList::List{"SixteenLetterKey", false}},
         }));
 }
 
 TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
     EXPECT_NO_THROW(requireReadable(xml(repeated("<array>", 64) + repeated("</array>", 64))));
     EXPECT_THROW(requireReadable(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
+    EXPECT_NO_THROW(requireReadable(xml("<array>" + repeated("<array></array>", 100) + "</array>")));
     EXPECT_NO_THROW(requireReadable(binary(listsOfTheNext(63, 1))));
     EXPECT_THROW(requireReadable(binary(listsOfTheNext(64, 1))), PlatformError);
 }
@@ -105,7 +106,7 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
         {"nothing", ""},
         {"no property list", "disk4: not found"},
         {"no value", xml("")},
-        {"unknown element", xml("<set/>")},
+        {"unknown element", xml("<a/>")},
         {"deep", xml(manyLevels)},
         {"deep behind a closing tag in a comment", xml(repeated("<array><!-- </array> -->", 100'000))},
         {"deep behind a quoted closing tag", xml(repeated("<array a=\"</array>\">", 100'000))},
@@ -118,17 +119,20 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
         {"binary list that holds itself", binary({std::string("\xA1\x00", 2)})},
         {"binary lists that hold each other", binary({"\xA1\x01", std::string("\xA1\x00", 2)})},
         {"binary list that doubles at each level", binary(listsOfTheNext(60, 2))},
-        {"binary text shared very often",
-         binary({"\xA1\x01", "\xAF\x10\x64" + std::string(100, '\x02'),
-                 "\xAF\x10\x64" + std::string(100, '\x03'), "\x5F\x11\x27\x10" + std::string(10'000, 'a')})},
         {"binary list without end", binary({"\xAF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary text without end", binary({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary key with a zero character", binary({"\xD1\x01\x01", std::string("\x62\0a\0\0", 5)})},
         {"binary text with a zero character", binary({std::string("\x53"
                                                                   "a\0b",
                                                                   4)})},
+        {"binary text that begins with a zero character", binary({std::string("\x52\0a", 3)})},
         {"binary reference to nowhere", binary({"\xA1\x07"})},
     };
+    for (const char* marker : {"\x4F\x11\x27\x10", "\x5F\x11\x27\x10"})
+        hostile.emplace_back(
+            "binary value shared very often",
+            binary({"\xA1\x01", "\xAF\x10\x64" + std::string(100, '\x02'),
+                    "\xAF\x10\x64" + std::string(100, '\x03'), marker + std::string(10'000, 'a')}));
     for (size_t length = 8; length < wholeBinary.size(); length += 3)
         hostile.emplace_back("truncated binary", wholeBinary.substr(0, length));
     for (size_t length = 1; length < whole.find("</dict>"); length += 11)

@@ -25,4 +25,12 @@ TEST(DiskRecordTests, aPartitionSaysNothingTwice) {
     }
 }
 
+TEST(DiskRecordTests, aDiskSaysWhatIsUnknown) {
+    SDWholeDisk disk;
+    EXPECT_EQ(disk.capabilitySummary(),
+              "Unknown location · Virtual or unavailable · Read-only or unknown · Details unavailable");
+    disk.isInternal = true;
+    EXPECT_EQ(disk.locationText(), "Internal");
+}
+
 }  // namespace tessel

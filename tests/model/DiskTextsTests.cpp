@@ -39,4 +39,9 @@ TEST(DiskTextsTests, aMediumHasItsKindItsSymbolAndItsConnection) {
     }
 }
 
+TEST(DiskTextsTests, anEmptyTableSaysWhetherDisksAreHidden) {
+    EXPECT_TRUE(emptyTableText(0).starts_with("No whole disks"));
+    EXPECT_FALSE(emptyTableText(1).starts_with("No whole disks"));
+}
+
 }  // namespace tessel

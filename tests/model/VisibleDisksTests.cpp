@@ -47,4 +47,13 @@ TEST(VisibleDisksTests, eachFieldOrdersInBothDirections) {
     }
 }
 
+TEST(VisibleDisksTests, onlyPhysicalCardsAreShownUnlessAllAreWanted) {
+    auto copy = sampleCard("disk5", "SD Card");
+    copy.isPhysical = false;
+    const std::vector<SDWholeDisk> disks{copy, onBus(sampleCard("disk6", "Stick"), "USB"),
+                                         sampleCard("disk7", "SD Card")};
+    const auto shown = visibleDisks(disks, false, DiskSortField::disk, true);
+    EXPECT_EQ(shown, std::vector{disks.back()});
+}
+
 }  // namespace tessel

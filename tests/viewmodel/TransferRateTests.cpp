@@ -43,8 +43,8 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
          "minutes left; 14304: about 90 seconds left; 14352: less than a minute left",
          "167 KB/s"},
     };
+    TransferRate rate;
     for (const auto& [phase, secondsOf, expectedTimes, lastSpeed] : rows) {
-        TransferRate rate;
         std::vector<std::string> times;
         std::string time;
         std::string speed;
@@ -62,9 +62,9 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
         }
         EXPECT_EQ(joined(times, "; "), expectedTimes);
         EXPECT_EQ(speed, lastSpeed);
-        rate.note({synchronizing, 1, 1}, {});
-        EXPECT_EQ(rate.text(), "");
     }
+    rate.note({synchronizing, 1, 1}, {});
+    EXPECT_EQ(rate.text(), "");
 }
 
 }  // namespace tessel

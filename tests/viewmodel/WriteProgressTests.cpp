@@ -50,6 +50,7 @@ TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
 
 TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     EXPECT_EQ(viewModel->overallWorkflowProgress(), 0);
+    EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
     choose(folder.write("os.img", "image"));
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.2);
     scan();
@@ -67,6 +68,16 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     viewModel->startWrite();
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4) << "the next write begins anew";
     runUntilIdle();
+}
+
+TEST_F(WriteProgressTests, otherWordsEndTheSpeed) {
+    WriteProgress progress([] {});
+    for (const unsigned second : {0U, 2U, 4U})
+        progress.show({writingImage, second * 8'000'000, 1'000'000'000},
+                      TransferRate::TimePoint(std::chrono::seconds(second)));
+    EXPECT_NE(progress.transferRate(), "");
+    progress.say("title", "detail");
+    EXPECT_EQ(progress.transferRate(), "");
 }
 
 }  // namespace tessel
