@@ -24,8 +24,9 @@ std::string propertyList(const std::string& content) {
     return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + content + "</plist>";
 }
 
-DiskList listOf(const std::string& entries) {
-    return parseDiskList(propertyList("<dict>" + entries + "</dict>"));
+DiskList listOf(const std::string& report) {
+    std::ifstream file(TESSEL_DISK_REPORTS + report + ".plist");
+    return parseDiskList(std::string(std::istreambuf_iterator(file), {}));
 }
 
 std::vector<std::string> split(const std::string& text, char separator) {
@@ -43,21 +44,11 @@ SDWholeDisk infoOf(const std::string& entries, const DiskLayout* layout = nullpt
 }  // namespace
 
 TEST(DiskPropertyListsTests, identifiersAreTheUnionOfAllListsInOrder) {
-    const DiskList onlyAllDisks = listOf(R"(<key>AllDisks</key><array>
-        <string>disk4</string><string>disk4s1</string><string>disk0</string><string>disk0s1</string></array>)");
+    const DiskList onlyAllDisks = listOf("all-disks-only");
     EXPECT_THAT(onlyAllDisks.identifiers, ElementsAre("disk0", "disk4"));
     EXPECT_THAT(onlyAllDisks.layouts, IsEmpty());
 
-    const DiskList several = listOf(R"(
-        <key>WholeDisks</key><array><string>disk10</string><string>disk2</string></array>
-        <key>AllWholeDisks</key><array><string>disk7</string><integer>8</integer></array>
-        <key>AllDisks</key><string>disk9</string>
-        <key>AllDisksAndPartitions</key><array>
-            <dict><key>DeviceIdentifier</key><string>disk3</string></dict>
-            <dict><key>DeviceIdentifier</key><string>disk2</string></dict>
-            <dict><key>DeviceIdentifier</key><string>disk5s1</string></dict>
-            <dict><key>DeviceIdentifier</key><string></string></dict>
-            <dict/></array>)");
+    const DiskList several = listOf("several-lists");
     EXPECT_THAT(several.identifiers, ElementsAre("disk2", "disk3", "disk10"));
     EXPECT_THAT(several.layouts,
                 UnorderedElementsAre(Pair("disk2", DiskLayout()), Pair("disk3", DiskLayout()),
@@ -65,24 +56,7 @@ TEST(DiskPropertyListsTests, identifiersAreTheUnionOfAllListsInOrder) {
 }
 
 TEST(DiskPropertyListsTests, aLayoutHoldsVolumesNestedInContainersInOneList) {
-    const DiskList list = listOf(R"(<key>AllDisksAndPartitions</key><array><dict>
-        <key>DeviceIdentifier</key><string>disk4</string>
-        <key>Content</key><string></string><key>PartitionMapType</key><string>GUID_partition_scheme</string>
-        <key>Size</key><string>large</string><key>TotalSize</key><integer>64000000000</integer>
-        <key>Internal</key><true/><key>OSInternal</key><false/>
-        <key>APFSVolumes</key><array>
-            <dict><key>DeviceIdentifier</key><string>disk4s10</string><key>APFSVolumeRole</key><string>Data</string></dict>
-        </array>
-        <key>Partitions</key><array>
-            <dict><key>DeviceIdentifier</key><string>disk4s2</string><key>Content</key><string>Apple_APFS</string>
-                <key>APFSVolumes</key><array>
-                    <dict><key>DeviceIdentifier</key><string>disk4s3</string><key>Name</key><string>Home</string>
-                        <key>MountPoint</key><string>/Volumes/Home</string></dict>
-                    <dict><key>Volumes</key><array>
-                        <dict><key>DeviceIdentifier</key><string>disk4s1</string>
-                            <key>Size</key><string>1</string><key>TotalSize</key><integer>4096</integer></dict>
-                    </array></dict></array></dict>
-        </array></dict></array>)");
+    const DiskList list = listOf("nested-volumes");
     ASSERT_NE(list.layoutOf("disk4"), nullptr);
     EXPECT_EQ(*list.layoutOf("disk4"),
               (DiskLayout{
@@ -103,7 +77,7 @@ TEST(DiskPropertyListsTests, detailsAreReadAsTheTableSays) {
                                .sizeBytes = 4096,
                                .isInternal = true};
     const auto word = [](bool is) { return std::string(is ? "yes" : "no"); };
-    std::ifstream table(TESSEL_DISK_DETAILS);
+    std::ifstream table(TESSEL_DISK_REPORTS "details.txt");
     int rows = 0;
     for (std::string line; std::getline(table, line);) {
         if (line.empty() || line.starts_with('#')) continue;
