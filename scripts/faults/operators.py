@@ -4,7 +4,7 @@ import re
 # What is turned into what; the first group of a pattern is kept.
 REPLACEMENTS = [
     (r'==', '!='), (r'!=', '=='), (r'<=(?!>)', '<'), (r'>=', '>'), (r'(?<= )<(?= )', '<='), (r'(?<= )>(?= )', '>='),
-    (r'&&(?= )', '||'), (r'\|\|', '&&'), (r'(?<= )\+(?= )', '-'), (r'(?<= )-(?= )', '+'), (r'(?<= )\*(?= )', '/'),
+    (r'(?<= )&&(?= )', '||'), (r'\|\|', '&&'), (r'(?<= )\+(?= )', '-'), (r'(?<= )-(?= )', '+'), (r'(?<= )\*(?= )', '/'),
     (r'\btrue\b', 'false'), (r'\bfalse\b', 'true'), (r'(?<=[ (])!(?=[\w(])', ''), (r'\+\+', '--'),
     (r'(?<![\w.\'])0(?![\w.\'])', '1'), (r'(?<![\w.\'"])([1-9][\d\']*)(?![\w.\'"])', r'\1 + 1'),
     (r'\bif \((?!const |auto )(.*)\)( \{| [^{]*;)?$', r'if (!(\1))\2'),
@@ -14,7 +14,7 @@ REPLACEMENTS = [
 STATEMENT = re.compile(r'^\s*(co_await |static_cast<void>\()?[A-Za-z_][\w.:<>\->]*\(.*\)+;$')
 TABLE_ROW = re.compile(r'^\s*(\{.*\}|".*"),(\s*///.*)?$')
 TWO_ARGUMENTS = re.compile(r'\((\w[\w.]*), (\w[\w.]*)\)')
-IGNORED = re.compile(r'^\s*(//|#|static_assert|using |namespace |template|class |struct |enum |friend |\*|\[\[nodiscard)')
+IGNORED = re.compile(r'^\s*(//|#|static_assert|using |namespace |template|class |struct |enum |friend |virtual |\*|\[\[nodiscard|.*= default;)')
 
 
 def masked(line):

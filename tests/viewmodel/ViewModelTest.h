@@ -6,6 +6,7 @@
 #include <regex>
 #include <utility>
 
+#include "foundation/Text.h"
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/SimulatedReader.h"
@@ -190,6 +191,7 @@ class ViewModelTest : public LeavesNothingOpen {
             EXPECT_TRUE(std::regex_search(lines[linesTaken], stamp)) << lines[linesTaken];
             messages.push_back(std::regex_replace(lines[linesTaken], stamp, ""));
         }
+        if (!lines.empty()) EXPECT_EQ(viewModel->logText(), joined(lines, "\n"));
         return messages;
     }
 
