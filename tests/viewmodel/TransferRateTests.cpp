@@ -23,10 +23,12 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
          "2: about 4 minutes left; 31: about 3 minutes left; 90: about 2 minutes left; 135: about 90 "
          "seconds left; 166: about 1 minute left; 182: less than a minute left",
          "10 MB/s"},
-        {writingImage, [](uint64_t chunk) { return chunk % 7 == 0 ? 4.4 : 0.2; },
-         "6: about 4 minutes left; 7: about 3 minutes left; 79: about 2 minutes left; 130: about 90 "
+        {writingImage, [](uint64_t chunk) { return chunk % 7 == 0   ? 4.4
+                                                   : chunk % 7 == 1 ? 0
+                                                                    : 0.24; },
+         "6: about 4 minutes left; 7: about 3 minutes left; 74: about 2 minutes left; 124: about 90 "
          "seconds left; 158: about 1 minute left; 175: less than a minute left",
-         "10.6 MB/s"},
+         "10.9 MB/s"},
         {writingImage, [](uint64_t chunk) { return chunk <= 100 ? 0.2 : 1.6; },
          "2: less than a minute left; 31: about 1 minute left; 38: about 90 seconds left; 47: about 2 "
          "minutes left; 63: about 3 minutes left; 191: about 2 minutes left; 236: about 90 seconds left; "
