@@ -81,9 +81,7 @@ class DesktopServicesTests : public WindowTest {
     /// Has the card written while that window, or else the program's own, is in front.
     void writeBehind(QWindow* other) {
         reader.reinsert("disk4");
-        openReady();
-        click(button("Write Disk Image"));
-        click(button("Erase and Write to disk4"));
+        startWrite();
         auto* front = other ? other : window().windowHandle();
         front->show();
         front->requestActivate();

@@ -38,9 +38,7 @@ TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
         });
     };
     reader.setBehaviour("disk4", {.delays = {{"authopen", 1}}});
-    openReady();
-    click(button("Write Disk Image"));
-    click(button("Erase and Write to disk4"));
+    startWrite();
     until([this] { return viewModel().writePhaseTitle() == "Authorizing Raw Device"; });
     QTest::qWait(1);
     EXPECT_EQ(hints(), 0);
@@ -88,9 +86,7 @@ TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
 TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughThePersonWantedToQuit) {
     reader.setBehaviour("disk4", {.delays = {{"eject", 1}}});
     holds.reading.hold();
-    openReady();
-    click(button("Write Disk Image"));
-    click(button("Erase and Write to disk4"));
+    startWrite();
     until([this] { return viewModel().currentWritePhase() == ImageWritePhase::verifyingImage; });
     std::filesystem::resize_file(image, imageSize / 2);
     holds.reading.release();
@@ -106,9 +102,7 @@ TEST_F(StopAndCloseTests, theQuestionFollowsThePhaseAndEndsWhenNothingCanBeStopp
     reader.setBehaviour("disk4", {.delays = {{"authopen", 0.5}, {"eject", 0.5}}});
     holds.writing.hold();
     holds.reading.hold();
-    openReady();
-    click(button("Write Disk Image"));
-    click(button("Erase and Write to disk4"));
+    startWrite();
     until([this] { return viewModel().currentWritePhase() == ImageWritePhase::authorizingDevice; });
     window().close();
     const std::tuple<const char*, const char*, CardHold*> questions[] = {
@@ -135,9 +129,7 @@ TEST_F(StopAndCloseTests, closingDuringTheEjectWaitsAndTellsHowTheWriteEnded) {
         SCOPED_TRACE(fails);
         reader.reinsert("disk4");
         reader.setBehaviour("disk4", {.ejectFails = fails ? "It is stuck." : "", .delays = {{"eject", 0.5}}});
-        openReady();
-        click(button("Write Disk Image"));
-        click(button("Erase and Write to disk4"));
+        startWrite();
         until([this] { return viewModel().currentWritePhase() == ImageWritePhase::ejecting; });
         window().close();
         EXPECT_FALSE(alert());

@@ -65,11 +65,15 @@ void WindowTest::openReady() {
     until([this] { return button("Write Disk Image").isEnabled(); });
 }
 
-void WindowTest::openWriting() {
-    holds.writing.hold();
+void WindowTest::startWrite() {
     openReady();
     click(button("Write Disk Image"));
     click(button("Erase and Write to disk4"));
+}
+
+void WindowTest::openWriting() {
+    holds.writing.hold();
+    startWrite();
     until([this] { return viewModel().writeProgressDetail() == "8.4 MB of 20 MB written."; });
     QTest::qWait(1);
 }

@@ -39,7 +39,9 @@ class WindowTest : public testing::Test {
     void open();
     /// Opens the window and chooses an image and disk4.
     void openReady();
-    /// Opens the window and has the write confirmed, up to the second chunk.
+    /// Opens the window and has the write confirmed.
+    void startWrite();
+    /// The same, up to the second chunk.
     void openWriting();
 
     ContentView& window() { return application->window(); }

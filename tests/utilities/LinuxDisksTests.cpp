@@ -5,6 +5,8 @@
 #include "foundation/Errors.h"
 #include "tests/support/DescribedMachine.h"
 #include "tests/support/DescribedSystem.h"
+#include "utilities/DiskUtility.h"
+#include "utilities/ExitStatus.h"
 
 namespace tessel {
 
@@ -56,6 +58,12 @@ class LinuxDisksTests : public testing::Test {
     }
     std::chrono::seconds elapsed() const {
         return std::chrono::duration_cast<std::chrono::seconds>(system.time.time_since_epoch());
+    }
+    void mountWhileWaiting() {
+        system.onWait = [this] {
+            mountByDesktop();
+            system.onWait = nullptr;
+        };
     }
     void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByUDisks = true}); }
 
@@ -195,10 +203,7 @@ TEST_F(LinuxDisksTests, anotherMediumIsNotTheDiskAnyMore) {
 }
 
 TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
-    system.onWait = [this] {
-        mountByDesktop();
-        system.onWait = nullptr;
-    };
+    mountWhileWaiting();
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls,
                 ElementsAre("unmount mmcblk0p1", "flush", "wait", "unmount mmcblk0p1", "flush", "wait"));
@@ -211,10 +216,7 @@ TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
 
 TEST_F(LinuxDisksTests, evenTheSlowestComputerIsWaitedFor) {
     system.readingTime = std::chrono::seconds(9);
-    system.onWait = [this] {
-        mountByDesktop();
-        system.onWait = nullptr;
-    };
+    mountWhileWaiting();
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
 }
 
@@ -235,10 +237,7 @@ TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
 
 TEST_F(LinuxDisksTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {
     useReaderWithMechanism();
-    system.onWait = [this] {
-        mountByDesktop();
-        system.onWait = nullptr;
-    };
+    mountWhileWaiting();
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0", "wait",
                                           "unmount mmcblk0p1", "flush", "eject mmcblk0", "wait"));
@@ -254,6 +253,19 @@ TEST_F(LinuxDisksTests, aMechanismThatFailsIsNoneWhenNothingIsMounted) {
         return Ejection::impossible;
     };
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
+}
+
+TEST_F(LinuxDisksTests, theDiskUtilityKnowsFourCommands) {
+    for (const std::string command : {"", "list", "eject", "unmountDisk force", "unmountDisk /dev/disk7",
+                                      "info -plist disk7", "eject /dev/disk7s1"}) {
+        std::istringstream words(command);
+        const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+        std::ostringstream output;
+        std::ostringstream errors;
+        EXPECT_EQ(runDiskUtility(arguments, disks, output, errors), wrongUsage);
+        EXPECT_THAT(errors.str(), testing::StartsWith("Usage: diskutil list -plist |"));
+    }
+    EXPECT_THAT(system.calls, IsEmpty());
 }
 
 }  // namespace tessel

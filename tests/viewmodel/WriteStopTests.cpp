@@ -5,12 +5,22 @@
 
 namespace tessel {
 
-using enum ImageWritePhase;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Fault = FaultyDevice::Fault;
 
-using WriteStopTests = WriteTaskTest;
+class WriteStopTests : public WriteTaskTest {
+  protected:
+    /// Returns the thread of a user who stops the write in the middle of that command, counted from now.
+    std::thread stopOnceCommandsHaveBegun(size_t count, const std::function<void()>& andThen = [] {}) {
+        return std::thread([this, andThen, end = reader.calls().size() + count] {
+            while (reader.calls().size() < end)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            andThen();
+            loop->post([this] { viewModel->requestStop(); });
+        });
+    }
+};
 
 TEST_F(WriteStopTests, aDismissedPromptIsACancellation) {
     prepareWrite();
@@ -79,12 +89,7 @@ TEST_F(WriteStopTests, aStopMayComeBeforeTheWriteBegins) {
 TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     prepareWrite();
     reader.removeDisk("disk4");
-    const auto callsBefore = reader.calls().size();
-    std::thread user([&] {
-        while (reader.calls().size() == callsBefore)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        loop->post([this] { viewModel->requestStop(); });
-    });
+    auto user = stopOnceCommandsHaveBegun(1);
     write();
     user.join();
     expectCancellation(interrupted);
@@ -106,11 +111,8 @@ TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
         SCOPED_TRACE(commands);
         prepareWrite();
         reader.setBehaviour("disk4", {.delays = {{"unmountDisk", 0.5}, {"authopen", 0.5}, {"info", 0.3}}});
-        std::thread user([&, end = reader.calls().size() + commandsBegun] {
-            while (reader.calls().size() < end)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        auto user = stopOnceCommandsHaveBegun(commandsBegun, [&] {
             if (commandsBegun > 6) reader.changeDetails("disk4", {{"WritableMedia", false}});
-            loop->post([this] { viewModel->requestStop(); });
         });
         write();
         user.join();
