@@ -24,20 +24,6 @@ SDWholeDisk changed(Change change) {
     return disk;
 }
 
-constexpr const char* notAnIdentifier = "The item is not a whole-disk identifier.";
-constexpr const char* fixedDrive =
-    "The media identity indicates an SSD, hard drive, NVMe device, or other fixed-drive class.";
-constexpr const char* notRecognized =
-    "The media name or bus protocol does not explicitly identify this device as an SD, SDHC, SDXC, microSD, "
-    "or SD/MMC card.";
-constexpr const char* tooSmall = "The SD card is smaller than 512 MB.";
-constexpr const char* tooLarge = "The SD card is larger than the current 512 GB safety limit.";
-constexpr const char* internalMedia = "The disk is internal fixed media rather than removable SD media.";
-constexpr const char* notConfirmed =
-    "The SD card is not confirmed as external, removable, ejectable, or connected through a native SD "
-    "interface.";
-constexpr const char* eligible = "";
-
 }  // namespace
 
 TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
@@ -47,22 +33,29 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
         Change repair;
     } steps[] = {
         {"Detailed disk information could not be read.", [](auto& disk) { disk.hasDetailedInfo = true; }},
-        {notAnIdentifier, [](auto& disk) { disk.id = "disk0"; }},
+        {"The item is not a whole-disk identifier.", [](auto& disk) { disk.id = "disk0"; }},
         {"disk0 is always protected.", [](auto& disk) { disk.id = "disk4"; }},
         {"The item is a partition rather than a whole disk.", [](auto& disk) { disk.isWhole = true; }},
         {"The disk is virtual or synthesized rather than physical media.",
          [](auto& disk) { disk.isPhysical = true; }},
-        {fixedDrive, [](auto& disk) { disk.busProtocol = "USB"; }},
-        {notRecognized, [](auto& disk) { disk.mediaName = "SD Card"; }},
+        {"The media identity indicates an SSD, hard drive, NVMe device, or other fixed-drive class.",
+         [](auto& disk) { disk.busProtocol = "USB"; }},
+        {"The media name or bus protocol does not explicitly identify this device as an SD, SDHC, SDXC, "
+         "microSD, or SD/MMC card.",
+         [](auto& disk) { disk.mediaName = "SD Card"; }},
         {systemWords().cardNotWritable, [](auto& disk) { disk.isWritable = true; }},
-        {tooSmall, [](auto& disk) { disk.sizeBytes = maximumCardSize + 1; }},
-        {tooLarge, [](auto& disk) { disk.sizeBytes = 32'000'000'000; }},
-        {internalMedia, [](auto& disk) { disk.isInternal.reset(); }},
-        {notConfirmed, [](auto& disk) { disk.isRemovable = true; }},
-        {eligible, [](auto&) {}},
+        {"The SD card is smaller than 512 MB.", [](auto& disk) { disk.sizeBytes = maximumCardSize + 1; }},
+        {"The SD card is larger than the current 512 GB safety limit.",
+         [](auto& disk) { disk.sizeBytes = 32'000'000'000; }},
+        {"The disk is internal fixed media rather than removable SD media.",
+         [](auto& disk) { disk.isInternal.reset(); }},
+        {"The SD card is not confirmed as external, removable, ejectable, or connected through a native SD "
+         "interface.",
+         [](auto& disk) { disk.isRemovable = true; }},
+        {"", [](auto&) {}},
     };
     for (const auto& [reason, repair] : steps) {
-        EXPECT_EQ(eligibilityFailureReason(disk).value_or(eligible), reason);
+        EXPECT_EQ(eligibilityFailureReason(disk).value_or(""), reason);
         repair(disk);
     }
 }

@@ -15,7 +15,6 @@ inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaNam
             .busProtocol = "Secure Digital",
             .deviceLocation = "External",
             .partitionScheme = "FDisk_partition_scheme",
-            .partitions = {},
             .isInternal = false,
             .isWhole = true,
             .isRemovable = true,

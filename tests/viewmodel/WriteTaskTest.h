@@ -1,6 +1,5 @@
 #pragma once
 
-#include "foundation/SystemWords.h"
 #include "tests/viewmodel/ViewModelTest.h"
 
 namespace tessel {
@@ -26,8 +25,6 @@ inline constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 inline constexpr auto diskGone =
     "/dev/disk4 is gone: the SD card was removed, or its reader was disconnected.";
-inline constexpr auto imageChanged = "The selected image changed after it was selected.";
-inline const auto isProtected = "The selected disk is protected: " + systemWords().cardNotWritable;
 
 /// What the utilities are asked for a whole write.
 inline constexpr auto allCommands = "list info list info unmount authorize list info eject";
