@@ -71,7 +71,7 @@ class Tree:
         environment = {**os.environ, 'GTEST_FAIL_FAST': '1', 'TMPDIR': temporary,
                        'LLVM_PROFILE_FILE': str(counters)}
         process = subprocess.Popen([self.program(name), '--gtest_filter=' + ':'.join(tests)], cwd=self.build,
-                                   env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                    stderr=subprocess.DEVNULL, text=True, errors='replace', start_new_session=True)
         try:
             output, _ = process.communicate(timeout=seconds)

@@ -132,14 +132,17 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
     unsetenv("TESSEL_REPLACED");
 }
 
-TEST_F(CommandRunnerTests, aCommandCanBeStoppedThoughItsParentBlocksSignals) {
+TEST_F(CommandRunnerTests, aCommandCanBeStoppedThoughItsParentBlocksOrIgnoresSignals) {
     sigset_t blocked;
     sigset_t usual;
     sigfillset(&blocked);
     pthread_sigmask(SIG_BLOCK, &blocked, &usual);
-    const auto result = run({.executable = "/bin/grep", .arguments = {"SigBlk", "/proc/self/status"}});
+    const auto previous = signal(SIGPIPE, SIG_IGN);
+    const auto result = runShell("grep SigBlk /proc/self/status; kill -PIPE $$");
     pthread_sigmask(SIG_SETMASK, &usual, nullptr);
+    signal(SIGPIPE, previous);
     EXPECT_EQ(result.standardOutput, "SigBlk:\t0000000000000000\n");
+    EXPECT_EQ(result.status, SIGPIPE);
 }
 
 TEST_F(CommandRunnerTests, aFailureIsSeenEvenWhereTheParentIgnoredItsChildren) {
