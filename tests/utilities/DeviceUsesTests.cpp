@@ -5,6 +5,7 @@
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/MountTables.h"
 #include "tests/support/TemporaryFolder.h"
+#include "utilities/linux/system/DeviceLocks.h"
 #include "utilities/linux/system/DeviceUsers.h"
 
 namespace tessel {
@@ -41,6 +42,14 @@ TEST(DeviceUsesTests, aDeviceIsFoundByItsNumberAndByEveryPath) {
         EXPECT_EQ(machine.devices[0].mounts.size(), mountsFound);
         EXPECT_EQ(machine.devices[0].isSwap, isSwap);
     }
+}
+
+TEST(DeviceUsesTests, aProgramThatWantsToBeAloneIsFoundByItsLock) {
+    std::istringstream table(
+        "1: POSIX  ADVISORY  READ 7 00:01:1 0 EOF\n2: OFDLCK ADVISORY  READ -1 00:01:2 0 EOF\n"
+        "3: FLOCK  ADVISORY  WRITE 9 00:01:3 0 EOF\n4: FLOCK  ADVISORY  READ 9 00:01:4 0 EOF\n"
+        "5: LEASE  ACTIVE    WRITE 9 00:01:5 0 EOF\n");
+    EXPECT_EQ(lockedFiles(table), (std::set<std::string>{"00:01:1", "00:01:2", "00:01:3"}));
 }
 
 TEST(DeviceUsesTests, everyUserThatTheKernelRevealsIsRead) {

@@ -164,13 +164,21 @@ TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
     for (const auto* name : names)
         ASSERT_EQ(::mount((pretended / name).c_str(), (device / name).c_str(), nullptr, MS_BIND, nullptr), 0);
 
-    const Machine machine = readKernelDevices();
-    const auto read = std::ranges::find(machine.devices, device.filename().string(), &BlockDevice::name);
-    ASSERT_NE(read, machine.devices.end());
-    EXPECT_THAT(read->holders, testing::ElementsAre("dm-7"));
-    EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
-    EXPECT_TRUE(read->isReadOnly);
-    EXPECT_EQ(read->sizeBytes, 4096U * 512);
+    ASSERT_EQ(::mount("tmpfs", "/sys/fs", "tmpfs", 0, nullptr), 0);
+    const std::filesystem::path members = "/sys/fs/btrfs/tides/devices";
+    for (const auto& member : {std::filesystem::path(), device.filename(), std::filesystem::path("sdz")}) {
+        std::filesystem::create_directories(members / member);
+        const Machine machine = readKernelDevices();
+        const auto read = std::ranges::find(machine.devices, device.filename().string(), &BlockDevice::name);
+        ASSERT_NE(read, machine.devices.end());
+        EXPECT_THAT(read->holders, testing::ElementsAre("dm-7"));
+        EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
+        EXPECT_TRUE(read->isReadOnly);
+        EXPECT_EQ(read->sizeBytes, 4096U * 512);
+        EXPECT_EQ(read->isFileSystemActive, !member.empty());
+        EXPECT_EQ(read->spansDisks, member == "sdz");
+    }
+    umount2("/sys/fs", MNT_DETACH);
     for (const auto* name : names)
         umount2((device / name).c_str(), MNT_DETACH);
 }
