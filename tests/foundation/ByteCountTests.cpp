@@ -5,10 +5,7 @@
 namespace tessel {
 
 TEST(ByteCountTests, sizesReadAsPeopleSayThem) {
-    const struct {
-        uint64_t bytes;
-        const char* text;
-    } cases[] = {
+    const std::pair<uint64_t, const char*> cases[] = {
         {0, "Zero KB"},
         {1, "1 byte"},
         {999, "999 bytes"},

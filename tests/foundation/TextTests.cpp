@@ -7,11 +7,7 @@ namespace tessel {
 
 using testing::ElementsAre;
 
-namespace {
-
 constexpr std::string_view brokenUTF8 = "a\xff\xc3";
-
-}  // namespace
 
 TEST(TextTests, trimmingRemovesEveryKindOfWhiteSpaceAtBothEndsOnly) {
     EXPECT_EQ(trimmed(" \t\r\n\u00a0\u3000 SD  Card \u2028\n"), "SD  Card");
