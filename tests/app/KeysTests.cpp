@@ -3,8 +3,6 @@
 
 namespace tessel {
 
-using testing::IsEmpty;
-
 using KeysTests = WindowTest;
 
 TEST_F(KeysTests, doWhatTheToolTipsSay) {
@@ -22,7 +20,7 @@ TEST_F(KeysTests, doWhatTheToolTipsSay) {
     untilIdle();
     EXPECT_EQ(badge(), "4 disks found · 2 selectable");
     press(Qt::Key_Escape);
-    EXPECT_THAT(deeds(), IsEmpty());
+    EXPECT_THAT(deeds(), testing::IsEmpty());
     for (const auto closing : {Qt::Key_W, Qt::Key_Q}) {
         window().show();
         press(closing, Qt::ControlModifier);

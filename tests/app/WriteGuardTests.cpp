@@ -10,7 +10,6 @@ namespace tessel {
 namespace {
 
 using testing::Contains;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 class WriteGuardTests : public WindowTest {

@@ -16,7 +16,6 @@ namespace tessel {
 namespace {
 
 using testing::IsEmpty;
-using testing::SizeIs;
 using testing::StartsWith;
 using Seconds = std::chrono::duration<double>;
 using Bytes = testing::Matcher<const std::string&>;
@@ -54,7 +53,7 @@ TEST_F(CommandRunnerTests, aCommandLeavesItsStatusAndItsOutput) {
         {"zero time-out", "sleep 0.2; echo late", 0, 0, "late\n", IsEmpty()},
         {"negative time-out", "sleep 0.2; echo late", -1, 0, "late\n", IsEmpty()},
         {"megabytes", "head -c 3000000 /dev/zero & head -c 3000000 /dev/zero >&2; wait", 20, 0,
-         SizeIs(megabytes), SizeIs(megabytes)},
+         testing::SizeIs(megabytes), testing::SizeIs(megabytes)},
     };
     for (const auto& [what, script, timeout, status, output, error] : cases) {
         SCOPED_TRACE(what);
@@ -128,6 +127,8 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
     EXPECT_EQ(result.standardOutput,
               "inherited by the caller a=b\n/dev/fd/0 /dev/fd/1 /dev/fd/2 /dev/fd/3\n");
     EXPECT_EQ(result.status, 0) << "its input is not the null device";
+    const auto all = run({.executable = "/usr/bin/env", .environment = {{"TESSEL_REPLACED", "once"}}});
+    EXPECT_THAT(all.standardOutput, testing::Not(testing::HasSubstr("TESSEL_REPLACED=inherited")));
     unsetenv("TESSEL_KEPT");
     unsetenv("TESSEL_REPLACED");
 }

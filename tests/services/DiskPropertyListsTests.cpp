@@ -14,7 +14,6 @@
 namespace tessel {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
@@ -46,7 +45,7 @@ SDWholeDisk infoOf(const std::string& entries, const DiskLayout* layout = nullpt
 TEST(DiskPropertyListsTests, identifiersAreTheUnionOfAllListsInOrder) {
     const DiskList onlyAllDisks = listOf("all-disks-only");
     EXPECT_THAT(onlyAllDisks.identifiers, ElementsAre("disk0", "disk4"));
-    EXPECT_THAT(onlyAllDisks.layouts, IsEmpty());
+    EXPECT_THAT(onlyAllDisks.layouts, testing::IsEmpty());
 
     const DiskList several = listOf("several-lists");
     EXPECT_THAT(several.identifiers, ElementsAre("disk2", "disk3", "disk10"));

@@ -8,9 +8,7 @@
 
 namespace tessel {
 
-using testing::Contains;
 using testing::HasSubstr;
-using testing::Not;
 
 /// Does to a write under way what a system may do to it.
 class HostileSystemTests : public MountedDiskTest {
@@ -48,7 +46,7 @@ TEST_F(HostileSystemTests, aSecondCopyLeavesTheCardAlone) {
     };
     EXPECT_EQ(writeWhile(meddle), "");
     EXPECT_TRUE(holdsImage());
-    EXPECT_THAT(calls(), Not(Contains(HasSubstr("eject"))));
+    EXPECT_THAT(calls(), testing::Not(testing::Contains(HasSubstr("eject"))));
     EXPECT_EQ(eject().status, 0) << "nobody is writing any more";
 }
 

@@ -17,9 +17,7 @@ namespace tessel {
 
 namespace {
 
-using testing::Each;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 FileDescriptor openReadWrite(const std::filesystem::path& path) {
     return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
@@ -94,7 +92,7 @@ TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
     }
     card().isReadOnly = true;
     EXPECT_THAT(refusal(), HasSubstr("Its write-protection switch is on"));
-    EXPECT_THAT(system.calls, Each("wait")) << "nobody was asked";
+    EXPECT_THAT(system.calls, testing::Each("wait")) << "nobody was asked";
     card().isReadOnly = false;
     system.onOpen = [&] {
         card().isLocked = partition.isLocked = true;

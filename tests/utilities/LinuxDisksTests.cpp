@@ -13,7 +13,6 @@ namespace tessel {
 namespace {
 
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -120,7 +119,7 @@ TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
         system.readingTime = std::chrono::milliseconds(readingTime);
         const auto begin = elapsed();
         EXPECT_EQ(eject(), notEjected + "Resource busy: another program is working on disk7.");
-        EXPECT_THAT(system.calls, Each("wait"));
+        EXPECT_THAT(system.calls, testing::Each("wait"));
         EXPECT_LE(elapsed() - begin, std::chrono::seconds(4)) << "the clock decides, not the attempts";
     }
 

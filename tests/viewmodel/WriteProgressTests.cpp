@@ -3,7 +3,6 @@
 namespace tessel {
 
 using enum ImageWritePhase;
-using testing::ElementsAre;
 
 using WriteProgressTests = ViewModelTest;
 
@@ -38,7 +37,7 @@ TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
         EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4 + 0.6 * row.overall);
         const auto messages = takeLog();
         if (row.isLogged) {
-            EXPECT_THAT(messages, ElementsAre(phaseMessages[static_cast<size_t>(row.report.phase)]));
+            EXPECT_THAT(messages, testing::ElementsAre(phaseMessages[static_cast<size_t>(row.report.phase)]));
         } else {
             EXPECT_TRUE(messages.empty());
         }
