@@ -17,7 +17,7 @@ class CollectingPipe {
 
     [[nodiscard]] int writingEnd() const { return writer.get(); }
 
-    /// Returns the reading end, which may be used for as long as the pipe exists. To be called after the child
+    /// Returns the reading end, which may be used for as long as the pipe exists. Call it after the child
     /// has been launched: it closes the writing end, since the stream finishes only when nobody is left who
     /// could write.
     [[nodiscard]] Process::Stream stream();

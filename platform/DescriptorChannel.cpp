@@ -55,7 +55,7 @@ ReceivedDescriptor receiveDescriptor(int socket) {
 
     const auto found = findDescriptor(std::span(control).first(message.msg_controllen));
     FileDescriptor descriptor;
-    if (found && *found >= 0) descriptor = FileDescriptor(*found);
+    if (found) descriptor = FileDescriptor(*found);
     if (count == 0) return {closed, {}};
     if (message.msg_flags & MSG_CTRUNC) return {truncated, {}};
     if (!found) return {missing, {}};

@@ -17,7 +17,7 @@ class FileDescriptor {
     }
     ~FileDescriptor() { close(); }
 
-    [[nodiscard]] bool isOpen() const { return descriptor != none; }
+    [[nodiscard]] bool isOpen() const { return descriptor >= 0; }
     [[nodiscard]] int get() const { return descriptor; }
     void close();
 

@@ -14,7 +14,7 @@ class DiskSource {
   public:
     virtual ~DiskSource() = default;
 
-    /// Returns the list "AllDisksAndPartitions", which names the disks as well.
+    /// Returns at least "AllDisksAndPartitions", whose entries name the disks.
     [[nodiscard]] virtual PropertyList::Dictionary list() = 0;
     [[nodiscard]] virtual PropertyList::Dictionary info(const std::string& identifier) = 0;
     /// Unmounts every volume of the disk.

@@ -48,13 +48,17 @@ LoopDevice::LoopDevice(const Options& options) {
     configuration.info.lo_flags = LO_FLAGS_AUTOCLEAR;
     if (options.usesDirectIO) configuration.info.lo_flags |= LO_FLAGS_DIRECT_IO;
 
-    do {
+    // Another process may take the free device first.
+    constexpr int attempts = 100;
+    for (int attempt = 1; attempt <= attempts; ++attempt) {
         devicePath = freeDevice();
         device = openForWriting(devicePath);
         if (ioctl(device.get(), LOOP_CONFIGURE, &configuration) == 0) return;
-        // Another process may take the free device first.
-    } while (errno == EBUSY);
-    throw posixError(options.file.string() + " could not be attached to " + devicePath.string(), errno);
+        if (errno != EBUSY || attempt == attempts) {
+            throw posixError(options.file.string() + " could not be attached to " + devicePath.string(),
+                             errno);
+        }
+    }
 }
 
 }  // namespace tessel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QTest>
@@ -41,7 +40,7 @@ class WindowTest : public testing::Test {
     void openReady();
     /// Opens the window and has the write confirmed.
     void startWrite();
-    /// The same, up to the second chunk.
+    /// Does the same, and waits until the first chunk is written.
     void openWriting();
 
     ContentView& window() { return application->window(); }
@@ -66,7 +65,6 @@ class WindowTest : public testing::Test {
         throw std::runtime_error("no control " + text.toStdString());
     }
     Button& button(const QString& text) { return control<Button>(text); }
-    bool hasButton(const QString& text) { return shownControl<Button>(window(), text); }
     /// Every text that labels, fields and buttons below the widget show.
     static std::vector<std::string> textsIn(const QWidget& widget);
     std::vector<std::string> texts() { return textsIn(window()); }

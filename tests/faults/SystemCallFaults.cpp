@@ -112,7 +112,7 @@ Result callUnlessFaulty(const std::string& name, long number, auto... arguments)
     return static_cast<Result>(syscall(number, arguments...));
 }
 
-/// Does so for a call that tells a size, which may be a byte more than the truth.
+/// Performs a call that reports a size, unless it is to fail; the size may be one byte too large.
 int statUnlessFaulty(const std::string& name, struct stat* status, long number, auto... arguments) {
     const auto fault = faultOf(name);
     if (fault && fault->error != 0) {

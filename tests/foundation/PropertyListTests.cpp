@@ -1,7 +1,6 @@
 #include "foundation/PropertyList.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "foundation/Errors.h"
 

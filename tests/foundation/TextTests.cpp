@@ -1,7 +1,6 @@
 #include "foundation/Text.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace tessel {
 

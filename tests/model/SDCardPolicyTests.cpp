@@ -1,7 +1,6 @@
 #include "model/SDCardPolicy.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "foundation/SystemWords.h"
 #include "tests/support/SampleDisks.h"

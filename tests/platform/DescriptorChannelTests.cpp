@@ -57,6 +57,10 @@ TEST(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
     for (const auto& [what, entries, expected] : cases) {
         EXPECT_EQ(findDescriptor(controlData(entries)), expected) << what;
     }
+    auto afterEmptyEntry = controlData({withoutRoom});
+    afterEmptyEntry.resize(CMSG_SPACE(0));
+    std::ranges::copy(controlData({rights}), std::back_inserter(afterEmptyEntry));
+    EXPECT_EQ(findDescriptor(afterEmptyEntry), 42);
 }
 
 }  // namespace tessel

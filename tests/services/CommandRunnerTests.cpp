@@ -128,6 +128,7 @@ TEST_F(CommandRunnerTests, whatACommandInherits) {
               "inherited by the caller a=b\n/dev/fd/0 /dev/fd/1 /dev/fd/2 /dev/fd/3\n");
     EXPECT_EQ(result.status, 0) << "its input is not the null device";
     const auto all = run({.executable = "/usr/bin/env", .environment = {{"TESSEL_REPLACED", "once"}}});
+    EXPECT_THAT(all.standardOutput, testing::HasSubstr("TESSEL_REPLACED=once\n"));
     EXPECT_THAT(all.standardOutput, testing::Not(testing::HasSubstr("TESSEL_REPLACED=inherited")));
     unsetenv("TESSEL_KEPT");
     unsetenv("TESSEL_REPLACED");

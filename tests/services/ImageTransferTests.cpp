@@ -81,7 +81,7 @@ TEST_F(ImageTransferTests, anImageThatChangesOnTheWayIsNoticed) {
                 if (report.phase == phase && report.completedBytes == chunk)
                     std::filesystem::resize_file(imageURL, newSize);
             };
-            EXPECT_EQ(failure(), changed) << newSize;
+            EXPECT_EQ(failure(), changed) << newSize << " bytes in phase " << static_cast<int>(phase);
         }
     }
     useImage(2 * chunk);

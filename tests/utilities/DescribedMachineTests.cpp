@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <functional>
-#include <set>
 
 #include "foundation/Text.h"
 #include "model/DiskTexts.h"
@@ -89,8 +87,9 @@ TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
         const auto answer = answers.find(device);
         ASSERT_EQ(answer != answers.end(), section.contains("expected verdict"));
         for (const auto& [key, value] : section)
-            if (answer != answers.end() && key.starts_with("expected "))
-                EXPECT_EQ(answer->second.property(key), value) << key;
+            if (key.starts_with("expected "))
+                EXPECT_EQ(answer == answers.end() ? std::nullopt : answer->second.property(key), value)
+                    << key;
     }
 }
 

@@ -2,6 +2,9 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include <set>
+#include <sstream>
+
 #include "platform/linux/LoopDevice.h"
 #include "tests/support/MountTables.h"
 #include "tests/support/TemporaryFolder.h"

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <iterator>
+#include <sstream>
+
 #include "foundation/Errors.h"
 #include "tests/support/DescribedMachine.h"
 #include "tests/support/DescribedSystem.h"
@@ -18,11 +21,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using Ejection = BlockSystem::Ejection;
-
-DescribedSystem systemOf(const std::string& machine) {
-    const auto file = std::filesystem::path(TESSEL_DESCRIBED_MACHINES) / (machine + ".machine");
-    return DescribedSystem(DescribedMachine::read(file).machine);
-}
 
 const std::string notEjected = "The image was written, but the SD card could not be ejected. ";
 
@@ -66,7 +64,8 @@ class LinuxDisksTests : public testing::Test {
     }
     void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByUDisks = true}); }
 
-    DescribedSystem system = systemOf("laptop-sd-card");
+    DescribedSystem system{
+        DescribedMachine::read(TESSEL_DESCRIBED_MACHINES "/laptop-sd-card.machine").machine};
     BlockDevice& volume = system.named("mmcblk0p1");
     LinuxDisks disks{system};
 };
@@ -254,9 +253,10 @@ TEST_F(LinuxDisksTests, aMechanismThatFailsIsNoneWhenNothingIsMounted) {
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
 }
 
-TEST_F(LinuxDisksTests, theDiskUtilityKnowsFourCommands) {
+TEST_F(LinuxDisksTests, anythingButFourCommandsIsWrongUsage) {
     for (const std::string command : {"", "list", "eject", "unmountDisk force", "unmountDisk /dev/disk7",
                                       "info -plist disk7", "eject /dev/disk7s1"}) {
+        SCOPED_TRACE(command);
         std::istringstream words(command);
         const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
         std::ostringstream output;

@@ -178,7 +178,8 @@ class MountedDiskTest : public LinuxProgramsTest {
     void TearDown() override {
         udisks.reset();
         umount2(mountPoint, MNT_DETACH);
-        umount2("/run", MNT_DETACH);
+        for (const char* place : {"/run", "/sys/fs"})
+            umount2(place, MNT_DETACH);
         umount2("/media", MNT_DETACH);
     }
 

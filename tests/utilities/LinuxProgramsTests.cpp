@@ -178,7 +178,6 @@ TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
         EXPECT_EQ(read->isFileSystemActive, !member.empty());
         EXPECT_EQ(read->spansDisks, member == "sdz");
     }
-    umount2("/sys/fs", MNT_DETACH);
     for (const auto* name : names)
         umount2((device / name).c_str(), MNT_DETACH);
 }

@@ -19,10 +19,10 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
         std::string times;  ///< which time was said, and in which second first
         std::string lastSpeed;
     } rows[] = {
-        {writingImage, [](uint64_t) { return 0.8; },
-         "2: about 4 minutes left; 31: about 3 minutes left; 90: about 2 minutes left; 135: about 90 "
-         "seconds left; 166: about 1 minute left; 182: less than a minute left",
-         "10 MB/s"},
+        {writingImage, [](uint64_t) { return 0.79; },
+         "2: about 4 minutes left; 28: about 3 minutes left; 88: about 2 minutes left; 134: about 90 "
+         "seconds left; 164: about 1 minute left; 178: less than a minute left",
+         "10.1 MB/s"},
         {writingImage, [](uint64_t chunk) { return chunk % 7 == 0   ? 4.4
                                                    : chunk % 7 == 1 ? 0
                                                                     : 0.24; },

@@ -69,8 +69,9 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     runUntilIdle();
 }
 
-TEST_F(WriteProgressTests, otherWordsEndTheSpeed) {
-    WriteProgress progress([] {});
+TEST_F(WriteProgressTests, wordsThatReplaceAReportEndTheSpeed) {
+    const std::function<void()> nobody;
+    WriteProgress progress(nobody);
     for (const unsigned second : {0U, 2U, 4U})
         progress.show({writingImage, second * 8'000'000, 1'000'000'000},
                       TransferRate::TimePoint(std::chrono::seconds(second)));

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "tests/viewmodel/WriteTaskTest.h"
@@ -11,10 +12,10 @@ using Fault = FaultyDevice::Fault;
 
 class WriteStopTests : public WriteTaskTest {
   protected:
-    /// Returns the thread of a user who stops the write in the middle of that command, counted from now.
+    /// Returns the thread of a user who stops the write as soon as this many more commands have begun.
     std::thread stopOnceCommandsHaveBegun(size_t count, const std::function<void()>& andThen = [] {}) {
         return std::thread([this, andThen, end = reader.calls().size() + count] {
-            while (reader.calls().size() < end)
+            for (int waits = 0; reader.calls().size() < end && waits < 10'000; ++waits)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             andThen();
             loop->post([this] { viewModel->requestStop(); });
@@ -110,7 +111,9 @@ TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
     for (const auto& [commandsBegun, reached, commands] : cases) {
         SCOPED_TRACE(commands);
         prepareWrite();
-        reader.setBehaviour("disk4", {.delays = {{"unmountDisk", 0.5}, {"authopen", 0.5}, {"info", 0.3}}});
+        reader.setBehaviour(
+            "disk4",
+            {.delays = {{"unmountDisk", 0.5}, {"authopen", 0.5}, {"info", commandsBegun > 6 ? 1 : 0}}});
         auto user = stopOnceCommandsHaveBegun(commandsBegun, [&] {
             if (commandsBegun > 6) reader.changeDetails("disk4", {{"WritableMedia", false}});
         });

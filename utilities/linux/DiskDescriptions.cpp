@@ -86,24 +86,19 @@ std::string partitionSchemeOf(const BlockDevice& disk) {
     return table == "gpt" ? "GUID_partition_scheme" : table;
 }
 
-void describeVolume(const BlockDevice& device, PropertyList::Dictionary& entry) {
-    if (!device.udisks.volumeName.empty()) entry["VolumeName"] = printable(device.udisks.volumeName);
-    if (!device.mounts.empty()) entry["MountPoint"] = device.mounts.front().target;
-}
-
 PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk) {
     auto parts = partsOf(machine, disk);
     std::erase_if(parts, [](const BlockDevice* part) { return part->partitionNumber == 0; });
-    std::ranges::sort(parts, {}, &BlockDevice::partitionNumber);
 
     PropertyList::List partitions;
     for (const BlockDevice* part : parts) {
         PropertyList::Dictionary entry{
             {"DeviceIdentifier", identifierOf(machine, disk) + "s" + std::to_string(part->partitionNumber)},
             {"Content", part->udisks.fileSystem},
+            {"VolumeName", printable(part->udisks.volumeName)},
             {"Size", part->sizeBytes},
         };
-        describeVolume(*part, entry);
+        if (!part->mounts.empty()) entry["MountPoint"] = part->mounts.front().target;
         partitions.emplace_back(std::move(entry));
     }
     return partitions;
@@ -114,15 +109,13 @@ PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk)
 PropertyList::Dictionary diskListOf(const Machine& machine) {
     PropertyList::List entries;
     for (const BlockDevice* disk : listedDisks(machine)) {
-        PropertyList::Dictionary entry{
+        entries.emplace_back(PropertyList::Dictionary{
             {"DeviceIdentifier", identifierOf(machine, *disk)},
             {"Content", partitionSchemeOf(*disk)},
             {"Size", disk->sizeBytes},
             {"OSInternal", !isExternal(*disk)},
             {"Partitions", partitionsOf(machine, *disk)},
-        };
-        describeVolume(*disk, entry);
-        entries.emplace_back(std::move(entry));
+        });
     }
     return {{"AllDisksAndPartitions", entries}};
 }
@@ -141,7 +134,6 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"Internal", !isExternal(disk)},
         {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},
         {"WritableMedia", !protection},
-        {"Content", partitionSchemeOf(disk)},
         {"WholeDisk", true},
         {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},
         {"Ejectable", disk.udisks.isEjectable && !isSoldered},
