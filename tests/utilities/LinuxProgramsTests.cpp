@@ -175,6 +175,7 @@ TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
         EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
         EXPECT_TRUE(read->isReadOnly);
         EXPECT_EQ(read->sizeBytes, 4096U * 512);
+        EXPECT_EQ(read->partitionNumber, 0U);
         EXPECT_EQ(read->isFileSystemActive, !member.empty());
         EXPECT_EQ(read->spansDisks, member == "sdz");
     }
