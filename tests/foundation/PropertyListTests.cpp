@@ -78,11 +78,11 @@ TEST(PropertyListTests, theBinaryEncodingIsRead) {
     const auto list = std::string("\xA2\x05\x00", 3);
     EXPECT_EQ(
         parsePropertyList(binary({"\x08", "\xD2\x05\x03\x02\x04", std::string("\x12\x3B\x9A\xCA\x00", 5),
-                                  "\x61\x26\x3A", list, "\x5F\x10\x10SixteenLetterKey"},
+                                  "\x61\x26\x3A", list, "\x5F\x10\x11SeventeenLetters!"},
                                  1)),
         (PropertyList::Dictionary{
-            {"SixteenLetterKey", uint64_t{1'000'000'000}},
-            {"☺", PropertyList::List{"SixteenLetterKey", false}},
+            {"SeventeenLetters!", uint64_t{1'000'000'000}},
+            {"☺", PropertyList::List{"SeventeenLetters!", false}},
         }));
 }
 
