@@ -20,7 +20,9 @@ class Node:
     def __init__(self, path, answers):
         self.path = path
         states, self.role, self.name, children = answers
-        self.states = states[0] | states[1] << 32 if states else 0
+        if None in (states, self.role, self.name):  # it went while it was being asked, and is not shown any more
+            states, self.role, self.name = (0, 0), "", ""
+        self.states = states[0] | states[1] << 32
         self.child_paths = [child for _, child in children or []]
         self.actions = []
 
