@@ -75,7 +75,7 @@ TEST_F(ImageTransferTests, whatCannotFitIsRefused) {
 TEST_F(ImageTransferTests, anImageThatChangesOnTheWayIsNoticed) {
     const auto changed = "The selected image changed after it was selected.";
     for (const auto phase : {writingImage, verifyingImage}) {
-        for (const size_t newSize : {size_t{100}, 4 * chunk + 1}) {
+        for (const size_t newSize : {size_t{0}, size_t{100}, 4 * chunk + 1}) {
             useImage(4 * chunk);
             onReport = [&](const ImageWriteProgress& report) {
                 if (report.phase == phase && report.completedBytes == chunk)
