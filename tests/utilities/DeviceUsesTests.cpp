@@ -1,23 +1,20 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 #include <set>
 #include <sstream>
 
-#include "platform/linux/LoopDevice.h"
+#include "tests/support/LoopDeviceTest.h"
 #include "tests/support/MountTables.h"
-#include "tests/support/TemporaryFolder.h"
 #include "utilities/linux/system/DeviceLocks.h"
 #include "utilities/linux/system/DeviceUsers.h"
 
 namespace tessel {
 
-TEST(DeviceUsesTests, aDeviceIsFoundByItsNumberAndByEveryPath) {
-    if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
-    const TemporaryFolder folder;
-    const auto file = folder.write("card", "");
-    std::filesystem::resize_file(file, 1 << 20);
+using UsedLoopDeviceTests = LoopDeviceTest;
+
+TEST_F(UsedLoopDeviceTests, areFoundByTheirNumberAndByEveryPath) {
+    const auto file = mediumFile("card");
     const LoopDevice loop({.file = file});
     const std::string link = folder.path() / "link";
     std::filesystem::create_symlink(loop.path(), link);

@@ -1,6 +1,5 @@
 #include "utilities/linux/LinuxAuthorization.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <linux/blkpg.h>
 #include <sys/ioctl.h>
@@ -9,30 +8,20 @@
 
 #include "foundation/Errors.h"
 #include "platform/linux/BlockDescriptor.h"
-#include "platform/linux/LoopDevice.h"
 #include "tests/support/DescribedSystem.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LoopDeviceTest.h"
 
 namespace tessel {
 
-namespace {
-
 using testing::HasSubstr;
 
-FileDescriptor openReadWrite(const std::filesystem::path& path) {
-    return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
-}
-
-}  // namespace
-
 /// Describes a machine whose only card is the loop device that gets opened for it.
-class LinuxAuthorizationTests : public testing::Test {
+class LinuxAuthorizationTests : public LoopDeviceTest {
   protected:
     void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
-        const auto file = folder.write("medium", "");
-        std::filesystem::resize_file(file, mediumSizeInBytes);
-        loop.emplace(LoopDevice::Options{.file = file});
+        LoopDeviceTest::SetUp();
+        if (IsSkipped()) return;
+        loop.emplace(LoopDevice::Options{.file = mediumFile("medium", mediumSizeInBytes)});
         const uint64_t number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
         identifier = "disk" + std::to_string(number);
         card() = {.name = "sdb",
@@ -66,7 +55,6 @@ class LinuxAuthorizationTests : public testing::Test {
 
     static constexpr uint64_t mediumSizeInBytes = 1 << 20;
 
-    TemporaryFolder folder;
     std::optional<LoopDevice> loop;
     DescribedSystem system{
         {.devices =
@@ -106,8 +94,7 @@ TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
     system.onOpen = [this] { return openReadWrite(folder.path() / "medium"); };
     EXPECT_EQ(refusal(), replaced) << "a file";
 
-    std::filesystem::resize_file(folder.write("other", ""), mediumSizeInBytes);
-    const LoopDevice other({.file = folder.path() / "other"});
+    const LoopDevice other({.file = mediumFile("other", mediumSizeInBytes)});
     system.onOpen = [&] { return openReadWrite(other.path()); };
     EXPECT_EQ(refusal(), replaced) << "another medium of the same size";
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sched.h>
 #include <signal.h>
@@ -17,12 +16,11 @@
 #include "platform/BlockDevice.h"
 #include "platform/concurrency/Task.h"
 #include "platform/linux/BlockDescriptor.h"
-#include "platform/linux/LoopDevice.h"
 #include "services/AuthorizedRawDisk.h"
 #include "services/DiskPropertyLists.h"
 #include "services/ImageTransfer.h"
+#include "tests/support/LoopDeviceTest.h"
 #include "tests/support/MemoryDevice.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/UtilityRun.h"
 
 namespace tessel {
@@ -59,25 +57,18 @@ inline bool appears(const std::filesystem::path& path) {
     return std::filesystem::exists(path);
 }
 
-inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags = 0) {
-    return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | flags));
-}
-
 /// Runs the real programs on this machine's kernel, with a bus of their own and a stand-in for UDisks2 that
 /// knows one disk: a loop device.
-class LinuxProgramsTest : public testing::Test {
+class LinuxProgramsTest : public LoopDeviceTest {
   protected:
     void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
-        std::filesystem::resize_file(folder.write("medium", ""), mediumSizeInBytes);
-        loop.emplace(LoopDevice::Options{.file = folder.path() / "medium"});
+        LoopDeviceTest::SetUp();
+        if (IsSkipped()) return;
+        loop.emplace(LoopDevice::Options{.file = mediumFile("medium", mediumSizeInBytes)});
         number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
         identifier = "disk" + std::to_string(number);
-        startBus();
-    }
 
-    /// Starts a private bus with nobody on it.
-    void startBus() {
+        // A private bus with nobody on it.
         const auto socket = folder.path() / "bus";
         const auto configuration = folder.write(
             "bus.conf",
@@ -95,13 +86,14 @@ class LinuxProgramsTest : public testing::Test {
         if (!appears(socket)) GTEST_SKIP() << "needs dbus-daemon";
     }
 
-    void startUDisks(const std::string& moreKeys = "", std::optional<uint64_t> knownNumber = {}) {
+    void startUDisks(const std::string& moreKeys = "") { startUDisks(moreKeys, std::to_string(number)); }
+    void startUDisks(const std::string& moreKeys, const std::string& knownNumber) {
         udisks.reset();
         std::filesystem::remove(folder.path() / "calls");
         const auto description =
             folder.write("disks", "[" + loop->path().filename().string() +
                                       "]\nvendor=Generic\nmodel=SD Card\nfile system=ext4\nsequence number=" +
-                                      std::to_string(knownNumber.value_or(number)) + "\n" + moreKeys);
+                                      knownNumber + "\n" + moreKeys);
         udisks.emplace(std::vector<std::string>{TESSEL_STAND_IN_UDISKS, description.string(),
                                                 (folder.path() / "calls").string()});
         ASSERT_TRUE(appears(folder.path() / "calls"));
@@ -153,7 +145,6 @@ class LinuxProgramsTest : public testing::Test {
     static constexpr uint64_t mediumSizeInBytes = 64 << 20;
 
     const std::filesystem::path programs = TESSEL_LINUX_PROGRAMS;
-    TemporaryFolder folder;
     std::optional<LoopDevice> loop;
     uint64_t number = 0;
     std::string identifier;

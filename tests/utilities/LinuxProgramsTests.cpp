@@ -52,6 +52,8 @@ TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
 }
 
 TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
+    constexpr auto nothing =
+        "The authorized raw-device open failed: The disk service UDisks2 did not hand over what it opened.";
     const struct {
         const char* error;
         const char* message;
@@ -70,8 +72,8 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
          "The SD card is still in use by another process. Close applications using the card, refresh the "
          "disk list, and try again."},
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
-        {"", "\nplace=-1",
-         "The authorized raw-device open failed: The disk service UDisks2 did not hand over what it opened."},
+        {"", "\nplace=-1", nothing},
+        {"", "\nplace=1", nothing},
     };
     for (const auto& [error, message, sentence] : refusals) {
         startUDisks("open=" + std::string(error) + "\nmessage=" + message + "\n");
@@ -88,11 +90,13 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
 }
 
 TEST_F(LinuxProgramsTests, whatUDisksSaysOfAnotherMediumIsNotBelieved) {
-    startUDisks("", number + 1);
-    EXPECT_FALSE(info().isWritable);
-    EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
-    EXPECT_NE(diskutil({"eject", "/dev/" + identifier}).status, 0);
-    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+    for (const auto& known : {std::to_string(number + 1), std::to_string(number) + "-part1"}) {
+        startUDisks("", known);
+        EXPECT_FALSE(info().isWritable);
+        EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
+        EXPECT_NE(diskutil({"eject", "/dev/" + identifier}).status, 0);
+        EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+    }
 }
 
 TEST_F(LinuxProgramsTests, theSystemsDiskIsNeverTouched) {

@@ -1,44 +1,27 @@
 #include "platform/BlockDevice.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/loop.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 
 #include "platform/linux/BlockDescriptor.h"
-#include "platform/linux/LoopDevice.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LoopDeviceTest.h"
 
 namespace tessel {
 
-class LockedBlockDeviceTests : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (!LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
-    }
+using LockedBlockDeviceTests = LoopDeviceTest;
 
-    std::filesystem::path mediumFile(const std::string& name) const {
-        const auto file = folder.write(name, "");
-        std::filesystem::resize_file(file, 1 << 20);
-        return file;
-    }
-
-    static FileDescriptor openReadWrite(const std::filesystem::path& path) {
-        return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
-    }
-
-    TemporaryFolder folder;
-};
-
-TEST_F(LockedBlockDeviceTests, aDeviceThatSomebodyElseLockedIsBusy) {
+TEST_F(LockedBlockDeviceTests, aCharacterDeviceMayHaveTheNumberOfABlockDevice) {
     const LoopDevice loop({.file = mediumFile("card")});
-    const FileDescriptor other = openReadWrite(loop.path());
-    ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
-    EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->blockSize().error, EBUSY);
-    EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->blockCount().error, EBUSY);
+    struct stat status{};
+    ASSERT_EQ(stat(loop.path().c_str(), &status), 0);
+    const auto other = folder.path() / "other";
+    ASSERT_EQ(mknod(other.c_str(), S_IFCHR, status.st_rdev), 0);
+    EXPECT_TRUE(isWholeBlockDevice(openReadWrite(loop.path()).get()));
+    EXPECT_FALSE(isWholeBlockDevice(openReadWrite(other, O_PATH).get()));
 }
 
 TEST_F(LockedBlockDeviceTests, theDeviceIsLockedWhileItIsOpen) {
