@@ -1,6 +1,8 @@
 /// Compares the write path with the commands that a person would type instead, side by side in one run.
 
 #include <fcntl.h>
+#include <linux/loop.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -134,10 +136,18 @@ void compareWithImageInMemory(const fs::path& device) {
     compare({"1 GiB / bare direct dd, flushed", image, device, bareCopy(image, device), 1.2, 5});
 }
 
+/// Attaches the file and bypasses its cache where its file system can.
+LoopDevice attach(const fs::path& file) {
+    LoopDevice loop({.file = file});
+    const FileDescriptor descriptor(open(loop.path().c_str(), O_RDWR | O_CLOEXEC));
+    ioctl(descriptor.get(), LOOP_SET_DIRECT_IO, 1UL);
+    return loop;
+}
+
 void compareTransfers(const Workshop& workshop) {
     printHeader("Write, flush and verify");
     if (!LoopDevice::isAvailable()) return printLeftOut("All rows", "attaching loop devices needs root");
-    const LoopDevice loop({.file = workshop.makeMedium("medium", 4352 * MiB), .usesDirectIO = true});
+    const LoopDevice loop = attach(workshop.makeMedium("medium", 4352 * MiB));
     const auto& device = loop.path();
     const auto large = workshop.makeImage("large.img", 1024 * MiB);
     compare({"1 GiB / sha256sum, dd, cmp", large, device, typedCommands(large, device), 0.4});
@@ -168,7 +178,7 @@ double processorTime(int whose) {
 void compareProcessorTime(const Workshop& workshop) {
     printHeader("Processor time of a verified write of 1 GiB");
     if (!LoopDevice::isAvailable()) return printLeftOut("All rows", "attaching loop devices needs root");
-    const LoopDevice loop({.file = workshop.path("medium"), .usesDirectIO = true});
+    const LoopDevice loop = attach(workshop.path("medium"));
     const auto image = workshop.path("large.img");
     const auto digest = "sha256sum " + image.string();
     const auto digests = joined({digest, digest, digest, bareCopy(image, loop.path())}, " && ");
@@ -215,7 +225,7 @@ void compareMemory(const Workshop& workshop, const fs::path& program) {
         printLeftOut("All rows", "attaching loop devices needs root");
         return;
     }
-    const LoopDevice device({.file = workshop.path("medium"), .usesDirectIO = true});
+    const LoopDevice device = attach(workshop.path("medium"));
     for (const auto& image : {workshop.makeImage("small.img", 128 * MiB), workshop.path("large.img")}) {
         const auto title = std::to_string(fs::file_size(image) / MiB) + " MiB image / 64 MiB";
         printRow({title, peakOfTransfer(program, image, device.path()), 64, "MiB", 1.0});

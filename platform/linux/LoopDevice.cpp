@@ -46,19 +46,15 @@ LoopDevice::LoopDevice(const Options& options) {
     configuration.block_size = options.blockSize;
     // With this flag the kernel detaches the file when the last descriptor is closed.
     configuration.info.lo_flags = LO_FLAGS_AUTOCLEAR;
-    if (options.usesDirectIO) configuration.info.lo_flags |= LO_FLAGS_DIRECT_IO;
 
-    // Another process may take the free device first.
-    constexpr int attempts = 100;
-    for (int attempt = 1; attempt <= attempts; ++attempt) {
+    int attemptsLeft = 100;
+    do {
         devicePath = freeDevice();
         device = openForWriting(devicePath);
         if (ioctl(device.get(), LOOP_CONFIGURE, &configuration) == 0) return;
-        if (errno != EBUSY || attempt == attempts) {
-            throw posixError(options.file.string() + " could not be attached to " + devicePath.string(),
-                             errno);
-        }
-    }
+        // Another process may have taken the free device first.
+    } while (errno == EBUSY && --attemptsLeft > 0);
+    throw posixError(options.file.string() + " could not be attached to " + devicePath.string(), errno);
 }
 
 }  // namespace tessel

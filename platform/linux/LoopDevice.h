@@ -13,8 +13,7 @@ class LoopDevice {
   public:
     struct Options {
         std::filesystem::path file;
-        uint32_t blockSize = 512;   ///< of a logical block, in bytes
-        bool usesDirectIO = false;  ///< bypasses the cache of the file where its file system can
+        uint32_t blockSize = 512;  ///< of a logical block, in bytes
     };
 
     /// Returns whether this user may attach files.
