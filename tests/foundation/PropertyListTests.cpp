@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "foundation/Errors.h"
+#include "foundation/PropertyListGuard.h"
 
 namespace tessel {
 
@@ -90,8 +91,36 @@ TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
     EXPECT_NO_THROW(requireReadable(xml(repeated("<array>", 64) + repeated("</array>", 64))));
     EXPECT_THROW(requireReadable(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
     EXPECT_NO_THROW(requireReadable(xml("<array>" + repeated("<array></array>", 100) + "</array>")));
+    EXPECT_EQ(propertyListFault("</array>" + repeated("<array>", 65)), "is nested too deeply");
+    EXPECT_EQ(propertyListFault("<array></array>" + repeated("<array>", 64)), std::nullopt);
     EXPECT_NO_THROW(requireReadable(binary(listsOfTheNext(63, 1))));
     EXPECT_THROW(requireReadable(binary(listsOfTheNext(64, 1))), PlatformError);
+}
+
+TEST(PropertyListTests, whatIsMalformedNeverReachesTheLibrary) {
+    EXPECT_EQ(propertyListFault("<!-- <[--><a>"), std::nullopt);
+    const auto changed = [](std::string bytes, size_t fromEnd, char value) {
+        bytes[bytes.size() - fromEnd] = value;
+        return bytes;
+    };
+    constexpr size_t offset = 33, offsetSize = 26, referenceSize = 25, objectCount = 17;
+    const std::pair<const char*, std::string> cases[] = {
+        {"fewer offsets than objects", changed(binary({"\x08"}), objectCount, 2)},
+        {"fewer objects than offsets", changed(binary({"\x08", "\x08"}, 1), objectCount, 1)},
+        {"offsets of no bytes", changed(binary({"\x08"}), offsetSize, 0)},
+        {"references of nine bytes",
+         changed(binary({std::string("\xA1\0\0\0\0\0\0\0\0\1", 10), "\x08"}), referenceSize, 9)},
+        {"the second of two references",
+         changed(binary({std::string("\xA2\0\1\0\7", 5), "\x08"}), referenceSize, 2)},
+        {"the second of two values", binary({"\xD2\1\1\1\7",
+                                             "\x51"
+                                             "a"})},
+        // The last byte, which says that the offsets begin at 0xA1, is a list of one here.
+        {"a list at the very end",
+         changed(binary({std::string(0xA1 - 8, '\x08')}), offset, static_cast<char>(0xA1 + 2 + 31))},
+    };
+    for (const auto& [what, bytes] : cases)
+        EXPECT_EQ(propertyListFault(bytes), "is malformed") << what;
 }
 
 TEST(PropertyListTests, hostileBytesEndInOneSentence) {
@@ -125,7 +154,6 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
                                                                   "a\0b",
                                                                   4)})},
         {"binary text that begins with a zero character", binary({std::string("\x52\0a", 3)})},
-        {"binary reference to nowhere", binary({"\xA1\x07"})},
     };
     for (const char* marker : {"\x4F\x11\x27\x10", "\x5F\x11\x27\x10"})
         hostile.emplace_back(
