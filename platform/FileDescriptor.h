@@ -10,9 +10,8 @@ class FileDescriptor {
     FileDescriptor() = default;
     explicit FileDescriptor(int descriptor) : descriptor(descriptor) {}
     FileDescriptor(FileDescriptor&& other) noexcept : descriptor(std::exchange(other.descriptor, none)) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+    FileDescriptor& operator=(FileDescriptor other) noexcept {
         std::swap(descriptor, other.descriptor);
-        other.close();
         return *this;
     }
     ~FileDescriptor() { close(); }
