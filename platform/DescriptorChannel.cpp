@@ -40,10 +40,10 @@ ReceivedDescriptor receiveDescriptor(int socket) {
     std::array<std::byte, 16> data{};
     // CMSG_SPACE is rounded up and would let two descriptors in.
     alignas(cmsghdr) std::array<std::byte, CMSG_LEN(sizeof(int))> control{};
-    iovec vector{.iov_base = data.data(), .iov_len = data.size()};
+    std::array vectors{iovec{.iov_base = data.data(), .iov_len = data.size()}};
     msghdr message{};
-    message.msg_iov = &vector;
-    message.msg_iovlen = 1;
+    message.msg_iov = vectors.data();
+    message.msg_iovlen = vectors.size();
     message.msg_control = control.data();
     message.msg_controllen = control.size();
 

@@ -31,11 +31,11 @@ std::optional<std::string> requestedDisk(std::span<const std::string> arguments)
 void sendDescriptor(int socket, int descriptor) {
     // A stream carries control data only along with at least one byte of ordinary data.
     char data = 0;
-    iovec vector{.iov_base = &data, .iov_len = sizeof data};
+    std::array vectors{iovec{.iov_base = &data, .iov_len = sizeof data}};
     alignas(cmsghdr) std::array<std::byte, CMSG_SPACE(sizeof descriptor)> control{};
     msghdr message{};
-    message.msg_iov = &vector;
-    message.msg_iovlen = 1;
+    message.msg_iov = vectors.data();
+    message.msg_iovlen = vectors.size();
     message.msg_control = control.data();
     message.msg_controllen = control.size();
 
@@ -45,11 +45,8 @@ void sendDescriptor(int socket, int descriptor) {
     rights->cmsg_len = CMSG_LEN(sizeof descriptor);
     std::memcpy(CMSG_DATA(rights), &descriptor, sizeof descriptor);
 
-    ssize_t sent = 0;
-    do {
-        sent = sendmsg(socket, &message, MSG_NOSIGNAL);
-    } while (sent < 0 && errno == EINTR);
-    if (sent < 0) throw posixError("The descriptor could not be sent", errno);
+    if (sendmsg(socket, &message, MSG_NOSIGNAL) < 0)
+        throw posixError("The descriptor could not be sent", errno);
 }
 
 }  // namespace

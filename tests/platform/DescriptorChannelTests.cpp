@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -59,10 +60,19 @@ TEST(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
     for (const auto& [what, entries, expected] : cases) {
         EXPECT_EQ(findDescriptor(controlData(entries)), expected) << what;
     }
-    auto afterEmptyEntry = controlData({withoutRoom});
-    afterEmptyEntry.resize(CMSG_SPACE(0));
-    std::ranges::copy(controlData({rights}), std::back_inserter(afterEmptyEntry));
-    EXPECT_EQ(findDescriptor(afterEmptyEntry), 42);
+    for (const size_t size : {0U, 1U}) {
+        auto afterShortEntry = controlData({{CMSG_LEN(size), SOL_SOCKET, SCM_RIGHTS, 7}});
+        afterShortEntry.resize(CMSG_SPACE(size));
+        std::ranges::copy(controlData({rights}), std::back_inserter(afterShortEntry));
+        EXPECT_EQ(findDescriptor(afterShortEntry), 42);
+    }
+}
+
+TEST(DescriptorChannelTests, anEarlierInterruptionIsNotTheEndsReason) {
+    auto channel = DescriptorChannel::create();
+    channel.sendingEnd.close();
+    errno = EINTR;
+    EXPECT_EQ(receiveDescriptor(channel.receivingEnd.get()).outcome, ReceivedDescriptor::Outcome::closed);
 }
 
 }  // namespace tessel
