@@ -88,7 +88,8 @@ std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
 /// end.
 void keepEndingsOfChildren() {
     struct sigaction current{};
-    if (sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
+    sigaction(SIGCHLD, nullptr, &current);
+    if (current.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
 }
 
 PlatformError tooTalkative(const std::string& program) {
