@@ -23,4 +23,10 @@ TEST_F(ProcessTests, aChildThatNobodyWaitedForIsEndedWithItsProcess) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
+TEST_F(ProcessTests, aChildThatHasEndedLeavesNothingOpen) {
+    auto child = Process::launch({.executable = "/bin/true"}, {STDOUT_FILENO, STDERR_FILENO});
+    EXPECT_TRUE(child.waitUntilExit({}).termination.isSuccess());
+    EXPECT_EQ(openDescriptors(), before);
+}
+
 }  // namespace tessel
