@@ -19,14 +19,6 @@ class StopAndCloseTests : public WindowTest {
         until([this] { return alertTitled("A Write Is Running"); });
         click(button(answer));
     }
-
-    void expectEndAfterEject() {
-        EXPECT_TRUE(window().isVisible());
-        holds.writing.release();
-        until([this] { return !window().isVisible(); });
-        EXPECT_FALSE(viewModel().hasWriteTask());
-        EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
-    }
 };
 
 }  // namespace
@@ -80,7 +72,11 @@ TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
     EXPECT_TRUE(viewModel().isCancellationRequested());
     window().close();
     EXPECT_FALSE(alert());
-    expectEndAfterEject();
+    EXPECT_TRUE(window().isVisible());
+    holds.writing.release();
+    until([this] { return !window().isVisible(); });
+    EXPECT_FALSE(viewModel().hasWriteTask());
+    EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }
 
 TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughThePersonWantedToQuit) {

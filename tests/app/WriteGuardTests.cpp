@@ -7,26 +7,9 @@
 
 namespace tessel {
 
-namespace {
-
 using testing::Contains;
 using testing::IsEmpty;
-
-class WriteGuardTests : public WindowTest {
-  protected:
-    void showAllDisks() {
-        click(control<Switch>("Show All Disks"));
-        ASSERT_THAT(shownDisks(), testing::UnorderedElementsAre("disk0", "disk4", "disk5", "disk7"));
-    }
-
-    void refreshAsACall() {
-        viewModel().refreshDisks();
-        until([this] { return viewModel().isBusy(); });
-        untilIdle();
-    }
-};
-
-}  // namespace
+using WriteGuardTests = WindowTest;
 
 TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
     openReady();
@@ -61,7 +44,7 @@ TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
 
 TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
     openReady();
-    showAllDisks();
+    click(control<Switch>("Show All Disks"));
     for (const std::string protectedDisk : {"disk0", "disk7"}) {
         clickTarget(protectedDisk);
         row(protectedDisk).setFocus();
@@ -79,7 +62,9 @@ TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
     openReady();
     click(button("Write Disk Image"));
     reader.removeDisk("disk4");
-    refreshAsACall();
+    viewModel().refreshDisks();
+    until([this] { return viewModel().isBusy(); });
+    untilIdle();
     click(button("Erase and Write to disk4"));
     EXPECT_FALSE(viewModel().isBusy());
 

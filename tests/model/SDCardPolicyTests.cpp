@@ -60,29 +60,17 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
 }
 
 TEST(SDCardPolicyTests, eligibleDisksAreListedFirst) {
-    const auto named = [](const char* id, Change change) {
-        SDWholeDisk disk = changed(change);
-        disk.id = id;
-        return disk;
-    };
-    std::vector<SDWholeDisk> disks = {
-        named("disk0",
-              [](auto& disk) {
-                  disk.mediaName = "Flash";
-                  disk.isInternal = true;
-                  disk.isRemovable = disk.isEjectable = false;
-                  disk.sizeBytes = 1;
-              }),
-        named("disk6",
-              [](auto& disk) {
-                  disk.mediaName = "Stick";
-                  disk.sizeBytes = 1;
-              }),
-        named("disk5", [](auto& disk) { disk.isWritable = false; }),
-        named("disk10", [](auto&) {}),
-        named("disk9", [](auto&) {}),
-        named("disk11", [](auto& disk) { disk.sizeBytes = 16'000'000'000; }),
-    };
+    std::vector<SDWholeDisk> disks(6, cardInReader());
+    const char* identifiers[] = {"disk0", "disk6", "disk5", "disk10", "disk9", "disk11"};
+    for (size_t i = 0; i < disks.size(); ++i)
+        disks[i].id = identifiers[i];
+    disks[0].mediaName = "Flash";
+    disks[0].isInternal = true;
+    disks[0].isRemovable = disks[0].isEjectable = false;
+    disks[1].mediaName = "Stick";
+    disks[0].sizeBytes = disks[1].sizeBytes = 1;
+    disks[2].isWritable = false;
+    disks[5].sizeBytes = 16'000'000'000;
     sortForDisplay(disks);
 
     std::vector<std::string> order;

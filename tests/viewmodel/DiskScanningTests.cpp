@@ -77,6 +77,7 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
          {"disk4", "disk0"},
          "disk4"},
     };
+    EXPECT_FALSE(viewModel->haveDisksChanged()) << "before the first scan";
     for (const auto& [what, arrange, state, log, disks, target] : cases) {
         SCOPED_TRACE(what);
         prepareWrite();

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <map>
 #include <regex>
 #include <utility>
 
@@ -10,7 +11,6 @@
 #include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/SimulatedReader.h"
-#include "tests/support/CommandNames.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/MemoryDevice.h"
 #include "tests/support/OpenResources.h"
@@ -195,10 +195,22 @@ class ViewModelTest : public LeavesNothingOpen {
         return messages;
     }
 
-    /// The commands that were run since the last call, a word each.
+    /// The commands that were run since the last call: a word for each that is about disk4, any other in
+    /// full.
     std::string takeCommands() {
+        static const std::map<std::string, std::string> names = {
+            {"diskutil list -plist", "list"},
+            {"diskutil info -plist /dev/disk4", "info"},
+            {"diskutil unmountDisk force /dev/disk4", "unmount"},
+            {"authopen -stdoutpipe -o 2 /dev/rdisk4", "authorize"},
+            {"diskutil eject /dev/disk4", "eject"}};
         const auto calls = reader.calls();
-        return commandNames(calls, std::exchange(callsTaken, calls.size()));
+        Messages words;
+        for (; callsTaken < calls.size(); ++callsTaken) {
+            const auto name = names.find(calls[callsTaken]);
+            words.push_back(name == names.end() ? calls[callsTaken] : name->second);
+        }
+        return joined(words, " ");
     }
 
     Messages listedDisks() const {
