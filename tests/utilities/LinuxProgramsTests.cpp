@@ -17,7 +17,7 @@ class LinuxProgramsTests : public LinuxProgramsTest {};
 class MountedDiskTests : public MountedDiskTest {};
 
 TEST_F(LinuxProgramsTests, withoutUDisksTheySayWhatIsMissing) {
-    for (const UtilityRun& run : {diskutil({"list", "-plist"}), authopen()}) {
+    for (const UtilityRun& run : {authopen(), (bus.reset(), diskutil({"list", "-plist"}))}) {
         EXPECT_EQ(run.status, 1);
         EXPECT_THAT(run.errors, HasSubstr("UDisks2 is not running"));
     }
@@ -102,6 +102,7 @@ TEST_F(LinuxProgramsTests, whatUDisksSaysOfAnotherMediumIsNotBelieved) {
 TEST_F(LinuxProgramsTests, theSystemsDiskIsNeverTouched) {
     startUDisks();
     identifier = "disk0";
+    if (isSystemDiskKnown()) EXPECT_FALSE(info().isRemovable || info().isEjectable);
     EXPECT_EQ(authopen().status, 1);
     for (const auto& arguments : {std::vector<std::string>{"unmountDisk", "force", "/dev/disk0"},
                                   std::vector<std::string>{"eject", "/dev/disk0"}})

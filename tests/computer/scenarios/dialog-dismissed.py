@@ -1,4 +1,4 @@
-"""Somebody thinks better of it when the password is asked for."""
+"""Somebody thinks for longer than programs usually wait for an answer, and better of it, when the password is asked for."""
 
 
 def play(computer):
@@ -6,6 +6,8 @@ def play(computer):
     before = computer.content(card)
     computer.choose_target()
     computer.confirm_write()
+    computer.await_dialog()
+    computer.rest(40)
     computer.dismiss_dialog()
     computer.expect_text("Operation cancelled", never="SD Card Is Safe to Remove")
     computer.expect_released(card)
