@@ -1,4 +1,4 @@
-"""Somebody thinks for longer than programs usually wait for an answer, and better of it, when the password is asked for."""
+"""Somebody leaves the password dialog open for longer than programs usually wait, and then dismisses it."""
 
 
 def play(computer):

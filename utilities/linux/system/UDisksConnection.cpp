@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <climits>
 #include <condition_variable>
 #include <mutex>
 #include <string_view>
@@ -60,13 +59,6 @@ std::string text(const char* words) {
 
 GVariant* noOptions() {
     return g_variant_new("a{sv}", nullptr);
-}
-
-/// Makes calls wait for an answer for as long as a person needs.
-template <typename Interface>
-Interface* patient(Interface* proxy) {
-    g_dbus_proxy_set_default_timeout(G_DBUS_PROXY(proxy), INT_MAX);
-    return proxy;
 }
 
 dev_t deviceNumber(const std::string& name) {
@@ -165,7 +157,7 @@ void UDisksConnection::unmount(const std::string& device, Duration limit) const 
     // With "force" UDisks2 would merely hide a mount that is still in use.
     const TimeLimit timeLimit(limit);
     checked([&](GError** error) {
-        return udisks_filesystem_call_unmount_sync(patient(fileSystem), noOptions(), timeLimit.get(), error);
+        return udisks_filesystem_call_unmount_sync(fileSystem, noOptions(), timeLimit.get(), error);
     });
 }
 
@@ -175,11 +167,12 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&options, "{sv}", "flags", g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC));
 
+    // A person may be asked for a password. The client waits for as long as that takes.
     GVariant* index = nullptr;
     GUnixFDList* descriptors = nullptr;
     checked([&](GError** error) {
-        return udisks_block_call_open_device_sync(patient(block.get()), "rw", g_variant_builder_end(&options),
-                                                  nullptr, &index, &descriptors, nullptr, error);
+        return udisks_block_call_open_device_sync(block.get(), "rw", g_variant_builder_end(&options), nullptr,
+                                                  &index, &descriptors, nullptr, error);
     });
     const Variant indexHolder(index);
     const Object<GUnixFDList> listHolder(descriptors);
@@ -198,7 +191,7 @@ BlockSystem::Ejection UDisksConnection::eject(const std::string& device, Duratio
 
     const TimeLimit timeLimit(limit);
     GError* error = nullptr;
-    udisks_drive_call_eject_sync(patient(drive.get()), noOptions(), timeLimit.get(), &error);
+    udisks_drive_call_eject_sync(drive.get(), noOptions(), timeLimit.get(), &error);
     const OwnedError problem(error);
     if (!problem) return BlockSystem::Ejection::done;
     if (isBusy(*problem)) return BlockSystem::Ejection::busy;
