@@ -50,11 +50,11 @@ void measureFirstPaint(const std::filesystem::path& program) {
     Stage stage;
     const auto utilities = stage.reader().utilities();
     const auto showOnce = [&] {
-        auto process = Process::launch({.executable = program,
-                                        .arguments = {"--first-paint", utilities.diskUtility.string(),
-                                                      utilities.authorizationUtility.string()},
-                                        .environment = {}},
-                                       {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
+        Process process({.executable = program,
+                         .arguments = {"--first-paint", utilities.diskUtility.string(),
+                                       utilities.authorizationUtility.string()},
+                         .environment = {}},
+                        {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
         if (!process.waitUntilExit({.streams = {}, .timeout = std::nullopt}).termination.isSuccess())
             throw std::runtime_error("the window was not painted");
     };

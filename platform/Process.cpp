@@ -109,31 +109,26 @@ int millisecondsUntil(std::optional<Clock::time_point> deadline) {
 Process::Process(const std::filesystem::path& executable) :
     name("“" + printable(executable.string()) + "”") {}
 
-Process Process::launch(const Command& command, const Outputs& outputs) {
+// The first constructor completes the object, so the destructor ends a child that can't be watched.
+Process::Process(const Command& command, const Outputs& outputs) : Process(command.executable) {
     std::vector<std::string> arguments{command.executable.string()};
     arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
     auto environment = environmentWith(command.environment);
     const SpawnSettings settings(outputs);
     keepEndingsOfChildren();
 
-    Process process(command.executable);
-    const int error =
-        posix_spawn(&process.identifier, command.executable.c_str(), &settings.actions, &settings.attributes,
-                    nullTerminated(arguments).data(), nullTerminated(environment).data());
-    if (error != 0) throw posixError(process.name + " could not be started", error);
+    pid_t child = 0;
+    const int error = posix_spawn(&child, command.executable.c_str(), &settings.actions, &settings.attributes,
+                                  nullTerminated(arguments).data(), nullTerminated(environment).data());
+    if (error != 0) throw posixError(name + " could not be started", error);
 
-    process.exitSignal = openExitSignal(process.identifier);
-    if (!process.exitSignal.isOpen()) {
-        const int reason = errno;
-        kill(process.identifier, SIGKILL);
-        process.reap();
-        throw posixError(process.name + " could not be watched", reason);
-    }
-    return process;
+    identifier = child;
+    exitSignal = openExitSignal(child);
+    if (!exitSignal.isOpen()) throw posixError(name + " could not be watched", errno);
 }
 
 Process::~Process() {
-    if (!exitSignal.isOpen()) return;
+    if (identifier == 0) return;
     kill(identifier, SIGKILL);
     reap();
 }
@@ -179,7 +174,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
     // Once the child is reaped this is not a descriptor any more, and poll passes it over.
     watched.push_back({exitSignal.get(), POLLIN, 0});
     if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
-        if (errno == EINTR || errno == EAGAIN) return false;
+        if (errno == EINTR) return false;
         throw posixError(name + " could not be watched", errno);
     }
 
@@ -197,6 +192,7 @@ Process::Termination Process::reap() {
     int status = SIGKILL;  // an ending that nobody can tell us counts as a kill, never as a success
     while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
     }
+    identifier = 0;
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};

@@ -64,15 +64,13 @@ class Process {
     static constexpr size_t outputLimit = size_t{16} << 20;
 
     /// Starts the child. Throws PlatformError when it can't be started.
-    [[nodiscard]] static Process launch(const Command& command, const Outputs& outputs);
-
-    Process(Process&&) noexcept = default;
+    [[nodiscard]] Process(const Command& command, const Outputs& outputs);
     ~Process();
 
-    /// Reads the streams until the child has ended and they have finished. A descendant that keeps a stream
-    /// open delays the result by `streamGrace` at most; what was read by then is kept. Throws PlatformError
-    /// when a stream is full or the child can't be watched any more; the child is then killed as the Process
-    /// is dropped.
+    /// Reads the streams until the child has ended and they have finished; to be called once. A descendant
+    /// that keeps a stream open delays the result by `streamGrace` at most; what was read by then is kept.
+    /// Throws PlatformError when a stream is full or the child can't be watched any more; the child is then
+    /// killed as the Process is dropped.
     [[nodiscard]] Ending waitUntilExit(const WaitOptions& options);
 
   private:
@@ -86,8 +84,8 @@ class Process {
     bool readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const;
     Termination reap();
 
-    std::string name;  ///< in quotation marks, for error texts
-    int identifier = 0;
+    std::string name;           ///< in quotation marks, for error texts
+    int identifier = 0;         ///< 0 before the child was started and once it is reaped
     FileDescriptor exitSignal;  ///< open until the child is reaped; readable once it has ended
 };
 

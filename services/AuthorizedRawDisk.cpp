@@ -102,11 +102,10 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
     auto channel = createChannel();
     auto error = launching([] { return CollectingPipe(); });
     auto process = launching([&] {
-        return Process::launch(
-            {.executable = authorizationUtility,
-             .arguments = {"-stdoutpipe", "-o", "2", devicePath},
-             .environment = {{"LC_ALL", "C"}}},
-            {.standardOutput = channel.sendingEnd.get(), .standardError = error.writingEnd()});
+        return Process({.executable = authorizationUtility,
+                        .arguments = {"-stdoutpipe", "-o", "2", devicePath},
+                        .environment = {{"LC_ALL", "C"}}},
+                       {.standardOutput = channel.sendingEnd.get(), .standardError = error.writingEnd()});
     });
     channel.sendingEnd.close();
 

@@ -14,8 +14,7 @@ namespace {
 CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout) {
     CollectingPipe output;
     CollectingPipe error;
-    auto process = Process::launch(
-        command, {.standardOutput = output.writingEnd(), .standardError = error.writingEnd()});
+    Process process(command, {.standardOutput = output.writingEnd(), .standardError = error.writingEnd()});
 
     const std::array streams{output.stream(), error.stream()};
     Process::WaitOptions wait{.streams = streams, .timeout = std::nullopt};

@@ -36,8 +36,7 @@ struct UtilityRun {
     static UtilityRun launch(Command command, int output, CollectingPipe* collected) {
         command.environment["LC_ALL"] = "C";
         CollectingPipe errors;
-        Process process =
-            Process::launch(command, {.standardOutput = output, .standardError = errors.writingEnd()});
+        Process process(command, {.standardOutput = output, .standardError = errors.writingEnd()});
         std::vector<Process::Stream> streams{errors.stream()};
         if (collected) streams.push_back(collected->stream());
         const auto ending = process.waitUntilExit({.streams = streams, .timeout = std::chrono::seconds(30)});

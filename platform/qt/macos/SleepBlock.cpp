@@ -11,10 +11,10 @@ namespace {
 
 /// Runs the system's own program for this, which ends with this one at the latest.
 struct Caffeinate : TemporaryActivity {
-    Process process = Process::launch({.executable = "/usr/bin/caffeinate",
-                                       .arguments = {"-i", "-w", std::to_string(getpid())},
-                                       .environment = {}},
-                                      {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO});
+    Process process{{.executable = "/usr/bin/caffeinate",
+                     .arguments = {"-i", "-w", std::to_string(getpid())},
+                     .environment = {}},
+                    {.standardOutput = STDOUT_FILENO, .standardError = STDERR_FILENO}};
 };
 
 }  // namespace
