@@ -106,7 +106,7 @@ std::string_view tagAt(std::string_view xml, size_t start) {
     if (end == std::string_view::npos) throw malformed;
     const std::string_view tag = xml.substr(start + 1, end - start - 1);
     const bool hasOpenQuote = std::ranges::count(tag, '"') % 2 != 0;
-    const bool isOpenInstruction = tag.starts_with('?') && !tag.ends_with('?');
+    const bool isOpenInstruction = tag.starts_with('?') && (tag.size() < 2 || !tag.ends_with('?'));
     if (hasOpenQuote || isOpenInstruction || tag.find_first_of("<[") != std::string_view::npos)
         throw malformed;
     return tag;

@@ -49,11 +49,6 @@ std::vector<std::string> listsOfTheNext(size_t levels, char references) {
     return objects;
 }
 
-/// Serves where it matters only whether the bytes can be read.
-void requireReadable(std::string_view bytes) {
-    static_cast<void>(parsePropertyList(bytes));
-}
-
 }  // namespace
 
 TEST(PropertyListTests, everyKindIsReadFromXML) {
@@ -73,6 +68,7 @@ TEST(PropertyListTests, everyKindIsReadFromXML) {
                          {"date", PropertyList()},
                          {"data", PropertyList()},
                      }));
+    EXPECT_THAT(propertyListXML(PropertyList()), testing::HasSubstr("<data>\n</data>")) << "any other kind";
 }
 
 TEST(PropertyListTests, theBinaryEncodingIsRead) {
@@ -88,17 +84,18 @@ TEST(PropertyListTests, theBinaryEncodingIsRead) {
 }
 
 TEST(PropertyListTests, sixtyFourLevelsAreReadAndNotOneMore) {
-    EXPECT_NO_THROW(requireReadable(xml(repeated("<array>", 64) + repeated("</array>", 64))));
-    EXPECT_THROW(requireReadable(xml(repeated("<array>", 65) + repeated("</array>", 65))), PlatformError);
-    EXPECT_NO_THROW(requireReadable(xml("<array>" + repeated("<array></array>", 100) + "</array>")));
+    EXPECT_EQ(propertyListFault(repeated("<array>", 64) + repeated("</array>", 64)), std::nullopt);
+    EXPECT_EQ(propertyListFault(repeated("<array>", 65)), "is nested too deeply");
+    EXPECT_EQ(propertyListFault(repeated("<array></array>", 100)), std::nullopt);
     EXPECT_EQ(propertyListFault("</array>" + repeated("<array>", 65)), "is nested too deeply");
     EXPECT_EQ(propertyListFault("<array></array>" + repeated("<array>", 64)), std::nullopt);
-    EXPECT_NO_THROW(requireReadable(binary(listsOfTheNext(63, 1))));
-    EXPECT_THROW(requireReadable(binary(listsOfTheNext(64, 1))), PlatformError);
+    EXPECT_EQ(propertyListFault(binary(listsOfTheNext(63, 1))), std::nullopt);
+    EXPECT_EQ(propertyListFault(binary(listsOfTheNext(64, 1))), "is nested too deeply");
 }
 
 TEST(PropertyListTests, whatIsMalformedNeverReachesTheLibrary) {
-    EXPECT_EQ(propertyListFault("<!-- <[--><a>"), std::nullopt);
+    EXPECT_EQ(propertyListFault("<?\?><!-- <[--><a>"), std::nullopt);
+    EXPECT_EQ(propertyListFault("<?>"), "is malformed");
     const auto changed = [](std::string bytes, size_t fromEnd, char value) {
         bytes[bytes.size() - fromEnd] = value;
         return bytes;
@@ -124,16 +121,13 @@ TEST(PropertyListTests, whatIsMalformedNeverReachesTheLibrary) {
 }
 
 TEST(PropertyListTests, hostileBytesEndInOneSentence) {
-    const std::string whole = xml("<dict><key>a</key><array><string>b</string></array></dict>");
-    const std::string wholeBinary = binary({"\xD1\x01\x02",
-                                            "\x51"
-                                            "a",
-                                            "\xA1\x01"});
     const std::string manyLevels = repeated("<array>", 1'000'000);
     std::vector<std::pair<const char*, std::string>> hostile = {
         {"nothing", ""},
         {"no property list", "disk4: not found"},
         {"no value", xml("")},
+        {"no end", "<plist><dict><key>a"},
+        {"no trailer", binary({}).substr(0, 39)},
         {"unknown element", xml("<a/>")},
         {"deep", xml(manyLevels)},
         {"deep behind a closing tag in a comment", xml(repeated("<array><!-- </array> -->", 100'000))},
@@ -147,7 +141,6 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
         {"binary list that holds itself", binary({std::string("\xA1\x00", 2)})},
         {"binary lists that hold each other", binary({"\xA1\x01", std::string("\xA1\x00", 2)})},
         {"binary list that doubles at each level", binary(listsOfTheNext(60, 2))},
-        {"binary list without end", binary({"\xAF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary text without end", binary({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary key with a zero character", binary({"\xD1\x01\x01", std::string("\x62\0a\0\0", 5)})},
         {"binary text with a zero character", binary({std::string("\x53"
@@ -160,16 +153,10 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
             "binary value shared very often",
             binary({"\xA1\x01", "\xAF\x10\x64" + std::string(100, '\x02'),
                     "\xAF\x10\x64" + std::string(100, '\x03'), marker + std::string(10'000, 'a')}));
-    for (size_t length = 8; length < wholeBinary.size(); length += 3)
-        hostile.emplace_back("truncated binary", wholeBinary.substr(0, length));
-    for (size_t length = 1; length < whole.find("</dict>"); length += 11)
-        hostile.emplace_back("truncated", whole.substr(0, length));
 
-    ASSERT_NO_THROW(requireReadable(whole));
-    ASSERT_NO_THROW(requireReadable(wholeBinary));
     for (const auto& [name, bytes] : hostile) {
         try {
-            requireReadable(bytes);
+            static_cast<void>(parsePropertyList(bytes));
             ADD_FAILURE() << name << " was read";
         } catch (const PlatformError& error) {
             EXPECT_EQ(error.domain(), "PropertyList") << name;
