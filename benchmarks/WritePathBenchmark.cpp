@@ -136,11 +136,12 @@ void compareWithImageInMemory(const fs::path& device) {
     compare({"1 GiB / bare direct dd, flushed", image, device, bareCopy(image, device), 1.2, 5});
 }
 
-/// Attaches the file and bypasses its cache where its file system can.
+/// Attaches the file, and bypasses its cache where its file system can.
 LoopDevice attach(const fs::path& file) {
     LoopDevice loop({.file = file});
-    const FileDescriptor descriptor(open(loop.path().c_str(), O_RDWR | O_CLOEXEC));
-    ioctl(descriptor.get(), LOOP_SET_DIRECT_IO, 1UL);
+    const FileDescriptor descriptor(open(loop.path().c_str(), O_RDONLY | O_CLOEXEC));
+    if (ioctl(descriptor.get(), LOOP_SET_DIRECT_IO, 1UL) != 0)
+        std::fputs("The cache of the file that plays the card could not be bypassed.\n", stderr);
     return loop;
 }
 
@@ -209,10 +210,10 @@ double peakResidentSize() {
 /// Returns the peak resident size in MiB of a process that does one transfer and nothing else.
 double peakOfTransfer(const fs::path& program, const fs::path& image, const fs::path& device) {
     CollectingPipe output;
-    auto process = Process::launch({.executable = program,
-                                    .arguments = {"--transfer", image.string(), device.string()},
-                                    .environment = {}},
-                                   {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
+    Process process({.executable = program,
+                     .arguments = {"--transfer", image.string(), device.string()},
+                     .environment = {}},
+                    {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
     Process::Stream streams[] = {output.stream()};
     // A transfer that fails prints no number, and the conversion below then throws.
     static_cast<void>(process.waitUntilExit({.streams = streams, .timeout = std::nullopt}));
