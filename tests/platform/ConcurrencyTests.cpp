@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -96,6 +97,13 @@ TEST(ConcurrencyTests, aCallOfTheMainThreadWaitsForIt) {
             co_await sleepFor(1ms);
     }(ended));
     EXPECT_EQ(counter, threads * calls);
+}
+
+TEST(ConcurrencyTests, aCallOfAMainThreadThatHasEndedIsAnError) {
+    class EndedMainThread : public MainThread {
+        void post(std::function<void()>) override {}
+    };
+    EXPECT_THROW(EndedMainThread().call([] { ADD_FAILURE() << "nobody does this"; }), std::future_error);
 }
 
 }  // namespace tessel
