@@ -1,6 +1,7 @@
 #include "utilities/linux/system/LinuxSystem.h"
 
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,24 +11,34 @@ namespace tessel {
 
 namespace {
 
-const TemporaryFolder folder;
-const auto log = folder.write("log", "");
+const std::filesystem::path& log() {
+    static const TemporaryFolder folder;
+    static const auto file = folder.write("log", "");
+    return file;
+}
 
 }  // namespace
 
-/// Takes the place of the system's call in this program: takes a second, and notes which descriptor is free.
+/// Replaces the system's call in this program: records the lowest free descriptor, after a while and once
+/// nobody has locked the log.
 extern "C" void sync() noexcept {
-    const FileDescriptor first = openReadWrite(log, O_APPEND);
-    sleep(1);
-    dprintf(first.get(), "%d", first.get());
+    const FileDescriptor lowest = openReadWrite(log(), O_APPEND);
+    usleep(100'000);
+    flock(lowest.get(), LOCK_EX);
+    dprintf(lowest.get(), "%d", lowest.get());
 }
 
 TEST(LinuxSystemTests, flushingIsWaitedForUntilTheDeadlineAndKeepsNothingOpen) {
     LinuxSystem system;
-    system.flush(system.now() + std::chrono::seconds(60));
-    EXPECT_EQ(contentOf(log), "0") << "written by a process that had closed all descriptors";
-    system.flush(system.now());
-    EXPECT_EQ(contentOf(log), "0") << "the second one is not waited for";
+    FileDescriptor lock = openReadWrite(log());
+    system.flush(system.now() + std::chrono::hours(1));
+    EXPECT_EQ(contentOf(log()), "0") << "by a process that had closed all descriptors";
+
+    flock(lock.get(), LOCK_EX);
+    const auto begin = system.now();
+    system.flush(begin);
+    EXPECT_LT(system.now() - begin, std::chrono::seconds(5));
+    lock.close();
     waitpid(-1, nullptr, 0);
 }
 
