@@ -28,7 +28,6 @@ TEST_F(WholeWriteTests, withTheMouse) {
     open();
     EXPECT_EQ(badge(), "4 disks found · 2 selectable");
     answerPanel(image);
-    EXPECT_EQ(badge(), "Disk image selected");
     EXPECT_THAT(texts(), IsSupersetOf({"os.img", image.string().c_str(), "20 MB", "20%"}));
     clickTarget("disk4");
     QTest::qWait(1);
@@ -53,7 +52,7 @@ TEST_F(WholeWriteTests, withTheMouse) {
     expectCardHoldsImage();
 }
 
-TEST_F(WholeWriteTests, withTheKeyboardAlone) {
+TEST_F(WholeWriteTests, theKeysDoWhatTheMouseDoes) {
     open();
     application->desktop().setSuggestedFile(image);
     press(Qt::Key_Space);
@@ -63,8 +62,6 @@ TEST_F(WholeWriteTests, withTheKeyboardAlone) {
     row("disk4").setFocus();
     press(Qt::Key_Space);
     QTest::qWait(1);
-    EXPECT_EQ(badge(), "Target disk4 selected");
-
     button("Write Disk Image").setFocus();
     press(Qt::Key_Return);
     until([this] { return alert(); });

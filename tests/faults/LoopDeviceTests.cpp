@@ -18,6 +18,10 @@ TEST_F(LoopDeviceTests, anotherDeviceIsTriedWhenSomebodyTookTheFreeOne) {
     EXPECT_TRUE(isAttached());
     faults.plant({.call = "attach", .persists = true, .error = EBUSY});
     EXPECT_THROW(isAttached(), PlatformError);
+}
+
+TEST_F(LoopDeviceTests, areNotAvailableWithoutTheKernelsPart) {
+    SystemCallFaults faults("", "");
     faults.plant({.call = "open", .persists = true, .error = ENOENT});
     EXPECT_FALSE(LoopDevice::isAvailable());
 }

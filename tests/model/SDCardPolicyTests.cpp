@@ -60,17 +60,18 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
 }
 
 TEST(SDCardPolicyTests, eligibleDisksAreListedFirst) {
+    enum { fixed, stick, locked, tenth, ninth, small };
     std::vector<SDWholeDisk> disks(6, cardInReader());
     const char* identifiers[] = {"disk0", "disk6", "disk5", "disk10", "disk9", "disk11"};
     for (size_t i = 0; i < disks.size(); ++i)
         disks[i].id = identifiers[i];
-    disks[0].mediaName = "Flash";
-    disks[0].isInternal = true;
-    disks[0].isRemovable = disks[0].isEjectable = false;
-    disks[1].mediaName = "Stick";
-    disks[0].sizeBytes = disks[1].sizeBytes = 1;
-    disks[2].isWritable = false;
-    disks[5].sizeBytes = 16'000'000'000;
+    disks[fixed].mediaName = "Flash";
+    disks[fixed].isInternal = true;
+    disks[fixed].isRemovable = disks[fixed].isEjectable = false;
+    disks[stick].mediaName = "Stick";
+    disks[fixed].sizeBytes = disks[stick].sizeBytes = 1;
+    disks[locked].isWritable = false;
+    disks[small].sizeBytes = 16'000'000'000;
     sortForDisplay(disks);
 
     std::vector<std::string> order;

@@ -68,7 +68,7 @@ TEST(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
     }
 }
 
-TEST(DescriptorChannelTests, anEarlierInterruptionIsNotTheEndsReason) {
+TEST(DescriptorChannelTests, aStaleInterruptionDoesNotHideTheEnd) {
     auto channel = DescriptorChannel::create();
     channel.sendingEnd.close();
     errno = EINTR;

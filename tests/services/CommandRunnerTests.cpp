@@ -100,7 +100,7 @@ TEST_F(CommandRunnerTests, aDescendantThatKeepsAStreamOpenIsNotWaitedFor) {
     } cases[] = {
         {"silent", "sleep 20 & echo kept; exit 5", false, "kept\n"},
         {"silent, on one stream", "sleep 20 2>&- & echo kept; exit 5", false, "kept\n"},
-        {"ending soon", "(sleep 0.3; echo late) & echo kept; exit 5", false, "kept\nlate\n"},
+        {"ending soon", "(sleep 0.1; echo late) & echo kept; exit 5", false, "kept\nlate\n"},
         {"writing", "(while :; do echo y; done) & sleep 0.1; exit 5", false, StartsWith("y\ny\n")},
         {"left by a killed command", "sleep 20 & echo kept; exec sleep 60", true, "kept\n"},
     };

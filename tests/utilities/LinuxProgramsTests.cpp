@@ -17,9 +17,12 @@ class LinuxProgramsTests : public LinuxProgramsTest {};
 class MountedDiskTests : public MountedDiskTest {};
 
 TEST_F(LinuxProgramsTests, withoutUDisksTheySayWhatIsMissing) {
-    for (const UtilityRun& run : {authopen(), (bus.reset(), diskutil({"list", "-plist"}))}) {
-        EXPECT_EQ(run.status, 1);
-        EXPECT_THAT(run.errors, HasSubstr("UDisks2 is not running"));
+    const UtilityRun withBus = authopen();
+    bus.reset();
+    const UtilityRun withoutBus = diskutil({"list", "-plist"});
+    for (const auto* run : {&withBus, &withoutBus}) {
+        EXPECT_EQ(run->status, 1);
+        EXPECT_THAT(run->errors, HasSubstr("UDisks2 is not running"));
     }
 }
 
@@ -52,7 +55,7 @@ TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
 }
 
 TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
-    constexpr auto nothing =
+    constexpr auto notHandedOver =
         "The authorized raw-device open failed: The disk service UDisks2 did not hand over what it opened.";
     const struct {
         const char* error;
@@ -72,8 +75,8 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
          "The SD card is still in use by another process. Close applications using the card, refresh the "
          "disk list, and try again."},
         {"Failed", "The reader burns", "The authorized raw-device open failed: The reader burns"},
-        {"", "\nplace=-1", nothing},
-        {"", "\nplace=1", nothing},
+        {"", "\nplace=-1", notHandedOver},
+        {"", "\nplace=1", notHandedOver},
     };
     for (const auto& [error, message, sentence] : refusals) {
         startUDisks("open=" + std::string(error) + "\nmessage=" + message + "\n");

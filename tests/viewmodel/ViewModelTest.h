@@ -195,8 +195,7 @@ class ViewModelTest : public LeavesNothingOpen {
         return messages;
     }
 
-    /// The commands that were run since the last call: a word for each that is about disk4, any other in
-    /// full.
+    /// The commands that were run since the last call: a word for each of the usual ones, any other in full.
     std::string takeCommands() {
         static const std::map<std::string, std::string> names = {
             {"diskutil list -plist", "list"},

@@ -14,7 +14,7 @@ namespace tessel {
 
 using LockedBlockDeviceTests = LoopDeviceTest;
 
-TEST_F(LockedBlockDeviceTests, aCharacterDeviceMayHaveTheNumberOfABlockDevice) {
+TEST_F(LockedBlockDeviceTests, aCharacterDeviceWithTheNumberOfABlockDeviceIsRefused) {
     const LoopDevice loop({.file = mediumFile("card")});
     struct stat status{};
     ASSERT_EQ(stat(loop.path().c_str(), &status), 0);
