@@ -14,11 +14,6 @@ namespace tessel {
 
 namespace {
 
-std::optional<std::string> reasonOf(const Machine& machine, const BlockDevice& disk) {
-    const auto protection = protectionOf(machine, disk);
-    return protection ? std::optional(protection->reason) : std::nullopt;
-}
-
 std::string partsOf(const SDWholeDisk& disk) {
     std::vector<std::string> parts;
     for (const auto& part : disk.partitions)
@@ -30,7 +25,7 @@ std::string partsOf(const SDWholeDisk& disk) {
 /// What the window knows about a disk, and why that is so.
 struct Answer {
     SDWholeDisk disk;
-    std::optional<std::string> protection;
+    std::optional<Protection> protection;
 
     std::optional<std::string> property(const std::string& expectation) const {
         if (expectation == "expected identifier") return disk.id;
@@ -42,7 +37,7 @@ struct Answer {
         if (expectation == "expected parts") return partsOf(disk);
         if (expectation == "expected verdict") return eligibilityFailureReason(disk).value_or("eligible");
         if (expectation == "expected text") return protectionText(disk).value_or("none");
-        if (expectation == "expected protection") return protection.value_or("none");
+        if (expectation == "expected protection") return protection ? protection->reason : "none";
         return std::nullopt;
     }
 };
@@ -57,7 +52,7 @@ std::map<std::string, Answer> answersOf(const Machine& machine) {
                                         list.layoutOf(identifier));
         EXPECT_EQ(list.layoutOf(identifier)->sizeBytes, device.sizeBytes);
         EXPECT_EQ(list.layoutOf(identifier)->isInternal, disk.value().isInternal);
-        answers[device.name] = {disk.value(), reasonOf(machine, device)};
+        answers[device.name] = {disk.value(), protectionOf(machine, device)};
     }
     return answers;
 }
@@ -72,15 +67,11 @@ std::vector<std::string> describedMachines() {
 
 }  // namespace
 
-class DescribedMachineTests : public testing::TestWithParam<std::string> {
-  protected:
-    static DescribedMachine read(const std::string& name) {
-        return DescribedMachine::read(std::filesystem::path(TESSEL_DESCRIBED_MACHINES) / (name + ".machine"));
-    }
-};
+class DescribedMachineTests : public testing::TestWithParam<std::string> {};
 
 TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
-    const auto [machine, sections] = read(GetParam());
+    const auto [machine, sections] =
+        DescribedMachine::read(TESSEL_DESCRIBED_MACHINES "/" + GetParam() + ".machine");
     const auto answers = answersOf(machine);
     for (const auto& [device, section] : sections) {
         SCOPED_TRACE(device);

@@ -24,27 +24,21 @@ using Ejection = BlockSystem::Ejection;
 
 const std::string notEjected = "The image was written, but the SD card could not be ejected. ";
 
-template <typename Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-        return "";
-    } catch (const PlatformError& error) {
-        return error.localizedDescription();
-    }
-}
-
 }  // namespace
 
 /// Has a card in the laptop's own slot as disk7, with one volume that the desktop mounted.
 class LinuxDisksTests : public testing::Test {
   protected:
-    std::string unmount() {
-        return failureOf([this] { disks.unmount("disk7"); });
+    std::string failureOf(void (LinuxDisks::*action)(const std::string&)) {
+        try {
+            (disks.*action)("disk7");
+            return "";
+        } catch (const PlatformError& error) {
+            return error.localizedDescription();
+        }
     }
-    std::string eject() {
-        return failureOf([this] { disks.eject("disk7"); });
-    }
+    std::string unmount() { return failureOf(&LinuxDisks::unmount); }
+    std::string eject() { return failureOf(&LinuxDisks::eject); }
     /// Moves the card into a reader that can eject.
     void useReaderWithMechanism() {
         for (const char* name : {"mmcblk0", "mmcblk0p1"}) {

@@ -53,15 +53,6 @@ class WriteTaskTest : public ViewModelTest {
         return messages;
     }
 
-    void expectFailure(const std::string& title, const std::string& error) {
-        EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
-        EXPECT_EQ(viewModel->writeProgressDetail(), error);
-        EXPECT_EQ(desktop.lastNotification.title, title + " Failed");
-        EXPECT_EQ(desktop.lastNotification.text, error);
-        EXPECT_FALSE(viewModel->canRequestStop());
-    }
-
     void expectCancellation(const std::string& message) {
         EXPECT_EQ(stateText(), "warning: Operation cancelled");
         EXPECT_EQ(viewModel->writePhaseTitle(), "Operation Cancelled");
