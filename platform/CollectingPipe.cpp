@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 
 #include "platform/NewDescriptors.h"
 
@@ -25,7 +24,6 @@ Process::Stream CollectingPipe::stream() {
 Process::Stream::State CollectingPipe::readMore() {
     std::array<char, size_t{64} << 10> chunk;
     const ssize_t count = read(reader.get(), chunk.data(), chunk.size());
-    if (count < 0 && errno == EINTR) return Process::Stream::State::open;
     if (count <= 0) return Process::Stream::State::finished;
     if (bytes.size() + static_cast<size_t>(count) > Process::outputLimit) return Process::Stream::State::full;
     bytes.append(chunk.data(), static_cast<size_t>(count));
