@@ -38,8 +38,7 @@ std::filesystem::path withLinksResolved(const std::filesystem::path& path) {
 }
 
 bool isExecutableFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored) && access(path.c_str(), X_OK) == 0;
+    return access(path.c_str(), X_OK) == 0;
 }
 
 SystemResult ReadOnlyFile::open(const std::filesystem::path& path) {
