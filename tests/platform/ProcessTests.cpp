@@ -34,7 +34,7 @@ TEST_F(ProcessTests, waitingTakesNoProcessorTimeAndLeavesNothingOpen) {
 
 TEST_F(ProcessTests, aSignalDoesNotEndTheWaiting) {
     const auto usual = signal(SIGUSR1, [](int) {});
-    Process child({.executable = "/bin/sh", .arguments = {"-c", "kill -USR1 $PPID; exec sleep 60"}},
+    Process child({.executable = "/bin/sh", .arguments = {"-c", "sleep .1; kill -USR1 $PPID; exec sleep 9"}},
                   {STDOUT_FILENO, STDERR_FILENO});
     EXPECT_TRUE(child.waitUntilExit({.timeout = std::chrono::milliseconds(500)}).didTimeOut);
     signal(SIGUSR1, usual);
