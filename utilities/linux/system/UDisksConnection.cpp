@@ -2,13 +2,14 @@
 
 #include <fcntl.h>
 #include <gio/gunixfdlist.h>
-#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <udisks/udisks.h>
 
 #include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <condition_variable>
+#include <fstream>
 #include <mutex>
 #include <string_view>
 #include <thread>
@@ -61,9 +62,14 @@ GVariant* noOptions() {
     return g_variant_new("a{sv}", nullptr);
 }
 
+/// Returns the kernel's number of a block device, whatever /dev says; 0 when it is gone.
 dev_t deviceNumber(const std::string& name) {
-    struct stat status{};
-    return stat(("/dev/" + name).c_str(), &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
+    std::ifstream attribute("/sys/class/block/" + name + "/dev");
+    unsigned majorNumber = 0;
+    unsigned minorNumber = 0;
+    char colon = 0;
+    if (!(attribute >> majorNumber >> colon >> minorNumber)) return 0;
+    return makedev(majorNumber, minorNumber);
 }
 
 Object<UDisksBlock> findBlock(UDisksClient* client, dev_t number) {
