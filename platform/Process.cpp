@@ -109,7 +109,7 @@ int millisecondsUntil(std::optional<Clock::time_point> deadline) {
 Process::Process(const std::filesystem::path& executable) :
     name("“" + printable(executable.string()) + "”") {}
 
-// The first constructor completes the object, so the destructor ends a child that can't be watched.
+// Once the delegated constructor has returned, a throw runs the destructor, which ends the child.
 Process::Process(const Command& command, const Outputs& outputs) : Process(command.executable) {
     std::vector<std::string> arguments{command.executable.string()};
     arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
@@ -128,8 +128,8 @@ Process::Process(const Command& command, const Outputs& outputs) : Process(comma
 }
 
 Process::~Process() {
-    if (identifier == 0) return;
-    kill(identifier, SIGKILL);
+    if (!identifier) return;
+    kill(identifier.value(), SIGKILL);
     reap();
 }
 
@@ -141,9 +141,9 @@ Process::Ending Process::waitUntilExit(const WaitOptions& options) {
     Ending ending;
     if (!readUntilExit(streams, timeoutEnd)) {
         ending.didTimeOut = true;
-        kill(identifier, SIGTERM);
+        kill(identifier.value(), SIGTERM);
         if (!readUntilExit(streams, Clock::now() + killDelay)) {
-            kill(identifier, SIGKILL);
+            kill(identifier.value(), SIGKILL);
             readUntilExit(streams, std::nullopt);
         }
     }
@@ -190,9 +190,9 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
 
 Process::Termination Process::reap() {
     int status = SIGKILL;  // an ending that nobody can tell us counts as a kill, never as a success
-    while (waitpid(identifier, &status, 0) < 0 && errno == EINTR) {
+    while (waitpid(identifier.value(), &status, 0) < 0 && errno == EINTR) {
     }
-    identifier = 0;
+    identifier.reset();
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};

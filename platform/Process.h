@@ -65,9 +65,11 @@ class Process {
 
     /// Starts the child. Throws PlatformError when it can't be started.
     [[nodiscard]] Process(const Command& command, const Outputs& outputs);
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
     ~Process();
 
-    /// Reads the streams until the child has ended and they have finished; to be called once. A descendant
+    /// Reads the streams until the child has ended and they have finished. Call it only once. A descendant
     /// that keeps a stream open delays the result by `streamGrace` at most; what was read by then is kept.
     /// Throws PlatformError when a stream is full or the child can't be watched any more; the child is then
     /// killed as the Process is dropped.
@@ -84,9 +86,9 @@ class Process {
     bool readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const;
     Termination reap();
 
-    std::string name;           ///< in quotation marks, for error texts
-    int identifier = 0;         ///< 0 before the child was started and once it is reaped
-    FileDescriptor exitSignal;  ///< open until the child is reaped; readable once it has ended
+    std::string name;               ///< in quotation marks, for error texts
+    std::optional<int> identifier;  ///< of a child that must still be reaped
+    FileDescriptor exitSignal;      ///< open until the child is reaped; readable once it has ended
 };
 
 }  // namespace tessel
