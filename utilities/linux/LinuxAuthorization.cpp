@@ -15,9 +15,12 @@ PlatformError busy(const std::string& identifier) {
 }
 
 void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) {
+    const auto isAnswer = [](const SystemResult& result, uint64_t expected) {
+        return result.isSuccess() && result.value == expected;
+    };
     const bool isSame = isWholeBlockDevice(descriptor.get()) &&
-                        diskSequenceNumber(descriptor.get()).value == disk.sequenceNumber &&
-                        mediumSize(descriptor.get()).value == disk.sizeBytes;
+                        isAnswer(diskSequenceNumber(descriptor.get()), disk.sequenceNumber) &&
+                        isAnswer(mediumSize(descriptor.get()), disk.sizeBytes);
     if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was replaced while it was being opened.");
 }
 
