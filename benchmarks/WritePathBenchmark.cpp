@@ -136,12 +136,12 @@ void compareWithImageInMemory(const fs::path& device) {
     compare({"1 GiB / bare direct dd, flushed", image, device, bareCopy(image, device), 1.2, 5});
 }
 
-/// Attaches the file, and bypasses its cache where its file system can.
+/// Attaches the file, and bypasses its cache where its file system allows it.
 LoopDevice attach(const fs::path& file) {
     LoopDevice loop({.file = file});
-    const FileDescriptor descriptor(open(loop.path().c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor descriptor(open(loop.path().c_str(), O_RDWR | O_CLOEXEC));
     if (ioctl(descriptor.get(), LOOP_SET_DIRECT_IO, 1UL) != 0)
-        std::fputs("The cache of the file that plays the card could not be bypassed.\n", stderr);
+        std::fputs("The cache of the file that stands in for the card could not be bypassed.\n", stderr);
     return loop;
 }
 
