@@ -24,7 +24,7 @@ struct FileStatus {
 /// Returns the path with its links resolved, or as it is where they lead nowhere.
 [[nodiscard]] std::filesystem::path withLinksResolved(const std::filesystem::path& path);
 
-/// Returns whether the file exists and this program may execute it.
+/// Returns whether this program may execute the file. A folder that may be entered counts, too.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
 /// A file that is read at offsets. Its operations block, and may be called on any thread.

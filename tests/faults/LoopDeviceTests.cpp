@@ -20,7 +20,7 @@ TEST_F(LoopDeviceTests, anotherDeviceIsTriedWhenSomebodyTookTheFreeOne) {
     EXPECT_THROW(isAttached(), PlatformError);
 }
 
-TEST_F(LoopDeviceTests, areNotAvailableWithoutTheKernelsPart) {
+TEST_F(LoopDeviceTests, noneIsAvailableWithoutTheKernelsDriver) {
     SystemCallFaults faults("", "");
     faults.plant({.call = "open", .persists = true, .error = ENOENT});
     EXPECT_FALSE(LoopDevice::isAvailable());

@@ -107,6 +107,7 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         EXPECT_EQ(viewModel->writeProgressDetail(), diskChanged);
         EXPECT_EQ(desktop.lastNotification.title, "Image Write Failed");
         EXPECT_EQ(desktop.lastNotification.text, diskChanged);
+        EXPECT_FALSE(viewModel->canRequestStop());
         EXPECT_EQ(takeLog(), Messages{revalidating} + log + Messages{std::string("Error: ") + diskChanged});
         EXPECT_EQ(takeCommands(), commands);
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));

@@ -62,7 +62,7 @@ GVariant* noOptions() {
     return g_variant_new("a{sv}", nullptr);
 }
 
-/// Returns the kernel's number of a block device, whatever /dev says; 0 when it is gone.
+/// Returns the kernel's number for a block device, whatever /dev says, or 0 when the device is gone.
 dev_t deviceNumber(const std::string& name) {
     std::ifstream attribute("/sys/class/block/" + name + "/dev");
     unsigned majorNumber = 0;
@@ -173,7 +173,7 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&options, "{sv}", "flags", g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC));
 
-    // A person may be asked for a password. The client waits for as long as that takes.
+    // A person may be asked for a password; the client library sets no time limit.
     GVariant* index = nullptr;
     GUnixFDList* descriptors = nullptr;
     checked([&](GError** error) {
