@@ -61,7 +61,8 @@ TEST(DescriptorChannelTests, onlyAWellFormedRightsEntryCounts) {
         EXPECT_EQ(findDescriptor(controlData(entries)), expected) << what;
     }
     for (const size_t size : {0U, 1U}) {
-        auto afterShortEntry = controlData({{CMSG_LEN(size), SOL_SOCKET, SCM_RIGHTS, 7}});
+        auto afterShortEntry =
+            controlData({{static_cast<Length>(CMSG_LEN(size)), SOL_SOCKET, SCM_RIGHTS, 7}});
         afterShortEntry.resize(CMSG_SPACE(size));
         std::ranges::copy(controlData({rights}), std::back_inserter(afterShortEntry));
         EXPECT_EQ(findDescriptor(afterShortEntry), 42);
