@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
@@ -189,10 +190,10 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
 }
 
 Process::Termination Process::reap() {
+    const int child = std::exchange(identifier, std::nullopt).value();
     int status = SIGKILL;  // an ending that nobody can tell us counts as a kill, never as a success
-    while (waitpid(identifier.value(), &status, 0) < 0 && errno == EINTR) {
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    identifier.reset();
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};
