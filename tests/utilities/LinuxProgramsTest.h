@@ -86,14 +86,13 @@ class LinuxProgramsTest : public LoopDeviceTest {
         if (!appears(socket)) GTEST_SKIP() << "needs dbus-daemon";
     }
 
-    void startUDisks(const std::string& moreKeys = "") { startUDisks(moreKeys, std::to_string(number)); }
-    void startUDisks(const std::string& moreKeys, const std::string& knownNumber) {
+    void startUDisks(const std::string& moreKeys = "", const std::optional<std::string>& knownNumber = {}) {
         udisks.reset();
         std::filesystem::remove(folder.path() / "calls");
         const auto description =
             folder.write("disks", "[" + loop->path().filename().string() +
                                       "]\nvendor=Generic\nmodel=SD Card\nfile system=ext4\nsequence number=" +
-                                      knownNumber + "\n" + moreKeys);
+                                      knownNumber.value_or(std::to_string(number)) + "\n" + moreKeys);
         udisks.emplace(std::vector<std::string>{TESSEL_STAND_IN_UDISKS, description.string(),
                                                 (folder.path() / "calls").string()});
         ASSERT_TRUE(appears(folder.path() / "calls"));
