@@ -10,6 +10,14 @@
 
 namespace tessel {
 
+/// What has happened to a medium since its device was opened.
+enum class Disturbance {
+    none,
+    exchanged,          ///< another medium has taken its place
+    possiblyExchanged,  ///< the computer was asleep, when readers do not notice an exchange
+    writtenByOthers,    ///< another program has written to it
+};
+
 /// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths must
 /// be aligned to the block size. A read or write is a single system call, which may be short or interrupted.
 /// Dropping the device closes it.
@@ -29,9 +37,9 @@ class RawDevice {
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
 
-    /// Fails once another medium has taken the place of the one that was there when the device was opened.
-    /// Once there is none, this fails too, or else every read and write does.
-    virtual SystemResult confirmSameMedium() = 0;
+    /// Returns what has happened to the medium since the device was opened. Once there is no medium, it
+    /// counts as exchanged, or else every read and write fails.
+    [[nodiscard]] virtual Disturbance disturbance() = 0;
 };
 
 /// Makes a device of an open descriptor, which the device then owns.

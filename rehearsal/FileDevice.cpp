@@ -17,7 +17,7 @@ class FileDevice : public DescriptorDevice {
     SystemResult blockSize() override { return {.value = fileBlockSize}; }
     SystemResult blockCount() override { return {.value = fileStatus(descriptor).sizeBytes / fileBlockSize}; }
     SystemResult disableCaching() override { return {}; }
-    SystemResult confirmSameMedium() override { return {}; }
+    Disturbance disturbance() override { return Disturbance::none; }
 
   private:
     static constexpr uint64_t fileBlockSize = 512;

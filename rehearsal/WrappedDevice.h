@@ -22,7 +22,7 @@ class WrappedDevice : public RawDevice {
         return device->read(bytes, offset);
     }
     SystemResult synchronize() override { return device->synchronize(); }
-    SystemResult confirmSameMedium() override { return device->confirmSameMedium(); }
+    Disturbance disturbance() override { return device->disturbance(); }
 
   private:
     std::unique_ptr<RawDevice> device;

@@ -37,7 +37,6 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     for (uint64_t written = 0; written < size;) {
         checkCancellation(stop);
         const auto chunk = image.next();
-        requireSameMedium(device);
         writeFully(device, chunk.padded, written);
         written += chunk.bytes.size();
         report({writingImage, written, size});
@@ -46,7 +45,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
 
     report({synchronizing, size, size});
     synchronizeDevice(device);
-    requireSameMedium(device);
+    requireUndisturbed(device);
     if (!medium) return;
 
     // A refusal does no harm, because caching has been off since the device was opened.
@@ -55,7 +54,6 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     for (uint64_t verified = 0; verified < size;) {
         checkCancellation(stop);
         const auto chunk = image.next();
-        requireSameMedium(device);
         medium->readMatching(chunk, verified, stop);
         verified += chunk.bytes.size();
         report({verifyingImage, verified, size});
@@ -66,7 +64,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
             "The written bytes matched during verification, but the final SHA-256 digest comparison did not "
             "match.");
     }
-    requireSameMedium(device);
+    requireUndisturbed(device);
 }
 
 }  // namespace tessel

@@ -18,6 +18,7 @@ TesselError failureAt(const std::string& what, uint64_t offset, const std::strin
 
 void writeFully(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset) {
     const auto write = [&device](std::span<const std::byte> rest, uint64_t at) {
+        requireUndisturbed(device);
         return device.write(rest, at);
     };
     const auto failure = [](const SystemResult& answer, uint64_t at) {
@@ -29,7 +30,10 @@ void writeFully(RawDevice& device, std::span<const std::byte> bytes, uint64_t of
 }
 
 void readFully(RawDevice& device, std::span<std::byte> bytes, uint64_t offset) {
-    const auto read = [&device](std::span<std::byte> rest, uint64_t at) { return device.read(rest, at); };
+    const auto read = [&device](std::span<std::byte> rest, uint64_t at) {
+        requireUndisturbed(device);
+        return device.read(rest, at);
+    };
     const auto failure = [](const SystemResult& answer, uint64_t at) {
         return failureAt(
             "The SD card could not be read for verification", at,
@@ -45,8 +49,19 @@ void synchronizeDevice(RawDevice& device) {
     }
 }
 
-void requireSameMedium(RawDevice& device) {
-    if (!device.confirmSameMedium().isSuccess()) throw TesselError(TesselError::Case::diskChanged);
+void requireUndisturbed(RawDevice& device) {
+    switch (device.disturbance()) {
+        case Disturbance::none:
+            return;
+        case Disturbance::exchanged:
+            throw TesselError(TesselError::Case::diskChanged);
+        case Disturbance::possiblyExchanged:
+            throw TesselError::commandFailed(
+                "The computer was asleep while the SD card was open, so that another card may have taken its "
+                "place. Refresh the disk list and write the image again.");
+        case Disturbance::writtenByOthers:
+            throw TesselError::commandFailed("Another program is writing to this card.");
+    }
 }
 
 }  // namespace tessel

@@ -7,7 +7,6 @@
 #include <sys/sysmacros.h>
 
 #include <chrono>
-#include <filesystem>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -27,14 +26,20 @@ SystemResult askNumber(int descriptor, unsigned long request) {
 
 }  // namespace
 
+std::filesystem::path sysfsFolder(int descriptor) {
+    struct stat status{};
+    fstat(descriptor, &status);
+    return "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
+           std::to_string(minor(status.st_rdev));
+}
+
 bool isWholeBlockDevice(int descriptor) {
     struct stat status{};
     if (fstat(descriptor, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
-    const auto inSysfs = "/sys/dev/block/" + std::to_string(major(status.st_rdev)) + ":" +
-                         std::to_string(minor(status.st_rdev));
+    const auto folder = sysfsFolder(descriptor);
     std::error_code unknown;
-    return std::filesystem::exists(inSysfs, unknown) &&
-           !std::filesystem::exists(inSysfs + "/partition", unknown) && !unknown;
+    return std::filesystem::exists(folder, unknown) &&
+           !std::filesystem::exists(folder / "partition", unknown) && !unknown;
 }
 
 SystemResult diskSequenceNumber(int descriptor) {

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <filesystem>
+
 #include "platform/SystemResult.h"
 
 /// Asks the kernel about an open block device.
 namespace tessel {
+
+/// Returns the folder in sysfs that describes the device.
+[[nodiscard]] std::filesystem::path sysfsFolder(int descriptor);
 
 /// Returns whether it is a block device and not a partition of one.
 [[nodiscard]] bool isWholeBlockDevice(int descriptor);

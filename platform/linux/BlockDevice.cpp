@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "platform/DescriptorDevice.h"
+#include "platform/SleepWatch.h"
 #include "platform/linux/BlockDescriptor.h"
+#include "platform/linux/DiskStatistics.h"
 
 namespace tessel {
 
@@ -18,7 +20,9 @@ class LockedBlockDevice : public DescriptorDevice {
     explicit LockedBlockDevice(FileDescriptor given) :
         DescriptorDevice(std::move(given)),
         medium(diskSequenceNumber(descriptor.get())),
-        lock(lockExclusively(descriptor.get())) {}
+        lock(lockExclusively(descriptor.get())),
+        statistics(sysfsFolder(descriptor.get())),
+        bytesWrittenBefore(statistics.bytesWritten()) {}
 
     SystemResult blockSize() override {
         if (!isWholeBlockDevice(descriptor.get())) return {.error = ENOTBLK};
@@ -41,16 +45,31 @@ class LockedBlockDevice : public DescriptorDevice {
         return SystemResult::from(flags < 0 ? flags : fcntl(descriptor.get(), F_SETFL, flags | O_DIRECT));
     }
 
-    SystemResult confirmSameMedium() override {
-        if (!medium.isSuccess()) return medium;
+    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+        const auto written = DescriptorDevice::write(bytes, offset);
+        ownBytesWritten += written.value;
+        return written;
+    }
+
+    Disturbance disturbance() override {
         const auto present = diskSequenceNumber(descriptor.get());
-        if (!present.isSuccess()) return present;
-        return present.value == medium.value ? SystemResult() : SystemResult{.error = ENOMEDIUM};
+        if (!medium.isSuccess() || !present.isSuccess() || present.value != medium.value)
+            return Disturbance::exchanged;
+        if (sleepWatch.hasSlept()) return Disturbance::possiblyExchanged;
+        const auto bytesWritten = statistics.bytesWritten();
+        const bool isCounted = bytesWrittenBefore.isSuccess() && bytesWritten.isSuccess();
+        return isCounted && bytesWritten.value - bytesWrittenBefore.value != ownBytesWritten
+                   ? Disturbance::writtenByOthers
+                   : Disturbance::none;
     }
 
   private:
     SystemResult medium;  ///< holds its sequence number from when the device was made
     SystemResult lock;
+    SleepWatch sleepWatch;
+    DiskStatistics statistics;
+    SystemResult bytesWrittenBefore;
+    uint64_t ownBytesWritten = 0;
 };
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/DescriptorDevice.h"
+#include "platform/SleepWatch.h"
 
 namespace tessel {
 
@@ -66,10 +67,10 @@ class DiskDevice : public DescriptorDevice {
         return isRefusal(flushedMedium.error) ? flushed : flushedMedium;
     }
 
-    SystemResult confirmSameMedium() override {
+    Disturbance disturbance() override {
         // An open device stays with its medium: another one gets a device of its own, and once the medium is
-        // gone every read and write fails.
-        return {};
+        // gone every read and write fails. Only while the computer sleeps may an exchange go unnoticed.
+        return sleepWatch.hasSlept() ? Disturbance::possiblyExchanged : Disturbance::none;
     }
 
   private:
@@ -79,6 +80,8 @@ class DiskDevice : public DescriptorDevice {
         if (ioctl(descriptor.get(), request, &number) != 0) return {.error = errno};
         return {.value = number};
     }
+
+    SleepWatch sleepWatch;
 };
 
 }  // namespace

@@ -58,7 +58,8 @@ TEST_F(ImageTransferTests, anExchangedMediumEndsTheTransferBeforeItIsTouched) {
         useImage(2 * chunk);
         medium = {.bytes = medium.bytes};
         onReport = [&](const ImageWriteProgress& report) {
-            if (report.phase == phase && report.completedBytes == chunk) medium.isExchanged = true;
+            if (report.phase == phase && report.completedBytes == chunk)
+                medium.disturbance = Disturbance::exchanged;
         };
         EXPECT_THAT(failure(), testing::StartsWith("The selected disk changed after it was scanned."));
         EXPECT_EQ(medium.writes, phase == writingImage ? 1 : 2);

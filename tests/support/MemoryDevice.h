@@ -16,7 +16,7 @@ struct Medium {
     std::vector<uint64_t> readOffsets = {};
     int writes = 0;
     int synchronizations = 0;
-    bool isExchanged = false;
+    Disturbance disturbance = Disturbance::none;
 };
 
 class MemoryDevice : public RawDevice {
@@ -40,7 +40,7 @@ class MemoryDevice : public RawDevice {
         ++medium.synchronizations;
         return {};
     }
-    SystemResult confirmSameMedium() override { return {.error = medium.isExchanged ? ENXIO : 0}; }
+    Disturbance disturbance() override { return medium.disturbance; }
 
   private:
     Medium& medium;

@@ -3,14 +3,31 @@
 #include <linux/loop.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <time.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 
+#include "platform/AlignedBuffer.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "tests/support/LoopDeviceTest.h"
 
 namespace tessel {
+
+namespace {
+
+std::atomic<time_t> secondsAsleep = 0;
+
+}  // namespace
+
+/// Replaces the system's call in this program: the computer may have slept.
+extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    if (clock == CLOCK_BOOTTIME) time->tv_sec += secondsAsleep;
+    return result;
+}
 
 using LockedBlockDeviceTests = LoopDeviceTest;
 
@@ -43,6 +60,31 @@ TEST_F(LockedBlockDeviceTests, blocksAreCountedInTheirOwnSize) {
     }
 }
 
+TEST_F(LockedBlockDeviceTests, whatElseHappensToTheMediumIsNoticed) {
+    const LoopDevice loop({.file = mediumFile("card")});
+    const AlignedBuffer buffer(4096, std::align_val_t(4096));
+    const auto bytes = buffer.first(4096);
+    {
+        const auto device = makeBlockDevice(openReadWrite(loop.path(), O_DIRECT));
+        for (const uint64_t offset : {0U, 8192U, 0U}) {
+            EXPECT_EQ(device->write(bytes, offset).value, bytes.size());
+            EXPECT_EQ(device->read(bytes, offset).value, bytes.size());
+            EXPECT_TRUE(device->synchronize().isSuccess());
+            EXPECT_EQ(device->disturbance(), Disturbance::none) << "its own writes";
+        }
+        const FileDescriptor other = openReadWrite(loop.path(), O_DIRECT);
+        EXPECT_EQ(device->disturbance(), Disturbance::none) << "opened by another program";
+        ASSERT_EQ(pwrite(other.get(), bytes.data(), 512, 0), 512);
+        EXPECT_EQ(device->disturbance(), Disturbance::writtenByOthers);
+    }
+    const auto device = makeBlockDevice(openReadWrite(loop.path(), O_DIRECT));
+    EXPECT_EQ(device->disturbance(), Disturbance::none) << "written to before it was opened";
+    secondsAsleep = 1;
+    EXPECT_EQ(device->disturbance(), Disturbance::possiblyExchanged);
+    EXPECT_EQ(makeBlockDevice(openReadWrite(loop.path()))->disturbance(), Disturbance::none)
+        << "opened since";
+}
+
 TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     const FileDescriptor control = openReadWrite("/dev/loop-control");
     // Whoever else looks for a free slot at this moment is given a lower one.
@@ -50,14 +92,14 @@ TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     ASSERT_GE(number, 1000);
     const auto slot = "/dev/loop" + std::to_string(number);
     auto device = makeBlockDevice(openReadWrite(slot));
-    EXPECT_TRUE(device->confirmSameMedium().isSuccess());
+    EXPECT_EQ(device->disturbance(), Disturbance::none);
 
     const FileDescriptor card = openReadWrite(mediumFile("card"));
     loop_config insertion{};
     insertion.fd = static_cast<uint32_t>(card.get());
     insertion.info.lo_flags = LO_FLAGS_AUTOCLEAR;
     ioctl(openReadWrite(slot).get(), LOOP_CONFIGURE, &insertion);
-    EXPECT_FALSE(device->confirmSameMedium().isSuccess());
+    EXPECT_EQ(device->disturbance(), Disturbance::exchanged);
     device.reset();
     ioctl(control.get(), LOOP_CTL_REMOVE, number);
 }
