@@ -52,6 +52,8 @@ BlockDevice deviceOf(const std::string& name, const Section& section, const std:
         .sequenceNumberAfterwards = numberOf(section, "diskseq afterwards", numberOf(section, "diskseq")),
         .sizeBytes = numberOf(section, "size"),
         .isReadOnly = flagOf(section, "read only"),
+        .isRemovable =
+            flagOf(section, section.contains("kernel removable") ? "kernel removable" : "removable"),
         .partitionNumber = static_cast<unsigned>(numberOf(section, "partition")),
         .cardType = textOf(section, "card type"),
         .databaseName = textOf(section, "database name"),
@@ -60,7 +62,8 @@ BlockDevice deviceOf(const std::string& name, const Section& section, const std:
         .isSwap = flagOf(section, "swap"),
         .spansDisks = flagOf(section, "spans disks"),
         .mounts = mountsOf(section),
-        .udisks = {.sequenceNumber = udisksNumberOf(section),
+        .udisks = {.drive = textOf(section, "drive"),
+                   .sequenceNumber = udisksNumberOf(section),
                    .vendor = textOf(section, "vendor"),
                    .model = textOf(section, "model"),
                    .media = textOf(section, "media"),
@@ -94,6 +97,7 @@ DescribedMachine DescribedMachine::read(std::istream& text) {
         }
     }
     described.machine.rootDevice = described.sections.at("machine").at("root");
+    described.machine.hasZFSPools = flagOf(described.sections.at("machine"), "zfs pools");
     described.sections.erase("machine");
     for (const auto& [device, section] : described.sections) {
         const bool isPart = section.contains("part of");

@@ -14,7 +14,7 @@ class DescribedSystem : public BlockSystem {
   public:
     explicit DescribedSystem(Machine machine) : machine(std::move(machine)) {}
 
-    Machine read() override {
+    Machine read(const std::string&) override {
         time += readingTime;
         return machine;
     }

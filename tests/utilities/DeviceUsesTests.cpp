@@ -48,8 +48,8 @@ TEST(DeviceUsesTests, aProgramThatWantsToBeAloneIsFoundByItsLock) {
     std::istringstream table(
         "1: POSIX  ADVISORY  READ 7 00:01:1 0 EOF\n2: OFDLCK ADVISORY  READ -1 00:01:2 0 EOF\n"
         "3: FLOCK  ADVISORY  WRITE 9 00:01:3 0 EOF\n4: FLOCK  ADVISORY  READ 9 00:01:4 0 EOF\n"
-        "5: LEASE  ACTIVE    WRITE 9 00:01:5 0 EOF\n");
-    EXPECT_EQ(lockedFiles(table), (std::set<std::string>{"00:01:1", "00:01:2", "00:01:3"}));
+        "5: FLOCK  ADVISORY  WRITE 8 00:01:5 0 EOF\n6: LEASE  ACTIVE    WRITE 9 00:01:6 0 EOF\n");
+    EXPECT_EQ(lockedFiles(table, 8), (std::set<std::string>{"00:01:1", "00:01:2", "00:01:3"}));
 }
 
 TEST(DeviceUsesTests, everyUserThatTheKernelRevealsIsRead) {

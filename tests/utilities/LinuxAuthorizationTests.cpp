@@ -29,6 +29,7 @@ class LinuxAuthorizationTests : public LoopDeviceTest {
                   .sequenceNumber = number,
                   .sequenceNumberAfterwards = number,
                   .sizeBytes = mediumSizeInBytes,
+                  .isRemovable = true,
                   .udisks = {.sequenceNumber = number}};
         system.onOpen = [this] { return openReadWrite(loop->path()); };
     }
@@ -82,11 +83,17 @@ TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
     EXPECT_THAT(refusal(), HasSubstr("Its write-protection switch is on"));
     EXPECT_THAT(system.calls, testing::Each("wait")) << "nobody was asked";
     card().isReadOnly = false;
-    system.onOpen = [&] {
-        card().isLocked = partition.isLocked = true;
-        return openReadWrite(loop->path());
-    };
-    EXPECT_THAT(refusal(), HasSubstr("Resource busy")) << "locked while the person was asked";
+    for (BlockDevice* part : {&card(), &partition}) {
+        system.onOpen = [&] {
+            part->isLocked = true;
+            return openReadWrite(loop->path());
+        };
+        EXPECT_THAT(refusal(), HasSubstr("Resource busy"))
+            << part->name << " locked while the user was asked";
+        part->isLocked = false;
+    }
+    system.machine.isDiskLockedElsewhere = true;
+    EXPECT_THAT(refusal(), HasSubstr("it can't be told whether that is " + identifier));
 }
 
 TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
@@ -108,7 +115,7 @@ TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
     EXPECT_EQ(refusal(), replaced) << "another size";
 }
 
-TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceThePersonAgreed) {
+TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceTheUserAgreed) {
     const auto whileAsked = [this](auto change) {
         system.onOpen = [this, change] {
             change();
@@ -118,6 +125,8 @@ TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceThePersonAgreed) {
     whileAsked([this] { card().mounts = {{.target = "/media/ada/CARD", .isByUDisks = true}}; });
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
     card().mounts.clear();
+    whileAsked([this] { card().bytesWritten = 512; });
+    EXPECT_EQ(refusal(), "Another program is writing to this card.");
     whileAsked([this] { card().holders = {"dm-0"}; });
     EXPECT_THAT(refusal(), HasSubstr("is protected"));
     card().holders.clear();

@@ -141,6 +141,27 @@ TEST_F(LinuxDisksTests, aBusyMechanismIsAskedAgain) {
                                           "eject mmcblk0", "wait"));
 }
 
+TEST_F(LinuxDisksTests, aMechanismThatStaysBusyIsGivenUp) {
+    useReaderWithMechanism();
+    system.onEject = [] { return Ejection::busy; };
+    EXPECT_EQ(eject(), notEjected + "Resource busy: another program or file system uses disk7.");
+    EXPECT_LE(elapsed(), std::chrono::seconds(5));
+}
+
+TEST_F(LinuxDisksTests, theDriveOfTwoReadersIsNeverEjected) {
+    useReaderWithMechanism();
+    const BlockDevice card = system.named("mmcblk0");
+    BlockDevice other = card;
+    other.name = "sdz";
+    other.path = "/sys/devices/usb2/block/sdz";
+    system.machine.devices.push_back(other);
+    for (BlockDevice& device : system.machine.devices)
+        device.udisks.drive = "/drives/Generic";
+    EXPECT_EQ(eject(), "");
+    EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "wait"))
+        << "as in a slot without a mechanism";
+}
+
 TEST_F(LinuxDisksTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
     useReaderWithMechanism();
     for (const auto flushingTime : {0, 100}) {
@@ -155,17 +176,19 @@ TEST_F(LinuxDisksTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
 }
 
 TEST_F(LinuxDisksTests, whatIsActivatedAfterTheWriteIsWaitedForButNeverCalledSafe) {
-    volume.udisks.fileSystem = "LVM2_member";
     const auto activateAt = [this](std::chrono::seconds from, std::chrono::seconds to) {
         system.onWait = [this, from = elapsed() + from, to = elapsed() + to] {
             volume.holders.assign(elapsed() >= from && elapsed() < to, "dm-0");
         };
     };
     using std::chrono::seconds;
-    activateAt(seconds(3), seconds(20));
-    EXPECT_EQ(eject(), "");
-    EXPECT_GE(elapsed(), seconds(20));
-
+    for (const char* kind : {"LVM2_member", "crypto_LUKS"}) {
+        volume.udisks.fileSystem = kind;
+        const auto begin = elapsed();
+        activateAt(seconds(3), seconds(20));
+        EXPECT_EQ(eject(), "");
+        EXPECT_GE(elapsed() - begin, seconds(20)) << kind;
+    }
     for (const auto readingTime : {10, 3000}) {
         system.readingTime = std::chrono::milliseconds(readingTime);
         volume.holders.clear();

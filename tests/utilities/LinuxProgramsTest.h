@@ -64,9 +64,12 @@ class LinuxProgramsTest : public LoopDeviceTest {
     void SetUp() override {
         LoopDeviceTest::SetUp();
         if (IsSkipped()) return;
+        if (unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+            GTEST_SKIP() << "needs mounts of its own";
         loop.emplace(LoopDevice::Options{.file = mediumFile("medium", mediumSizeInBytes)});
         number = diskSequenceNumber(openReadWrite(loop->path()).get()).value;
         identifier = "disk" + std::to_string(number);
+        makeRemovable(*loop);
 
         // A private bus with nobody on it.
         const auto socket = folder.path() / "bus";
@@ -84,6 +87,19 @@ class LinuxProgramsTest : public LoopDeviceTest {
                                              "exec dbus-daemon --nofork --nopidfile --config-file=" +
                                                  configuration.string() + " 2>/dev/null"});
         if (!appears(socket)) GTEST_SKIP() << "needs dbus-daemon";
+    }
+
+    void TearDown() override {
+        for (const auto& flag : coveredFlags)
+            umount2(flag.c_str(), MNT_DETACH);
+    }
+
+    /// Has the kernel call the medium removable, as that in a card reader is.
+    void makeRemovable(const LoopDevice& device) {
+        const auto yes = folder.write("yes", "1\n");
+        const auto flag = "/sys/block" / device.path().filename() / "removable";
+        ASSERT_EQ(::mount(yes.c_str(), flag.c_str(), nullptr, MS_BIND, nullptr), 0);
+        coveredFlags.push_back(flag);
     }
 
     void startUDisks(const std::string& moreKeys = "", const std::optional<std::string>& knownNumber = {}) {
@@ -144,6 +160,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
     static constexpr uint64_t mediumSizeInBytes = 64 << 20;
 
     const std::filesystem::path programs = TESSEL_LINUX_PROGRAMS;
+    std::vector<std::filesystem::path> coveredFlags;
     std::optional<LoopDevice> loop;
     uint64_t number = 0;
     std::string identifier;
@@ -158,8 +175,6 @@ class MountedDiskTest : public LinuxProgramsTest {
     void SetUp() override {
         LinuxProgramsTest::SetUp();
         if (IsSkipped()) return;
-        if (unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            GTEST_SKIP() << "needs mounts of its own";
         const auto format = "mke2fs -q -F " + loop->path().string();
         if (std::system(format.c_str()) != 0) GTEST_SKIP() << "needs mke2fs";
         for (const char* place : {"/media", "/run"})
@@ -171,6 +186,7 @@ class MountedDiskTest : public LinuxProgramsTest {
         for (const char* place : {"/run", "/sys/fs"})
             umount2(place, MNT_DETACH);
         umount2("/media", MNT_DETACH);
+        LinuxProgramsTest::TearDown();
     }
 
     void mount(const std::string& options) const {

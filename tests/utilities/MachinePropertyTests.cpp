@@ -22,12 +22,15 @@ class RandomMachines {
     Machine next() {
         machine = {};
         for (const char* disk : {"sda", "sdb", "mmcblk0"})
-            if (!rarely()) addDisk(disk, "/sys/devices/bus/block/");
+            if (!rarely())
+                addDisk(disk, std::string(disk) == "mmcblk0" ? "/sys/devices/mmc_host/block/"
+                                                             : "/sys/devices/bus/block/");
         for (const char* stacked : {"dm-0", "md0", "dm-1"})
             if (random() % 3 == 0) stack(stacked);
         for (auto& device : machine.devices)
             use(device);
         if (!rarely() && !machine.devices.empty()) machine.rootDevice = any().name;
+        machine.hasZFSPools = random() % 2 == 0;
         return machine;
     }
 
@@ -42,6 +45,8 @@ class RandomMachines {
                                    .sequenceNumber = rarely() ? 0 : number,
                                    .sequenceNumberAfterwards = rarely() ? 99 : number,
                                    .sizeBytes = rarely() ? uint64_t{0} : 1000,
+                                   .isRemovable = !rarely(),
+                                   .cardType = rarely() ? "SD" : "",
                                    .udisks = {.sequenceNumber = number}});
         auto& disk = machine.devices.back().udisks;
         if (rarely()) disk.sequenceNumber = rarely() ? std::optional<uint64_t>() : 98;
@@ -69,6 +74,7 @@ class RandomMachines {
         device.spansDisks = rarely();
         device.isFileSystemActive = rarely();
         device.isReadOnly = rarely();
+        device.isUseUnknown = rarely();
         device.isLocked = rarely();
         if (rarely()) device.users = {"loop3"};
         if (rarely()) device.udisks.fileSystem = "zfs_member";
@@ -112,11 +118,14 @@ bool mayBeTouched(const Machine& machine, const BlockDevice& disk) {
     const auto number = disk.sequenceNumber;
     if (number == 0 || disk.sequenceNumberAfterwards != number || disk.udisks.sequenceNumber != number)
         return false;
+    const bool isCardInSlot = disk.cardType == "SD" && disk.path.find("mmc_host") != disk.path.npos;
+    if (!disk.isRemovable && !isCardInSlot) return false;
     for (const auto& part : machine.devices) {
         if (&part != &disk && part.path.find(disk.path + "/") != 0) continue;
         if (part.isSwap || part.spansDisks || !part.holders.empty() || !part.users.empty()) return false;
-        if (part.udisks.fileSystem == "zfs_member" || (part.isFileSystemActive && part.mounts.empty()))
+        if (part.isUseUnknown || (part.udisks.fileSystem == "zfs_member" && machine.hasZFSPools))
             return false;
+        if ((part.isFileSystemActive && part.mounts.empty())) return false;
         for (const auto& mount : part.mounts)
             if (!mount.isByUDisks || (mount.target.find("/media/") != 0 && mount.target.find("/run/") != 0))
                 return false;

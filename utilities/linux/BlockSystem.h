@@ -19,12 +19,14 @@ class BlockSystem {
     enum class Ejection {
         done,
         impossible,  ///< the drive has no mechanism, or it failed
-        busy,        ///< something is mounted
+        busy,        ///< another program uses the drive
     };
 
     virtual ~BlockSystem() = default;
 
-    [[nodiscard]] virtual Machine read() = 0;
+    /// Reads what there is. Of the disk with this identifier alone it also finds out whether a file system on
+    /// it is in use where this program can't look; that may take a second.
+    [[nodiscard]] virtual Machine read(const std::string& identifier = {}) = 0;
 
     /// Ends one mount of the device. Fails while that is in use.
     virtual void unmount(const std::string& device, Time deadline) = 0;

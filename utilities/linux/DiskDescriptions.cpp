@@ -23,10 +23,6 @@ std::string nameFor(std::string_view text, const std::array<Names, count>& names
     return std::string(otherwise);
 }
 
-bool isSDCardInSlot(const BlockDevice& disk) {
-    return isInCardSlot(disk) && disk.cardType == "SD";
-}
-
 /// Derives the bus from the disk's path in the kernel's device tree.
 std::string busOf(const BlockDevice& disk) {
     // A slot may itself be connected through USB or PCI, so it is asked about first.
@@ -41,39 +37,77 @@ std::string busOf(const BlockDevice& disk) {
     return isInCardSlot(disk) ? "MMC" : nameFor(disk.path, buses, "Unknown bus");
 }
 
-/// Returns the kind of card that is positively known to be in the drive, or nothing.
-std::string cardKindOf(const BlockDevice& disk) {
+/// Returns the kind of medium that is positively known to be in the drive, or nothing.
+std::string mediumKindOf(const Machine& machine, const BlockDevice& disk) {
     static constexpr auto kinds = std::to_array<Names>({
         {"flash_sdxc", "SDXC Card"},
         {"flash_sdhc", "SDHC Card"},
         {"flash_sd", "SD Card"},
+        {"flash_cf", "CompactFlash Card"},
+        {"flash_ms", "Memory Stick"},
+        {"flash_sm", "SmartMedia Card"},
+        {"flash_mmc", "MultiMediaCard"},
+        {"thumb", "USB Flash Drive"},
+        {"optical", "Optical Disc"},
+        {"floppy", "Floppy Disk"},
     });
     // In a native slot the kernel knows best: UDisks2 takes soldered flash for a card.
     if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
-    // What UDisks2 said about the last medium says nothing about this one.
-    const bool isAboutThisMedium =
-        disk.udisks.isMediaAvailable && disk.udisks.sequenceNumber == disk.sequenceNumber;
-    return isAboutThisMedium ? nameFor(disk.udisks.media, kinds, "") : "";
+    // What UDisks2 said about the last medium, or about one in another reader, says nothing about this one.
+    const bool isAboutThisMedium = disk.udisks.isMediaAvailable &&
+                                   disk.udisks.sequenceNumber == disk.sequenceNumber &&
+                                   !sharesDrive(machine, disk);
+    const std::string& media = disk.udisks.media;
+    if (!isAboutThisMedium || media.empty() || media == "flash") return "";
+    return nameFor(media, kinds, "Medium of Another Kind");
 }
 
-/// Returns what the device database calls the reader, or nothing where the same USB device might also be a
-/// flash drive.
-std::string readerNameOf(const BlockDevice& disk) {
+/// Returns whether a name of a reader or a slot mentions cards other than SD and MMC, which have the same
+/// slots.
+bool mentionsOtherCards(const std::string& name) {
+    static constexpr auto otherCards = std::to_array<std::string_view>(
+        {" cf ", " cfast ", " compactflash ", " compact flash ", " md ", " microdrive ", " m2 ", " ms ",
+         " mspro ", " memorystick ", " memory stick ", " sm ", " smartmedia ", " xd ", " xqd "});
+    const std::string words = " " + joined(alphanumericWords(lowercased(name)), " ") + " ";
+    return std::ranges::any_of(otherCards,
+                               [&](std::string_view card) { return words.find(card) != std::string::npos; });
+}
+
+/// Returns what the reader and the slot are called, without names that would pass for a word about this
+/// medium: the device database names the USB device, that is, all of its slots at once, and perhaps a flash
+/// drive as well.
+std::vector<std::string> slotNamesOf(const BlockDevice& disk, bool isKnownAsSDCard) {
+    std::vector<std::string> names{disk.udisks.vendor, disk.udisks.model};
+    const std::string ownName = joined(names, " ");
+    const bool takesSDCards = lowercased(ownName).find("sd") != std::string::npos;
+    if (mentionsOtherCards(ownName) && takesSDCards && !isKnownAsSDCard) return {"Multi-Card Reader"};
+
     const bool mayBeFlashDrive = lowercased(disk.databaseName).find("flash drive") != std::string::npos;
-    return mayBeFlashDrive ? "" : disk.databaseName;
+    if (!mayBeFlashDrive && !mentionsOtherCards(ownName) && !mentionsOtherCards(disk.databaseName))
+        names.push_back(disk.databaseName);
+    return names;
 }
 
-/// Joins the vendor, the model, the reader's name in the device database and the kind of card, each unless
-/// the name already contains it.
-std::string mediaNameOf(const BlockDevice& disk) {
+/// Joins the parts, each unless the name already contains it.
+std::string joinedName(const std::vector<std::string>& parts) {
     std::string name;
-    for (const std::string& part :
-         {disk.udisks.vendor, disk.udisks.model, readerNameOf(disk), cardKindOf(disk)}) {
+    for (const std::string& part : parts) {
         const std::string words = trimmed(printable(part));
         if (words.empty() || lowercased(name).find(lowercased(words)) != std::string::npos) continue;
         name += (name.empty() ? "" : " ") + words;
     }
     return name;
+}
+
+/// Returns a name that mentions SD cards only where this medium or this slot is known to be one. A medium of
+/// another kind in a reader goes by its kind, whatever the reader calls itself.
+std::string mediaNameOf(const Machine& machine, const BlockDevice& disk) {
+    const std::string kind = mediumKindOf(machine, disk);
+    const bool isKnownAsSDCard = kind.starts_with("SD");
+    if (!kind.empty() && !isKnownAsSDCard) return kind;
+    std::vector<std::string> parts = slotNamesOf(disk, isKnownAsSDCard);
+    parts.push_back(kind);
+    return joinedName(parts);
 }
 
 bool isExternal(const BlockDevice& disk) {
@@ -98,7 +132,7 @@ PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk)
             {"VolumeName", printable(part->udisks.volumeName)},
             {"Size", part->sizeBytes},
         };
-        if (!part->mounts.empty()) entry["MountPoint"] = part->mounts.front().target;
+        if (!part->mounts.empty()) entry["MountPoint"] = printable(part->mounts.front().target);
         partitions.emplace_back(std::move(entry));
     }
     return partitions;
@@ -124,9 +158,10 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
     const bool isSoldered = isInCardSlot(disk) && !isSDCardInSlot(disk);
     const std::string place = isExternal(disk) ? "External" : "Internal";
     const auto protection = whyNotWritable(machine, disk);
+    const bool isOnlyDisk = !sharesDrive(machine, disk);
     PropertyList::Dictionary details{
         {"DeviceIdentifier", identifierOf(machine, disk)},
-        {"MediaName", mediaNameOf(disk)},
+        {"MediaName", mediaNameOf(machine, disk)},
         {"TotalSize", disk.sizeBytes},
         {"BusProtocol", busOf(disk)},
         // People know their disks by the kernel's names.
@@ -135,8 +170,8 @@ PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice
         {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},
         {"WritableMedia", !protection},
         {"WholeDisk", true},
-        {"RemovableMedia", disk.udisks.isMediaRemovable && !isSoldered},
-        {"Ejectable", disk.udisks.isEjectable && !isSoldered},
+        {"RemovableMedia", (isOnlyDisk ? disk.udisks.isMediaRemovable : disk.isRemovable) && !isSoldered},
+        {"Ejectable", isOnlyDisk && disk.udisks.isEjectable && !isSoldered},
         {"VelmoraTesselSystemName", "/dev/" + disk.name},
     };
     if (protection) details["VelmoraTesselProtectionReason"] = *protection;

@@ -18,18 +18,23 @@ PlatformError locked(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: another program is working on " + identifier + "."};
 }
 
+PlatformError lockedElsewhere(const std::string& identifier) {
+    return {"Disk", EBUSY,
+            "Resource busy: a virtual machine or container works on a disk, and it can't be told whether "
+            "that is " +
+                identifier + "."};
+}
+
 }  // namespace
 
-Machine readUnlocked(BlockSystem& system, const std::string& identifier, OwnLock ownLock) {
+Machine readUnlocked(BlockSystem& system, const std::string& identifier) {
     const auto end = system.now() + timeToUnlock;
     for (;;) {
-        Machine machine = system.read();
-        const BlockDevice& disk = listedDisk(machine, identifier);
-        const bool isLocked = std::ranges::any_of(partsOf(machine, disk), [&](const BlockDevice* part) {
-            return part->isLocked && (part != &disk || ownLock == OwnLock::none);
-        });
-        if (!isLocked) return machine;
-        if (system.now() >= end) throw locked(identifier);
+        Machine machine = system.read(identifier);
+        const auto parts = partsOf(machine, listedDisk(machine, identifier));
+        const bool isLocked = std::ranges::any_of(parts, &BlockDevice::isLocked);
+        if (!isLocked && !machine.isDiskLockedElsewhere) return machine;
+        if (system.now() >= end) throw isLocked ? locked(identifier) : lockedElsewhere(identifier);
         system.wait(pauseBetweenReadings);
     }
 }

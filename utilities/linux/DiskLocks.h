@@ -6,15 +6,9 @@
 
 namespace tessel {
 
-enum class OwnLock {
-    none,
-    onWholeDisk,  ///< that lock is this program's own, so only those on the partitions count
-};
-
-/// Reads the machine as soon as nobody else is working on the disk, such as another copy of this program or a
-/// partitioning tool. Throws PlatformError when there is no such disk, or when it is still locked after two
-/// seconds.
-[[nodiscard]] Machine readUnlocked(BlockSystem& system, const std::string& identifier,
-                                   OwnLock ownLock = OwnLock::none);
+/// Reads the machine as soon as no other program is working on the disk, such as another copy of this program
+/// or a partitioning tool. Throws PlatformError when there is no such disk, or when it is still locked after
+/// two seconds.
+[[nodiscard]] Machine readUnlocked(BlockSystem& system, const std::string& identifier);
 
 }  // namespace tessel

@@ -41,38 +41,48 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
          return disk.udisks.sequenceNumber != disk.sequenceNumber;
      },
      "the disk service has not recognized its medium yet"},
+
+    // Names are not enough: a disk that calls itself an SD card must also be one that can be taken out.
+    {[](const Machine&, const BlockDevice& disk) { return !disk.isRemovable && !isSDCardInSlot(disk); },
+     "it is not a removable medium"},
 });
 
 struct PartCheck {
-    bool (*fails)(const BlockDevice& part);
+    bool (*fails)(const Machine& machine, const BlockDevice& part);
     std::string_view reason;
     std::string_view remedy;
 };
 
 /// A whole disk is protected when one of these is true of any of its parts.
 constexpr auto partChecks = std::to_array<PartCheck>({
-    {[](const BlockDevice& part) { return part.isSwap; }, "it is used as swap space",
+    {[](const Machine&, const BlockDevice& part) { return part.isUseUnknown; },
+     "it can't be told whether it is in use",
+     "Start the program on the computer itself, outside any container or sandbox."},
+
+    {[](const Machine&, const BlockDevice& part) { return part.isSwap; }, "it is used as swap space",
      "Switch that swap space off."},
 
-    {[](const BlockDevice& part) { return !part.holders.empty(); },
+    {[](const Machine&, const BlockDevice& part) { return !part.holders.empty(); },
      "it is part of a volume group, a RAID or an encrypted volume that is in use",
      "Deactivate the volume group, stop the RAID or lock the encrypted volume."},
 
-    {[](const BlockDevice& part) { return !part.users.empty(); },
+    {[](const Machine&, const BlockDevice& part) { return !part.users.empty(); },
      "it is used by a loop device, a storage server or the like",
      "Detach the loop device, or stop the program that uses it."},
 
-    {[](const BlockDevice& part) {
-         // ZFS imports its pools without leaving a sign in the kernel's device tree.
-         return part.spansDisks || part.udisks.fileSystem == "zfs_member";
+    {[](const Machine& machine, const BlockDevice& part) {
+         // The kernel doesn't tell which devices the pools of ZFS lie on.
+         return part.spansDisks || (part.udisks.fileSystem == "zfs_member" && machine.hasZFSPools);
      },
      "it is part of a file system that may span several disks",
-     "Unmount that file system, or export the pool."},
+     "Unmount that file system, or export all ZFS pools."},
 
-    {[](const BlockDevice& part) { return !std::ranges::all_of(part.mounts, mayBeUnmounted); },
+    {[](const Machine&, const BlockDevice& part) {
+         return !std::ranges::all_of(part.mounts, mayBeUnmounted);
+     },
      "the system has mounted a volume on it", "Unmount that volume."},
 
-    {[](const BlockDevice& part) { return part.isFileSystemActive && part.mounts.empty(); },
+    {[](const Machine&, const BlockDevice& part) { return part.isFileSystemActive && part.mounts.empty(); },
      "a volume on it is mounted elsewhere, such as in a container",
      "Stop the container or the program that uses that volume."},
 });
@@ -94,7 +104,7 @@ std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice
 
     const auto parts = partsOf(machine, disk);
     for (const PartCheck& check : partChecks)
-        if (std::ranges::any_of(parts, [&](const BlockDevice* part) { return check.fails(*part); }))
+        if (std::ranges::any_of(parts, [&](const BlockDevice* part) { return check.fails(machine, *part); }))
             return Protection{std::string(check.reason), std::string(check.remedy), true};
     return std::nullopt;
 }

@@ -3,7 +3,9 @@
 #include <cerrno>
 
 #include "foundation/Errors.h"
+#include "platform/SleepWatch.h"
 #include "platform/linux/BlockDescriptor.h"
+#include "utilities/linux/DiskLocks.h"
 #include "utilities/linux/DiskProtection.h"
 
 namespace tessel {
@@ -24,20 +26,31 @@ void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) 
     if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was replaced while it was being opened.");
 }
 
+/// Throws when the disk was written to between two readings of it.
+void requireUnwritten(const BlockDevice& before, const BlockDevice& now) {
+    if (before.bytesWritten != now.bytesWritten)
+        throw PlatformError("Disk", EBUSY, "Another program is writing to this card.");
+}
+
 }  // namespace
 
 FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
-    const BlockDevice disk = readUnusedDisk(identifier, OwnLock::none);
+    const SleepWatch sleepWatch;
+    const BlockDevice disk = readUnusedDisk(identifier);
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
     if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
-    // The person may have taken hours to answer.
-    readUnusedDisk(identifier, OwnLock::onWholeDisk);
+    // The user may have taken hours to answer.
+    requireUnwritten(disk, readUnusedDisk(identifier));
+    if (sleepWatch.hasSlept())
+        throw PlatformError(
+            "Disk", ESTALE,
+            "The computer was asleep in the meantime, so that the card may have been exchanged.");
     return descriptor;
 }
 
-BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier, OwnLock ownLock) {
-    const Machine machine = readUnlocked(system, identifier, ownLock);
+BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier) {
+    const Machine machine = readUnlocked(system, identifier);
     const BlockDevice& disk = listedDisk(machine, identifier);
     requireUnprotected(machine, disk);
     if (const auto reason = whyNotWritable(machine, disk))

@@ -41,23 +41,34 @@ constexpr milliseconds timeToActivate{3500};
 
 constexpr milliseconds pauseBetweenReadings{200};
 
+/// The drive may be busy for a moment, because udev looks at the new contents. What keeps it busy for longer,
+/// with nothing mounted, is a claim that the kernel does not show, and waiting ends none of those.
+constexpr int mostBusyAnswers = 10;
+
 PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
 }
 
-bool hasEjectMechanism(const BlockDevice& disk) {
-    return disk.udisks.isEjectable && !isInCardSlot(disk);
+PlatformError claimed(const std::string& identifier) {
+    return {"Disk", EBUSY, "Resource busy: another program or file system uses " + identifier + "."};
+}
+
+/// UDisks2 ejects drives. Where two disks have one drive, it might eject the other disk.
+bool hasEjectMechanism(const Machine& machine, const BlockDevice& disk) {
+    return disk.udisks.isEjectable && !isInCardSlot(disk) && !sharesDrive(machine, disk);
 }
 
 bool isUnused(const Machine& machine, const BlockDevice& disk) {
     return mountedParts(machine, disk).empty() && !protectionOf(machine, disk);
 }
 
-/// Returns whether the contents are of a kind that computers activate without being asked.
+/// Returns whether the contents are of a kind that computers activate without being asked, and desktops
+/// unlock if they remember the password.
 bool mayBeActivated(const Machine& machine, const BlockDevice& disk) {
     return std::ranges::any_of(partsOf(machine, disk), [](const BlockDevice* part) {
         const std::string& kind = part->udisks.fileSystem;
-        return kind.ends_with("_member") || kind == "bcache";
+        const bool isEncrypted = kind == "crypto_LUKS" || kind == "BitLocker";
+        return isEncrypted || kind.ends_with("_member") || kind == "bcache";
     });
 }
 
@@ -68,7 +79,7 @@ PropertyList::Dictionary LinuxDisks::list() {
 }
 
 PropertyList::Dictionary LinuxDisks::info(const std::string& identifier) {
-    const Machine machine = system.read();
+    const Machine machine = system.read(identifier);
     return diskDetailsOf(machine, listedDisk(machine, identifier));
 }
 
@@ -118,18 +129,20 @@ void LinuxDisks::unmountBefore(Time deadline, const std::string& identifier) {
 
 void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
     bool isEjected = false;
+    int busyAnswers = 0;
     do {
         awaitRelease(identifier, deadline);
         if (isEjected && !isPresent(identifier)) return;
         unmountBefore(deadline, identifier);
         system.flush(deadline);
-        const Machine machine = read();
+        const Machine machine = read(identifier);
         const BlockDevice& disk = listedDisk(machine, identifier);
         if (!isUnused(machine, disk)) continue;
         const auto ejection =
-            hasEjectMechanism(disk) ? system.eject(disk.name, deadline) : Ejection::impossible;
+            hasEjectMechanism(machine, disk) ? system.eject(disk.name, deadline) : Ejection::impossible;
         isEjected = ejection == Ejection::done;
         if (ejection == Ejection::busy) {
+            if (++busyAnswers == mostBusyAnswers) throw claimed(identifier);
             system.wait(pauseBetweenReadings);
             continue;
         }
@@ -143,7 +156,7 @@ void LinuxDisks::ejectBefore(Time deadline, const std::string& identifier) {
 /// Waits until those who use the disk have let go of it. What stays in use then protects it.
 void LinuxDisks::awaitRelease(const std::string& identifier, Time deadline) {
     for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
-        const Machine machine = read();
+        const Machine machine = read(identifier);
         const BlockDevice* disk = findListedDisk(machine, identifier);
         const auto protection = disk ? protectionOf(machine, *disk) : std::nullopt;
         if (!protection || !protection->mayEnd) return;
@@ -161,28 +174,28 @@ void LinuxDisks::awaitSettling(const std::string& identifier, Time deadline) {
     const Time end = std::min(deadline, begin + wait + timeToActivate);
     system.wait(std::chrono::ceil<milliseconds>(wait));
     for (; system.now() < end; system.wait(pauseBetweenReadings)) {
-        const Machine machine = read();
+        const Machine machine = read(identifier);
         const BlockDevice* disk = findListedDisk(machine, identifier);
         if (!disk || protectionOf(machine, *disk)) return;
         if (!machine.isSettling && !mayBeActivated(machine, *disk)) return;
     }
 }
 
-const Machine& LinuxDisks::read() {
+const Machine& LinuxDisks::read(const std::string& identifier) {
     const Time begin = system.now();
-    latest = system.read();
+    latest = system.read(identifier);
     longestReading = std::max(longestReading, system.now() - begin);
     return latest;
 }
 
 bool LinuxDisks::isPresent(const std::string& identifier) {
-    const Machine machine = read();
+    const Machine machine = read(identifier);
     return findListedDisk(machine, identifier);
 }
 
 /// Returns whether the medium is gone, or nobody uses any part of it.
 bool LinuxDisks::isAtRest(const std::string& identifier) {
-    const Machine machine = read();
+    const Machine machine = read(identifier);
     const BlockDevice* disk = findListedDisk(machine, identifier);
     return !disk || isUnused(machine, *disk);
 }

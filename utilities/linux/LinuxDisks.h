@@ -32,7 +32,7 @@ class LinuxDisks : public DiskSource {
     void ejectBefore(Time deadline, const std::string& identifier);
     void awaitRelease(const std::string& identifier, Time deadline);
     void awaitSettling(const std::string& identifier, Time deadline);
-    const Machine& read();
+    const Machine& read(const std::string& identifier);
     bool isPresent(const std::string& identifier);
     bool isAtRest(const std::string& identifier);
 

@@ -61,6 +61,17 @@ bool isInCardSlot(const BlockDevice& device) {
     return device.path.find("/mmc_host/") != std::string::npos;
 }
 
+bool isSDCardInSlot(const BlockDevice& device) {
+    return isInCardSlot(device) && device.cardType == "SD";
+}
+
+bool sharesDrive(const Machine& machine, const BlockDevice& disk) {
+    const std::string& drive = disk.udisks.drive;
+    return !drive.empty() && std::ranges::any_of(machine.devices, [&](const BlockDevice& other) {
+        return other.udisks.drive == drive && &wholeDiskOf(machine, other) != &disk;
+    });
+}
+
 std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk) {
     std::vector<const BlockDevice*> parts;
     for (const BlockDevice& device : machine.devices)

@@ -18,6 +18,9 @@ struct Mount {
 
 /// What UDisks2 says about a block device and its drive.
 struct UDisksRecord {
+    /// Identifies the drive. Readers of one make that have the same serial number, or none, are one drive to
+    /// UDisks2.
+    std::string drive;
     /// The disk sequence number in the links that the device database made. Absent when it made none.
     std::optional<uint64_t> sequenceNumber;
     std::string vendor;
@@ -41,6 +44,7 @@ struct BlockDevice {
     uint64_t sequenceNumberAfterwards = 0;  ///< the same, read again after everything else
     uint64_t sizeBytes = 0;
     bool isReadOnly = false;
+    bool isRemovable = false;      ///< the kernel says that its medium can be taken out
     unsigned partitionNumber = 0;  ///< 0 when it isn't a partition
     std::string cardType;          ///< in a native slot: "SD", or "MMC" for soldered flash
     std::string databaseName;      ///< the device database's name for the reader
@@ -54,14 +58,21 @@ struct BlockDevice {
     /// A file system on it is in use, be it where this program can't look: in a container, or hidden by a
     /// lazy unmount.
     bool isFileSystemActive = false;
-    bool isLocked = false;  ///< a program is working on it and wants to be alone
+    bool isLocked = false;      ///< a program is working on it and wants to be alone
+    bool isUseUnknown = false;  ///< something that would show its use could not be read
+    /// What any program has written to it since the kernel knows it. Absent where the kernel does not count.
+    std::optional<uint64_t> bytesWritten;
     UDisksRecord udisks = {};
 };
 
 struct Machine {
     std::vector<BlockDevice> devices;
-    std::string rootDevice;   ///< the name of the device that is mounted at "/"; empty when there is none
-    bool isSettling = false;  ///< the device manager has yet to look at devices that have changed
+    std::string rootDevice;    ///< the name of the device that is mounted at "/"; empty when there is none
+    bool isSettling = false;   ///< udev has yet to look at devices that have changed
+    bool hasZFSPools = false;  ///< ZFS has imported pools; which devices they lie on is not known
+    /// A program that has a /dev of its own, such as a virtual machine, has locked a disk in it. Which one is
+    /// not known.
+    bool isDiskLockedElsewhere = false;
 };
 
 /// Returns whether the device exists only in the kernel: loop devices, device mapper, RAID, RAM, compressed
@@ -71,6 +82,13 @@ struct Machine {
 /// Returns whether the device sits in a slot of the computer itself that speaks the cards' protocol. Soldered
 /// flash does, too.
 bool isInCardSlot(const BlockDevice& device);
+
+/// Returns whether the device is an SD card in such a slot.
+[[nodiscard]] bool isSDCardInSlot(const BlockDevice& device);
+
+/// Returns whether another disk has the same drive. What UDisks2 then says about the drive's medium may be
+/// about either of them, and ejecting the drive may eject either of them.
+[[nodiscard]] bool sharesDrive(const Machine& machine, const BlockDevice& disk);
 
 /// Returns the disk and every part of it.
 [[nodiscard]] std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);

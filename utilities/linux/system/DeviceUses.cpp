@@ -1,7 +1,6 @@
 #include "utilities/linux/system/DeviceUses.h"
 
 #include <libmount/libmount.h>
-#include <sys/quota.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -14,6 +13,7 @@
 #include "foundation/Errors.h"
 #include "foundation/Release.h"
 #include "utilities/linux/system/DeviceUsers.h"
+#include "utilities/linux/system/KernelFiles.h"
 
 namespace tessel {
 
@@ -22,19 +22,33 @@ namespace {
 using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
 using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
+constexpr std::string_view sysfsFolder = "/sys/dev/block/";
+
+/// Returns the kernel's name of the block device with this path in sysfs; empty when there is none.
+std::string blockDeviceInSysfs(const std::string& path) {
+    std::error_code isMissing;
+    const auto device = std::filesystem::canonical(path, isMissing);
+    return isMissing ? "" : device.filename().string();
+}
+
 /// Returns the kernel's name of the block device with this number; empty when there is none.
 std::string blockDeviceName(dev_t number) {
-    std::error_code isMissing;
-    const auto path = std::filesystem::canonical(
-        "/sys/dev/block/" + std::to_string(major(number)) + ":" + std::to_string(minor(number)), isMissing);
-    return isMissing ? "" : path.filename().string();
+    return blockDeviceInSysfs(std::string(sysfsFolder) + std::to_string(major(number)) + ":" +
+                              std::to_string(minor(number)));
 }
 
 /// Returns the name of the block device with this path; empty when there is none.
 std::string blockDeviceAt(const char* path) {
     struct stat status{};
-    const bool isBlockDevice = path && stat(path, &status) == 0 && S_ISBLK(status.st_mode);
+    const bool isBlockDevice = path && *path == '/' && stat(path, &status) == 0 && S_ISBLK(status.st_mode);
     return isBlockDevice ? blockDeviceName(status.st_rdev) : "";
+}
+
+/// Returns whether a program or another computer answers for what is mounted there. There are no devices of
+/// this computer, and looking for some might wait for ever.
+bool isAnsweredElsewhere(libmnt_fs* entry) {
+    const char* const type = mnt_fs_get_fstype(entry);
+    return mnt_fs_is_netfs(entry) || (type && std::string_view(type).starts_with("fuse"));
 }
 
 /// Returns the device that this entry mounts.
@@ -42,24 +56,27 @@ std::string deviceNameOf(libmnt_fs* entry) {
     if (const std::string name = blockDeviceName(mnt_fs_get_devno(entry)); !name.empty()) return name;
     // Some file systems, such as btrfs, have device numbers of their own and reveal only the name of their
     // device.
-    return blockDeviceAt(mnt_fs_get_srcpath(entry));
+    return isAnsweredElsewhere(entry) ? "" : blockDeviceAt(mnt_fs_get_srcpath(entry));
 }
 
 /// Returns the device at this path, or else the one that the file lies on.
 std::string deviceUnder(libmnt_table* mounts, const char* path) {
-    if (const std::string name = blockDeviceAt(path); !name.empty()) return name;
-    libmnt_fs* const mount = path ? mnt_table_find_mountpoint(mounts, path, MNT_ITER_BACKWARD) : nullptr;
-    const std::string name = mount ? deviceNameOf(mount) : "";
+    if (!path) return "";
+    const std::string_view words = path;
+    if (words.starts_with(sysfsFolder)) return blockDeviceInSysfs(path);
+    libmnt_fs* const mount = mnt_table_find_mountpoint(mounts, path, MNT_ITER_BACKWARD);
+    std::string name = mount && isAnsweredElsewhere(mount) ? "" : blockDeviceAt(path);
+    if (name.empty() && mount) name = deviceNameOf(mount);
     // A node that exists only in another container is most likely named as it is here.
-    const std::string_view words = path ? path : "";
     return name.empty() && words.starts_with("/dev/") ? std::string(words.substr(5)) : name;
 }
 
-bool isByUDisks(libmnt_fs* entry) {
+/// Returns the value of this option of a mount; empty when it has none.
+std::string_view optionOf(libmnt_fs* entry, const char* option) {
     char* value = nullptr;
     size_t length = 0;
-    return mnt_fs_get_option(entry, "uhelper", &value, &length) == 0 && value &&
-           std::string_view(value, length) == "udisks2";
+    const bool hasValue = mnt_fs_get_option(entry, option, &value, &length) == 0 && value;
+    return hasValue ? std::string_view(value, length) : std::string_view();
 }
 
 Table readTable(int (*parse)(libmnt_table*, const char*)) {
@@ -77,27 +94,14 @@ void forEachEntry(libmnt_table* table, Action act) {
         act(entry);
 }
 
-template <typename Action>
-void changeDevice(Machine& machine, const std::string& name, Action change) {
-    const auto device = std::ranges::find(machine.devices, name, &BlockDevice::name);
-    if (device != machine.devices.end()) change(*device);
-}
-
-/// Returns whether a file system of this device is in use, in whichever container.
-bool isFileSystemActive(const std::string& device) {
-    // Without any rights, the kernel says what it knows of the file system's quotas, or that it is no file
-    // system.
-    int format = 0;
-    const int result =
-        quotactl(QCMD(Q_GETFMT, USRQUOTA), device.c_str(), 0, reinterpret_cast<char*>(&format));
-    return result == 0 || errno == ESRCH || errno == EINVAL || errno == ENOSYS;
-}
-
-void addActiveFileSystems(Machine& machine) {
-    // Where the kernel knows no quotas, it says the same of everything.
-    if (isFileSystemActive("/dev/null")) return;
-    for (BlockDevice& device : machine.devices)
-        device.isFileSystemActive |= isFileSystemActive("/dev/" + device.name);
+/// Notes that a mounted file system consists of these devices.
+void addMembers(Machine& machine, const std::vector<std::string>& members) {
+    for (const std::string& member : members) {
+        changeDevice(machine, member, [&](BlockDevice& device) {
+            device.isFileSystemActive = true;
+            device.spansDisks |= members.size() > 1;
+        });
+    }
 }
 
 }  // namespace
@@ -106,10 +110,17 @@ void addUses(Machine& machine, libmnt_table* mounts, libmnt_table* swaps) {
     forEachEntry(mounts, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
         const char* const target = mnt_fs_get_target(entry);
-        const Mount mount{.target = target ? target : "", .isByUDisks = isByUDisks(entry)};
+        const Mount mount{.target = target ? target : "",
+                          .isByUDisks = optionOf(entry, "uhelper") == "udisks2"};
         // Of several mounts on top of each other, "/" leads to the last one.
         if (mount.target == "/") machine.rootDevice = name;
         changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });
+        // XFS may have its log and its files' data on devices of their own.
+        for (const char* option : {"logdev", "rtdev"}) {
+            const std::string path(optionOf(entry, option));
+            changeDevice(machine, blockDeviceAt(path.c_str()),
+                         [](BlockDevice& device) { device.spansDisks = true; });
+        }
     });
     forEachEntry(swaps, [&](libmnt_fs* entry) {
         changeDevice(machine, deviceUnder(mounts, mnt_fs_get_srcpath(entry)),
@@ -120,11 +131,31 @@ void addUses(Machine& machine, libmnt_table* mounts, libmnt_table* swaps) {
 void addUses(Machine& machine) {
     const Table mounts = readTable(mnt_table_parse_mtab);
     addUses(machine, mounts.get(), readTable(mnt_table_parse_swaps).get());
+}
+
+void addUsers(Machine& machine) {
+    const Table mounts = readTable(mnt_table_parse_mtab);
     for (const DeviceUser& user : readDeviceUsers())
         changeDevice(machine, deviceUnder(mounts.get(), user.path.c_str()),
                      [&](BlockDevice& device) { device.users.push_back(user.name); });
-    // Since this comes after the mounts, what was unmounted in between is not taken for mounted elsewhere.
-    addActiveFileSystems(machine);
+}
+
+void addSpanningFileSystems(Machine& machine, const std::string& root) {
+    for (const std::string& fileSystem : namesIn(root + "/sys/fs/btrfs"))
+        addMembers(machine, namesIn(root + "/sys/fs/btrfs/" + fileSystem + "/devices"));
+
+    for (const std::string& fileSystem : namesIn(root + "/sys/fs/bcachefs")) {
+        std::vector<std::string> members;
+        for (const auto& link : filesMatching(root + "/sys/fs/bcachefs/" + fileSystem + "/dev-*/block"))
+            members.push_back(blockDeviceInSysfs(link));
+        addMembers(machine, members);
+    }
+    // An ext4 file system may have its journal on another device, which then has an entry of its own name
+    // here.
+    for (const std::string& journal : namesIn(root + "/proc/fs/jbd2"))
+        changeDevice(machine, journal, [](BlockDevice& device) { device.spansDisks = true; });
+
+    machine.hasZFSPools = !filesMatching(root + "/proc/spl/kstat/zfs/*/state").empty();
 }
 
 }  // namespace tessel

@@ -5,10 +5,14 @@
 #include <charconv>
 #include <fstream>
 #include <memory>
+#include <span>
 
+#include "foundation/Errors.h"
 #include "foundation/Release.h"
+#include "platform/linux/DiskStatistics.h"
 #include "utilities/linux/system/DeviceLocks.h"
 #include "utilities/linux/system/DeviceUses.h"
+#include "utilities/linux/system/KernelFiles.h"
 
 namespace tessel {
 
@@ -17,7 +21,7 @@ namespace {
 /// The kernel counts in sectors of this size, whatever the device's own blocks are.
 constexpr uint64_t bytesPerSector = 512;
 
-/// Reads the first line of an attribute; empty when the device lacks it.
+/// Returns the text of an attribute; empty when the device lacks it.
 std::string readText(const std::filesystem::path& attribute) {
     std::string line;
     std::getline(std::ifstream(attribute), line);
@@ -29,14 +33,6 @@ uint64_t readNumber(const std::filesystem::path& attribute) {
     uint64_t number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
     return number;
-}
-
-std::vector<std::string> namesIn(const std::filesystem::path& folder) {
-    std::vector<std::string> names;
-    std::error_code isMissing;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, isMissing))
-        names.push_back(entry.path().filename().string());
-    return names;
 }
 
 using Database = std::unique_ptr<udev, Release<udev_unref>>;
@@ -51,41 +47,46 @@ std::string readDatabaseName(udev* database, const std::string& name) {
     return text ? text : "";
 }
 
-/// Counts the devices of the mounted file system that this one belongs to; 0 when there is none. A file
-/// system on several devices is mounted from one of them, and the kernel tells only here which others belong
-/// to it.
-size_t countMembersOfFileSystem(const std::string& name) {
-    for (const std::string& fileSystem : namesIn("/sys/fs/btrfs")) {
-        const auto members = std::filesystem::path("/sys/fs/btrfs") / fileSystem / "devices";
-        if (std::filesystem::exists(members / name)) return namesIn(members).size();
-    }
-    return 0;
+/// Notes what lies upon the device and below it.
+void addStack(BlockDevice& device) {
+    const std::filesystem::path path = device.path;
+    device.holders = namesIn(path / "holders");
+    device.slaves = namesIn(path / "slaves");
+    // What caches onto a device holds it, but is not listed among its holders.
+    if (!namesIn(path / "bcache").empty()) device.users.emplace_back("bcache");
 }
 
-/// What caches onto a device holds it, but is not listed among its holders.
-std::vector<std::string> readCaches(const std::filesystem::path& device) {
-    if (!std::filesystem::exists(device / "bcache")) return {};
-    return {"bcache"};
+std::optional<uint64_t> readBytesWritten(const std::filesystem::path& path) {
+    const auto bytes = DiskStatistics(path).bytesWritten();
+    return bytes.isSuccess() ? std::optional(bytes.value) : std::nullopt;
 }
 
 BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
     const std::string name = path.filename().string();
-    const size_t members = countMembersOfFileSystem(name);
     return {
         .name = name,
         .path = path.string(),
         .sequenceNumber = readSequenceNumber(path),
         .sizeBytes = readNumber(path / "size") * bytesPerSector,
         .isReadOnly = readNumber(path / "ro") != 0,
+        .isRemovable = readNumber(path / "removable") != 0,
         .partitionNumber = static_cast<unsigned>(readNumber(path / "partition")),
         .cardType = readText(path / "device/type"),
         .databaseName = readDatabaseName(database, name),
-        .holders = namesIn(path / "holders"),
-        .slaves = namesIn(path / "slaves"),
-        .users = readCaches(path),
-        .spansDisks = members > 1,
-        .isFileSystemActive = members > 0,
+        .bytesWritten = readBytesWritten(path),
     };
+}
+
+/// Runs the reading of some signs of use. If they can't be read, every sign may be missing from any of these
+/// devices.
+template <typename Reading>
+void readOrDoubt(std::span<BlockDevice> devices, Reading reading) {
+    try {
+        reading();
+    } catch (const PlatformError&) {
+        for (BlockDevice& device : devices)
+            device.isUseUnknown = true;
+    }
 }
 
 }  // namespace
@@ -98,8 +99,12 @@ Machine readKernelDevices() {
         const auto path = std::filesystem::canonical("/sys/class/block/" + name, isGone);
         if (!isGone) machine.devices.push_back(readDevice(database.get(), path));
     }
+    for (BlockDevice& device : machine.devices)
+        readOrDoubt({&device, 1}, [&] { addStack(device); });
     addUses(machine);
-    addLocks(machine);
+    readOrDoubt(machine.devices, [&] { addUsers(machine); });
+    readOrDoubt(machine.devices, [&] { addSpanningFileSystems(machine); });
+    readOrDoubt(machine.devices, [&] { addLocks(machine); });
     machine.isSettling = std::filesystem::exists("/run/udev/queue");
     return machine;
 }

@@ -1,25 +1,38 @@
 #include "utilities/linux/system/LinuxSystem.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <climits>
 #include <thread>
 
-#include "foundation/Errors.h"
+#include "utilities/linux/DiskProtection.h"
+#include "utilities/linux/system/ActiveFileSystems.h"
+#include "utilities/linux/system/HelperProcess.h"
 #include "utilities/linux/system/KernelDevices.h"
 #include "utilities/linux/system/UDisksConnection.h"
 
 namespace tessel {
 
-Machine LinuxSystem::read() {
-    Machine machine = readKernelDevices();
-    UDisksConnection().describe(machine.devices);
-    // What was read in between counts only if it was all about the same medium.
+namespace {
+
+/// What was read before this counts only if it was all about the same medium.
+void readSequenceNumbersAgain(Machine& machine) {
     for (BlockDevice& device : machine.devices)
         device.sequenceNumberAfterwards = readSequenceNumber(device.path);
+}
+
+}  // namespace
+
+Machine LinuxSystem::read(const std::string& identifier) {
+    Machine machine = readKernelDevices();
+    UDisksConnection().describe(machine.devices);
+    readSequenceNumbersAgain(machine);
+    const BlockDevice* disk = findListedDisk(machine, identifier);
+    // This comes after the mounts, so that what was unmounted in between is not taken for mounted elsewhere.
+    if (disk && !protectionOf(machine, *disk)) {
+        noteActiveFileSystems(machine, *disk);
+        readSequenceNumbersAgain(machine);
+    }
     return machine;
 }
 
@@ -32,17 +45,7 @@ FileDescriptor LinuxSystem::open(const std::string& device) {
 }
 
 void LinuxSystem::flush(Time deadline) {
-    // Nothing can end a sync() early, so a process of its own waits for it.
-    const pid_t flusher = fork();
-    if (flusher < 0) throw posixError("The disks could not be flushed", errno);
-    if (flusher == 0) {
-        close_range(0, UINT_MAX, 0);
-        sync();
-        _exit(0);
-    }
-    const Time end = std::min(deadline, now() + std::chrono::seconds(10));
-    while (waitpid(flusher, nullptr, WNOHANG) == 0 && now() < end)
-        wait(std::chrono::milliseconds(20));
+    answersOf([](int) { sync(); }, std::min(deadline, now() + std::chrono::seconds(10)));
 }
 
 BlockSystem::Ejection LinuxSystem::eject(const std::string& device, Time deadline) {

@@ -8,7 +8,7 @@ namespace tessel {
 /// is read from the kernel and the device database.
 class LinuxSystem : public BlockSystem {
   public:
-    Machine read() override;
+    Machine read(const std::string& identifier) override;
     void unmount(const std::string& device, Time deadline) override;
     FileDescriptor open(const std::string& device) override;
     void flush(Time deadline) override;

@@ -113,7 +113,9 @@ void describeDrive(UDisksDrive* drive, UDisksRecord& record) {
 }
 
 UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
+    const std::string drivePath = text(udisks_block_get_drive(block));
     UDisksRecord record{
+        .drive = drivePath == "/" ? "" : drivePath,  // that is how UDisks2 says that there is none
         .sequenceNumber = sequenceNumberInLinks(udisks_block_get_symlinks(block)),
         .fileSystem = text(udisks_block_get_id_type(block)),
         .volumeName = text(udisks_block_get_id_label(block)),

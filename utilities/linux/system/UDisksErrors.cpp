@@ -1,8 +1,15 @@
 #include "utilities/linux/system/UDisksErrors.h"
 
+#include <locale.h>
 #include <udisks/udisks.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <optional>
+#include <vector>
 
 namespace tessel {
 
@@ -31,13 +38,41 @@ std::optional<std::string> adviceOnAuthorization(const GError& error) {
     return std::nullopt;
 }
 
+/// Returns the languages in which the programs of this computer may speak, besides English: the user's and
+/// the system's own.
+std::vector<std::string> localeNames() {
+    std::vector<std::string> names;
+    if (const char* const language = std::getenv("LANG")) names.emplace_back(language);
+    for (const char* const path : {"/etc/locale.conf", "/etc/default/locale"}) {
+        std::ifstream settings(path);
+        for (std::string line; std::getline(settings, line);) {
+            std::erase(line, '"');
+            if (line.starts_with("LANG=")) names.push_back(line.substr(5));
+        }
+    }
+    return names;
+}
+
+/// Returns whether the text contains the system's words for this errno, in whichever of those languages.
+bool mentions(const std::string& text, int error) {
+    if (text.find(systemErrorText(error)) != std::string::npos) return true;
+    const auto names = localeNames();
+    return std::ranges::any_of(names, [&](const std::string& name) {
+        const locale_t locale = newlocale(LC_CTYPE_MASK | LC_MESSAGES_MASK, name.c_str(), nullptr);
+        if (!locale) return false;
+        const std::string words = strerror_l(error, locale);
+        freelocale(locale);
+        return text.find(words) != std::string::npos;
+    });
+}
+
 }  // namespace
 
 bool isBusy(const GError& error) {
-    // A failed exclusive opening has no code of its own, only these words.
+    // A failed exclusive opening has no code of its own, only the system's words, in the language of the
+    // service.
     return hasCode(error, UDISKS_ERROR_DEVICE_BUSY) ||
-           (hasCode(error, UDISKS_ERROR_FAILED) &&
-            ownWords(error).find("Device or resource busy") != std::string::npos);
+           (hasCode(error, UDISKS_ERROR_FAILED) && mentions(ownWords(error), EBUSY));
 }
 
 bool isFailedAttempt(const GError& error) {

@@ -1,0 +1,57 @@
+#include "utilities/linux/system/ActiveFileSystems.h"
+
+#include <sys/quota.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "utilities/linux/system/DeviceUses.h"
+#include "utilities/linux/system/HelperProcess.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr std::chrono::seconds timeToAnswer{1};
+constexpr char active = '1';
+constexpr char inactive = '0';
+
+/// Returns 0 or the errno of a question that the kernel answers without any rights: which format the quotas
+/// of the device's file system have.
+int askForQuotas(const char* device) {
+    int format = 0;
+    const int result = quotactl(QCMD(Q_GETFMT, USRQUOTA), device, 0, reinterpret_cast<char*>(&format));
+    return result == 0 ? 0 : errno;
+}
+
+/// Writes a letter for each device, in their order.
+void writeAnswers(const std::vector<std::string>& devices, int answers) {
+    for (const std::string& device : devices) {
+        const char answer = askForQuotas(device.c_str()) == ENODEV ? inactive : active;
+        if (write(answers, &answer, 1) != 1) return;
+    }
+}
+
+}  // namespace
+
+void noteActiveFileSystems(Machine& machine, const BlockDevice& disk) {
+    // A kernel without quotas says the same of everything.
+    if (askForQuotas("/dev/null") == ENOSYS) return;
+    std::vector<std::string> names;
+    std::vector<std::string> paths;
+    for (const BlockDevice* part : partsOf(machine, disk)) {
+        if (!part->mounts.empty()) continue;
+        names.push_back(part->name);
+        paths.push_back("/dev/" + part->name);
+    }
+    const std::string answers = answersOf([&](int descriptor) { writeAnswers(paths, descriptor); },
+                                          std::chrono::steady_clock::now() + timeToAnswer);
+    for (size_t index = 0; index < names.size(); ++index) {
+        if (index < answers.size() && answers[index] == inactive) continue;
+        changeDevice(machine, names[index], [](BlockDevice& part) { part.isFileSystemActive = true; });
+    }
+}
+
+}  // namespace tessel
