@@ -4,12 +4,24 @@
 #include <set>
 #include <sstream>
 
+#include "foundation/Errors.h"
 #include "tests/support/LoopDeviceTest.h"
 #include "tests/support/MountTables.h"
 #include "utilities/linux/system/DeviceLocks.h"
 #include "utilities/linux/system/DeviceUsers.h"
+#include "utilities/linux/system/KernelFiles.h"
 
 namespace tessel {
+
+namespace {
+
+/// Writes a file whose path is relative to the root, with the folders on its way.
+void writeFile(const TemporaryFolder& root, const std::string& path, const std::string& text) {
+    std::filesystem::create_directories((root.path() / path).parent_path());
+    root.write(path, text);
+}
+
+}  // namespace
 
 using UsedLoopDeviceTests = LoopDeviceTest;
 
@@ -34,6 +46,7 @@ TEST_F(UsedLoopDeviceTests, areFoundByTheirNumberAndByEveryPath) {
         {mounted, "/a", 1, false},
         {"36 35 0:99 / /srv rw - btrfs " + link + " rw\n", link, 1, true},
         {"36 35 0:99 / /srv rw - tmpfs none rw\n", loop.path(), 0, true},
+        {"36 35 0:99 / /srv rw - fuse.sshfs " + link + " rw\n", "/a", 0, false},
     };
     for (const auto& [mounts, swap, mountsFound, isSwap] : cases) {
         SCOPED_TRACE(mounts + swap);
@@ -60,16 +73,69 @@ TEST(DeviceUsesTests, everyUserThatTheKernelRevealsIsRead) {
         {"sys/kernel/config/target/core/iblock_0/shelf/udev_path", "shelf"},
         {"sys/kernel/config/nvmet/subsystems/tides/namespaces/1/device_path", "tides"},
         {"sys/kernel/config/usb_gadget/g1/functions/mass_storage.0/lun.0/file", "g1"}};
-    for (const auto& [file, user] : files) {
-        std::filesystem::create_directories((root.path() / file).parent_path());
-        root.write(file, "/dev/" + user);
-    }
+    for (const auto& [file, user] : files)
+        writeFile(root, file, "/dev/" + user);
+    writeFile(root, "sys/bus/xen-backend/devices/vbd-1-51712/physical_device", "8:1f\n");
+    writeFile(root, "sys/bus/xen-backend/devices/vbd-2-51712/physical_device", "\n");
     const auto users = readDeviceUsers(root.path());
-    ASSERT_EQ(users.size(), std::size(files));
-    for (size_t i = 0; i < users.size(); ++i) {
+    ASSERT_EQ(users.size(), std::size(files) + 1);
+    for (size_t i = 0; i < std::size(files); ++i) {
         EXPECT_EQ(users[i].name, files[i].second);
         EXPECT_EQ(users[i].path, "/dev/" + files[i].second);
     }
+    EXPECT_EQ(users.back().name, "vbd-1-51712");
+    EXPECT_EQ(users.back().path, "/sys/dev/block/8:31");
+}
+
+TEST(DeviceUsesTests, fileSystemsThatMaySpanDisksAreFound) {
+    const TemporaryFolder root;
+    const auto link = [&root](const std::string& path, const std::string& device) {
+        writeFile(root, "devices/" + device, "");
+        std::filesystem::create_directories((root.path() / path).parent_path());
+        std::filesystem::create_symlink(root.path() / "devices" / device, root.path() / path);
+    };
+    link("sys/fs/btrfs/one/devices/sda", "sda");
+    link("sys/fs/btrfs/two/devices/sdb", "sdb");
+    link("sys/fs/btrfs/two/devices/sdc", "sdc");
+    link("sys/fs/bcachefs/three/dev-0/block", "sdd");
+    link("sys/fs/bcachefs/three/dev-1/block", "sde");
+    writeFile(root, "proc/fs/jbd2/sdf/info", "");
+    writeFile(root, "proc/fs/jbd2/sdg-8/info", "");  // a journal within its own file system
+    const struct {
+        const char* device;
+        bool isActive;
+        bool spansDisks;
+    } cases[] = {{"sda", true, false}, {"sdb", true, true},  {"sdc", true, true},  {"sdd", true, true},
+                 {"sde", true, true},  {"sdf", false, true}, {"sdg", false, false}};
+    Machine machine;
+    for (const auto& expected : cases)
+        machine.devices.push_back({.name = expected.device});
+    addSpanningFileSystems(machine, root.path());
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        SCOPED_TRACE(cases[i].device);
+        EXPECT_EQ(machine.devices[i].isFileSystemActive, cases[i].isActive);
+        EXPECT_EQ(machine.devices[i].spansDisks, cases[i].spansDisks);
+    }
+    EXPECT_FALSE(machine.hasZFSPools);
+    writeFile(root, "proc/spl/kstat/zfs/arcstats", "");
+    addSpanningFileSystems(machine, root.path());
+    EXPECT_FALSE(machine.hasZFSPools) << "the module alone";
+    writeFile(root, "proc/spl/kstat/zfs/tank/state", "ONLINE");
+    addSpanningFileSystems(machine, root.path());
+    EXPECT_TRUE(machine.hasZFSPools);
+}
+
+TEST(DeviceUsesTests, onlyWhatIsNotThereIsTakenForUnused) {
+    const TemporaryFolder root;
+    EXPECT_EQ(firstLineOf(root.path() / "missing"), std::nullopt);
+    EXPECT_TRUE(namesIn(root.path() / "missing").empty());
+    EXPECT_TRUE(filesMatching(root.path() / "missing/*").empty());
+    // A folder can't be read as a file, nor a link to itself as anything.
+    std::filesystem::create_symlink("circle", root.path() / "circle");
+    EXPECT_THROW(static_cast<void>(firstLineOf(root.path())), PlatformError);
+    EXPECT_THROW(static_cast<void>(namesIn(root.path() / "circle")), PlatformError);
+    writeFile(root, "sys/block/loop3/loop/backing_file/none", "");
+    EXPECT_THROW(static_cast<void>(readDeviceUsers(root.path())), PlatformError);
 }
 
 }  // namespace tessel

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <sys/swap.h>
+#include <sys/sysmacros.h>
 
 #include <fstream>
 
@@ -141,6 +143,52 @@ TEST_F(LinuxProgramsTests, aLoopDeviceOrALockedRangeProtectsWhatItLiesOn) {
     ASSERT_EQ(fcntl(server.get(), F_OFD_SETLK, &range), 0);
     EXPECT_THAT(authopen().errors, HasSubstr("Resource busy: another program"));
     EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(LinuxProgramsTests, aLockThroughAnotherDeviceNodeIsSeen) {
+    startUDisks();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
+    struct stat status{};
+    ASSERT_EQ(stat(loop->path().c_str(), &status), 0);
+    const auto locked = folder.path() / "locked";
+    // As a system virtual machine does: it has a /dev of its own, and its node there is another file.
+    const Companion container(
+        {"unshare", "-m", "--propagation", "private", "sh", "-c",
+         "mount -t tmpfs none /dev && mknod /dev/card b " + std::to_string(major(status.st_rdev)) + " " +
+             std::to_string(minor(status.st_rdev)) + " && exec flock /dev/card sh -c 'touch " +
+             locked.string() + "; sleep 60'"});
+    ASSERT_TRUE(appears(locked));
+    EXPECT_EQ(authopen().errors, "Resource busy: another program is working on " + identifier + ".\n");
+    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
+}
+
+TEST_F(LinuxProgramsTests, aRangeThatIsLockedWhileTheUserIsAskedIsNotTakenForItsOwn) {
+    startUDisks("lock=100\n");
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
+    EXPECT_THAT(authopen().errors, HasSubstr("Resource busy: another program"));
+}
+
+TEST_F(LinuxProgramsTests, aCardThatIsNotRemovableIsProtected) {
+    startUDisks();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
+    TearDown();
+    for (const UtilityRun& run : {authopen(), diskutil({"unmountDisk", "force", "/dev/" + identifier}),
+                                  diskutil({"eject", "/dev/" + identifier})})
+        EXPECT_THAT(run.errors, HasSubstr("is protected: it is not a removable medium."));
+}
+
+TEST_F(MountedDiskTests, theJournalOfAFileSystemElsewhereIsInUse) {
+    startUDisks();
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
+    const LoopDevice other({.file = mediumFile("other", mediumSizeInBytes)});
+    const std::string place = "/media/other";
+    std::filesystem::create_directories(place);
+    const auto commands = "mke2fs -q -F -O journal_dev " + loop->path().string() +
+                          " && mke2fs -q -F -t ext4 -J device=" + loop->path().string() + " " +
+                          other.path().string() + " && mount " + other.path().string() + " " + place;
+    ASSERT_EQ(std::system(commands.c_str()), 0);
+    EXPECT_THAT(authopen().errors, HasSubstr("is protected: it is part of a file system that may span"));
+    EXPECT_EQ(umount2(place.c_str(), 0), 0);
 }
 
 TEST_F(MountedDiskTests, whatAContainerMountedIsProtected) {

@@ -5,7 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <string_view>
+
 #include "tests/support/LoopDeviceTest.h"
+#include "utilities/linux/system/ActiveFileSystems.h"
 
 namespace tessel {
 
@@ -28,6 +32,35 @@ extern "C" void sync() noexcept {
     dprintf(lowest.get(), "%d", lowest.get());
 }
 
+/// Replaces the system's call in this program: the kernel never answers about one disk.
+extern "C" int quotactl(int, const char* device, int, caddr_t) noexcept {
+    if (std::string_view(device) == "/dev/stuck") pause();
+    errno = std::string_view(device) == "/dev/used"  ? ESRCH
+            : std::string_view(device) == "/dev/odd" ? EIO
+                                                     : ENODEV;
+    return -1;
+}
+
+TEST(LinuxSystemTests, silenceAboutAFileSystemAndAnyOtherDoubtMeansThatItIsInUse) {
+    const struct {
+        const char* part;
+        bool isActive;
+    } cases[] = {{"unused", false},  {"used", true},  {"odd", true},
+                 {"mounted", false}, {"stuck", true}, {"after", true}};
+    Machine machine{.devices = {{.name = "disk", .path = "/sys/block/disk"},
+                                {.name = "other", .path = "/sys/block/other"}}};
+    for (const auto& expected : cases)
+        machine.devices.push_back(
+            {.name = expected.part, .path = std::string("/sys/block/disk/") + expected.part});
+    machine.devices[5].mounts.push_back({.target = "/media/ada/CARD", .isByUDisks = true});
+    const auto begin = std::chrono::steady_clock::now();
+    noteActiveFileSystems(machine, machine.devices[0]);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    for (size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(machine.devices[2 + i].isFileSystemActive, cases[i].isActive) << cases[i].part;
+    EXPECT_FALSE(machine.devices[1].isFileSystemActive) << "another disk is not asked about";
+}
+
 TEST(LinuxSystemTests, flushingIsWaitedForUntilTheDeadlineAndKeepsNothingOpen) {
     LinuxSystem system;
     FileDescriptor lock = openReadWrite(log());
@@ -39,7 +72,8 @@ TEST(LinuxSystemTests, flushingIsWaitedForUntilTheDeadlineAndKeepsNothingOpen) {
     system.flush(begin);
     EXPECT_LT(system.now() - begin, std::chrono::seconds(5));
     lock.close();
-    waitpid(-1, nullptr, 0);
+    while (waitpid(-1, nullptr, 0) < 0 && errno == EINTR) {
+    }
 }
 
 }  // namespace tessel
