@@ -151,8 +151,9 @@ class LinuxProgramsTest : public LoopDeviceTest {
         return lines;
     }
     SDWholeDisk info() const {
-        return parseDiskInfo(diskutil({"info", "-plist", "/dev/" + identifier}).output, identifier, nullptr)
-            .value();
+        const UtilityRun run = diskutil({"info", "-plist", "/dev/" + identifier});
+        if (run.status != 0) return {};
+        return parseDiskInfo(run.output, identifier, nullptr).value();
     }
     /// Nothing may be opened where "/" lies on no disk, as in most containers.
     bool isSystemDiskKnown() const { return diskutil({"info", "-plist", "/dev/disk0"}).status == 0; }
