@@ -53,18 +53,31 @@ TEST_F(ImageTransferTests, writesAndVerifiesImagesOfEverySize) {
     }
 }
 
-TEST_F(ImageTransferTests, anExchangedMediumEndsTheTransferBeforeItIsTouched) {
-    for (const auto phase : {writingImage, verifyingImage}) {
-        useImage(2 * chunk);
-        medium = {.bytes = medium.bytes};
-        onReport = [&](const ImageWriteProgress& report) {
-            if (report.phase == phase && report.completedBytes == chunk)
-                medium.disturbance = Disturbance::exchanged;
-        };
-        EXPECT_THAT(failure(), testing::StartsWith("The selected disk changed after it was scanned."));
-        EXPECT_EQ(medium.writes, phase == writingImage ? 1 : 2);
-        EXPECT_EQ(medium.readOffsets.size(), phase == writingImage ? 0u : 1u);
+TEST_F(ImageTransferTests, aDisturbedMediumEndsTheTransferBeforeItIsTouched) {
+    const std::pair<Disturbance, const char*> disturbances[] = {
+        {Disturbance::exchanged, "The selected disk changed after it was scanned."},
+        {Disturbance::possiblyExchanged, "The computer was asleep while the SD card was open"},
+        {Disturbance::writtenByOthers, "Another program is writing to this card."}};
+    for (const auto& [disturbance, sentence] : disturbances) {
+        for (const auto phase : {writingImage, synchronizing, verifyingImage}) {
+            useImage(2 * chunk);
+            medium = {.bytes = medium.bytes};
+            onReport = [&](const ImageWriteProgress& report) {
+                const bool isBetweenChunks = report.completedBytes == chunk || phase == synchronizing;
+                if (report.phase == phase && isBetweenChunks) medium.disturbance = disturbance;
+            };
+            EXPECT_THAT(failure(phase == verifyingImage), testing::StartsWith(sentence));
+            EXPECT_EQ(medium.writes, phase == writingImage ? 1 : 2);
+            EXPECT_EQ(medium.readOffsets.size(), phase == verifyingImage ? 1U : 0U);
+        }
     }
+}
+
+TEST_F(ImageTransferTests, theRestOfAShortWriteDoesNotGoToAnotherMedium) {
+    useImage(chunk);
+    medium.isExchangedDuringWrite = true;
+    EXPECT_THAT(failure(), testing::StartsWith("The selected disk changed after it was scanned."));
+    EXPECT_EQ(medium.writes, 1);
 }
 
 TEST_F(ImageTransferTests, whatCannotFitIsRefused) {

@@ -17,6 +17,7 @@ struct Medium {
     int writes = 0;
     int synchronizations = 0;
     Disturbance disturbance = Disturbance::none;
+    bool isExchangedDuringWrite = false;  ///< after a write that was short
 };
 
 class MemoryDevice : public RawDevice {
@@ -28,6 +29,10 @@ class MemoryDevice : public RawDevice {
     SystemResult disableCaching() override { return {}; }
     SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
         ++medium.writes;
+        if (medium.isExchangedDuringWrite) {
+            bytes = bytes.first(bytes.size() / 2);
+            medium.disturbance = Disturbance::exchanged;
+        }
         std::memcpy(medium.bytes.data() + offset, bytes.data(), bytes.size());
         return {.value = bytes.size()};
     }

@@ -39,6 +39,19 @@ TEST_F(HostileSystemTests, aCardThatIsPulledEndsTheWriteAndIsLetGo) {
     EXPECT_TRUE(openReadWrite(loop->path(), O_EXCL).isOpen());
 }
 
+TEST_F(HostileSystemTests, aProgramThatWritesToTheCardEndsTheWrite) {
+    const auto sentence = "Another program is writing to this card.";
+    const auto scribble = [this] {
+        const FileDescriptor other = openReadWrite(loop->path());
+        ASSERT_EQ(pwrite(other.get(), "scribble", 8, 32 << 20), 8);
+        ASSERT_EQ(fsync(other.get()), 0);
+    };
+    EXPECT_EQ(writeWhile(scribble), sentence);
+
+    startUDisks("scribble=yes\n");
+    EXPECT_EQ(authopen().errors, sentence + std::string("\n")) << "while the user is asked";
+}
+
 TEST_F(HostileSystemTests, aSecondCopyLeavesTheCardAlone) {
     const auto meddle = [this] {
         for (const UtilityRun& run : {unmount(), authopen(), eject()})

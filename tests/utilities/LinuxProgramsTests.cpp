@@ -1,22 +1,50 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <sys/swap.h>
 #include <sys/sysmacros.h>
 
 #include <fstream>
 
 #include "tests/utilities/LinuxProgramsTest.h"
-#include "utilities/linux/system/KernelDevices.h"
 
 namespace tessel {
 
 using testing::Contains;
 using testing::HasSubstr;
-using testing::Not;
+
+namespace {
+
+/// Returns a catalog of translations in the format of GNU gettext, with one text in it.
+std::string catalogOf(const std::string& text, const std::string& translation) {
+    const std::string header = "Content-Type: text/plain; charset=UTF-8\n";
+    constexpr uint32_t numbers = 7;
+    constexpr uint32_t entry = 8;
+    const auto length = [](const std::string& string) { return static_cast<uint32_t>(string.size()); };
+    const uint32_t texts = 4 * numbers + 4 * entry;
+    const uint32_t translations = texts + 1 + length(text) + 1;
+    const uint32_t words[] = {0x950412de,
+                              0,
+                              2,
+                              4 * numbers,
+                              4 * numbers + 2 * entry,
+                              0,
+                              0,
+                              0,
+                              texts,
+                              length(text),
+                              texts + 1,
+                              length(header),
+                              translations,
+                              length(translation),
+                              translations + length(header) + 1};
+    std::string catalog(reinterpret_cast<const char*>(words), sizeof words);
+    for (const std::string& string : {std::string(), text, header, translation})
+        catalog += string + '\0';
+    return catalog;
+}
+
+}  // namespace
 
 class LinuxProgramsTests : public LinuxProgramsTest {};
-
-class MountedDiskTests : public MountedDiskTest {};
 
 TEST_F(LinuxProgramsTests, withoutUDisksTheySayWhatIsMissing) {
     const UtilityRun withBus = authopen();
@@ -128,6 +156,21 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     }
 }
 
+TEST_F(LinuxProgramsTests, aBusyReaderIsRecognizedInTheLanguageOfTheService) {
+    // The C library looks for its own texts there, even in a locale that it brings along.
+    const std::filesystem::path translations = "/usr/share/locale";
+    ASSERT_EQ(::mount("tmpfs", translations.c_str(), "tmpfs", 0, nullptr), 0);
+    coveredFlags.push_back(translations);
+    std::filesystem::create_directories(translations / "xx/LC_MESSAGES");
+    std::ofstream(translations / "xx/LC_MESSAGES/libc.mo", std::ios::binary)
+        << catalogOf("Device or resource busy", "Ledig ist es nicht");
+    setenv("LANG", "C.UTF-8", 1);
+    setenv("LANGUAGE", "xx", 1);
+    startUDisks("eject=Failed\nmessage=eject: Ledig ist es nicht\n");
+    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
+    EXPECT_THAT(diskutil({"eject", "/dev/" + identifier}).errors, HasSubstr("Resource busy"));
+}
+
 TEST_F(LinuxProgramsTests, aLoopDeviceOrALockedRangeProtectsWhatItLiesOn) {
     startUDisks();
     if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
@@ -175,110 +218,6 @@ TEST_F(LinuxProgramsTests, aCardThatIsNotRemovableIsProtected) {
     for (const UtilityRun& run : {authopen(), diskutil({"unmountDisk", "force", "/dev/" + identifier}),
                                   diskutil({"eject", "/dev/" + identifier})})
         EXPECT_THAT(run.errors, HasSubstr("is protected: it is not a removable medium."));
-}
-
-TEST_F(MountedDiskTests, theJournalOfAFileSystemElsewhereIsInUse) {
-    startUDisks();
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
-    const LoopDevice other({.file = mediumFile("other", mediumSizeInBytes)});
-    const std::string place = "/media/other";
-    std::filesystem::create_directories(place);
-    const auto commands = "mke2fs -q -F -O journal_dev " + loop->path().string() +
-                          " && mke2fs -q -F -t ext4 -J device=" + loop->path().string() + " " +
-                          other.path().string() + " && mount " + other.path().string() + " " + place;
-    ASSERT_EQ(std::system(commands.c_str()), 0);
-    EXPECT_THAT(authopen().errors, HasSubstr("is protected: it is part of a file system that may span"));
-    EXPECT_EQ(umount2(place.c_str(), 0), 0);
-}
-
-TEST_F(MountedDiskTests, whatAContainerMountedIsProtected) {
-    mount("uhelper=udisks2");
-    const Companion container({"unshare", "-m", "--propagation", "private", "sleep", "60"});
-    const auto isEntered = [&] { return contentOf(container.folder() / "comm") == "sleep\n"; };
-    while (!isEntered())
-        std::this_thread::yield();
-    startUDisks("mounted at=" + std::string(mountPoint) + "\n");
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
-    for (int attempt = 1; attempt <= 2; ++attempt) {
-        const UtilityRun run = unmount();
-        EXPECT_EQ(run.status, 1);
-        EXPECT_THAT(run.errors, HasSubstr("a volume on it is mounted elsewhere"));
-        EXPECT_FALSE(isMounted());
-    }
-    EXPECT_FALSE(info().isWritable);
-    EXPECT_THAT(authopen().errors, HasSubstr("a volume on it is mounted elsewhere"));
-}
-
-TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
-    const auto device = "/sys/block" / loop->path().filename();
-    const auto pretended = folder.path() / "pretended";
-    for (const char* name : {"holders/dm-7", "slaves/sdz"})
-        std::filesystem::create_directories(pretended / name);
-    for (const auto& [name, text] : {std::pair("ro", "1\n"), {"size", "4096\n"}})
-        std::ofstream(pretended / name) << text;
-    const auto names = {"holders", "slaves", "ro", "size"};
-    for (const auto* name : names)
-        ASSERT_EQ(::mount((pretended / name).c_str(), (device / name).c_str(), nullptr, MS_BIND, nullptr), 0);
-
-    ASSERT_EQ(::mount("tmpfs", "/sys/fs", "tmpfs", 0, nullptr), 0);
-    const std::filesystem::path members = "/sys/fs/btrfs/tides/devices";
-    for (const auto& member : {std::filesystem::path(), device.filename(), std::filesystem::path("sdz")}) {
-        std::filesystem::create_directories(members / member);
-        const Machine machine = readKernelDevices();
-        const auto read = std::ranges::find(machine.devices, device.filename().string(), &BlockDevice::name);
-        ASSERT_NE(read, machine.devices.end());
-        EXPECT_THAT(read->holders, testing::ElementsAre("dm-7"));
-        EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
-        EXPECT_TRUE(read->isReadOnly);
-        EXPECT_EQ(read->sizeBytes, 4096U * 512);
-        EXPECT_EQ(read->partitionNumber, 0U);
-        EXPECT_EQ(read->isFileSystemActive, !member.empty());
-        EXPECT_EQ(read->spansDisks, member == "sdz");
-    }
-    for (const auto* name : names)
-        umount2((device / name).c_str(), MNT_DETACH);
-}
-
-TEST_F(MountedDiskTests, aFileThatSwapsProtectsItsDisk) {
-    mountWith("uhelper=udisks2");
-    const std::string file = std::string(mountPoint) + "/swap";
-    const auto format = "dd if=/dev/zero of=" + file + " bs=1M count=4 status=none && chmod 600 " + file +
-                        " && mkswap " + file + " >/dev/null";
-    ASSERT_EQ(std::system(format.c_str()), 0);
-    if (swapon(file.c_str(), 0) != 0) GTEST_SKIP() << "needs swap files";
-    EXPECT_THAT(unmount().errors, HasSubstr("it is used as swap space"));
-    EXPECT_EQ(swapoff(file.c_str()), 0);
-}
-
-TEST_F(MountedDiskTests, whatUDisksMountedIsUnmounted) {
-    mountWith("uhelper=udisks2");
-    EXPECT_TRUE(info().isWritable);
-    EXPECT_THAT(authopen().errors, HasSubstr("Resource busy")) << "mounted";
-    const UtilityRun run = unmount();
-    EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_FALSE(isMounted());
-    EXPECT_EQ(authopen().status, 0);
-}
-
-TEST_F(MountedDiskTests, whatTheSystemMountedIsProtected) {
-    mountWith("rw");
-    EXPECT_FALSE(info().isWritable);
-    EXPECT_THAT(unmount().errors, HasSubstr("is protected"));
-    EXPECT_THAT(authopen().errors, HasSubstr("is protected"));
-    EXPECT_TRUE(isMounted());
-    EXPECT_THAT(calls(), testing::ElementsAre("ready"));
-}
-
-TEST_F(MountedDiskTests, aVolumeInUseStaysMounted) {
-    mountWith("uhelper=udisks2");
-    const auto file = std::filesystem::path(mountPoint) / "file";
-    const FileDescriptor user(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    for (const UtilityRun& run : {unmount(), diskutil({"eject", "/dev/" + identifier})}) {
-        EXPECT_EQ(run.status, 1);
-        EXPECT_THAT(run.errors, HasSubstr("Resource busy"));
-    }
-    EXPECT_TRUE(isMounted());
-    EXPECT_THAT(calls(), Not(Contains(HasSubstr("force"))));
 }
 
 }  // namespace tessel
