@@ -14,6 +14,7 @@
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
 #include "platform/ChildProcess.h"
+#include "platform/concurrency/Background.h"
 
 /// Not every system's headers declare it.
 extern char** environ;  // NOLINT(readability-redundant-declaration)
@@ -98,6 +99,14 @@ PlatformError tooTalkative(const std::string& program) {
     return {"Process", E2BIG, program + " was ended, because it printed more than " + limit + "."};
 }
 
+/// Waits until the child has ended and reaps it. Returns its status as waitpid(2) does.
+int waitForEnd(pid_t child) {
+    int status = SIGKILL;  // an unknown ending counts as a kill, never as a success
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
 /// Returns the time for poll(2), rounded up so that poll never returns just before the deadline.
 int millisecondsUntil(std::optional<Clock::time_point> deadline) {
     if (!deadline) return -1;
@@ -131,7 +140,16 @@ Process::Process(const Command& command, const Outputs& outputs) : Process(comma
 Process::~Process() {
     if (!identifier) return;
     kill(identifier.value(), SIGKILL);
-    reap();
+    try {
+        Streams none;
+        if (exitSignal.isOpen() && readUntilExit(none, Clock::now() + killDelay)) {
+            reap();
+            return;
+        }
+    } catch (const PlatformError&) {
+        // What can't be watched is not waited for either.
+    }
+    giveUp();
 }
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
@@ -140,13 +158,17 @@ Process::Ending Process::waitUntilExit(const WaitOptions& options) {
     if (options.timeout) timeoutEnd = Clock::now() + *options.timeout;
 
     Ending ending;
-    if (!readUntilExit(streams, timeoutEnd)) {
-        ending.didTimeOut = true;
-        kill(identifier.value(), SIGTERM);
-        if (!readUntilExit(streams, Clock::now() + killDelay)) {
-            kill(identifier.value(), SIGKILL);
-            readUntilExit(streams, std::nullopt);
-        }
+    bool hasEnded = readUntilExit(streams, timeoutEnd);
+    ending.didTimeOut = !hasEnded;
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        if (hasEnded) break;
+        kill(identifier.value(), signal);
+        hasEnded = readUntilExit(streams, Clock::now() + killDelay);
+    }
+    if (!hasEnded) {
+        giveUp();
+        ending.termination = {Termination::Reason::signal, SIGKILL};
+        return ending;
     }
     ending.termination = reap();
     readUntilFinished(streams, Clock::now() + streamGrace);
@@ -189,11 +211,18 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
     return watched.back().revents != 0;
 }
 
-Process::Termination Process::reap() {
+/// Leaves the killed child to a thread, which reaps it once it ends. The number is that thread's alone.
+void Process::giveUp() {
     const int child = std::exchange(identifier, std::nullopt).value();
-    int status = SIGKILL;  // an ending that nobody can tell us counts as a kill, never as a success
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    try {
+        startThread([child] { waitForEnd(child); }).detach();
+    } catch (const PlatformError&) {
+        // Without a thread the child remains a zombie until this program ends.
     }
+}
+
+Process::Termination Process::reap() {
+    const int status = waitForEnd(std::exchange(identifier, std::nullopt).value());
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};

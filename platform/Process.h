@@ -15,8 +15,10 @@
 namespace tessel {
 
 /// A child process. Its standard input is the null device, and apart from its two outputs no descriptor of
-/// this program reaches it. A child that is still running when its Process is dropped is killed. A Process
-/// must not be used on several threads at once.
+/// this program reaches it. A child that is still running when its Process is dropped is killed. One that
+/// does not end `killDelay` after it was killed, because it waits for a device in the kernel, is given up:
+/// nothing waits for it any longer, and it is reaped when it ends. A Process must not be used on several
+/// threads at once.
 class Process {
   public:
     /// These become the child's own; the caller still has to close its copies.
@@ -47,7 +49,8 @@ class Process {
 
     struct WaitOptions {
         std::span<const Stream> streams;
-        /// When it elapses the child is asked to end (SIGTERM), and `killDelay` later it is killed.
+        /// When it elapses the child is asked to end (SIGTERM), `killDelay` later it is killed, and another
+        /// `killDelay` later it is given up, which counts as an ending by that signal.
         std::optional<std::chrono::nanoseconds> timeout;
     };
 
@@ -84,6 +87,7 @@ class Process {
     bool readUntilExit(Streams& streams, std::optional<TimePoint> deadline) const;
     void readUntilFinished(Streams& streams, TimePoint deadline) const;
     bool readWhatIsThere(Streams& streams, std::optional<TimePoint> deadline) const;
+    void giveUp();
     Termination reap();
 
     std::string name;               ///< in quotation marks, for error texts
