@@ -1,15 +1,8 @@
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusUnixFileDescriptor>
-#include <QDBusVirtualObject>
 #include <QStandardPaths>
 #include <QWindow>
-#include <cstdio>
 
+#include "platform/qt/SleepBlock.h"
+#include "tests/app/StandInServices.h"
 #include "tests/app/WindowTest.h"
 
 namespace tessel {
@@ -17,57 +10,10 @@ namespace tessel {
 namespace {
 
 using testing::ElementsAre;
-
-/// Is on a bus of its own, to which this process is led by the variable. Shows notifications, and grants
-/// every wish to stay awake.
-class DesktopService : public QDBusVirtualObject {
-  public:
-    DesktopService(const char* variable, const QString& service, const QString& path) : name(service) {
-        auto* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
-        char address[200] = "";
-        if (!output || std::fscanf(output, "%199s %d", address, &bus) != 2)
-            throw std::runtime_error("no bus");
-        pclose(output);
-        qputenv(variable, address);
-        auto connection = QDBusConnection::connectToBus(address, name);
-        if (!connection.registerVirtualObject(path, this) || !connection.registerService(service))
-            throw std::runtime_error(connection.lastError().message().toStdString());
-    }
-    ~DesktopService() override {
-        QDBusConnection::disconnectFromBus(name);
-        kill(bus, SIGTERM);
-    }
-
-    QString introspect(const QString&) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.member() == "Notify" && message.signature() == "susssasa{sv}i") {
-            shown.push_back(message.arguments()[3].toString().toStdString() + " | " +
-                            message.arguments()[4].toString().toStdString());
-            return connection.send(message.createReply(1u));
-        }
-        int ends[2];
-        if (message.member() != "Inhibit" || pipe2(ends, O_CLOEXEC) != 0) return false;
-        wishes << message.arguments();
-        watched = FileDescriptor(ends[0]);
-        const FileDescriptor lock(ends[1]);
-        return connection.send(message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(lock.get()))));
-    }
-
-    /// Whether somebody still has the lock that was given last.
-    bool isHeld() const {
-        pollfd lock{.fd = watched.get(), .events = 0, .revents = 0};
-        return watched.isOpen() && poll(&lock, 1, 0) == 0;
-    }
-
-    std::vector<std::string> shown;
-    QList<QVariantList> wishes;
-
-  private:
-    QString name;
-    pid_t bus = 0;
-    FileDescriptor watched;
-};
+using testing::ElementsAreArray;
+using testing::EndsWith;
+using testing::StartsWith;
+using testing::UnorderedElementsAreArray;
 
 class DesktopServicesTests : public WindowTest {
   protected:
@@ -90,38 +36,138 @@ class DesktopServicesTests : public WindowTest {
     }
 };
 
+/// A wish to stay awake, and how it is given back.
+struct Wish {
+    std::string service;
+    std::string wish;
+    std::string end = {};  ///< empty where a lock is closed instead
+};
+
+const Wish login{"org.freedesktop.login1",
+                 "/org/freedesktop/login1 org.freedesktop.login1.Manager.Inhibit | idle | Velmora "
+                 "Tessel | Writing | block"};
+const Wish portal{"org.freedesktop.portal.Desktop",
+                  "/org/freedesktop/portal/desktop org.freedesktop.portal.Inhibit.Inhibit |  | 8 | "
+                  "reason=Writing",
+                  "/request/7 org.freedesktop.portal.Request.Close"};
+const Wish sessionManager{"org.gnome.SessionManager",
+                          "/org/gnome/SessionManager org.gnome.SessionManager.Inhibit | velmora-tessel "
+                          "| 0 | Writing | 8",
+                          "/org/gnome/SessionManager org.gnome.SessionManager.Uninhibit | 7"};
+const Wish powerManager{"org.freedesktop.PowerManagement",
+                        "/org/freedesktop/PowerManagement/Inhibit "
+                        "org.freedesktop.PowerManagement.Inhibit.Inhibit | Velmora Tessel | Writing",
+                        "/org/freedesktop/PowerManagement/Inhibit "
+                        "org.freedesktop.PowerManagement.Inhibit.UnInhibit | 7"};
+
+const std::set<std::string> sessionServices{portal.service, sessionManager.service, powerManager.service};
+
 }  // namespace
 
 TEST_F(DesktopServicesTests, theEndOfAWriteInTheBackgroundIsToldByTheDesktop) {
-    const DesktopService service("DBUS_SESSION_BUS_ADDRESS", "org.freedesktop.Notifications",
-                                 "/org/freedesktop/Notifications");
+    StandInServices services("DBUS_SESSION_BUS_ADDRESS", {});
+    services.run({"org.freedesktop.Notifications"});
     QWindow otherProgram;
     reader.setBehaviour("disk4", {.authorization = "<b> & so on", .delays = {{"unmountDisk", 0.3}}});
     writeBehind(nullptr);
     writeBehind(&otherProgram);
     reader.setBehaviour("disk4", {.delays = {{"unmountDisk", 0.3}}});
     writeBehind(&otherProgram);
-    until([&] { return service.shown.size() == 2; });
-    EXPECT_THAT(service.shown,
-                ElementsAre("Authorizing Raw Device Failed | The authorized raw-device open failed: "
-                            "&lt;b&gt; &amp; so on",
-                            "SD Card Is Safe to Remove | The disk image was written and verified "
-                            "successfully. Linux has ejected the SD card, so it is now safe to physically "
-                            "remove it."));
+    until([&] { return services.calls.size() == 2; });
+    const std::string call =
+        "/org/freedesktop/Notifications org.freedesktop.Notifications.Notify | Velmora "
+        "Tessel | 0 | velmora-tessel | ";
+    EXPECT_THAT(
+        services.calls,
+        ElementsAre(StartsWith(call + "Authorizing Raw Device Failed | The authorized raw-device open "
+                                      "failed: &lt;b&gt; &amp; so on | "),
+                    StartsWith(call + "SD Card Is Safe to Remove | The disk image was written and verified "
+                                      "successfully. Linux has ejected the SD card, so it is now safe to "
+                                      "physically remove it. | ")));
 }
 
 TEST_F(DesktopServicesTests, theComputerIsKeptAwakeForTheWriteAndNoLonger) {
-    const DesktopService service("DBUS_SYSTEM_BUS_ADDRESS", "org.freedesktop.login1",
-                                 "/org/freedesktop/login1");
+    StandInServices services("DBUS_SYSTEM_BUS_ADDRESS", {});
+    services.run({login.service});
     openWriting();
-    until([&] { return service.isHeld(); });
-    EXPECT_EQ(
-        service.wishes,
-        (QList<QVariantList>{{"idle", "Velmora Tessel", "Writing and verifying an SD-card image", "block"}}));
+    until([&] { return services.isLockHeld(); });
+    EXPECT_THAT(services.calls,
+                ElementsAre(EndsWith(
+                    ".Inhibit | idle | Velmora Tessel | Writing and verifying an SD-card image | block")));
     holds.writing.release();
     untilIdle();
-    until([&] { return !service.isHeld(); });
+    until([&] { return !services.isLockHeld(); });
     EXPECT_TRUE(alertTitled("SD Card Is Safe to Remove"));
+}
+
+TEST_F(DesktopServicesTests, everyServiceThatMayDecideIsAskedToStayAwakeAndReleased) {
+    StandInServices computer("DBUS_SYSTEM_BUS_ADDRESS", {login.service});
+    StandInServices session("DBUS_SESSION_BUS_ADDRESS", sessionServices);
+    const Wish refusedPortal{portal.service, portal.wish};
+    const struct {
+        const char* desktop;
+        std::vector<Wish> wishes;
+        const char* refused = "";
+    } cases[] = {
+        {"GNOME", {login, portal, sessionManager}},
+        {"KDE", {login, portal, powerManager}},
+        {"MATE", {login, sessionManager}},
+        {"Xfce", {login, powerManager}},
+        {"a window manager", {login}},
+        {"no login service", {sessionManager}},
+        {"a portal that can't", {refusedPortal, sessionManager}, "org.freedesktop.portal.Inhibit"},
+        {"nothing", {}},
+    };
+    const auto calls = [&] {
+        auto all = computer.calls;
+        all.insert(all.end(), session.calls.begin(), session.calls.end());
+        return all;
+    };
+    for (const auto& [desktop, wishes, refused] : cases) {
+        for (const bool isAnsweredInTime : {true, false}) {
+            SCOPED_TRACE(std::string(desktop) + (isAnsweredInTime ? "" : ", dropped before the answers"));
+            std::vector<std::string> expected;
+            for (auto* services : {&computer, &session}) {
+                services->calls.clear();
+                services->isAnswering = isAnsweredInTime;
+                services->refused = refused;
+                std::set<std::string> running;
+                for (const auto& [service, wish, end] : wishes) {
+                    if ((service == login.service) != (services == &computer)) continue;
+                    running.insert(service);
+                    expected.emplace_back(wish);
+                }
+                services->run(running);
+            }
+
+            auto block = blockSleep("Writing");
+            until([&] { return calls().size() >= expected.size(); });
+            QTest::qWait(50);  // for the answers
+            EXPECT_THAT(calls(), ElementsAreArray(expected));
+            block.reset();
+            for (auto* services : {&computer, &session})
+                services->answer();
+
+            for (const auto& wish : wishes)
+                if (!wish.end.empty()) expected.emplace_back(wish.end);
+            until([&] { return calls().size() >= expected.size() && !computer.isLockHeld(); });
+            EXPECT_THAT(calls(), UnorderedElementsAreArray(expected));
+        }
+    }
+    // A service that has gone is not started again to be told of the end.
+    session.run({sessionManager.service});
+    auto block = blockSleep("Writing");
+    until([&] { return !session.calls.empty(); });
+    session.answer();
+    QTest::qWait(50);
+    session.run({});
+    block.reset();
+    QTest::qWait(50);
+    // Only a portal is started for the wish.
+    EXPECT_TRUE(session.wasStarted(portal.service));
+    EXPECT_FALSE(session.wasStarted(sessionManager.service));
+    EXPECT_FALSE(session.wasStarted(powerManager.service));
+    EXPECT_FALSE(computer.wasStarted(login.service));
 }
 
 }  // namespace tessel

@@ -3,38 +3,138 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace tessel {
 
 namespace {
 
-/// A lock of the login service, from its answer on.
-class LoginLock : public TemporaryActivity {
+constexpr auto methodCall = QDBusMessage::createMethodCall;
+
+constexpr auto programName = "Velmora Tessel";
+
+/// The flag of session managers and of the portal that keeps a session from counting as idle, which is what
+/// they put a computer to sleep for. The one for suspending would refuse the user's own wish to suspend, too.
+constexpr uint idleFlag = 8;
+
+/// A service that may decide when the computer falls asleep.
+struct Service {
+    QDBusConnection bus;
+    QDBusMessage request;
+    QString answer;  ///< the type of what it grants
+    /// Makes the call that gives back what was granted. Absent for a descriptor, which only has to be closed.
+    std::function<QDBusMessage(const QVariant& granted)> giveBack;
+};
+
+Service loginService(const QString& reason) {
+    auto request = methodCall("org.freedesktop.login1", "/org/freedesktop/login1",
+                              "org.freedesktop.login1.Manager", "Inhibit");
+    request.setAutoStartService(false);
+    request << "idle" << programName << reason << "block";
+    return {QDBusConnection::systemBus(), request, "h", nullptr};
+}
+
+/// The only service that may be started for this: a desktop that has a portal starts it with its first call.
+Service portal(const QString& reason) {
+    auto request = methodCall("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                              "org.freedesktop.portal.Inhibit", "Inhibit");
+    constexpr auto noWindow = "";
+    request << noWindow << idleFlag << QVariantMap{{"reason", reason}};
+    const auto close = [service = request.service()](const QVariant& granted) {
+        const auto object = granted.value<QDBusObjectPath>().path();
+        return methodCall(service, object, "org.freedesktop.portal.Request", "Close");
+    };
+    return {QDBusConnection::sessionBus(), request, "o", close};
+}
+
+/// Returns a service of the session that answers the request with a number, by which it is given back.
+Service numberingService(QDBusMessage request, const QString& giveBack) {
+    request.setAutoStartService(false);
+    const auto call = [request, giveBack](const QVariant& granted) {
+        return methodCall(request.service(), request.path(), request.interface(), giveBack) << granted;
+    };
+    return {QDBusConnection::sessionBus(), request, "u", call};
+}
+
+Service sessionManager(const QString& reason) {
+    auto request = methodCall("org.gnome.SessionManager", "/org/gnome/SessionManager",
+                              "org.gnome.SessionManager", "Inhibit");
+    constexpr uint noWindow = 0;
+    request << "velmora-tessel" << noWindow << reason << idleFlag;
+    return numberingService(request, "Uninhibit");
+}
+
+Service powerManager(const QString& reason) {
+    auto request = methodCall("org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
+                              "org.freedesktop.PowerManagement.Inhibit", "Inhibit");
+    request << programName << reason;
+    return numberingService(request, "UnInhibit");
+}
+
+/// What a service has granted, until this is dropped.
+class Grant {
   public:
-    explicit LoginLock(const std::string& reason) {
-        auto call = QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
-                                                   "org.freedesktop.login1.Manager", "Inhibit");
+    Grant(const Service& service, QVariant granted) : service(service), granted(std::move(granted)) {}
+    Grant(const Grant&) = delete;
+    Grant& operator=(const Grant&) = delete;
+    ~Grant() {
+        if (!service.giveBack) return;
+        auto call = service.giveBack(granted);
         call.setAutoStartService(false);
-        call << "idle" << "Velmora Tessel" << QString::fromStdString(reason) << "block";
-        request = std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::systemBus().asyncCall(call));
-        QObject::connect(request.get(), &QDBusPendingCallWatcher::finished, request.get(), [this] {
-            const QDBusPendingReply<QDBusUnixFileDescriptor> answer = *request;
-            if (answer.isValid()) lock = answer.value();
-        });
+        service.bus.send(call);
     }
 
   private:
-    std::unique_ptr<QDBusPendingCallWatcher> request;
-    QDBusUnixFileDescriptor lock;  ///< the service watches for its closing
+    Service service;
+    QVariant granted;
+};
+
+/// Asks every service that may decide, since each desktop has its own: GNOME, MATE and Cinnamon look only at
+/// what their session manager granted, KDE and Xfce at their power manager, and a computer without any of
+/// these at the locks of the login service. A portal grants the wish even where nothing behind it fulfils it,
+/// so its answer is no reason to leave out the others. Being asked twice harms none of them.
+///
+/// What is granted after this was dropped is given back at once.
+class SleepBlock : public TemporaryActivity {
+  public:
+    explicit SleepBlock(const QString& reason) {
+        for (const auto& service :
+             {loginService(reason), portal(reason), sessionManager(reason), powerManager(reason)})
+            ask(service);
+    }
+
+  private:
+    using Grants = std::vector<std::unique_ptr<Grant>>;
+
+    void ask(const Service& service) {
+        // The call outlives this object, however late its answer comes, because that must be given back.
+        constexpr int withoutLimit = std::numeric_limits<int>::max();
+        auto* request = new QDBusPendingCallWatcher(service.bus.asyncCall(service.request, withoutLimit),
+                                                    QCoreApplication::instance());
+        const auto take = [request, service, kept = std::weak_ptr(grants)] {
+            request->deleteLater();
+            const QDBusMessage answer = request->reply();
+            if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != service.answer) return;
+            auto grant = std::make_unique<Grant>(service, answer.arguments().first());
+            if (const auto stillWanted = kept.lock()) stillWanted->push_back(std::move(grant));
+        };
+        QObject::connect(request, &QDBusPendingCallWatcher::finished, request, take);
+    }
+
+    std::shared_ptr<Grants> grants = std::make_shared<Grants>();
 };
 
 }  // namespace
 
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason) {
-    return std::make_unique<LoginLock>(reason);
+    return std::make_unique<SleepBlock>(QString::fromStdString(reason));
 }
 
 }  // namespace tessel
