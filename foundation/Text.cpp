@@ -64,6 +64,30 @@ icu::UnicodeString withoutMarks(const icu::UnicodeString& text) {
     return result;
 }
 
+constexpr char16_t isolateBegin = u'\u2068';  ///< makes a part of a text take its own direction
+constexpr char16_t isolateEnd = u'\u2069';
+
+const icu::UnicodeSet& unprintable() {
+    static const icu::UnicodeSet set = characterSet(u"[[:Cc:][:Zl:][:Zp:][:Bidi_Control:]]");
+    return set;
+}
+
+const icu::UnicodeSet& rightToLeft() {
+    static const icu::UnicodeSet set = characterSet(u"[[:Bidi_Class=R:][:Bidi_Class=AL:]-[:Bidi_Control:]]");
+    return set;
+}
+
+/// Returns the length of the isolate that begins there, or 0 where none does that printable() could have
+/// made.
+int32_t isolateLength(const icu::UnicodeString& text, int32_t begin) {
+    if (text[begin] != isolateBegin) return 0;
+    const int32_t end = text.indexOf(isolateEnd, begin);
+    if (end < 0) return 0;
+    const auto content = text.tempSubStringBetween(begin + 1, end);
+    const bool isOurs = unprintable().containsNone(content) && rightToLeft().containsSome(content);
+    return isOurs ? end + 1 - begin : 0;
+}
+
 std::unique_ptr<const icu::Collator> numericCollator() {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getRoot(), status));
@@ -116,13 +140,27 @@ int localizedStandardCompare(std::string_view one, std::string_view other) {
 }
 
 std::string printable(std::string_view text) {
-    static const icu::UnicodeSet unprintable = characterSet(u"[[:Cc:][:Zl:][:Zp:][:Bidi_Control:]]");
+    const icu::UnicodeString whole = unicode(text);
     icu::UnicodeString result;
-    for (icu::StringCharacterIterator rest(unicode(text)); rest.hasNext();) {
-        const UChar32 character = rest.next32PostInc();
-        result.append(unprintable.contains(character) ? UChar32{0xfffd} : character);
+    bool turnsAround = false;
+    for (int32_t position = 0; position < whole.length();) {
+        const int32_t isolate = isolateLength(whole, position);
+        if (isolate > 0) {
+            result.append(whole, position, isolate);
+            position += isolate;
+            continue;
+        }
+        const UChar32 character = whole.char32At(position);
+        turnsAround = turnsAround || rightToLeft().contains(character);
+        result.append(unprintable().contains(character) ? UChar32{0xfffd} : character);
+        position += U16_LENGTH(character);
     }
-    return utf8(result);
+    if (!turnsAround) return utf8(result);
+
+    // One isolate around everything takes the place of those within.
+    result.findAndReplace(isolateBegin, {});
+    result.findAndReplace(isolateEnd, {});
+    return utf8(result.insert(0, isolateBegin).append(isolateEnd));
 }
 
 std::string joined(const std::vector<std::string>& texts, std::string_view separator) {

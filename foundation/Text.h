@@ -31,9 +31,11 @@ namespace tessel {
 /// zero or a positive number; different texts may compare equal, so it is fit for ordering only.
 [[nodiscard]] int localizedStandardCompare(std::string_view one, std::string_view other);
 
-/// Makes a name that somebody else chose safe to show: control characters, line breaks and characters that
-/// change the direction of writing become replacement characters, so they can't disguise the name or forge a
-/// line.
+/// Makes a name that another person chose safe to show in a sentence or a row. Control characters, line
+/// breaks and characters that change the direction of writing become replacement characters, so they can't
+/// disguise the name or forge a line. A text with right-to-left letters is put between U+2068 and U+2069, so
+/// it does not turn around what it stands in. What is printable already, or made up of parts that are, stays
+/// as it is.
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// Puts the texts one after another, with the separator between them.

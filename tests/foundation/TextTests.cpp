@@ -39,10 +39,34 @@ TEST(TextTests, wordsAreRunsOfLettersMarksAndNumbers) {
     EXPECT_THAT(alphanumericWords(brokenUTF8), ElementsAre("a"));
 }
 
-TEST(TextTests, whatWouldMisleadAReaderIsReplaced) {
-    EXPECT_EQ(printable("Ünïcödé 文字 שלום 💾.img"), "Ünïcödé 文字 שלום 💾.img");
-    EXPECT_EQ(printable("a\n[15:00:00]\u2028b\u202egmi.c"), "a\ufffd[15:00:00]\ufffdb\ufffdgmi.c");
-    EXPECT_EQ(printable(brokenUTF8), "a\ufffd\ufffd");
+TEST(TextTests, whatWouldMisleadAReaderIsReplacedOrIsolated) {
+    const struct {
+        const char* text;
+        const char* printable;
+    } cases[] = {
+        {"Ünïcödé 文字 💾.img", "Ünïcödé 文字 💾.img"},
+        {"a\n[15:00:00]\u2028b\u202egmi.c", "a\ufffd[15:00:00]\ufffdb\ufffdgmi.c"},
+        {"a\xff\xc3", "a\ufffd\ufffd"},
+        {"שלום.img", "\u2068שלום.img\u2069"},
+        {"Foto سلام 2", "\u2068Foto سلام 2\u2069"},
+        {"𐤀", "\u2068𐤀\u2069"},
+        {"٣ ۳", "٣ ۳"},
+        // Controls of direction turn nothing around once they are replaced.
+        {"a\u200fb\u061c", "a\ufffdb\ufffd"},
+        {"\u2068abc\u2069", "\ufffdabc\ufffd"},
+        {"\u2068שלום", "\u2068\ufffdשלום\u2069"},
+        {"שלום\u2069x", "\u2068שלום\ufffdx\u2069"},
+        {"\u2067שלום\u2069", "\u2068\ufffdשלום\ufffd\u2069"},
+        {"\u2068\u202eשלום\u2069", "\u2068\ufffd\ufffdשלום\ufffd\u2069"},
+        {"\u2068a\u2068שלום\u2069", "\ufffda\u2068שלום\u2069"},
+        // A sentence may hold names that are isolated already, and isolates do not nest.
+        {"“\u2068שלום\u2069” and \u2068سلام\u2069\n", "“\u2068שלום\u2069” and \u2068سلام\u2069\ufffd"},
+        {"\u2068שלום\u2069 سلام", "\u2068שלום سلام\u2069"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(printable(text), expected) << text;
+        EXPECT_EQ(printable(expected), expected) << text;
+    }
 }
 
 TEST(TextTests, digitsCompareByValueInTheOrderOfNames) {
