@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "foundation/Errors.h"
+#include "foundation/Text.h"
 #include "platform/FileAdvice.h"
 
 namespace tessel {
@@ -20,7 +21,7 @@ FileStatus statusFrom(const struct stat& status) {
 FileStatus fileStatus(const std::filesystem::path& path) {
     struct stat status{};
     if (lstat(path.c_str(), &status) != 0) {
-        throw posixError("The file “" + path.string() + "” could not be inspected", errno);
+        throw posixError("The file “" + printable(path.string()) + "” could not be inspected", errno);
     }
     return statusFrom(status);
 }
