@@ -1,6 +1,7 @@
 #include "views/controls/ElidedLabel.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "views/controls/ToolTip.h"
 
@@ -10,6 +11,16 @@ ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode) : TextLab
 
 bool ElidedLabel::isElided() const {
     return fontMetrics().horizontalAdvance(text()) > width();
+}
+
+QString ElidedLabel::shownText() const {
+    constexpr QChar isolateBegin(u'\u2068');
+    constexpr QChar isolateEnd(u'\u2069');
+    const QString whole = text();
+    const QString shown = fontMetrics().elidedText(whole, mode, width());
+    const auto ellipsis = std::ranges::mismatch(shown, whole).in1 - shown.begin();
+    const auto unended = shown.count(isolateBegin) - shown.count(isolateEnd);
+    return unended > 0 ? QString(shown).insert(ellipsis, QString(unended, isolateEnd)) : shown;
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
@@ -23,8 +34,7 @@ bool ElidedLabel::event(QEvent* event) {
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text(), mode, width()));
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine, shownText());
 }
 
 }  // namespace tessel

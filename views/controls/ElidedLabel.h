@@ -11,6 +11,9 @@ class ElidedLabel : public TextLabel {
     ElidedLabel(const TextLook& look, Qt::TextElideMode mode);
 
     [[nodiscard]] bool isElided() const;
+    /// Returns what is painted. An isolate whose end was left out ends at the ellipsis, lest what follows
+    /// takes the direction of a right-to-left name.
+    [[nodiscard]] QString shownText() const;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
