@@ -44,9 +44,14 @@ struct HelperThread::Shared {
         changed.notify_all();
     }
 
-    void wait() {
+    /// Waits for the work or the stop, whichever comes first.
+    void wait(const std::stop_token& stop) {
+        const std::stop_callback wakeUp(stop, [this] {
+            const MutexLock callbackLock(mutex);
+            changed.notify_all();
+        });
         MutexLock lock(mutex);
-        while (state == State::working)
+        while (state == State::working && !stop.stop_requested())
             lock.wait(changed);
     }
 
@@ -79,12 +84,13 @@ void HelperThread::begin() {
     shared->begin();
 }
 
-void HelperThread::wait() {
-    shared->wait();
+void HelperThread::wait(const std::stop_token& stop) {
+    shared->wait(stop);
+    checkCancellation(stop);
 }
 
-void HelperThread::finish() {
-    wait();
+void HelperThread::finish(const std::stop_token& stop) {
+    wait(stop);
     if (const auto error = shared->takeError()) std::rethrow_exception(error);
 }
 

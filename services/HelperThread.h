@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <thread>
 
 namespace tessel {
@@ -20,11 +21,12 @@ class HelperThread {
     /// Begins the work. Any work begun earlier must have been waited for.
     void begin();
 
-    /// Waits until the work is done; returns at once when none was begun.
-    void wait();
+    /// Waits until the work is done; returns at once when none was begun. Throws CancellationError as soon as
+    /// a stop is requested, whether or not the work is done.
+    void wait(const std::stop_token& stop = {});
 
-    /// Waits, and throws what the work threw.
-    void finish();
+    /// Waits likewise, and throws what the work threw.
+    void finish(const std::stop_token& stop = {});
 
   private:
     struct Shared;

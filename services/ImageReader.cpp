@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/AlignedBuffer.h"
+#include "services/InterruptibleCall.h"
 
 namespace tessel {
 
@@ -43,14 +44,15 @@ struct ImageReader::Reading {
     }
 };
 
-ImageReader::ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry) :
-    reading(std::make_shared<Reading>(url, geometry)),
+ImageReader::ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry,
+                         const std::stop_token& stop) :
+    reading(interruptible([url, geometry] { return std::make_shared<Reading>(url, geometry); })(stop)),
     readAhead([reading = reading] { reading->readChunk(); }) {}
 
-ImageChunk ImageReader::next() {
-    readAhead.wait();
+ImageChunk ImageReader::next(const std::stop_token& stop) {
+    readAhead.wait(stop);
     if (reading->offset == 0) readAhead.begin();
-    readAhead.finish();
+    readAhead.finish(stop);
     const auto chunk = reading->chunk;
     // This returns once the previous chunk is digested, so that its buffer is free.
     digest.update(chunk.bytes);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <stop_token>
 
 #include "services/BackgroundDigest.h"
 #include "services/HelperThread.h"
@@ -36,11 +37,12 @@ struct ImageChunk {
 class ImageReader {
   public:
     /// Opens the image, and acquires all the memory and threads that reading needs. Throws TesselError,
-    /// PlatformError or std::bad_alloc.
-    ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry);
+    /// PlatformError or std::bad_alloc, and CancellationError as soon as a stop is requested.
+    ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry, const std::stop_token& stop);
 
-    /// Returns the next chunk, which stays valid until the next call. Call it once for each chunk.
-    [[nodiscard]] ImageChunk next();
+    /// Returns the next chunk, which stays valid until the next call. Call it once for each chunk. Throws
+    /// CancellationError as soon as a stop is requested, since the image's own disk may never answer.
+    [[nodiscard]] ImageChunk next(const std::stop_token& stop);
 
     /// Returns the SHA-256 digest of the image, once every chunk was asked for. The next chunk is then the
     /// first one again. Throws imageChanged if the file no longer has its size.

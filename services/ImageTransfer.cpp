@@ -4,7 +4,6 @@
 
 #include "foundation/Sha256.h"
 #include "model/TesselError.h"
-#include "platform/concurrency/Background.h"
 #include "services/ImageReader.h"
 #include "services/MediumReader.h"
 #include "services/RawDeviceCalls.h"
@@ -29,14 +28,13 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     RawDevice& device = *transfer.handle.device;
     const ChunkGeometry geometry{
         .imageSize = size, .blockSize = transfer.handle.blockSize, .chunkSize = chunkSize};
-    ImageReader image(transfer.imageURL, geometry);
+    ImageReader image(transfer.imageURL, geometry, stop);
     std::optional<MediumReader> medium;
     if (transfer.verify) medium.emplace(device, geometry);
 
     report({writingImage, 0, size});
     for (uint64_t written = 0; written < size;) {
-        checkCancellation(stop);
-        const auto chunk = image.next();
+        const auto chunk = image.next(stop);
         writeFully(device, chunk.padded, written);
         written += chunk.bytes.size();
         report({writingImage, written, size});
@@ -52,8 +50,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     static_cast<void>(device.disableCaching());
     report({verifyingImage, 0, size});
     for (uint64_t verified = 0; verified < size;) {
-        checkCancellation(stop);
-        const auto chunk = image.next();
+        const auto chunk = image.next(stop);
         medium->readMatching(chunk, verified, stop);
         verified += chunk.bytes.size();
         report({verifyingImage, verified, size});

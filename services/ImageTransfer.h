@@ -25,8 +25,8 @@ struct ImageTransfer {
 /// everything back and compares it chunk by chunk and by SHA-256. Blocks, so call it on a background thread;
 /// the reports come on that thread too. Acquires all the buffers and threads that it needs before it writes
 /// the first byte. Throws TesselError, PlatformError or std::bad_alloc, and CancellationError at a
-/// checkpoint: before each chunk, and while it waits to read a differing chunk again. What was written before
-/// an error stays written.
+/// checkpoint: before each chunk, until the image's disk has delivered it, and while it waits to read a
+/// differing chunk again. What was written before an error stays written.
 void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
                 const ImageWriteProgressHandler& report);
 

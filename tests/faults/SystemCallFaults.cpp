@@ -89,6 +89,14 @@ void waitWhilePlanted() {
     plan.changed.wait(lock, [] { return !plan.fault; });
 }
 
+/// Counts a call. Returns the fault if the call is to fail; a call that never answers waits here.
+std::optional<SystemCallFault> failureOf(const std::string& call) {
+    auto fault = faultOf(call);
+    if (!fault || fault->effect != "never answers") return fault;
+    waitWhilePlanted();
+    return std::nullopt;
+}
+
 /// Returns what a faulty call that transfers bytes answers; nothing if it goes on with the new size.
 std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, size_t& size) {
     if (!fault) return std::nullopt;
@@ -97,7 +105,6 @@ std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, 
         return -1;
     }
     if (fault->effect == "zero") return 0;
-    if (fault->effect == "never answers") waitWhilePlanted();
     if (fault->effect == "lie") return static_cast<ssize_t>(size);
     if (fault->effect == "short" && size > 1024) size = size / 1024 * 512;
     return std::nullopt;
@@ -106,7 +113,7 @@ std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, 
 /// Performs the call unless it is to fail.
 template <typename Result = int>
 Result callUnlessFaulty(const std::string& name, long number, auto... arguments) {
-    if (const auto fault = faultOf(name)) {
+    if (const auto fault = failureOf(name)) {
         errno = fault->error;
         return -1;
     }
@@ -115,7 +122,7 @@ Result callUnlessFaulty(const std::string& name, long number, auto... arguments)
 
 /// Performs a call that reports a size, unless it is to fail; the size may be one byte too large.
 int statUnlessFaulty(const std::string& name, struct stat* status, long number, auto... arguments) {
-    const auto fault = faultOf(name);
+    const auto fault = failureOf(name);
     if (fault && fault->error != 0) {
         errno = fault->error;
         return -1;
@@ -174,12 +181,12 @@ extern "C" {
 using namespace tessel;
 
 ssize_t pread(int descriptor, void* bytes, size_t size, off_t offset) {
-    if (const auto answer = transferred(faultOf(withObject("pread", descriptor)), size)) return *answer;
+    if (const auto answer = transferred(failureOf(withObject("pread", descriptor)), size)) return *answer;
     return syscall(SYS_pread64, descriptor, bytes, size, offset);
 }
 
 ssize_t pwrite(int descriptor, const void* bytes, size_t size, off_t offset) {
-    if (const auto answer = transferred(faultOf(withObject("pwrite", descriptor)), size)) return *answer;
+    if (const auto answer = transferred(failureOf(withObject("pwrite", descriptor)), size)) return *answer;
     return syscall(SYS_pwrite64, descriptor, bytes, size, offset);
 }
 
@@ -202,6 +209,11 @@ int fstat(int descriptor, struct stat* status) noexcept {
 int lstat(const char* path, struct stat* status) noexcept {
     return statUnlessFaulty(withObject("lstat", path), status, SYS_newfstatat, AT_FDCWD, path, status,
                             AT_SYMLINK_NOFOLLOW);
+}
+
+char* realpath(const char* path, char* resolved) noexcept {
+    static_cast<void>(failureOf(withObject("realpath", path)));
+    return realCall<decltype(realpath)>("realpath")(path, resolved);
 }
 
 int ioctl(int descriptor, unsigned long request, ...) noexcept {

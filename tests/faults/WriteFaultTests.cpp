@@ -1,7 +1,9 @@
+#include <chrono>
 #include <cstring>
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "platform/linux/LoopDevice.h"
 #include "tests/faults/SystemCallFaults.h"
@@ -28,7 +30,8 @@ struct Row {
     }
 };
 
-constexpr std::string_view neverAnswers = "never answers, stop at ";
+constexpr std::string_view stoppedAt = "never answers, stop at ";
+constexpr std::string_view stoppedLater = "never answers, stop a second after ";
 
 struct Table {
     std::vector<Row> rows;
@@ -115,6 +118,15 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         return failedToEject || takeCommands().ends_with("eject") ? "inside" : "untouched";
     }
 
+    /// Returns the thread of a user who waits for a second before they stop a write that has frozen.
+    std::thread stopLater(SystemCallFaults& faults) {
+        return std::thread([this, &faults] {
+            faults.awaitShowing();
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            loop->post([this] { viewModel->requestStop(); });
+        });
+    }
+
     std::string ending() const {
         return viewModel->isSuccessfulCompletion() ? "ok" : viewModel->writeProgressDetail();
     }
@@ -190,13 +202,17 @@ TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
                           .error = errorNumber(row.fault),
                           .effect = row.fault.substr(0, row.fault.find(','))});
         }
-        if (row.fault.starts_with(neverAnswers)) {
-            when(row.fault.substr(neverAnswers.size()), [&] {
+        std::thread user;
+        if (row.fault.starts_with(stoppedAt)) {
+            when(row.fault.substr(stoppedAt.size()), [&] {
                 faults.awaitShowing();
                 viewModel->requestStop();
             });
         }
+        if (row.fault.starts_with(stoppedLater))
+            when(row.fault.substr(stoppedLater.size()), [&] { user = stopLater(faults); });
         write();
+        if (user.joinable()) user.join();
         const bool hasShown = faults.remove();
         EXPECT_TRUE(hasShown || row.isOfUtility()) << "the call did not happen";
         EXPECT_EQ(whereTheCardIs(row), row.card);
