@@ -22,7 +22,6 @@
 #include "app/TargetCard.h"
 #include "app/WindowSizes.h"
 #include "app/WriteCard.h"
-#include "platform/Files.h"
 #include "views/accessibility/Accessibility.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Divider.h"
@@ -180,7 +179,8 @@ void ContentView::askToWrite() {
 
 void ContentView::closeEvent(QCloseEvent* event) {
     if (!viewModel->hasWriteTask()) {
-        // A panel or an alert that stayed open would keep the program running.
+        // Each of these would keep the program running.
+        viewModel->cancelImageChoice();
         for (auto* dialog : findChildren<QDialog*>())
             dialog->reject();
         return;
@@ -250,7 +250,7 @@ void ContentView::dropEvent(QDropEvent* event) {
     const auto files = event->mimeData()->urls();
     // No file has an empty name, so whatever else was dropped is refused as no image.
     const auto file = files.size() == 1 ? files.front().toLocalFile() : QString();
-    viewModel->chooseImage(withLinksResolved(file.toStdString()));
+    viewModel->chooseImage(file.toStdString());
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

@@ -8,6 +8,7 @@
 #include "model/TesselError.h"
 #include "platform/Files.h"
 #include "platform/concurrency/Background.h"
+#include "services/InterruptibleCall.h"
 
 namespace tessel {
 
@@ -18,8 +19,8 @@ using enum ImageWritePhase;
 constexpr std::chrono::seconds commandTimeout{60};
 
 /// Throws TesselError unless the image is still the regular file of the size that was selected.
-void verifyImageUnchanged(const SDImageFile& image) {
-    const auto status = fileStatus(image.url);
+Task<> verifyImageUnchanged(SDImageFile image) {
+    const auto status = co_await inBackground(interruptible([url = image.url] { return fileStatus(url); }));
     if (!status.isRegularFile) throw TesselError(TesselError::Case::imageUnavailable);
     if (status.sizeBytes != image.sizeBytes || image.sizeBytes == 0) {
         throw TesselError(TesselError::Case::imageChanged);
@@ -84,7 +85,7 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
 /// Takes all the steps up to the unmount. A failure here leaves the card as it was.
 Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
                                                     const ImageWriteProgressHandler& report) const {
-    verifyImageUnchanged(request.image);
+    co_await verifyImageUnchanged(request.image);
     co_await checkCancellation();
     auto card = co_await diskService.revalidateDisk(request.target);
     co_await checkCancellation();
@@ -123,7 +124,7 @@ Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk
     const auto revalidated = co_await diskService.revalidateDisk(card);
     co_await checkCancellation();
     if (!handle.hasCapacity(revalidated.sizeBytes)) throw TesselError(TesselError::Case::diskChanged);
-    verifyImageUnchanged(request.image);
+    co_await verifyImageUnchanged(request.image);
     co_await checkCancellation();
 
     const ImageTransfer transfer{.imageURL = request.image.url,

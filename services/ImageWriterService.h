@@ -14,9 +14,9 @@
 
 namespace tessel {
 
-/// Runs one complete destructive write. It is stateless. Its steps run on the main thread, while the
-/// authorization, the transfer and the closing of the card block threads of their own. Once the card is
-/// unmounted, it is ejected on every way out, if possible.
+/// Runs one complete destructive write. It is stateless. Its steps run on the main thread, while looking at
+/// the image, the authorization, the transfer and the closing of the card block threads of their own. Once
+/// the card is unmounted, it is ejected on every way out, if possible.
 class ImageWriterService {
   public:
     struct Write {

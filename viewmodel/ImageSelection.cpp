@@ -8,6 +8,8 @@
 #include "foundation/Text.h"
 #include "model/TesselError.h"
 #include "platform/Files.h"
+#include "platform/concurrency/Background.h"
+#include "services/InterruptibleCall.h"
 
 namespace tessel {
 
@@ -22,14 +24,22 @@ bool hasAllowedExtension(const std::filesystem::path& url) {
     });
 }
 
-}  // namespace
-
-SDImageFile ImageSelection::inspectImage(const std::filesystem::path& url) {
+SDImageFile inspect(const std::filesystem::path& url) {
     if (!hasAllowedExtension(url)) throw TesselError(TesselError::Case::invalidImage);
     const auto status = fileStatus(url);
     if (!status.isRegularFile || status.sizeBytes == 0)
         throw TesselError(TesselError::Case::imageUnavailable);
     return {.url = url, .sizeBytes = status.sizeBytes};
+}
+
+}  // namespace
+
+Task<SDImageFile> ImageSelection::inspectImage(std::filesystem::path url) {
+    co_return co_await inBackground(interruptible([url] { return inspect(url); }));
+}
+
+Task<SDImageFile> ImageSelection::inspectLinkedImage(std::filesystem::path url) {
+    co_return co_await inBackground(interruptible([url] { return inspect(withLinksResolved(url)); }));
 }
 
 Desktop::OpenPanel ImageSelection::openPanel() {

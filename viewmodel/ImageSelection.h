@@ -7,6 +7,7 @@
 #include "foundation/Published.h"
 #include "model/SDImageFile.h"
 #include "platform/Desktop.h"
+#include "platform/concurrency/Task.h"
 
 namespace tessel {
 
@@ -17,16 +18,13 @@ class ImageSelection {
 
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return chosen(); }
 
-    /// Takes the file if it can be written, and returns its record; otherwise throws what inspectImage()
-    /// throws.
-    SDImageFile select(const std::filesystem::path& file) {
-        auto image = inspectImage(file);
-        chosen = image;
-        return image;
-    }
+    void select(const SDImageFile& image) { chosen = image; }
 
-    /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise.
-    static SDImageFile inspectImage(const std::filesystem::path& url);
+    /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise,
+    /// and CancellationError as soon as a stop is requested, since the disk of the image may never answer.
+    static Task<SDImageFile> inspectImage(std::filesystem::path url);
+    /// Does the same with the file that the path leads to once its links are resolved.
+    static Task<SDImageFile> inspectLinkedImage(std::filesystem::path url);
 
     /// Describes the panel that asks the person for an image.
     static Desktop::OpenPanel openPanel();

@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "foundation/ByteCount.h"
+#include "foundation/Errors.h"
 #include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
 #include "viewmodel/ScanSummary.h"
@@ -24,12 +25,15 @@ TesselViewModel::TesselViewModel(const Environment& environment) :
     imageWriterService(environment.mainThread, environment.utilities, environment.makeDevice) {}
 
 /// Starts an operation. Once it has begun it keeps the view model alive, so that it always reaches its end.
-TaskHandle TesselViewModel::start(Task<> (TesselViewModel::*operation)()) {
+template <typename... Arguments>
+TaskHandle TesselViewModel::start(Task<> (TesselViewModel::*operation)(Arguments...),
+                                  Arguments... arguments) {
     const auto run = [](std::weak_ptr<TesselViewModel> weakViewModel,
-                        Task<> (TesselViewModel::*begun)()) -> Task<> {
-        if (const auto viewModel = weakViewModel.lock()) co_await (viewModel.get()->*begun)();
+                        Task<> (TesselViewModel::*begun)(Arguments...), Arguments... its) -> Task<> {
+        if (const auto viewModel = weakViewModel.lock())
+            co_await (viewModel.get()->*begun)(std::move(its)...);
     };
-    return startTask(mainThread, run(weak_from_this(), operation));
+    return startTask(mainThread, run(weak_from_this(), operation, std::move(arguments)...));
 }
 
 void TesselViewModel::clearLog() {
@@ -71,25 +75,31 @@ void TesselViewModel::selectDisk(const std::string& id) {
 void TesselViewModel::chooseImage() {
     if (isBusy()) return;
     operationState = TesselOperationState{.kind = selectingImage};
-    start(&TesselViewModel::runOpenPanel);
+    imageChoice = start(&TesselViewModel::runOpenPanel);
 }
 
 Task<> TesselViewModel::runOpenPanel() {
     if (const auto file = co_await desktop.runOpenPanel(ImageSelection::openPanel())) {
-        takeChosenImage(*file);
+        co_await takeImage(ImageSelection::inspectImage(*file));
     } else {
-        operationState = TesselOperationState();
-        log.append("Image selection was cancelled.");
+        noteCancelledChoice();
     }
 }
 
 void TesselViewModel::chooseImage(const std::filesystem::path& file) {
-    if (!isBusy()) takeChosenImage(file);
+    if (isBusy()) return;
+    operationState = TesselOperationState{.kind = selectingImage};
+    imageChoice = start(&TesselViewModel::takeImage, ImageSelection::inspectLinkedImage(file));
 }
 
-void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
+void TesselViewModel::cancelImageChoice() {
+    if (imageChoice) imageChoice->cancel();
+}
+
+Task<> TesselViewModel::takeImage(Task<SDImageFile> inspection) {
     try {
-        const auto selected = image.select(file);
+        const auto selected = co_await std::move(inspection);
+        image.select(selected);
         progress.reset();
         operationState = TesselOperationState::completed("Disk image selected");
         log.append("Selected image: " + selected.displayPath() + " (" + byteCountText(selected.sizeBytes) +
@@ -97,10 +107,17 @@ void TesselViewModel::takeChosenImage(const std::filesystem::path& file) {
         log.append(
             "The selected file extension is supported. Confirm that the file contains the intended raw disk "
             "image before writing.");
+    } catch (const CancellationError&) {
+        noteCancelledChoice();
     } catch (const std::exception&) {
         operationState = TesselOperationState::failed("Image selection failed");
         log.append(std::current_exception());
     }
+}
+
+void TesselViewModel::noteCancelledChoice() {
+    operationState = TesselOperationState();
+    log.append("Image selection was cancelled.");
 }
 
 void TesselViewModel::setVerifyAfterWrite(bool verify) {

@@ -71,8 +71,10 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return image.selectedImage(); }
     /// Has the person choose an image in a panel. The state tells when they have.
     void chooseImage();
-    /// Chooses this file, whose links are resolved, as if the person had done so in the panel.
+    /// Chooses this file, or the one that it links to, as if the user had done so in the panel.
     void chooseImage(const std::filesystem::path& file);
+    /// Gives up a chosen file whose disk does not answer. An open panel stays.
+    void cancelImageChoice();
 
     // Write
 
@@ -107,11 +109,13 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
   private:
     explicit TesselViewModel(const Environment& environment);
 
-    TaskHandle start(Task<> (TesselViewModel::*operation)());
+    template <typename... Arguments>
+    TaskHandle start(Task<> (TesselViewModel::*operation)(Arguments...), Arguments... arguments);
     Task<> scanDisks();
     Task<> runOpenPanel();
+    Task<> takeImage(Task<SDImageFile> inspection);
+    void noteCancelledChoice();
     Task<> performWrite();
-    void takeChosenImage(const std::filesystem::path& file);
 
     std::shared_ptr<MainThread> mainThread;
     Desktop& desktop;
@@ -122,6 +126,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     OperationLog log{onChange};
     TargetSelection targets{onChange};
     ImageSelection image{onChange};
+    std::optional<TaskHandle> imageChoice;
     WriteProgress progress{onChange};
     Published<bool> verifies{onChange, true};
     Published<bool> disksChanged{onChange, false};

@@ -111,8 +111,8 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
     co_await checkCancellation();
     const auto card = co_await revalidateTarget(target);
     co_await checkCancellation();
-    if (ImageSelection::inspectImage(image.url).sizeBytes != image.sizeBytes)
-        throw TesselError(TesselError::Case::imageChanged);
+    const auto inspected = co_await ImageSelection::inspectImage(image.url);
+    if (inspected.sizeBytes != image.sizeBytes) throw TesselError(TesselError::Case::imageChanged);
     co_await checkCancellation();
 
     log.append("Writing " + image.displayName() + " to /dev/r" + card.id +

@@ -25,7 +25,7 @@ class ImageChoiceTests : public WindowTest {
         if (!enter.isAccepted()) return false;
         QDropEvent drop({20, 20}, actions, &data, Qt::LeftButton, {});
         QApplication::sendEvent(&onto, &drop);
-        QTest::qWait(1);
+        untilIdle();
         return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
     }
 };

@@ -3,6 +3,7 @@
 #include <QTimer>
 
 #include "platform/qt/TerminationSignal.h"
+#include "tests/app/SlowImage.h"
 #include "tests/app/WindowTest.h"
 
 namespace tessel {
@@ -143,6 +144,11 @@ TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
     const std::pair<const char*, std::function<void()>> openings[] = {
         {"nothing", [] {}},
         {"the open panel", [this] { openPanel(); }},
+        {"an image whose disk hangs",
+         [this] {
+             slowImage.hold();
+             viewModel().chooseImage(folder.write("slow.img", "x"));
+         }},
         {"the confirmation", [this] { click(button("Write Disk Image")); }},
         {"a write",
          [this] {

@@ -7,6 +7,7 @@
 
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/window/ReaderWatch.h"
+#include "tests/app/SlowImage.h"
 #include "views/controls/StatusBadge.h"
 #include "views/controls/TextLabel.h"
 #include "views/log/OperationLogView.h"
@@ -39,6 +40,7 @@ WindowTest::WindowTest() : image(folder.write("os.img", std::string(imageSize, '
 WindowTest::~WindowTest() {
     holds.writing.release();
     holds.reading.release();
+    slowImage.release();
     if (application) untilIdle();
 }
 
