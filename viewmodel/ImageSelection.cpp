@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/Errors.h"
 #include "foundation/Text.h"
 #include "model/TesselError.h"
 #include "platform/Files.h"
@@ -29,6 +30,8 @@ SDImageFile inspect(const std::filesystem::path& url) {
     const auto status = fileStatus(url);
     if (!status.isRegularFile || status.sizeBytes == 0)
         throw TesselError(TesselError::Case::imageUnavailable);
+    if (const auto opened = ReadOnlyFile().open(url); !opened.isSuccess())
+        throw posixError("The file “" + url.string() + "” could not be opened", opened.error);
     return {.url = url, .sizeBytes = status.sizeBytes};
 }
 

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include "tests/viewmodel/ViewModelTest.h"
 
 namespace tessel {
@@ -64,6 +66,22 @@ TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
         EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
         EXPECT_EQ(viewModel->selectedImage(), expected);
     }
+}
+
+TEST_F(ImageSelectionTests, anImageThatTheUserMayNotReadIsRefused) {
+    using std::filesystem::perms;
+    const auto backup = folder.write("backup.img", "image");
+    std::filesystem::permissions(backup, perms::none);
+    std::filesystem::permissions(folder.path(), perms::owner_all | perms::group_exec | perms::others_exec);
+    constexpr uid_t nobody = 65534;
+    const auto user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(nobody) == 0) << "root may read everything";
+    choose(backup);
+    ASSERT_EQ(seteuid(user), 0);
+    EXPECT_EQ(stateText(), "failed: Image selection failed");
+    EXPECT_THAT(takeLog(), ElementsAre("Error: The file “" + backup.string() +
+                                       "” could not be opened: Permission denied."));
+    EXPECT_FALSE(viewModel->selectedImage());
 }
 
 TEST_F(ImageSelectionTests, aNameForgesNoLineOfTheLog) {
