@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/Errors.h"
+#include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
@@ -98,7 +99,7 @@ Task<SDWholeDisk> DiskService::revalidateDisk(SDWholeDisk selected) const {
     auto search = co_await findAgain(std::move(selected));
     if (!search.found) throwNotFound(search);
     co_await checkCancellation();
-    if (const auto reason = eligibilityFailureReason(*search.found)) throw TesselError::unsafeDisk(*reason);
+    if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
     co_return std::move(*search.found);
 }
 

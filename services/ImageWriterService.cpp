@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "foundation/Errors.h"
-#include "model/SDCardPolicy.h"
+#include "model/DiskTexts.h"
 #include "model/TesselError.h"
 #include "platform/Files.h"
 #include "platform/concurrency/Background.h"
@@ -65,7 +65,7 @@ Task<> close(AuthorizedRawDiskHandle handle) {
 
 Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report) const {
     co_await checkCancellation();
-    if (const auto reason = eligibilityFailureReason(request.target)) throw TesselError::unsafeDisk(*reason);
+    if (const auto reason = protectionText(request.target)) throw TesselError::unsafeDisk(*reason);
 
     auto prepared = co_await outcomeOf(prepareTarget(request, report));
     if (prepared.error()) throwReported(prepared.error(), co_await isCancelled());

@@ -5,7 +5,7 @@
 
 #include "foundation/Errors.h"
 #include "foundation/SystemWords.h"
-#include "model/SDCardPolicy.h"
+#include "model/DiskTexts.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
 
@@ -136,7 +136,7 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
 SDWholeDisk WriteTask::requireWritableTarget(const SDImageFile& image) const {
     const auto* target = surroundings.targets.selectedDisk();
     if (!target) throw TesselError(TesselError::Case::noSelectedDisk);
-    if (const auto reason = eligibilityFailureReason(*target)) throw TesselError::unsafeDisk(*reason);
+    if (const auto reason = protectionText(*target)) throw TesselError::unsafeDisk(*reason);
     if (target->sizeBytes < image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
     return *target;
 }
@@ -147,7 +147,7 @@ Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
         surroundings.log.append(revalidationFailure(expected, search));
         throwNotFound(search);
     }
-    if (const auto reason = eligibilityFailureReason(*search.found)) throw TesselError::unsafeDisk(*reason);
+    if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
     if (search.attempts > 1) {
         surroundings.log.append("Disk revalidation succeeded on attempt " + std::to_string(search.attempts) +
                                 ".");

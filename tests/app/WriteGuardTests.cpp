@@ -4,6 +4,7 @@
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"
 #include "views/controls/TextLabel.h"
+#include "views/disks/DiskTargetSelector.h"
 
 namespace tessel {
 
@@ -56,6 +57,16 @@ TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
         EXPECT_EQ(badge(), "Target disk4 selected");
         EXPECT_FALSE(row(protectedDisk).fields().isSelectedTarget);
     }
+}
+
+TEST_F(WriteGuardTests, aLockSaysWhyTheSystemProtectsTheDisk) {
+    reader.changeDetails(
+        "disk5", {{"WritableMedia", false}, {"VelmoraTesselProtectionReason", "It holds the tide tables."}});
+    open();
+    const auto words = systemWords().cardNotWritable + " It holds the tide tables.";
+    EXPECT_EQ(row("disk5").accessibleDescription().toStdString(), words);
+    for (auto* cell : shownWidgets<DiskTargetSelector>(row("disk5")))
+        EXPECT_EQ(cell->toolTip().toStdString(), words);
 }
 
 TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {

@@ -161,6 +161,22 @@ TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
     }
 }
 
+TEST_F(WriteTaskTests, aRefusalSaysWhyTheSystemProtectsTheCard) {
+    const auto refusal = "The selected disk is protected: " + systemWords().cardNotWritable + " ";
+    const auto protection = [](const char* reason) {
+        return PropertyList::Dictionary{{"WritableMedia", false}, {"VelmoraTesselProtectionReason", reason}};
+    };
+    prepareWrite();
+    reader.changeDetails("disk4", protection("It holds the tide tables."));
+    write();
+    EXPECT_EQ(viewModel->writeProgressDetail(), refusal + "It holds the tide tables.");
+
+    prepareWrite();
+    when(verificationEnabled, [&] { reader.changeDetails("disk4", protection("It became a swap area.")); });
+    write();
+    EXPECT_EQ(viewModel->writeProgressDetail(), refusal + "It became a swap area.");
+}
+
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     prepareWrite();
     const std::weak_ptr<TesselViewModel> dropped = viewModel;

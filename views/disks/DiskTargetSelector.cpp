@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QRadioButton>
 
-#include "model/SDCardPolicy.h"
+#include "model/DiskTexts.h"
 #include "views/accessibility/AccessibleControl.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/SymbolView.h"
@@ -55,7 +55,7 @@ DiskTargetSelector::DiskTargetSelector(std::function<void()> selectAction) :
 }
 
 void DiskTargetSelector::display(const Fields& fields) {
-    const auto reason = eligibilityFailureReason(fields.disk);
+    const auto reason = protectionText(fields.disk);
     radio->setVisible(!reason);
     lock->setVisible(reason.has_value());
     radio->setEnabled(!fields.isBusy);
