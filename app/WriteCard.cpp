@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "foundation/ByteCount.h"
+#include "model/DiskTexts.h"
 
 namespace tessel {
 
@@ -39,7 +40,8 @@ WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrit
     writeButton(new Button({.text = "Write Disk Image",
                             .symbol = "square.and.arrow.down.on.square.fill",
                             .look = Button::Look::destructiveProminent,
-                            .size = Button::Size::large})) {
+                            .size = Button::Size::large})),
+    imageHint(new SymbolLabel("info.circle.fill", {}, {.font = FontRole::caption, .tone = Tone::orange})) {
     connect(verifySwitch, &Switch::toggled, this,
             [this](bool verify) { this->viewModel.setVerifyAfterWrite(verify); });
     writeButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -60,6 +62,7 @@ void WriteCard::buildContent() {
     content().addWidget(imageRow);
     content().addWidget(verifySwitch, 0, Qt::AlignLeft);
     content().addWidget(writeButton);
+    content().addWidget(imageHint);
     content().addWidget(makeWarning());
     content().addWidget(new SymbolLabel("checkmark.shield.fill",
                                         "The confirmation dialog identifies the exact SD card and image "
@@ -88,6 +91,9 @@ void WriteCard::render() const {
     verifySwitch->setChecked(viewModel.verifyAfterWrite());
     verifySwitch->setEnabled(!viewModel.isBusy());
     writeButton->setEnabled(viewModel.canStartWrite());
+    const auto hint = image && target ? imageOnDiskText(*image, *target) : std::nullopt;
+    imageHint->setText(QString::fromStdString(hint.value_or("")));
+    imageHint->setVisible(hint.has_value());
 }
 
 }  // namespace tessel

@@ -28,6 +28,7 @@ class WriteCard : public Card {
     InfoRow* imageRow;
     Switch* verifySwitch;
     Button* writeButton;
+    SymbolLabel* imageHint;
 };
 
 }  // namespace tessel

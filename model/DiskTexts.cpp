@@ -1,5 +1,7 @@
 #include "model/DiskTexts.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <string_view>
 
 #include "foundation/SystemWords.h"
@@ -38,6 +40,16 @@ std::optional<std::string> protectionText(const SDWholeDisk& disk) {
     auto text = eligibilityFailureReason(disk);
     if (text == systemWords().cardNotWritable && disk.protectionReason) *text += " " + *disk.protectionReason;
     return text;
+}
+
+std::optional<std::string> imageOnDiskText(const SDImageFile& image, const SDWholeDisk& disk) {
+    const auto holdsImage = [&image](const SDDiskPartition& partition) {
+        const std::filesystem::path folder = partition.mountPoint;
+        return !folder.empty() && std::ranges::mismatch(folder, image.url).in1 == folder.end();
+    };
+    if (std::ranges::none_of(disk.partitions, holdsImage)) return std::nullopt;
+    return "The selected image lies on the selected SD card, which a write would erase. Copy the image to "
+           "another disk and select the copy.";
 }
 
 std::string mediaSymbol(const SDWholeDisk& disk) {

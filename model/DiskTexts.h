@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
 
 /// These pure functions say how the table and the inspector word a disk, beyond the record's own texts.
@@ -19,6 +20,9 @@ namespace tessel {
 
 /// Returns why the disk may not be chosen, in full, or nothing if it may.
 [[nodiscard]] std::optional<std::string> protectionText(const SDWholeDisk& disk);
+
+/// Returns why the image can't be written to the disk if it lies on that disk, or nothing if it doesn't.
+[[nodiscard]] std::optional<std::string> imageOnDiskText(const SDImageFile& image, const SDWholeDisk& disk);
 
 /// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);

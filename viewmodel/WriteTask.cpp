@@ -113,6 +113,7 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
     co_await checkCancellation();
     const auto inspected = co_await ImageSelection::inspectImage(image.url);
     if (inspected.sizeBytes != image.sizeBytes) throw TesselError(TesselError::Case::imageChanged);
+    if (const auto reason = imageOnDiskText(image, card)) throw TesselError::commandFailed(*reason);
     co_await checkCancellation();
 
     log.append("Writing " + image.displayName() + " to /dev/r" + card.id +

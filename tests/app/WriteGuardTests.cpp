@@ -69,6 +69,22 @@ TEST_F(WriteGuardTests, aLockSaysWhyTheSystemProtectsTheDisk) {
         EXPECT_EQ(cell->toolTip().toStdString(), words);
 }
 
+TEST_F(WriteGuardTests, anImageOnTheChosenCardIsPointedOut) {
+    reader.addDisk({.identifier = "disk6",
+                    .mediaName = "SDXC Card",
+                    .sizeBytes = cardSize,
+                    .partitions = {{.identifier = "disk6s1", .mountPoint = folder.path()}},
+                    .medium = SimulatedDisk::Medium::none});
+    openReady();
+    const auto hint =
+        "The selected image lies on the selected SD card, which a write would erase. Copy the image to "
+        "another disk and select the copy.";
+    EXPECT_THAT(texts(), testing::Not(Contains(hint)));
+    clickTarget("disk6");
+    QTest::qWait(1);
+    EXPECT_THAT(texts(), Contains(hint));
+}
+
 TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
     openReady();
     click(button("Write Disk Image"));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/support/SampleDisks.h"
 
 namespace tessel {
@@ -36,6 +38,22 @@ TEST(DiskTextsTests, aMediumHasItsKindItsSymbolAndItsConnection) {
         EXPECT_EQ(mediaKindText(one.disk), one.kind) << one.disk.mediaName;
         EXPECT_EQ(mediaSymbol(one.disk), one.symbol) << one.disk.mediaName;
         EXPECT_EQ(connectionText(one.disk), one.connection) << one.disk.mediaName;
+    }
+}
+
+TEST(DiskTextsTests, anImageLiesOnTheDiskWhereItsPathBeginsWithAMountPoint) {
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"/media/user/CARD", "/media/user/CARD/os.img", true},
+        {"/media/user/CARD", "/media/user/CARD/old/os.img", true},
+        {"/media/user/CARD", "/media/user/CARD2/os.img", false},
+        {"/media/user/CARD", "/media/user/os.img", false},
+        {"", "/media/user/CARD/os.img", false},
+    };
+    for (const auto& [mountPoint, file, liesOnIt] : cases) {
+        auto card = sampleCard("disk4");
+        card.partitions = {{.id = "disk4s1"}, {.id = "disk4s2", .mountPoint = mountPoint}};
+        EXPECT_EQ(imageOnDiskText({.url = file, .sizeBytes = 1}, card).has_value(), liesOnIt)
+            << mountPoint << " " << file;
     }
 }
 

@@ -177,6 +177,24 @@ TEST_F(WriteTaskTests, aRefusalSaysWhyTheSystemProtectsTheCard) {
     EXPECT_EQ(viewModel->writeProgressDetail(), refusal + "It became a swap area.");
 }
 
+TEST_F(WriteTaskTests, anImageOnTheCardItselfIsRefusedBeforeTheUnmount) {
+    reader.addDisk(
+        {.identifier = "disk5",
+         .mediaName = "SD Card Reader",
+         .sizeBytes = cardSize,
+         .partitions = {{.identifier = "disk5s1", .content = "Linux", .mountPoint = folder.path()}},
+         .medium = SimulatedDisk::Medium::none});
+    prepareWrite();
+    viewModel->selectDisk("disk5");
+    EXPECT_TRUE(viewModel->canStartWrite());
+    write();
+    EXPECT_EQ(viewModel->writePhaseTitle(), "Image Write Failed");
+    EXPECT_EQ(viewModel->writeProgressDetail(),
+              "The selected image lies on the selected SD card, which a write would erase. Copy the image to "
+              "another disk and select the copy.");
+    EXPECT_EQ(takeCommands(), "list diskutil info -plist /dev/disk5");
+}
+
 TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
     prepareWrite();
     const std::weak_ptr<TesselViewModel> dropped = viewModel;
