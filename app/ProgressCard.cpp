@@ -74,7 +74,7 @@ void ProgressCard::render() const {
     // Its line is kept free during a write, so that nothing moves when there is something to say.
     transferRate->setVisible(viewModel.hasWriteTask());
     transferRate->setText(QString::fromStdString(viewModel.writeTransferRate()));
-    hint->setText(stoppingHint(viewModel));
+    hint->setText(progressHint(viewModel));
     hint->setVisible(!hint->text().isEmpty());
 }
 

@@ -46,20 +46,25 @@ QString liveStatusTitle(const TesselViewModel& viewModel) {
     return viewModel.isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
 }
 
-QString stoppingHint(const TesselViewModel& viewModel) {
+QString progressHint(const TesselViewModel& viewModel) {
     const bool isAsking = viewModel.currentWritePhase() == ImageWritePhase::authorizingDevice;
-    if (!viewModel.isCancellationRequested() || !isAsking) return {};
+    if (!viewModel.isCancellationRequested() || !isAsking)
+        return QString::fromStdString(viewModel.writeHint());
     return "The dialog that asks for the password can't be withdrawn. Answer or cancel it, and the operation "
            "stops.";
 }
 
 QString announcement(const TesselViewModel& viewModel) {
     const auto& state = viewModel.state();
+    const auto hint = progressHint(viewModel);
     if (!viewModel.hasWriteTask()) {
-        if (state.writeOutcome != WriteOutcome::failed) return statusTitle(state);
-        return statusTitle(state) + ". " + QString::fromStdString(viewModel.writeProgressDetail());
+        QStringList sentences;
+        if (state.writeOutcome == WriteOutcome::failed)
+            sentences << QString::fromStdString(viewModel.writeProgressDetail());
+        if (state.writeOutcome && !hint.isEmpty()) sentences << hint;
+        return sentences.isEmpty() ? statusTitle(state) : statusTitle(state) + ". " + sentences.join(" ");
     }
-    if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + stoppingHint(viewModel);
+    if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + hint;
     const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
     const auto title = QString::fromStdString(viewModel.writePhaseTitle());
     const auto phase = viewModel.currentWritePhase();

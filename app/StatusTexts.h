@@ -17,12 +17,12 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 /// Returns the title of the present state, or of stopping if that has been requested.
 [[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);
 
-/// Returns what the person has to do before the operation can stop; empty unless a dialog keeps it from
-/// stopping.
-[[nodiscard]] QString stoppingHint(const TesselViewModel& viewModel);
+/// Returns what else the user should know or do, or an empty text: while a dialog keeps the operation from
+/// stopping, and after a write.
+[[nodiscard]] QString progressHint(const TesselViewModel& viewModel);
 
-/// Returns what screen readers say: each state, the reason of a failed write, and during a write each phase
-/// and each quarter of the whole workflow that was passed.
+/// Returns what screen readers say: each state, the reason of a failed write and what else there is to know
+/// after a write, and during a write each phase and each quarter of the whole workflow that was passed.
 [[nodiscard]] QString announcement(const TesselViewModel& viewModel);
 
 /// Words a fraction as a percentage such as "42%", rounded half away from zero.

@@ -100,6 +100,8 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] double overallWorkflowProgress() const;
     [[nodiscard]] const std::string& writePhaseTitle() const { return progress.title(); }
     [[nodiscard]] const std::string& writeProgressDetail() const { return progress.detail(); }
+    /// Returns what else the user should know or do after a write, or an empty text.
+    [[nodiscard]] const std::string& writeHint() const { return progress.hint(); }
     /// Returns the speed and the time that the phase will still take, or an empty text if nothing can be
     /// said.
     [[nodiscard]] const std::string& writeTransferRate() const { return progress.transferRate(); }

@@ -111,6 +111,7 @@ WriteProgress::WriteProgress(const std::function<void()>& onChange) :
     preparationFraction(onChange, 0),
     titleText(onChange, titleBeforeStart),
     detailText(onChange, detailBeforeStart),
+    hintText(onChange, ""),
     transferRateText(onChange, ""),
     reportedPhase(onChange, std::nullopt) {}
 
@@ -140,9 +141,10 @@ std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report,
     return std::string(presentation.logSentence);
 }
 
-void WriteProgress::say(const std::string& title, const std::string& detail) {
+void WriteProgress::say(const std::string& title, const std::string& detail, const std::string& hint) {
     titleText = title;
     detailText = detail;
+    hintText = hint;
     rate.reset();
     transferRateText = rate.text();
 }

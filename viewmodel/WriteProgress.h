@@ -22,6 +22,8 @@ class WriteProgress {
     [[nodiscard]] double preparationAndWriting() const { return preparationFraction(); }
     [[nodiscard]] const std::string& title() const { return titleText(); }
     [[nodiscard]] const std::string& detail() const { return detailText(); }
+    /// Returns what else the user should know or do, or an empty text.
+    [[nodiscard]] const std::string& hint() const { return hintText(); }
     /// Returns the speed and the time that the phase will still take, or an empty text if nothing can be
     /// said.
     [[nodiscard]] const std::string& transferRate() const { return transferRateText(); }
@@ -35,7 +37,7 @@ class WriteProgress {
     /// Remembers the phase of a report, but leaves everything shown as it is.
     void notePhase(ImageWritePhase phase) { reportedPhase = phase; }
     /// Shows these words in place of what the last report said.
-    void say(const std::string& title, const std::string& detail);
+    void say(const std::string& title, const std::string& detail, const std::string& hint = "");
     void complete();
 
     /// Returns the title shown above the progress bars when the write fails in its present phase.
@@ -46,6 +48,7 @@ class WriteProgress {
     Published<double> preparationFraction;
     Published<std::string> titleText;
     Published<std::string> detailText;
+    Published<std::string> hintText;
     Published<std::string> transferRateText;
     Published<std::optional<ImageWritePhase>> reportedPhase;
     std::optional<ImageWritePhase> lastLoggedPhase;

@@ -196,13 +196,17 @@ void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
 }
 
 void WriteTask::finishCancelledWrite() {
-    const auto message = cancellationMessage(surroundings.progress.phase());
+    const auto phase = surroundings.progress.phase();
+    const auto message = cancellationMessage(phase);
+    const std::string hint =
+        phase >= ImageWritePhase::writingImage ? "" : "Nothing was written to the SD card.";
     const auto target = surroundings.targets.selectedDiskID();
     surroundings.targets.forget(target);
-    surroundings.progress.say("Operation Cancelled", message);
+    surroundings.progress.say("Operation Cancelled", message, hint);
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::cancelled);
     surroundings.log.append("Operation cancelled. " + message);
     surroundings.log.append("Refresh the disk list before attempting another write.");
+    if (!hint.empty()) surroundings.log.append(hint);
     // Whoever pressed Stop knows, unless the write had failed already.
     if (!isCancellationRequested() || isFailureLogged)
         surroundings.desktop.requestUserAttention({.title = "Operation Cancelled", .text = message});

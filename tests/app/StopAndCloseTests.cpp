@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include "app/StatusTexts.h"
 #include "platform/qt/TerminationSignal.h"
 #include "tests/app/SlowImage.h"
 #include "tests/app/WindowTest.h"
@@ -41,6 +42,20 @@ TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
     EXPECT_THAT(texts(), Contains("Stopping Operation").Times(4)) << "beside what is said otherwise";
     untilIdle();
     EXPECT_EQ(hints(), 0);
+}
+
+TEST_F(StopAndCloseTests, aWriteThatDidNotBeginSaysSo) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"dismissed", "Nothing was written to the SD card."},
+    };
+    for (const auto& [answer, hint] : cases) {
+        reader.reinsert("disk4");
+        reader.setBehaviour("disk4", {.authorization = answer});
+        startWrite();
+        untilIdle();
+        EXPECT_THAT(texts(), Contains(hint));
+        EXPECT_THAT(announcement(viewModel()).toStdString(), testing::EndsWith(hint));
+    }
 }
 
 TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {

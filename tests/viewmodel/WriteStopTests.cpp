@@ -28,7 +28,9 @@ TEST_F(WriteStopTests, aDismissedPromptIsACancellation) {
     reader.setBehaviour("disk4", {.authorization = "dismissed"});
     write();
     expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + cancellationLog(interrupted));
+    EXPECT_EQ(takeLog(),
+              logUpTo(authorizingDevice) + cancellationLog(interrupted) + Messages{nothingWritten});
+    EXPECT_EQ(viewModel->writeHint(), nothingWritten);
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
     EXPECT_EQ(desktop.lastNotification.title, "Operation Cancelled");
     EXPECT_EQ(desktop.lastNotification.text, interrupted);
@@ -71,7 +73,9 @@ TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
         });
         write();
         expectCancellation(message);
-        EXPECT_EQ(takeLog(), log + stopLog(message));
+        const bool hasBegun = std::ranges::count(log, phaseMessages[2]) > 0;
+        EXPECT_EQ(takeLog(), log + (hasBegun ? stopLog(message) : stopLogBeforeWriting()));
+        EXPECT_EQ(viewModel->writeHint(), hasBegun ? "" : nothingWritten);
         EXPECT_EQ(takeCommands(), commands);
         EXPECT_EQ(viewModel->writeOperationProgress(), progress);
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
@@ -83,7 +87,7 @@ TEST_F(WriteStopTests, aStopMayComeBeforeTheWriteBegins) {
     viewModel->startWrite();
     viewModel->requestStop();
     runUntilIdle();
-    EXPECT_EQ(takeLog(), stopLog(interrupted));
+    EXPECT_EQ(takeLog(), stopLogBeforeWriting());
     EXPECT_THAT(desktop.events, IsEmpty());
 }
 
@@ -94,7 +98,7 @@ TEST_F(WriteStopTests, aStopEndsThePauseBetweenAttempts) {
     write();
     user.join();
     expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), Messages{revalidating} + stopLog(interrupted));
+    EXPECT_EQ(takeLog(), Messages{revalidating} + stopLogBeforeWriting());
     EXPECT_EQ(takeCommands(), "list");
 }
 
@@ -121,7 +125,7 @@ TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
         user.join();
         expectCancellation(interrupted);
         EXPECT_EQ(viewModel->currentWritePhase(), reached);
-        EXPECT_EQ(takeLog(), logUpTo(reached) + stopLog(interrupted));
+        EXPECT_EQ(takeLog(), logUpTo(reached) + stopLogBeforeWriting());
         EXPECT_EQ(takeCommands(), commands);
     }
 }
@@ -136,7 +140,7 @@ TEST_F(WriteStopTests, aStopGoesBeforeAChangedImage) {
     });
     write();
     expectCancellation(interrupted);
-    EXPECT_EQ(takeLog(), (Messages{revalidating, foundLate}) + stopLog(interrupted));
+    EXPECT_EQ(takeLog(), (Messages{revalidating, foundLate}) + stopLogBeforeWriting());
 }
 
 TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {

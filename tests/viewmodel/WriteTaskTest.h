@@ -21,6 +21,8 @@ inline constexpr auto finalizing =
 inline constexpr auto unverified =
     "Writing completed, but verification was interrupted. Treat the SD card as unverified before using it.";
 
+inline constexpr auto nothingWritten = "Nothing was written to the SD card.";
+
 inline constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 inline constexpr auto diskGone =
@@ -72,6 +74,8 @@ class WriteTaskTest : public ViewModelTest {
                    "will be ejected when possible."} +
                cancellationLog(message);
     }
+
+    static Messages stopLogBeforeWriting() { return stopLog(interrupted) + Messages{nothingWritten}; }
 };
 
 }  // namespace tessel
