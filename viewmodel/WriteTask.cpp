@@ -124,11 +124,14 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
             "same authorized raw-device descriptor.");
     }
     co_await checkCancellation();
+    const auto onFailure = [this](const std::exception_ptr& error) {
+        if (!isCancellationRequested()) logFailure(error);
+    };
     co_await surroundings.imageWriterService.write(
         {.image = image,
          .target = card,
          .verify = verify,
-         .onFailure = [this](const std::exception_ptr& error) { logFailure(error); },
+         .onFailure = onFailure,
          .onDiskGone = [this] { logThatDiskIsGone(); }},
         std::move(report));
     finishSuccessfulWrite(card.id, verify);

@@ -143,6 +143,18 @@ TEST_F(WriteStopTests, aStopGoesBeforeAChangedImage) {
     EXPECT_EQ(takeLog(), (Messages{revalidating, foundLate}) + stopLogBeforeWriting());
 }
 
+TEST_F(WriteStopTests, anErrorAfterAStopIsNoFailure) {
+    prepareWrite();
+    reader.setBehaviour("disk4", {.authorization = "busy", .delays = {{"authopen", 0.5}}});
+    auto user = stopOnceCommandsHaveBegun(6);
+    write();
+    user.join();
+    expectCancellation(interrupted);
+    EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + stopLogBeforeWriting());
+    EXPECT_FALSE(viewModel->hasWriteFailed());
+    EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
+}
+
 TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {
     prepareWrite();
     fault = Fault::read;
