@@ -77,7 +77,11 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
         const auto ejected = co_await outcomeOf(require({"eject", "/dev/" + card.id}, ""));
-        if (ejected.error() && co_await diskService.isGone(card.id)) request.onDiskGone();
+        if (!ejected.error()) {
+            request.onEjected();
+        } else if (co_await diskService.isGone(card.id)) {
+            request.onDiskGone();
+        }
         throwReported(written.error(), co_await isCancelled());
     }
 }

@@ -26,6 +26,8 @@ class ImageWriterService {
         /// Is called with the error as soon as an unmounted card could not be written to its end. The card is
         /// only then ejected, and what is thrown in the end may be a cancellation that came meanwhile.
         std::function<void(const std::exception_ptr&)> onFailure = [](const std::exception_ptr&) {};
+        /// Is called after onFailure if the card was ejected.
+        std::function<void()> onEjected = [] {};
         /// Is called after onFailure if the card could not be ejected because it is no longer there.
         std::function<void()> onDiskGone = [] {};
     };

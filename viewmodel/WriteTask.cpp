@@ -51,6 +51,9 @@ std::string revalidationFailure(const SDWholeDisk& expected, const DiskSearch& s
     return "Disk revalidation could not find /dev/" + expected.id + " as a whole disk.";
 }
 
+constexpr auto cardEjected =
+    "The SD card is now ejected. To try again, pull it out, insert it again, and refresh the disk list.";
+
 std::string cancellationMessage(std::optional<ImageWritePhase> phase) {
     switch (phase.value_or(ImageWritePhase::preparingTarget)) {
         case ImageWritePhase::verifyingImage:
@@ -127,13 +130,13 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
     const auto onFailure = [this](const std::exception_ptr& error) {
         if (!isCancellationRequested()) logFailure(error);
     };
-    co_await surroundings.imageWriterService.write(
-        {.image = image,
-         .target = card,
-         .verify = verify,
-         .onFailure = onFailure,
-         .onDiskGone = [this] { logThatDiskIsGone(); }},
-        std::move(report));
+    co_await surroundings.imageWriterService.write({.image = image,
+                                                    .target = card,
+                                                    .verify = verify,
+                                                    .onFailure = onFailure,
+                                                    .onEjected = [this, id = card.id] { ejectedDiskID = id; },
+                                                    .onDiskGone = [this] { noteThatDiskIsGone(); }},
+                                                   std::move(report));
     finishSuccessfulWrite(card.id, verify);
 }
 
@@ -152,6 +155,7 @@ Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
         throwNotFound(search);
     }
     if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
+    ejectedDiskID = std::nullopt;
     if (search.attempts > 1) {
         surroundings.log.append("Disk revalidation succeeded on attempt " + std::to_string(search.attempts) +
                                 ".");
@@ -176,15 +180,17 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool ver
 /// Logs a failure when it happens, since a stop that comes later replaces it as the outcome.
 void WriteTask::logFailure(const std::exception_ptr& error) {
     if (isFailureLogged || isCancellation(error)) return;
-    if (isDiskGone(error)) logThatDiskIsGone();
+    if (isDiskGone(error)) noteThatDiskIsGone();
     surroundings.log.append(error);
     isFailureLogged = true;
 }
 
-void WriteTask::logThatDiskIsGone() {
+void WriteTask::noteThatDiskIsGone() {
+    const auto& id = surroundings.targets.selectedDiskID();
     // An eject that seemed to fail may have let go of the card all the same.
-    if (isDiskLoggedAsGone || surroundings.progress.phase() == ImageWritePhase::ejecting) return;
-    surroundings.log.append("/dev/" + surroundings.targets.selectedDiskID() +
+    if (surroundings.progress.phase() == ImageWritePhase::ejecting) ejectedDiskID = id;
+    if (isDiskLoggedAsGone || ejectedDiskID == id) return;
+    surroundings.log.append("/dev/" + id +
                             " is gone: the SD card was removed, or its reader was disconnected.");
     isDiskLoggedAsGone = true;
 }
@@ -192,9 +198,11 @@ void WriteTask::logThatDiskIsGone() {
 /// Keeps the progress, the list and the target, so that the person can try again once the cause is fixed.
 void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
     auto& progress = surroundings.progress;
-    progress.say(progress.failureTitle(), localizedDescription(error));
+    const std::string hint = ejectedDiskID == surroundings.targets.selectedDiskID() ? cardEjected : "";
+    progress.say(progress.failureTitle(), localizedDescription(error), hint);
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::failed);
     logFailure(error);
+    if (!hint.empty()) surroundings.log.append(hint);
     surroundings.desktop.requestUserAttention({.title = progress.title(), .text = progress.detail()});
 }
 

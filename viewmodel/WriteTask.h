@@ -3,6 +3,7 @@
 #include <exception>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "foundation/Published.h"
 #include "platform/Desktop.h"
@@ -58,7 +59,7 @@ class WriteTask {
     Task<SDWholeDisk> revalidateTarget(SDWholeDisk expected);
     void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
     void logFailure(const std::exception_ptr& error);
-    void logThatDiskIsGone();
+    void noteThatDiskIsGone();
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
     void showSafeToRemoveAlert(bool verified) const;
@@ -68,6 +69,7 @@ class WriteTask {
     Published<bool> cancellationRequested;
     bool isFailureLogged = false;
     bool isDiskLoggedAsGone = false;
+    std::optional<std::string> ejectedDiskID;  ///< since a failure, and not found again yet
 };
 
 }  // namespace tessel

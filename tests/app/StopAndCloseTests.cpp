@@ -44,10 +44,12 @@ TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
     EXPECT_EQ(hints(), 0);
 }
 
-TEST_F(StopAndCloseTests, aWriteThatDidNotBeginSaysSo) {
+TEST_F(StopAndCloseTests, aWriteThatDidNotBeginOrWasFollowedByAnEjectSaysSo) {
     const std::pair<const char*, const char*> cases[] = {
         {"dismissed", "Nothing was written to the SD card."},
-    };
+        {"busy",
+         "The SD card is now ejected. To try again, pull it out, insert it again, and refresh the disk "
+         "list."}};
     for (const auto& [answer, hint] : cases) {
         reader.reinsert("disk4");
         reader.setBehaviour("disk4", {.authorization = answer});

@@ -23,6 +23,8 @@ inline constexpr auto unverified =
 
 inline constexpr auto nothingWritten = "Nothing was written to the SD card.";
 
+inline constexpr auto cardEjected =
+    "The SD card is now ejected. To try again, pull it out, insert it again, and refresh the disk list.";
 inline constexpr auto diskChanged =
     "The selected disk changed after it was scanned. Refresh the disk list and select it again.";
 inline constexpr auto diskGone =

@@ -150,7 +150,8 @@ TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
          logUpTo(authorizingDevice) + Messages{diskGone, std::string("Error: ") + diskChanged}},
         {phaseMessages[5],
          [this] { interpose("[ $1 = eject ] || exec $real \"$@\"\n$real \"$@\" > /dev/null\nexit 1"); },
-         logUpTo(ejecting) + Messages{"Error: The image was written, but the SD card could not be ejected."}},
+         logUpTo(ejecting) +
+             Messages{"Error: The image was written, but the SD card could not be ejected.", cardEjected}},
     };
     for (const auto& [moment, happens, log] : cases) {
         prepareWrite();
@@ -159,6 +160,28 @@ TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
         write();
         EXPECT_EQ(takeLog(), log);
     }
+}
+
+TEST_F(WriteTaskTests, aCardThatWasEjectedAfterAFailureIsNotSaidToBeRemoved) {
+    const std::string error =
+        "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
+    prepareWrite();
+    fault = Fault::secondWrite;
+    write();
+    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, cardEjected}));
+    EXPECT_EQ(viewModel->writeHint(), cardEjected);
+
+    write();
+    EXPECT_EQ(takeLog(),
+              (Messages{revalidating, "Disk revalidation could not find /dev/disk4 as a whole disk.",
+                        std::string("Error: ") + diskChanged, cardEjected}));
+    EXPECT_EQ(viewModel->writeHint(), cardEjected);
+
+    reader.reinsert("disk4");
+    when(error, [this] { reader.removeDisk("disk4"); });
+    write();
+    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, diskGone})) << "it had come back";
+    EXPECT_EQ(viewModel->writeHint(), "");
 }
 
 TEST_F(WriteTaskTests, aRefusalSaysWhyTheSystemProtectsTheCard) {
