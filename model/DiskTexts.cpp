@@ -43,11 +43,16 @@ std::optional<std::string> protectionText(const SDWholeDisk& disk) {
 }
 
 std::optional<std::string> imageOnDiskText(const SDImageFile& image, const SDWholeDisk& disk) {
-    const auto holdsImage = [&image](const SDDiskPartition& partition) {
-        const std::filesystem::path folder = partition.mountPoint;
-        return !folder.empty() && std::ranges::mismatch(folder, image.url).in1 == folder.end();
+    // A partition's record has its mount point as it is shown.
+    const auto holds = [&disk](const std::filesystem::path& folder) {
+        const std::string shown = printable(folder.string());
+        return !shown.empty() && std::ranges::find(disk.partitions, shown, &SDDiskPartition::mountPoint) !=
+                                     disk.partitions.end();
     };
-    if (std::ranges::none_of(disk.partitions, holdsImage)) return std::nullopt;
+    auto folder = image.url.parent_path();
+    while (!holds(folder) && folder.has_relative_path())
+        folder = folder.parent_path();
+    if (!holds(folder)) return std::nullopt;
     return "The selected image lies on the selected SD card, which a write would erase. Copy the image to "
            "another disk and select the copy.";
 }

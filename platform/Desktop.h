@@ -42,7 +42,7 @@ class Desktop {
     virtual ~Desktop() = default;
 
     /// Lets the user choose one file, starting in their Desktop folder, and ends once they have. The path
-    /// comes with its links resolved; it is absent when the user cancels.
+    /// may be a link; it is absent when the user cancels.
     virtual Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) = 0;
 
     /// Shows an alert above the window and returns at once.

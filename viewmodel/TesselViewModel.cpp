@@ -80,7 +80,7 @@ void TesselViewModel::chooseImage() {
 
 Task<> TesselViewModel::runOpenPanel() {
     if (const auto file = co_await desktop.runOpenPanel(ImageSelection::openPanel())) {
-        co_await takeImage(ImageSelection::inspectImage(*file));
+        co_await takeImage(ImageSelection::inspectLinkedImage(*file));
     } else {
         noteCancelledChoice();
     }

@@ -58,7 +58,7 @@ class LockedBlockDevice : public DescriptorDevice {
         if (sleepWatch.hasSlept()) return Disturbance::possiblyExchanged;
         const auto bytesWritten = statistics.bytesWritten();
         const bool isCounted = bytesWrittenBefore.isSuccess() && bytesWritten.isSuccess();
-        return isCounted && bytesWritten.value - bytesWrittenBefore.value != ownBytesWritten
+        return isCounted && bytesWritten.value - bytesWrittenBefore.value > ownBytesWritten
                    ? Disturbance::writtenByOthers
                    : Disturbance::none;
     }

@@ -6,7 +6,6 @@
 #include <QStandardPaths>
 #include <utility>
 
-#include "platform/Files.h"
 #include "platform/qt/Notification.h"
 #include "platform/qt/SleepBlock.h"
 
@@ -72,7 +71,7 @@ Task<std::optional<std::filesystem::path>> QtDesktop::runOpenPanel(OpenPanel pan
     dialog.setNameFilter(nameFilter(panel));
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
     if (!co_await Answer{dialog} || dialog.selectedFiles().isEmpty()) co_return std::nullopt;
-    co_return withLinksResolved(dialog.selectedFiles().first().toStdString());
+    co_return dialog.selectedFiles().first().toStdString();
 }
 
 void QtDesktop::beep() {

@@ -48,6 +48,7 @@ TEST(DiskTextsTests, anImageLiesOnTheDiskWhereItsPathBeginsWithAMountPoint) {
         {"/media/user/CARD", "/media/user/CARD2/os.img", false},
         {"/media/user/CARD", "/media/user/os.img", false},
         {"", "/media/user/CARD/os.img", false},
+        {"\u2068/media/user/\u05e9\u2069", "/media/user/\u05e9/os.img", true},
     };
     for (const auto& [mountPoint, file, liesOnIt] : cases) {
         auto card = sampleCard("disk4");

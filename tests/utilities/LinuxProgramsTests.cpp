@@ -198,8 +198,8 @@ TEST_F(LinuxProgramsTests, aLockThroughAnotherDeviceNodeIsSeen) {
     const Companion container(
         {"unshare", "-m", "--propagation", "private", "sh", "-c",
          "mount -t tmpfs none /dev && mknod /dev/card b " + std::to_string(major(status.st_rdev)) + " " +
-             std::to_string(minor(status.st_rdev)) + " && exec flock /dev/card sh -c 'touch " +
-             locked.string() + "; sleep 60'"});
+             std::to_string(minor(status.st_rdev)) + " && exec flock --no-fork /dev/card sh -c 'touch " +
+             locked.string() + "; exec sleep 60'"});
     ASSERT_TRUE(appears(locked));
     EXPECT_EQ(authopen().errors, "Resource busy: another program is working on " + identifier + ".\n");
     EXPECT_THAT(calls(), testing::ElementsAre("ready"));
