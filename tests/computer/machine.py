@@ -157,13 +157,19 @@ class Machine:
     def remove_medium(self, slot):
         self.command("eject", id=slot, force=True)
 
-    def plug_reader(self, name, cards, vendor, product):
+    def has_medium(self, slot):
+        """Whether a card is in the slot of a reader that has not ejected it."""
+        [found] = [each for each in self.command("query-block") if each.get("qdev", "").endswith(slot)]
+        return "inserted" in found and not found.get("tray_open")
+
+    def plug_reader(self, name, cards, vendor, product, serial=None):
         """Connects a USB reader whose slots, one for each node of a card, are called NAME-0, NAME-1 and so on."""
-        self.command("device_add", driver="usb-bot", id=name, bus="xhci.0", attached=False)
+        number = {"serial": serial} if serial else {}
+        self.command("device_add", driver="usb-bot", id=name, bus="xhci.0", attached=False, **number)
         for index, node in enumerate(cards):
             self.command("device_add", driver="scsi-hd", id=f"{name}-{index}", bus=f"{name}.0", scsi_id=0, lun=index,
                          drive=node, vendor=vendor, product=product, removable=True, werror="report",
-                         rerror="report")
+                         rerror="report", **number)
         self.command("qom-set", path=f"/machine/peripheral/{name}", property="attached", value=True)
 
     def add_medium(self, name, path, slow_to=None, fails=None, loses_writes=False, is_locked=False):

@@ -23,6 +23,9 @@ GONE = {"before-the-click": [CHANGED],
         "while-writing": ["The SD-card write did not complete at byte offset", CHANGED],
         "while-verifying": ["The SD card could not be read for verification at byte offset", CHANGED]}
 NOT_EJECTED = "The image was written, but the SD card could not be ejected."
+LAYER = "layer"  # the name of a disk that lies over another one
+# How programs lock a disk: as partitioning tools do, and as virtual machines do.
+LOCKS = {"exclusive": "flock(disk, fcntl.LOCK_EX)", "byte-range": "lockf(disk, fcntl.LOCK_SH, 1, 100)"}
 
 
 class Unexpected(Exception):
@@ -66,6 +69,12 @@ class Computer:
             capture_output=True)
         return path
 
+    def stick_with_volume(self, size="512M"):
+        """A USB stick's content: one file system, whose files the kernel stores when it likes."""
+        path = self.blank_card(size)
+        run("/sbin/mkfs.ext4", "-q", "-F", "-L", "STICK", path)
+        return path
+
     def card_with_table(self, table, size="512M"):
         path = self.blank_card(size)
         run("/sbin/sfdisk", "--quiet", path, input=table.encode())
@@ -79,7 +88,7 @@ class Computer:
         self.await_devices([card])
         return card
 
-    def plug_reader(self, *contents, vendor="Generic-", product="SD/MMC", **faults):
+    def plug_reader(self, *contents, vendor="Generic-", product="SD/MMC", serial=None, **faults):
         """Plugs in a USB reader with a card in each of its slots, and returns the cards. What is wrong with all of
         them is said in the words of `Machine.add_medium`."""
         paths = contents or [self.blank_card()]
@@ -89,7 +98,7 @@ class Computer:
         nodes = [f"{reader}-card{index}" for index in range(len(paths))]
         for node, path in zip(nodes, paths):
             self.machine.add_medium(node, path, **faults)
-        self.machine.plug_reader(reader, nodes, vendor, product)
+        self.machine.plug_reader(reader, nodes, vendor, product, serial)
         end = time.monotonic() + PATIENCE
         while len(new := sorted(self.block_devices() - before)) < len(paths):
             if time.monotonic() > end:
@@ -99,6 +108,10 @@ class Computer:
                  for index, (path, device) in enumerate(zip(paths, new))]
         self.await_devices(cards)
         return cards
+
+    def plug_stick(self, content, **faults):
+        """Plugs in a USB stick, which is never taken for an SD card."""
+        return self.plug_reader(content, vendor="Kingston", product="DataTraveler", **faults)[0]
 
     def block_devices(self):
         """The disks of the computer that hold other than its own files."""
@@ -120,6 +133,11 @@ class Computer:
 
     def unplug_reader(self, card):
         self.machine.command("device_del", id=card.reader)
+
+    def insert_again(self, card):
+        """Puts a card that was pulled back into its slot, in working order whatever was wrong with it."""
+        self.machine.change_medium(card.slot, card.path)
+        self.await_devices([card])
 
     def exchange_card(self, card):
         """Replaces the card by another one of the same size."""
@@ -183,6 +201,20 @@ class Computer:
                 raise Unexpected(f"“{texts[0]}” is not shown; the log ends with “{self.last_words(shown)}”")
             time.sleep(0.3)
 
+    def expect_match(self, pattern, timeout=PATIENCE):
+        """Waits until a text is shown that a regular expression finds."""
+        end = time.monotonic() + timeout
+        while not re.search(pattern, shown := self.text_on_screen()):
+            if time.monotonic() > end:
+                raise Unexpected(f"“{pattern}” is not shown; the log ends with “{self.last_words(shown)}”")
+            time.sleep(0.3)
+
+    def expect_never_shown(self, *texts):
+        shown = self.text_on_screen()
+        for text in texts:
+            if text in shown:
+                raise Unexpected(f"“{text}” is shown")
+
     @staticmethod
     def last_words(shown):
         lines = [line for line in shown.splitlines() if re.match(r"\[?\d\d:\d\d", line)]
@@ -202,6 +234,21 @@ class Computer:
         self.machine.type(path + "\n")
         self.find("push button", "Select Image")
         self.expect_text(f"Selected image: {path} ")
+
+    def image_on_suspendable_disk(self, size):
+        """Leaves an image on a USB stick, below which a layer can be told to answer no more, and chooses it."""
+        self.desktop_mounts_after(10**6)
+        disk = f"/dev/{self.plug_stick(self.stick_with_volume()).device}"
+        self.guest.run(f"""set -e; echo "0 $(blockdev --getsz {disk}) linear {disk} 0" | dmsetup create {LAYER}
+            mount /dev/mapper/{LAYER} /mnt; head -c {size} /dev/urandom > /mnt/large.img; sync""", 120)
+        self.choose_image("/mnt/large.img")
+
+    def hang_disk_of_image(self):
+        """From now on nothing of the image can be read, not even its size."""
+        self.guest.run(f"echo 3 > /proc/sys/vm/drop_caches; dmsetup suspend --noflush --nolockfs {LAYER}")
+
+    def free_disk_of_image(self):
+        self.guest.run(f"dmsetup resume {LAYER}")
 
     def make_large_image(self, size="400M"):
         """Leaves an image of zeros on the computer that takes a while, and chooses it."""
@@ -304,6 +351,19 @@ class Computer:
     def stop(self):
         self.click("push button", "Stop")
 
+    def close_window(self):
+        self.machine.press("alt", "f4")
+
+    def agree_to_quit(self):
+        self.click("push button", "Stop and Quit")
+
+    def write_in_vain(self):
+        """Presses the button for a write that can't begin, and waits until it can be pressed again."""
+        self.click("push button", "Clear")
+        self.confirm_write()
+        self.expect_text("Revalidating /dev/disk")
+        self.find("push button", "Write Disk Image")
+
     # How it ends
 
     def expect_success(self, verified=True, timeout=300):
@@ -387,6 +447,18 @@ class Computer:
         if not any(words in use for use in uses):
             raise Unexpected(f"the card's uses are {uses}")
 
+    def expect_present(self, card):
+        """The card is still in its slot, and has not been ejected."""
+        if not self.machine.has_medium(card.slot) or not int(self.guest.run(f"cat /sys/block/{card.device}/size")):
+            raise Unexpected(f"the card in {card.slot} has been ejected")
+
+    def expect_one_drive(self, *cards):
+        """The disk service takes the cards for one drive's."""
+        drives = {self.guest.run("busctl get-property org.freedesktop.UDisks2 /org/freedesktop/UDisks2/block_devices/"
+                                 f"{card.device} org.freedesktop.UDisks2.Block Drive") for card in cards}
+        if len(drives) > 1:
+            raise Unexpected(f"the cards are in different drives: {drives}")
+
     def expect_partitions(self, card, count, timeout=180):
         """Waits until the computer knows the partitions of what has been written, so that it may mount them."""
         self.guest.wait_until(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
@@ -457,6 +529,15 @@ class Computer:
     def as_person(self, command):
         return self.guest.run_as_person(f"cd {IMAGES} && {command}")
 
+    def lock(self, card, kind):
+        """A program of the administrator takes a lock on the card's node, and keeps it."""
+        self.leave_running(f"""exec python3 -c "import fcntl, time; disk = open(\\"/dev/{card.device}\\", \\"r+b\\", 0)
+fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
+
+    def overwrite_piece(self, card, at):
+        """The administrator writes a MiB to the card's node, which can't be refused to a program that asks nobody."""
+        self.guest.run(f"dd if=/dev/zero of=/dev/{card.device} bs=1M count=1 seek={at >> 20} oflag=direct conv=notrunc")
+
     def start_program(self):
         self.guest.start_as_person("velmora-tessel")
         self.find("push button", "Refresh Disks", timeout=120)
@@ -474,11 +555,13 @@ class Computer:
         except subprocess.TimeoutExpired:
             raise Unexpected(f"the computer is still on after {timeout} s") from None
 
-    def sleep_and_wake_up(self):
-        """Puts the computer to sleep, and wakes it up a while later. The emulated keyboard's key for that does nothing."""
+    def fall_asleep(self):
+        """Puts the computer to sleep. The emulated keyboard's key for that does nothing."""
         self.guest.run("systemctl suspend --no-block")
         self.machine.wait_for_status("query-status", "suspended", PATIENCE)
         time.sleep(5)
+
+    def wake_up(self):
         self.machine.command("system_wakeup")
         self.machine.wait_for_status("query-status", "running", PATIENCE)
 

@@ -2,8 +2,7 @@
 
 
 def play(computer):
-    [stick] = computer.plug_reader(computer.card_with_volume(), slow_to=4 << 20, vendor="Kingston",
-                                   product="DataTraveler")
+    stick = computer.plug_stick(computer.card_with_volume(), slow_to=4 << 20)
     computer.await_mount("CAMERA")
     computer.as_person("truncate --size 200M /media/anna/CAMERA/large.img && sync")
     computer.choose_image("/media/anna/CAMERA/large.img")
