@@ -1,12 +1,17 @@
-"""The computer sleeps while the image is being written. Afterwards the write goes on with the same card, or ends because
-nobody can know whether it is the same."""
+"""The computer sleeps while the image is being written. Afterwards nobody can know whether the card is the same, so the
+write fails, and the card is written from the beginning."""
 
 
 def play(computer):
     computer.make_large_image("64M")
     [card] = computer.plug_reader(slow_to=2 << 20)
     computer.write_up_to("while-writing")
-    computer.sleep_and_wake_up()
-    computer.expect_safe_only_when_released(card, "The selected disk changed after it was scanned.")
-    if "SD Card Is Safe to Remove" in computer.text_on_screen():
-        computer.expect_card_holds(card)
+    computer.fall_asleep()
+    computer.wake_up()
+    computer.expect_failure("asleep")
+    computer.expect_released(card)
+    computer.pull_card(card)
+    computer.insert_again(card)
+    computer.click("push button", "Clear")
+    computer.write_again()
+    computer.expect_written(card)
