@@ -578,6 +578,11 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
     def await_mount(self, label):
         self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
 
+    def await_unmounting(self, stick, timeout=PATIENCE):
+        """Waits until the stick is mounted nowhere any more, but the kernel still has its file system in hand."""
+        self.guest.wait_until(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
+                              timeout)
+
     def number_of(self, card):
         """The number by which the program calls the card's disk."""
         return int(self.guest.run(f"cat /sys/class/block/{card.device}/diskseq"))

@@ -1,0 +1,14 @@
+"""A slow USB stick is being unmounted, which takes the kernel minutes. Another card is listed and written meanwhile."""
+
+
+def play(computer):
+    stick = computer.plug_stick(computer.stick_with_volume(), slow_to=256 << 10)
+    computer.await_mount("STICK")
+    computer.as_administrator("head -c 80M /dev/urandom > /media/anna/STICK/film")
+    computer.start_as_person(f"udisksctl unmount --block-device /dev/{stick.device}")
+    computer.await_unmounting(stick)
+    card = computer.insert_card()
+    computer.choose_target()
+    computer.write()
+    computer.expect_written(card)
+    computer.await_unmounting(stick, timeout=1)  # still
