@@ -51,7 +51,7 @@ void sendDescriptor(int socket, int descriptor) {
 
 }  // namespace
 
-int runAuthorizationUtility(std::span<const std::string> arguments, DescriptorSource& disks, int socket,
+int runAuthorizationUtility(std::span<const std::string> arguments, DiskOpener& disks, int socket,
                             std::ostream& errors) {
     const auto identifier = requestedDisk(arguments);
     if (!identifier) {

@@ -9,9 +9,9 @@
 namespace tessel {
 
 /// Opens disks for the authorization utility.
-class DescriptorSource {
+class DiskOpener {
   public:
-    virtual ~DescriptorSource() = default;
+    virtual ~DiskOpener() = default;
 
     /// Opens a whole disk such as "disk4" for reading and writing once the user has agreed, however long that
     /// takes. Throws PlatformError, whose description the utility prints; it is "User canceled." when the
@@ -22,7 +22,7 @@ class DescriptorSource {
 /// Runs the authorization utility: "-stdoutpipe -o 2 /dev/rdiskN" opens the disk and sends its descriptor in
 /// one message over the socket. Prints failures on `errors`. Returns the exit status: 0, or 1 when nothing
 /// was sent, or 64 when the arguments are wrong.
-[[nodiscard]] int runAuthorizationUtility(std::span<const std::string> arguments, DescriptorSource& disks,
+[[nodiscard]] int runAuthorizationUtility(std::span<const std::string> arguments, DiskOpener& disks,
                                           int socket, std::ostream& errors);
 
 }  // namespace tessel

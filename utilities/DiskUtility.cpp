@@ -18,7 +18,7 @@ constexpr std::string_view usage =
     "Usage: diskutil list -plist | info -plist /dev/diskN | unmountDisk force /dev/diskN | eject "
     "/dev/diskN\n";
 
-ExitStatus runCommand(std::span<const std::string> arguments, DiskSource& disks, std::ostream& output,
+ExitStatus runCommand(std::span<const std::string> arguments, DiskUtility& disks, std::ostream& output,
                       std::ostream& errors) {
     const auto begins = [&](std::initializer_list<std::string_view> words) {
         return std::ranges::equal(arguments.first(arguments.size() - 1), words);
@@ -45,7 +45,7 @@ ExitStatus runCommand(std::span<const std::string> arguments, DiskSource& disks,
 
 }  // namespace
 
-int runDiskUtility(std::span<const std::string> arguments, DiskSource& disks, std::ostream& output,
+int runDiskUtility(std::span<const std::string> arguments, DiskUtility& disks, std::ostream& output,
                    std::ostream& errors) {
     try {
         return runCommand(arguments, disks, output, errors);

@@ -10,9 +10,9 @@ namespace tessel {
 
 /// Does for the disk utility what concerns disks. Identifiers are those of whole disks, such as "disk4".
 /// Every operation may block, and throws PlatformError, whose description the utility prints.
-class DiskSource {
+class DiskUtility {
   public:
-    virtual ~DiskSource() = default;
+    virtual ~DiskUtility() = default;
 
     /// Returns at least "AllDisksAndPartitions", whose entries name the disks.
     [[nodiscard]] virtual PropertyList::Dictionary list() = 0;
@@ -25,7 +25,7 @@ class DiskSource {
 /// Runs the disk utility: "list -plist", "info -plist /dev/diskN", "unmountDisk force /dev/diskN" or "eject
 /// /dev/diskN". Prints answers on `output` and failures on `errors`. Returns the exit status: 0, or 1 when
 /// the source failed, or 64 when the arguments are none of these.
-[[nodiscard]] int runDiskUtility(std::span<const std::string> arguments, DiskSource& disks,
+[[nodiscard]] int runDiskUtility(std::span<const std::string> arguments, DiskUtility& disks,
                                  std::ostream& output, std::ostream& errors);
 
 }  // namespace tessel

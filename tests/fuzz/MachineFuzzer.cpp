@@ -13,20 +13,20 @@ using namespace tessel;
 /// Whatever a computer looks like, the program reads the same disks that it was told of, and never finds a
 /// protected one writable.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
-    Machine machine;
+    DiskSnapshot snapshot;
     try {
         std::istringstream text(std::string(reinterpret_cast<const char*>(bytes), size));
-        machine = DescribedMachine::read(text).machine;
+        snapshot = DescribedMachine::read(text).snapshot;
     } catch (const std::exception&) {
         return 0;
     }
-    const DiskList list = parseDiskList(propertyListXML(diskListOf(machine)));
-    for (const BlockDevice* device : listedDisks(machine)) {
-        const auto identifier = identifierOf(machine, *device);
-        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, *device)), identifier,
+    const DiskList list = parseDiskList(propertyListXML(diskListOf(snapshot)));
+    for (const KernelDevice* device : listedDisks(snapshot)) {
+        const auto identifier = identifierOf(snapshot, *device);
+        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(snapshot, *device)), identifier,
                                         list.layoutOf(identifier));
         if (!disk || disk->id != identifier) std::abort();
-        const bool isProtected = protectionOf(machine, *device) || device->isReadOnly;
+        const bool isProtected = protectionOf(snapshot, *device) || device->isReadOnly;
         if (isProtected && (disk->isWritable || !eligibilityFailureReason(*disk))) std::abort();
     }
     return 0;

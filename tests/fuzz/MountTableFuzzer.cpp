@@ -8,10 +8,10 @@ using namespace tessel;
 namespace {
 
 /// Notes the uses of a device that stands for all that this computer lacks.
-BlockDevice usesOf(const std::string& mounts, const std::string& swaps) {
-    Machine machine{.devices = {BlockDevice{}}};
-    addUses(machine, mounts, swaps);
-    return machine.devices[0];
+KernelDevice usesOf(const std::string& mounts, const std::string& swaps) {
+    DiskSnapshot snapshot{.devices = {KernelDevice{}}};
+    addUses(snapshot, mounts, swaps);
+    return snapshot.devices[0];
 }
 
 }  // namespace
@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
         const bool isEscaped = std::string_view(" \t\n\\").find(character) != std::string_view::npos;
         escaped += isEscaped ? number : std::string{character};
     }
-    const BlockDevice device = usesOf("36 35 0:99 / " + escaped + " rw - vfat none rw,uhelper=udisks2\n", "");
+    const KernelDevice device =
+        usesOf("36 35 0:99 / " + escaped + " rw - vfat none rw,uhelper=udisks2\n", "");
     if (device.mounts.size() != 1 || device.mounts[0].target != folder) std::abort();
     return 0;
 }

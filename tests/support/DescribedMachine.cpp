@@ -44,7 +44,7 @@ std::vector<Mount> mountsOf(const Section& section) {
     return mounts;
 }
 
-BlockDevice deviceOf(const std::string& name, const Section& section, const std::string& path) {
+KernelDevice deviceOf(const std::string& name, const Section& section, const std::string& path) {
     return {
         .name = name,
         .path = path,
@@ -96,15 +96,15 @@ DescribedMachine DescribedMachine::read(std::istream& text) {
             described.sections[name][trimmed(line.substr(0, equals))] = trimmed(line.substr(equals + 1));
         }
     }
-    described.machine.rootDevice = described.sections.at("machine").at("root");
-    described.machine.hasZFSPools = flagOf(described.sections.at("machine"), "zfs pools");
+    described.snapshot.rootDevice = described.sections.at("machine").at("root");
+    described.snapshot.hasZFSPools = flagOf(described.sections.at("machine"), "zfs pools");
     described.sections.erase("machine");
     for (const auto& [device, section] : described.sections) {
         const bool isPart = section.contains("part of");
         const std::string path = isPart
                                      ? described.sections.at(section.at("part of")).at("path") + "/" + device
                                      : section.at("path");
-        described.machine.devices.push_back(deviceOf(device, section, path));
+        described.snapshot.devices.push_back(deviceOf(device, section, path));
     }
     return described;
 }

@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "utilities/linux/Machine.h"
+#include "utilities/linux/DiskSnapshot.h"
 
 namespace tessel {
 
@@ -14,7 +14,7 @@ namespace tessel {
 struct DescribedMachine {
     using Section = std::map<std::string, std::string>;
 
-    Machine machine;
+    DiskSnapshot snapshot;
     std::map<std::string, Section> sections;  ///< by the devices' names
 
     /// Throws an exception where the text is no description.

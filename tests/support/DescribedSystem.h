@@ -12,11 +12,11 @@ namespace tessel {
 /// takes part in the call that it is named for.
 class DescribedSystem : public BlockSystem {
   public:
-    explicit DescribedSystem(Machine machine) : machine(std::move(machine)) {}
+    explicit DescribedSystem(DiskSnapshot snapshot) : snapshot(std::move(snapshot)) {}
 
-    Machine read(const std::string&) override {
+    DiskSnapshot read(const std::string&) override {
         time += readingTime;
-        return machine;
+        return snapshot;
     }
     void unmount(const std::string& device, Time) override {
         calls.push_back("unmount " + device);
@@ -31,9 +31,9 @@ class DescribedSystem : public BlockSystem {
         calls.emplace_back("flush");
         if (onFlush) onFlush();
     }
-    Ejection eject(const std::string& device, Time) override {
+    EjectOutcome eject(const std::string& device, Time) override {
         calls.push_back("eject " + device);
-        return onEject ? onEject() : Ejection::done;
+        return onEject ? onEject() : EjectOutcome::ejected;
     }
     Time now() override { return time; }
     void wait(std::chrono::milliseconds duration) override {
@@ -42,20 +42,20 @@ class DescribedSystem : public BlockSystem {
         if (onWait) onWait();
     }
 
-    BlockDevice& named(const std::string& name) {
-        for (BlockDevice& device : machine.devices)
+    KernelDevice& named(const std::string& name) {
+        for (KernelDevice& device : snapshot.devices)
             if (device.name == name) return device;
         throw std::out_of_range(name);
     }
 
-    Machine machine;
+    DiskSnapshot snapshot;
     std::chrono::milliseconds readingTime{10};
     std::chrono::seconds unmountingTime{0};
     Time time;
     std::vector<std::string> calls;
-    std::function<void(BlockDevice&)> onUnmount = [](BlockDevice& device) { device.mounts.pop_back(); };
+    std::function<void(KernelDevice&)> onUnmount = [](KernelDevice& device) { device.mounts.pop_back(); };
     std::function<FileDescriptor()> onOpen;
-    std::function<Ejection()> onEject;
+    std::function<EjectOutcome()> onEject;
     std::function<void()> onFlush;
     std::function<void()> onWait;
 };

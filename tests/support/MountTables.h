@@ -11,8 +11,8 @@
 
 namespace tessel {
 
-/// Notes the uses of the machine's devices that these texts of /proc/self/mountinfo and /proc/swaps tell of.
-inline void addUses(Machine& machine, std::string mounts, std::string swaps) {
+/// Notes the uses of the devices that these texts of /proc/self/mountinfo and /proc/swaps tell of.
+inline void addUses(DiskSnapshot& snapshot, std::string mounts, std::string swaps) {
     using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
     const auto read = [](std::string& text) {
         Table table(mnt_new_table());
@@ -21,7 +21,7 @@ inline void addUses(Machine& machine, std::string mounts, std::string swaps) {
         std::fclose(file);
         return table;
     };
-    addUses(machine, read(mounts).get(), read(swaps).get());
+    addUses(snapshot, read(mounts).get(), read(swaps).get());
 }
 
 }  // namespace tessel

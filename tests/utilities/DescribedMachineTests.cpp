@@ -43,16 +43,16 @@ struct Answer {
 };
 
 /// Reads the disks through the very text that the program reads, and keys them by the kernel's names.
-std::map<std::string, Answer> answersOf(const Machine& machine) {
-    const DiskList list = parseDiskList(propertyListXML(diskListOf(machine)));
+std::map<std::string, Answer> answersOf(const DiskSnapshot& snapshot) {
+    const DiskList list = parseDiskList(propertyListXML(diskListOf(snapshot)));
     std::map<std::string, Answer> answers;
     for (const std::string& identifier : list.identifiers) {
-        const BlockDevice& device = listedDisk(machine, identifier);
-        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(machine, device)), identifier,
+        const KernelDevice& device = listedDisk(snapshot, identifier);
+        const auto disk = parseDiskInfo(propertyListXML(diskDetailsOf(snapshot, device)), identifier,
                                         list.layoutOf(identifier));
         EXPECT_EQ(list.layoutOf(identifier)->sizeBytes, device.sizeBytes);
         EXPECT_EQ(list.layoutOf(identifier)->isInternal, disk.value().isInternal);
-        answers[device.name] = {disk.value(), protectionOf(machine, device)};
+        answers[device.name] = {disk.value(), protectionOf(snapshot, device)};
     }
     return answers;
 }
@@ -70,9 +70,9 @@ std::vector<std::string> describedMachines() {
 class DescribedMachineTests : public testing::TestWithParam<std::string> {};
 
 TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
-    const auto [machine, sections] =
+    const auto [snapshot, sections] =
         DescribedMachine::read(TESSEL_DESCRIBED_MACHINES "/" + GetParam() + ".machine");
-    const auto answers = answersOf(machine);
+    const auto answers = answersOf(snapshot);
     for (const auto& [device, section] : sections) {
         SCOPED_TRACE(device);
         const auto answer = answers.find(device);

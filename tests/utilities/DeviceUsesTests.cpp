@@ -8,7 +8,6 @@
 #include "tests/support/LoopDeviceTest.h"
 #include "tests/support/MountTables.h"
 #include "utilities/linux/system/DeviceLocks.h"
-#include "utilities/linux/system/DeviceUsers.h"
 #include "utilities/linux/system/KernelFiles.h"
 
 namespace tessel {
@@ -50,10 +49,10 @@ TEST_F(UsedLoopDeviceTests, areFoundByTheirNumberAndByEveryPath) {
     };
     for (const auto& [mounts, swap, mountsFound, isSwap] : cases) {
         SCOPED_TRACE(mounts + swap);
-        Machine machine{.devices = {BlockDevice{.name = loop.path().filename()}}};
-        addUses(machine, mounts, "Filename\tType\tSize\tUsed\tPriority\n" + swap + " file 100 0 -2\n");
-        EXPECT_EQ(machine.devices[0].mounts.size(), mountsFound);
-        EXPECT_EQ(machine.devices[0].isSwap, isSwap);
+        DiskSnapshot snapshot{.devices = {KernelDevice{.name = loop.path().filename()}}};
+        addUses(snapshot, mounts, "Filename\tType\tSize\tUsed\tPriority\n" + swap + " file 100 0 -2\n");
+        EXPECT_EQ(snapshot.devices[0].mounts.size(), mountsFound);
+        EXPECT_EQ(snapshot.devices[0].isSwap, isSwap);
     }
 }
 
@@ -107,22 +106,22 @@ TEST(DeviceUsesTests, fileSystemsThatMaySpanDisksAreFound) {
         bool spansDisks;
     } cases[] = {{"sda", true, false}, {"sdb", true, true},  {"sdc", true, true},  {"sdd", true, true},
                  {"sde", true, true},  {"sdf", false, true}, {"sdg", false, false}};
-    Machine machine;
+    DiskSnapshot snapshot;
     for (const auto& expected : cases)
-        machine.devices.push_back({.name = expected.device});
-    addSpanningFileSystems(machine, root.path());
+        snapshot.devices.push_back({.name = expected.device});
+    addSpanningFileSystems(snapshot, root.path());
     for (size_t i = 0; i < std::size(cases); ++i) {
         SCOPED_TRACE(cases[i].device);
-        EXPECT_EQ(machine.devices[i].isFileSystemActive, cases[i].isActive);
-        EXPECT_EQ(machine.devices[i].spansDisks, cases[i].spansDisks);
+        EXPECT_EQ(snapshot.devices[i].isFileSystemActive, cases[i].isActive);
+        EXPECT_EQ(snapshot.devices[i].spansDisks, cases[i].spansDisks);
     }
-    EXPECT_FALSE(machine.hasZFSPools);
+    EXPECT_FALSE(snapshot.hasZFSPools);
     writeFile(root, "proc/spl/kstat/zfs/arcstats", "");
-    addSpanningFileSystems(machine, root.path());
-    EXPECT_FALSE(machine.hasZFSPools) << "the module alone";
+    addSpanningFileSystems(snapshot, root.path());
+    EXPECT_FALSE(snapshot.hasZFSPools) << "the module alone";
     writeFile(root, "proc/spl/kstat/zfs/tank/state", "ONLINE");
-    addSpanningFileSystems(machine, root.path());
-    EXPECT_TRUE(machine.hasZFSPools);
+    addSpanningFileSystems(snapshot, root.path());
+    EXPECT_TRUE(snapshot.hasZFSPools);
 }
 
 TEST(DeviceUsesTests, onlyWhatIsNotThereIsTakenForUnused) {

@@ -7,8 +7,8 @@
 #include "tests/support/DescribedSystem.h"
 #include "tests/support/PropertyRecords.h"
 #include "utilities/linux/DiskProtection.h"
-#include "utilities/linux/LinuxAuthorization.h"
-#include "utilities/linux/LinuxDisks.h"
+#include "utilities/linux/LinuxDiskUtility.h"
+#include "utilities/linux/LinuxRawDiskOpener.h"
 
 namespace tessel {
 
@@ -19,57 +19,57 @@ class RandomMachines {
   public:
     explicit RandomMachines(uint64_t seed) : random(seed) {}
 
-    Machine next() {
-        machine = {};
+    DiskSnapshot next() {
+        snapshot = {};
         for (const char* disk : {"sda", "sdb", "mmcblk0"})
             if (!rarely())
                 addDisk(disk, std::string(disk) == "mmcblk0" ? "/sys/devices/mmc_host/block/"
                                                              : "/sys/devices/bus/block/");
         for (const char* stacked : {"dm-0", "md0", "dm-1"})
             if (random() % 3 == 0) stack(stacked);
-        for (auto& device : machine.devices)
+        for (auto& device : snapshot.devices)
             use(device);
-        if (!rarely() && !machine.devices.empty()) machine.rootDevice = any().name;
-        machine.hasZFSPools = random() % 2 == 0;
-        return machine;
+        if (!rarely() && !snapshot.devices.empty()) snapshot.rootDevice = any().name;
+        snapshot.hasZFSPools = random() % 2 == 0;
+        return snapshot;
     }
 
   private:
     bool rarely() { return random() % 12 == 0; }
-    BlockDevice& any() { return machine.devices[random() % machine.devices.size()]; }
+    KernelDevice& any() { return snapshot.devices[random() % snapshot.devices.size()]; }
 
     void addDisk(const std::string& name, const std::string& folder) {
-        const uint64_t number = machine.devices.size() + 1;
-        machine.devices.push_back({.name = name,
-                                   .path = folder + name,
-                                   .sequenceNumber = rarely() ? 0 : number,
-                                   .sequenceNumberAfterwards = rarely() ? 99 : number,
-                                   .sizeBytes = rarely() ? uint64_t{0} : 1000,
-                                   .isRemovable = !rarely(),
-                                   .cardType = rarely() ? "SD" : "",
-                                   .udisks = {.sequenceNumber = number}});
-        auto& disk = machine.devices.back().udisks;
+        const uint64_t number = snapshot.devices.size() + 1;
+        snapshot.devices.push_back({.name = name,
+                                    .path = folder + name,
+                                    .sequenceNumber = rarely() ? 0 : number,
+                                    .sequenceNumberAfterwards = rarely() ? 99 : number,
+                                    .sizeBytes = rarely() ? uint64_t{0} : 1000,
+                                    .isRemovable = !rarely(),
+                                    .cardType = rarely() ? "SD" : "",
+                                    .udisks = {.sequenceNumber = number}});
+        auto& disk = snapshot.devices.back().udisks;
         if (rarely()) disk.sequenceNumber = rarely() ? std::optional<uint64_t>() : 98;
         for (unsigned part = 1; part <= random() % 3; ++part) {
             const auto partName = name + "p" + std::to_string(part);
-            machine.devices.push_back(
+            snapshot.devices.push_back(
                 {.name = partName, .path = folder + name + "/" + partName, .partitionNumber = part});
         }
     }
 
     void stack(const std::string& name) {
         std::set<std::string> below;
-        for (auto count = random() % 3; count > 0 && !machine.devices.empty(); --count)
+        for (auto count = random() % 3; count > 0 && !snapshot.devices.empty(); --count)
             below.insert(any().name);
         addDisk(name, "/sys/devices/virtual/block/");
         if (rarely()) any().slaves.push_back(name);  // in a circle, perhaps
-        for (auto& device : machine.devices) {
+        for (auto& device : snapshot.devices) {
             if (device.name == name) device.slaves.assign(below.begin(), below.end());
             if (below.contains(device.name)) device.holders.push_back(name);
         }
     }
 
-    void use(BlockDevice& device) {
+    void use(KernelDevice& device) {
         device.isSwap = rarely();
         device.spansDisks = rarely();
         device.isFileSystemActive = rarely();
@@ -85,19 +85,19 @@ class RandomMachines {
     }
 
     std::mt19937_64 random;
-    Machine machine;
+    DiskSnapshot snapshot;
 };
 
-bool isHardware(const BlockDevice& device) {
+bool isHardware(const KernelDevice& device) {
     return device.path.find("virtual") == std::string::npos;
 }
 
 /// Names a device and everything that lies upon it, however deep.
-std::set<std::string> everythingUpon(const Machine& machine, const BlockDevice& disk) {
+std::set<std::string> everythingUpon(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     std::set<std::string> names{disk.name};
     for (size_t known = 0; known != names.size();) {
         known = names.size();
-        for (const auto& device : machine.devices) {
+        for (const auto& device : snapshot.devices) {
             const auto folder = device.path.substr(0, device.path.rfind('/'));
             bool isUpon = names.contains(folder.substr(folder.rfind('/') + 1));
             for (const auto& below : device.slaves)
@@ -109,21 +109,21 @@ std::set<std::string> everythingUpon(const Machine& machine, const BlockDevice& 
 }
 
 /// States the rule once more, from the disk upwards: which disks may be unmounted, opened and ejected.
-bool mayBeTouched(const Machine& machine, const BlockDevice& disk) {
+bool mayBeTouched(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     bool isRootKnown = false;
-    for (const auto& other : machine.devices) {
-        isRootKnown |= isHardware(other) && everythingUpon(machine, other).contains(machine.rootDevice);
+    for (const auto& other : snapshot.devices) {
+        isRootKnown |= isHardware(other) && everythingUpon(snapshot, other).contains(snapshot.rootDevice);
     }
-    if (!isRootKnown || everythingUpon(machine, disk).contains(machine.rootDevice)) return false;
+    if (!isRootKnown || everythingUpon(snapshot, disk).contains(snapshot.rootDevice)) return false;
     const auto number = disk.sequenceNumber;
     if (number == 0 || disk.sequenceNumberAfterwards != number || disk.udisks.sequenceNumber != number)
         return false;
     const bool isCardInSlot = disk.cardType == "SD" && disk.path.find("mmc_host") != disk.path.npos;
     if (!disk.isRemovable && !isCardInSlot) return false;
-    for (const auto& part : machine.devices) {
+    for (const auto& part : snapshot.devices) {
         if (&part != &disk && part.path.find(disk.path + "/") != 0) continue;
         if (part.isSwap || part.spansDisks || !part.holders.empty() || !part.users.empty()) return false;
-        if (part.isUseUnknown || (part.udisks.fileSystem == "zfs_member" && machine.hasZFSPools))
+        if (part.isUseUnknown || (part.udisks.fileSystem == "zfs_member" && snapshot.hasZFSPools))
             return false;
         if ((part.isFileSystemActive && part.mounts.empty())) return false;
         for (const auto& mount : part.mounts)
@@ -143,26 +143,26 @@ void attempt(auto operation) {
 
 }  // namespace
 
-TEST(MachinePropertyTests, nothingProtectedIsEverReachable) {
+TEST(DiskProtectionPropertyTests, nothingProtectedIsEverReachable) {
     const auto machines = recordsToTry(20'000);
     RandomMachines random(20'261'124);
     uint64_t touchable = 0;
     for (uint64_t number = 0; number < machines; ++number) {
-        const Machine machine = random.next();
-        for (const auto& disk : machine.devices) {
+        const DiskSnapshot snapshot = random.next();
+        for (const auto& disk : snapshot.devices) {
             // What exists only in the kernel is refused as virtual.
             if (disk.partitionNumber != 0 || !isHardware(disk)) continue;
             SCOPED_TRACE("machine " + std::to_string(number) + ", " + disk.name);
-            const bool isTouchable = mayBeTouched(machine, disk);
+            const bool isTouchable = mayBeTouched(snapshot, disk);
             touchable += isTouchable ? 1 : 0;
-            ASSERT_EQ(!protectionOf(machine, disk), isTouchable);
+            ASSERT_EQ(!protectionOf(snapshot, disk), isTouchable);
             if (isTouchable) continue;
-            DescribedSystem system(machine);
+            DescribedSystem system(snapshot);
             system.readingTime = std::chrono::seconds(30);  // nothing is waited for
-            const auto identifier = identifierOf(machine, disk);
-            attempt([&] { LinuxDisks(system).unmount(identifier); });
-            attempt([&] { LinuxDisks(system).eject(identifier); });
-            attempt([&] { LinuxAuthorization(system).open(identifier); });
+            const auto identifier = identifierOf(snapshot, disk);
+            attempt([&] { LinuxDiskUtility(system).unmount(identifier); });
+            attempt([&] { LinuxDiskUtility(system).eject(identifier); });
+            attempt([&] { LinuxRawDiskOpener(system).open(identifier); });
             for (const auto& call : system.calls)
                 ASSERT_FALSE(call.ends_with(" " + disk.name) || call.find(" " + disk.name + "p") != call.npos)
                     << call;

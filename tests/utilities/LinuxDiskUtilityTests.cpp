@@ -1,4 +1,4 @@
-#include "utilities/linux/LinuxDisks.h"
+#include "utilities/linux/LinuxDiskUtility.h"
 
 #include <gmock/gmock.h>
 
@@ -20,16 +20,16 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using Ejection = BlockSystem::Ejection;
+using EjectOutcome = BlockSystem::EjectOutcome;
 
 const std::string notEjected = "The image was written, but the SD card could not be ejected. ";
 
 }  // namespace
 
 /// Has a card in the laptop's own slot as disk7, with one volume that the desktop mounted.
-class LinuxDisksTests : public testing::Test {
+class LinuxDiskUtilityTests : public testing::Test {
   protected:
-    std::string failureOf(void (LinuxDisks::*action)(const std::string&)) {
+    std::string failureOf(void (LinuxDiskUtility::*action)(const std::string&)) {
         try {
             (disks.*action)("disk7");
             return "";
@@ -37,8 +37,8 @@ class LinuxDisksTests : public testing::Test {
             return error.localizedDescription();
         }
     }
-    std::string unmount() { return failureOf(&LinuxDisks::unmount); }
-    std::string eject() { return failureOf(&LinuxDisks::eject); }
+    std::string unmount() { return failureOf(&LinuxDiskUtility::unmount); }
+    std::string eject() { return failureOf(&LinuxDiskUtility::eject); }
     /// Moves the card into a reader that can eject.
     void useReaderWithMechanism() {
         for (const char* name : {"mmcblk0", "mmcblk0p1"}) {
@@ -59,41 +59,41 @@ class LinuxDisksTests : public testing::Test {
     void mountByDesktop() { volume.mounts.push_back({.target = "/media/ada/NEW", .isByUDisks = true}); }
 
     DescribedSystem system{
-        DescribedMachine::read(TESSEL_DESCRIBED_MACHINES "/laptop-sd-card.machine").machine};
-    BlockDevice& volume = system.named("mmcblk0p1");
-    LinuxDisks disks{system};
+        DescribedMachine::read(TESSEL_DESCRIBED_MACHINES "/laptop-sd-card.machine").snapshot};
+    KernelDevice& volume = system.named("mmcblk0p1");
+    LinuxDiskUtility disks{system};
 };
 
-TEST_F(LinuxDisksTests, everyMountIsUnmounted) {
+TEST_F(LinuxDiskUtilityTests, everyMountIsUnmounted) {
     mountByDesktop();
     system.named("mmcblk0").mounts.push_back({.target = "/run/media/ada/WHOLE", .isByUDisks = true});
     EXPECT_EQ(unmount(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0", "unmount mmcblk0p1", "unmount mmcblk0p1"));
 }
 
-TEST_F(LinuxDisksTests, aSlowUnmountIsNoFailure) {
+TEST_F(LinuxDiskUtilityTests, aSlowUnmountIsNoFailure) {
     system.unmountingTime = std::chrono::seconds(20);
     EXPECT_EQ(unmount(), "");
     mountByDesktop();
     EXPECT_EQ(eject(), "");
 }
 
-TEST_F(LinuxDisksTests, aMountThatIsMarkedLateIsUnmountedAllTheSame) {
+TEST_F(LinuxDiskUtilityTests, aMountThatIsMarkedLateIsUnmountedAllTheSame) {
     volume.mounts.front().isByUDisks = false;
     system.readingTime = std::chrono::seconds(2);
     system.onWait = [this] { volume.mounts.front().isByUDisks = elapsed() >= std::chrono::seconds(4); };
     EXPECT_EQ(unmount(), "");
 }
 
-TEST_F(LinuxDisksTests, anUnmountThatLeavesAMountHasFailed) {
-    system.onUnmount = [](BlockDevice&) {};
+TEST_F(LinuxDiskUtilityTests, anUnmountThatLeavesAMountHasFailed) {
+    system.onUnmount = [](KernelDevice&) {};
     EXPECT_THAT(unmount(), HasSubstr("Resource busy"));
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
     EXPECT_THAT(system.calls, Not(Contains("flush")));
 }
 
-TEST_F(LinuxDisksTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
-    system.onUnmount = [](BlockDevice& device) {
+TEST_F(LinuxDiskUtilityTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
+    system.onUnmount = [](KernelDevice& device) {
         device.mounts.clear();
         throw PlatformError("Disk", EINVAL, "Somebody else unmounted it.");
     };
@@ -101,12 +101,12 @@ TEST_F(LinuxDisksTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
 
     mountByDesktop();
     system.calls.clear();
-    system.onUnmount = [](BlockDevice&) { throw PlatformError("Disk", EPERM, "User canceled."); };
+    system.onUnmount = [](KernelDevice&) { throw PlatformError("Disk", EPERM, "User canceled."); };
     EXPECT_EQ(eject(), notEjected + "User canceled.");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1")) << "nobody is asked twice";
 }
 
-TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
+TEST_F(LinuxDiskUtilityTests, aLockIsWaitedForAndRespectedWhenItLasts) {
     volume.isLocked = true;
     for (const auto readingTime : {10, 700}) {
         system.readingTime = std::chrono::milliseconds(readingTime);
@@ -121,48 +121,49 @@ TEST_F(LinuxDisksTests, aLockIsWaitedForAndRespectedWhenItLasts) {
     EXPECT_EQ(system.calls.back(), "unmount mmcblk0p1");
 }
 
-TEST_F(LinuxDisksTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
+TEST_F(LinuxDiskUtilityTests, theDiskIsJudgedAgainBetweenUnmountingAndEjecting) {
     useReaderWithMechanism();
     system.onEject = [this] {
         volume.mounts.push_back({.target = "/srv", .isByUDisks = false});
-        return Ejection::busy;
+        return EjectOutcome::busy;
     };
     EXPECT_THAT(eject(), HasSubstr("is protected"));
     EXPECT_EQ(std::ranges::count(system.calls, "eject mmcblk0"), 1);
 }
 
-TEST_F(LinuxDisksTests, aBusyMechanismIsAskedAgain) {
+TEST_F(LinuxDiskUtilityTests, aBusyMechanismIsAskedAgain) {
     useReaderWithMechanism();
     system.onEject = [this] {
-        return std::ranges::count(system.calls, "eject mmcblk0") > 1 ? Ejection::done : Ejection::busy;
+        return std::ranges::count(system.calls, "eject mmcblk0") > 1 ? EjectOutcome::ejected
+                                                                     : EjectOutcome::busy;
     };
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0", "wait", "flush",
                                           "eject mmcblk0", "wait"));
 }
 
-TEST_F(LinuxDisksTests, aMechanismThatStaysBusyIsGivenUp) {
+TEST_F(LinuxDiskUtilityTests, aMechanismThatStaysBusyIsGivenUp) {
     useReaderWithMechanism();
-    system.onEject = [] { return Ejection::busy; };
+    system.onEject = [] { return EjectOutcome::busy; };
     EXPECT_EQ(eject(), notEjected + "Resource busy: another program or file system uses disk7.");
     EXPECT_LE(elapsed(), std::chrono::seconds(5));
 }
 
-TEST_F(LinuxDisksTests, theDriveOfTwoReadersIsNeverEjected) {
+TEST_F(LinuxDiskUtilityTests, theDriveOfTwoReadersIsNeverEjected) {
     useReaderWithMechanism();
-    const BlockDevice card = system.named("mmcblk0");
-    BlockDevice other = card;
+    const KernelDevice card = system.named("mmcblk0");
+    KernelDevice other = card;
     other.name = "sdz";
     other.path = "/sys/devices/usb2/block/sdz";
-    system.machine.devices.push_back(other);
-    for (BlockDevice& device : system.machine.devices)
+    system.snapshot.devices.push_back(other);
+    for (KernelDevice& device : system.snapshot.devices)
         device.udisks.drive = "/drives/Generic";
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "wait"))
         << "as in a slot without a mechanism";
 }
 
-TEST_F(LinuxDisksTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
+TEST_F(LinuxDiskUtilityTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
     useReaderWithMechanism();
     for (const auto flushingTime : {0, 100}) {
         volume.holders.clear();
@@ -175,7 +176,7 @@ TEST_F(LinuxDisksTests, whatIsActivatedWhileAllIsFlushedIsNotEjected) {
     }
 }
 
-TEST_F(LinuxDisksTests, whatIsActivatedAfterTheWriteIsWaitedForButNeverCalledSafe) {
+TEST_F(LinuxDiskUtilityTests, whatIsActivatedAfterTheWriteIsWaitedForButNeverCalledSafe) {
     const auto activateAt = [this](std::chrono::seconds from, std::chrono::seconds to) {
         system.onWait = [this, from = elapsed() + from, to = elapsed() + to] {
             volume.holders.assign(elapsed() >= from && elapsed() < to, "dm-0");
@@ -199,25 +200,25 @@ TEST_F(LinuxDisksTests, whatIsActivatedAfterTheWriteIsWaitedForButNeverCalledSaf
     }
 }
 
-TEST_F(LinuxDisksTests, aBusyDeviceManagerMayYetActivateWhatWasWritten) {
-    system.machine.isSettling = true;
+TEST_F(LinuxDiskUtilityTests, aBusyDeviceManagerMayYetActivateWhatWasWritten) {
+    system.snapshot.isSettling = true;
     EXPECT_EQ(eject(), "");
     EXPECT_EQ(elapsed(), std::chrono::seconds(5)) << "it may be busy with something else";
     system.onWait = [this] {
-        system.machine.isSettling = elapsed() < std::chrono::seconds(4);
+        system.snapshot.isSettling = elapsed() < std::chrono::seconds(4);
         volume.holders.assign(elapsed() >= std::chrono::seconds(3), "md0");
     };
     EXPECT_THAT(eject(), HasSubstr("is part of a volume group"));
 }
 
-TEST_F(LinuxDisksTests, anotherMediumIsNotTheDiskAnyMore) {
+TEST_F(LinuxDiskUtilityTests, anotherMediumIsNotTheDiskAnyMore) {
     system.named("mmcblk0").sequenceNumber = 8;
     EXPECT_EQ(unmount(), "Could not find disk: disk7.");
     EXPECT_EQ(eject(), notEjected + "Could not find disk: disk7.");
     EXPECT_THAT(system.calls, IsEmpty());
 }
 
-TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
+TEST_F(LinuxDiskUtilityTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     mountWhileWaiting();
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls,
@@ -229,13 +230,13 @@ TEST_F(LinuxDisksTests, aVolumeThatADesktopMountsMeanwhileIsUnmountedAgain) {
     EXPECT_EQ(elapsed() - begin, std::chrono::seconds(18)) << "a slow computer mounts late";
 }
 
-TEST_F(LinuxDisksTests, evenTheSlowestComputerIsWaitedFor) {
+TEST_F(LinuxDiskUtilityTests, evenTheSlowestComputerIsWaitedFor) {
     system.readingTime = std::chrono::seconds(9);
     mountWhileWaiting();
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
 }
 
-TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
+TEST_F(LinuxDiskUtilityTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
     system.onWait = [this] { system.named("mmcblk0").sequenceNumber = 8; };
     EXPECT_EQ(eject(), "");
     system.named("mmcblk0").sequenceNumber = 7;
@@ -244,13 +245,13 @@ TEST_F(LinuxDisksTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
     useReaderWithMechanism();
     system.onEject = [this] {
         system.named("mmcblk0").sequenceNumber = 8;
-        return Ejection::done;
+        return EjectOutcome::ejected;
     };
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0"));
 }
 
-TEST_F(LinuxDisksTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {
+TEST_F(LinuxDiskUtilityTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {
     useReaderWithMechanism();
     mountWhileWaiting();
     EXPECT_EQ(eject(), "");
@@ -258,19 +259,19 @@ TEST_F(LinuxDisksTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {
                                           "unmount mmcblk0p1", "flush", "eject mmcblk0", "wait"));
 }
 
-TEST_F(LinuxDisksTests, aMechanismThatFailsIsNoneWhenNothingIsMounted) {
+TEST_F(LinuxDiskUtilityTests, aMechanismThatFailsIsNoneWhenNothingIsMounted) {
     useReaderWithMechanism();
-    system.onEject = [] { return Ejection::impossible; };
+    system.onEject = [] { return EjectOutcome::impossible; };
     EXPECT_EQ(eject(), "");
 
     system.onEject = [this] {
         mountByDesktop();
-        return Ejection::impossible;
+        return EjectOutcome::impossible;
     };
     EXPECT_THAT(eject(), HasSubstr("Resource busy"));
 }
 
-TEST_F(LinuxDisksTests, anythingButFourCommandsIsWrongUsage) {
+TEST_F(LinuxDiskUtilityTests, anythingButFourCommandsIsWrongUsage) {
     for (const std::string command : {"", "list", "eject", "unmountDisk force", "unmountDisk /dev/disk7",
                                       "info -plist disk7", "eject /dev/disk7s1"}) {
         SCOPED_TRACE(command);

@@ -1,4 +1,4 @@
-#include "utilities/linux/LinuxAuthorization.h"
+#include "utilities/linux/LinuxRawDiskOpener.h"
 
 #include <gmock/gmock.h>
 #include <linux/blkpg.h>
@@ -16,7 +16,7 @@ namespace tessel {
 using testing::HasSubstr;
 
 /// Describes a machine whose only card is the loop device that gets opened for it.
-class LinuxAuthorizationTests : public LoopDeviceTest {
+class LinuxRawDiskOpenerTests : public LoopDeviceTest {
   protected:
     void SetUp() override {
         LoopDeviceTest::SetUp();
@@ -34,7 +34,7 @@ class LinuxAuthorizationTests : public LoopDeviceTest {
         system.onOpen = [this] { return openReadWrite(loop->path()); };
     }
 
-    BlockDevice& card() { return system.machine.devices.front(); }
+    KernelDevice& card() { return system.snapshot.devices.front(); }
 
     /// Adds or deletes a partition that is the whole loop device, where the kernel can.
     void changePartition(int operation) const {
@@ -47,7 +47,7 @@ class LinuxAuthorizationTests : public LoopDeviceTest {
     /// Returns what is said instead of opening.
     std::string refusal() {
         try {
-            LinuxAuthorization(system).open(identifier);
+            LinuxRawDiskOpener(system).open(identifier);
             return "";
         } catch (const PlatformError& error) {
             return error.localizedDescription();
@@ -65,16 +65,16 @@ class LinuxAuthorizationTests : public LoopDeviceTest {
     std::string identifier;
 };
 
-TEST_F(LinuxAuthorizationTests, whatSomebodyElseLockedIsBusy) {
+TEST_F(LinuxRawDiskOpenerTests, whatSomebodyElseLockedIsBusy) {
     const FileDescriptor other = openReadWrite(loop->path());
     ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));
 }
 
-TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
-    system.machine.devices.push_back({.name = "sdb1", .path = card().path + "/sdb1"});
-    BlockDevice& partition = system.machine.devices.back();
-    for (BlockDevice* part : {&card(), &partition}) {
+TEST_F(LinuxRawDiskOpenerTests, lockedAndReadOnlyDisksAreNotOpened) {
+    system.snapshot.devices.push_back({.name = "sdb1", .path = card().path + "/sdb1"});
+    KernelDevice& partition = system.snapshot.devices.back();
+    for (KernelDevice* part : {&card(), &partition}) {
         part->isLocked = true;
         EXPECT_THAT(refusal(), HasSubstr("Resource busy")) << part->name;
         part->isLocked = false;
@@ -83,7 +83,7 @@ TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
     EXPECT_THAT(refusal(), HasSubstr("Its write-protection switch is on"));
     EXPECT_THAT(system.calls, testing::Each("wait")) << "nobody was asked";
     card().isReadOnly = false;
-    for (BlockDevice* part : {&card(), &partition}) {
+    for (KernelDevice* part : {&card(), &partition}) {
         system.onOpen = [&] {
             part->isLocked = true;
             return openReadWrite(loop->path());
@@ -92,11 +92,11 @@ TEST_F(LinuxAuthorizationTests, lockedAndReadOnlyDisksAreNotOpened) {
             << part->name << " locked while the user was asked";
         part->isLocked = false;
     }
-    system.machine.isDiskLockedElsewhere = true;
+    system.snapshot.isDiskLockedElsewhere = true;
     EXPECT_THAT(refusal(), HasSubstr("it can't be told whether that is " + identifier));
 }
 
-TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
+TEST_F(LinuxRawDiskOpenerTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
     const std::string replaced = "The disk was replaced while it was being opened.";
     system.onOpen = [this] { return openReadWrite(folder.path() / "medium"); };
     EXPECT_EQ(refusal(), replaced) << "a file";
@@ -115,7 +115,7 @@ TEST_F(LinuxAuthorizationTests, whatWasOpenedMustBeTheDiskThatWasAskedFor) {
     EXPECT_EQ(refusal(), replaced) << "another size";
 }
 
-TEST_F(LinuxAuthorizationTests, theDiskIsJudgedAgainOnceTheUserAgreed) {
+TEST_F(LinuxRawDiskOpenerTests, theDiskIsJudgedAgainOnceTheUserAgreed) {
     const auto whileAsked = [this](auto change) {
         system.onOpen = [this, change] {
             change();

@@ -47,18 +47,18 @@ TEST(LinuxSystemTests, silenceAboutAFileSystemAndAnyOtherDoubtMeansThatItIsInUse
         bool isActive;
     } cases[] = {{"unused", false},  {"used", true},  {"odd", true},
                  {"mounted", false}, {"stuck", true}, {"after", true}};
-    Machine machine{.devices = {{.name = "disk", .path = "/sys/block/disk"},
-                                {.name = "other", .path = "/sys/block/other"}}};
+    DiskSnapshot snapshot{.devices = {{.name = "disk", .path = "/sys/block/disk"},
+                                      {.name = "other", .path = "/sys/block/other"}}};
     for (const auto& expected : cases)
-        machine.devices.push_back(
+        snapshot.devices.push_back(
             {.name = expected.part, .path = std::string("/sys/block/disk/") + expected.part});
-    machine.devices[5].mounts.push_back({.target = "/media/ada/CARD", .isByUDisks = true});
+    snapshot.devices[5].mounts.push_back({.target = "/media/ada/CARD", .isByUDisks = true});
     const auto begin = std::chrono::steady_clock::now();
-    noteActiveFileSystems(machine, machine.devices[0]);
+    noteActiveFileSystems(snapshot, snapshot.devices[0]);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
     for (size_t i = 0; i < std::size(cases); ++i)
-        EXPECT_EQ(machine.devices[2 + i].isFileSystemActive, cases[i].isActive) << cases[i].part;
-    EXPECT_FALSE(machine.devices[1].isFileSystemActive) << "another disk is not asked about";
+        EXPECT_EQ(snapshot.devices[2 + i].isFileSystemActive, cases[i].isActive) << cases[i].part;
+    EXPECT_FALSE(snapshot.devices[1].isFileSystemActive) << "another disk is not asked about";
 }
 
 TEST(LinuxSystemTests, flushingIsWaitedForUntilTheDeadlineAndKeepsNothingOpen) {

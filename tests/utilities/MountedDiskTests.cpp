@@ -61,9 +61,10 @@ TEST_F(MountedDiskTests, whatTheKernelSaysOfADeviceIsRead) {
     const std::filesystem::path members = "/sys/fs/btrfs/tides/devices";
     for (const auto& member : {std::filesystem::path(), device.filename(), std::filesystem::path("sdz")}) {
         std::filesystem::create_directories(members / member);
-        const Machine machine = readKernelDevices();
-        const auto read = std::ranges::find(machine.devices, device.filename().string(), &BlockDevice::name);
-        ASSERT_NE(read, machine.devices.end());
+        const DiskSnapshot snapshot = readKernelDevices();
+        const auto read =
+            std::ranges::find(snapshot.devices, device.filename().string(), &KernelDevice::name);
+        ASSERT_NE(read, snapshot.devices.end());
         EXPECT_THAT(read->holders, testing::ElementsAre("dm-7"));
         EXPECT_THAT(read->slaves, testing::ElementsAre("sdz"));
         EXPECT_TRUE(read->isReadOnly);

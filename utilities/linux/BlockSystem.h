@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/FileDescriptor.h"
-#include "utilities/linux/Machine.h"
+#include "utilities/linux/DiskSnapshot.h"
 
 namespace tessel {
 
@@ -16,8 +16,8 @@ class BlockSystem {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    enum class Ejection {
-        done,
+    enum class EjectOutcome {
+        ejected,
         impossible,  ///< the drive has no mechanism, or it failed
         busy,        ///< another program uses the drive
     };
@@ -26,7 +26,7 @@ class BlockSystem {
 
     /// Reads what there is. Of the disk with this identifier alone it also finds out whether a file system on
     /// it is in use where this program can't look; that may take a second.
-    [[nodiscard]] virtual Machine read(const std::string& identifier = {}) = 0;
+    [[nodiscard]] virtual DiskSnapshot read(const std::string& identifier = {}) = 0;
 
     /// Ends one mount of the device. Fails while that is in use.
     virtual void unmount(const std::string& device, Time deadline) = 0;
@@ -39,7 +39,7 @@ class BlockSystem {
     /// other disks may be slow.
     virtual void flush(Time deadline) = 0;
 
-    [[nodiscard]] virtual Ejection eject(const std::string& device, Time deadline) = 0;
+    [[nodiscard]] virtual EjectOutcome eject(const std::string& device, Time deadline) = 0;
 
     [[nodiscard]] virtual Time now() = 0;
     virtual void wait(std::chrono::milliseconds duration) = 0;

@@ -24,7 +24,7 @@ std::string nameFor(std::string_view text, const std::array<Names, count>& names
 }
 
 /// Derives the bus from the disk's path in the kernel's device tree.
-std::string busOf(const BlockDevice& disk) {
+std::string busOf(const KernelDevice& disk) {
     // A slot may itself be connected through USB or PCI, so it is asked about first.
     static constexpr auto buses = std::to_array<Names>({
         {"/virtual/block/", "Virtual Interface"},
@@ -38,7 +38,7 @@ std::string busOf(const BlockDevice& disk) {
 }
 
 /// Returns the kind of medium that is positively known to be in the drive, or nothing.
-std::string mediumKindOf(const Machine& machine, const BlockDevice& disk) {
+std::string mediumKindOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     static constexpr auto kinds = std::to_array<Names>({
         {"flash_sdxc", "SDXC Card"},
         {"flash_sdhc", "SDHC Card"},
@@ -56,7 +56,7 @@ std::string mediumKindOf(const Machine& machine, const BlockDevice& disk) {
     // What UDisks2 said about the last medium, or about one in another reader, says nothing about this one.
     const bool isAboutThisMedium = disk.udisks.isMediaAvailable &&
                                    disk.udisks.sequenceNumber == disk.sequenceNumber &&
-                                   !sharesDrive(machine, disk);
+                                   !sharesDrive(snapshot, disk);
     const std::string& media = disk.udisks.media;
     if (!isAboutThisMedium || media.empty() || media == "flash") return "";
     return nameFor(media, kinds, "Medium of Another Kind");
@@ -76,7 +76,7 @@ bool mentionsOtherCards(const std::string& name) {
 /// Returns what the reader and the slot are called, without names that would pass for a word about this
 /// medium: the device database names the USB device, that is, all of its slots at once, and perhaps a flash
 /// drive as well.
-std::vector<std::string> slotNamesOf(const BlockDevice& disk, bool isKnownAsSDCard) {
+std::vector<std::string> slotNamesOf(const KernelDevice& disk, bool isKnownAsSDCard) {
     std::vector<std::string> names{disk.udisks.vendor, disk.udisks.model};
     const std::string ownName = joined(names, " ");
     const bool takesSDCards = lowercased(ownName).find("sd") != std::string::npos;
@@ -101,8 +101,8 @@ std::string joinedName(const std::vector<std::string>& parts) {
 
 /// Returns a name that mentions SD cards only where this medium or this slot is known to be one. A medium of
 /// another kind in a reader goes by its kind, whatever the reader calls itself.
-std::string mediaNameOf(const Machine& machine, const BlockDevice& disk) {
-    const std::string kind = mediumKindOf(machine, disk);
+std::string mediaNameOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    const std::string kind = mediumKindOf(snapshot, disk);
     const bool isKnownAsSDCard = kind.starts_with("SD");
     if (!kind.empty() && !isKnownAsSDCard) return kind;
     std::vector<std::string> parts = slotNamesOf(disk, isKnownAsSDCard);
@@ -110,24 +110,24 @@ std::string mediaNameOf(const Machine& machine, const BlockDevice& disk) {
     return joinedName(parts);
 }
 
-bool isExternal(const BlockDevice& disk) {
+bool isExternal(const KernelDevice& disk) {
     return busOf(disk) == "USB";
 }
 
-std::string partitionSchemeOf(const BlockDevice& disk) {
+std::string partitionSchemeOf(const KernelDevice& disk) {
     const std::string& table = disk.udisks.partitionTable;
     if (table == "dos") return "FDisk_partition_scheme";
     return table == "gpt" ? "GUID_partition_scheme" : table;
 }
 
-PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk) {
-    auto parts = partsOf(machine, disk);
-    std::erase_if(parts, [](const BlockDevice* part) { return part->partitionNumber == 0; });
+PropertyList::List partitionsOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    auto parts = partsOf(snapshot, disk);
+    std::erase_if(parts, [](const KernelDevice* part) { return part->partitionNumber == 0; });
 
     PropertyList::List partitions;
-    for (const BlockDevice* part : parts) {
+    for (const KernelDevice* part : parts) {
         PropertyList::Dictionary entry{
-            {"DeviceIdentifier", identifierOf(machine, disk) + "s" + std::to_string(part->partitionNumber)},
+            {"DeviceIdentifier", identifierOf(snapshot, disk) + "s" + std::to_string(part->partitionNumber)},
             {"Content", part->udisks.fileSystem},
             {"VolumeName", printable(part->udisks.volumeName)},
             {"Size", part->sizeBytes},
@@ -140,28 +140,28 @@ PropertyList::List partitionsOf(const Machine& machine, const BlockDevice& disk)
 
 }  // namespace
 
-PropertyList::Dictionary diskListOf(const Machine& machine) {
+PropertyList::Dictionary diskListOf(const DiskSnapshot& snapshot) {
     PropertyList::List entries;
-    for (const BlockDevice* disk : listedDisks(machine)) {
+    for (const KernelDevice* disk : listedDisks(snapshot)) {
         entries.emplace_back(PropertyList::Dictionary{
-            {"DeviceIdentifier", identifierOf(machine, *disk)},
+            {"DeviceIdentifier", identifierOf(snapshot, *disk)},
             {"Content", partitionSchemeOf(*disk)},
             {"Size", disk->sizeBytes},
             {"OSInternal", !isExternal(*disk)},
-            {"Partitions", partitionsOf(machine, *disk)},
+            {"Partitions", partitionsOf(snapshot, *disk)},
         });
     }
     return {{"AllDisksAndPartitions", entries}};
 }
 
-PropertyList::Dictionary diskDetailsOf(const Machine& machine, const BlockDevice& disk) {
+PropertyList::Dictionary diskDetailsOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     const bool isSoldered = isInCardSlot(disk) && !isSDCardInSlot(disk);
     const std::string place = isExternal(disk) ? "External" : "Internal";
-    const auto protection = whyNotWritable(machine, disk);
-    const bool isOnlyDisk = !sharesDrive(machine, disk);
+    const auto protection = whyNotWritable(snapshot, disk);
+    const bool isOnlyDisk = !sharesDrive(snapshot, disk);
     PropertyList::Dictionary details{
-        {"DeviceIdentifier", identifierOf(machine, disk)},
-        {"MediaName", mediaNameOf(machine, disk)},
+        {"DeviceIdentifier", identifierOf(snapshot, disk)},
+        {"MediaName", mediaNameOf(snapshot, disk)},
         {"TotalSize", disk.sizeBytes},
         {"BusProtocol", busOf(disk)},
         // People know their disks by the kernel's names.

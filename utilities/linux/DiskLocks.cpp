@@ -27,13 +27,13 @@ PlatformError lockedElsewhere(const std::string& identifier) {
 
 }  // namespace
 
-Machine readUnlocked(BlockSystem& system, const std::string& identifier) {
+DiskSnapshot readUnlocked(BlockSystem& system, const std::string& identifier) {
     const auto end = system.now() + timeToUnlock;
     for (;;) {
-        Machine machine = system.read(identifier);
-        const auto parts = partsOf(machine, listedDisk(machine, identifier));
-        const bool isLocked = std::ranges::any_of(parts, &BlockDevice::isLocked);
-        if (!isLocked && !machine.isDiskLockedElsewhere) return machine;
+        DiskSnapshot snapshot = system.read(identifier);
+        const auto parts = partsOf(snapshot, listedDisk(snapshot, identifier));
+        const bool isLocked = std::ranges::any_of(parts, &KernelDevice::isLocked);
+        if (!isLocked && !snapshot.isDiskLockedElsewhere) return snapshot;
         if (system.now() >= end) throw isLocked ? locked(identifier) : lockedElsewhere(identifier);
         system.wait(pauseBetweenReadings);
     }

@@ -6,9 +6,9 @@
 
 namespace tessel {
 
-/// Reads the machine as soon as no other program is working on the disk, such as another copy of this program
-/// or a partitioning tool. Throws PlatformError when there is no such disk, or when it is still locked after
-/// two seconds.
-[[nodiscard]] Machine readUnlocked(BlockSystem& system, const std::string& identifier);
+/// Reads the snapshot as soon as no other program is working on the disk, such as another copy of this
+/// program or a partitioning tool. Throws PlatformError when there is no such disk, or when it is still
+/// locked after two seconds.
+[[nodiscard]] DiskSnapshot readUnlocked(BlockSystem& system, const std::string& identifier);
 
 }  // namespace tessel

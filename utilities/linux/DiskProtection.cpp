@@ -18,71 +18,73 @@ bool mayBeUnmounted(const Mount& mount) {
 }
 
 struct DiskCheck {
-    bool (*fails)(const Machine& machine, const BlockDevice& disk);
+    bool (*fails)(const DiskSnapshot& snapshot, const KernelDevice& disk);
     std::string_view reason;
 };
 
 constexpr auto diskChecks = std::to_array<DiskCheck>({
-    {[](const Machine& machine, const BlockDevice&) { return systemDisks(machine).empty(); },
+    {[](const DiskSnapshot& snapshot, const KernelDevice&) { return systemDisks(snapshot).empty(); },
      "it is not known which disk the system runs from"},
 
-    {[](const Machine& machine, const BlockDevice& disk) {
-         const auto disks = systemDisks(machine);
+    {[](const DiskSnapshot& snapshot, const KernelDevice& disk) {
+         const auto disks = systemDisks(snapshot);
          return std::ranges::find(disks, &disk) != disks.end();
      },
      "the system runs from it"},
 
-    {[](const Machine&, const BlockDevice& disk) {
+    {[](const DiskSnapshot&, const KernelDevice& disk) {
          return disk.sequenceNumber == 0 || disk.sequenceNumber != disk.sequenceNumberAfterwards;
      },
      "its medium is being replaced"},
 
-    {[](const Machine&, const BlockDevice& disk) {
+    {[](const DiskSnapshot&, const KernelDevice& disk) {
          return disk.udisks.sequenceNumber != disk.sequenceNumber;
      },
      "the disk service has not recognized its medium yet"},
 
     // Names are not enough: a disk that calls itself an SD card must also be one that can be taken out.
-    {[](const Machine&, const BlockDevice& disk) { return !disk.isRemovable && !isSDCardInSlot(disk); },
+    {[](const DiskSnapshot&, const KernelDevice& disk) { return !disk.isRemovable && !isSDCardInSlot(disk); },
      "it is not a removable medium"},
 });
 
 struct PartCheck {
-    bool (*fails)(const Machine& machine, const BlockDevice& part);
+    bool (*fails)(const DiskSnapshot& snapshot, const KernelDevice& part);
     std::string_view reason;
     std::string_view remedy;
 };
 
 /// A whole disk is protected when one of these is true of any of its parts.
 constexpr auto partChecks = std::to_array<PartCheck>({
-    {[](const Machine&, const BlockDevice& part) { return part.isUseUnknown; },
+    {[](const DiskSnapshot&, const KernelDevice& part) { return part.isUseUnknown; },
      "it can't be told whether it is in use",
      "Start the program on the computer itself, outside any container or sandbox."},
 
-    {[](const Machine&, const BlockDevice& part) { return part.isSwap; }, "it is used as swap space",
+    {[](const DiskSnapshot&, const KernelDevice& part) { return part.isSwap; }, "it is used as swap space",
      "Switch that swap space off."},
 
-    {[](const Machine&, const BlockDevice& part) { return !part.holders.empty(); },
+    {[](const DiskSnapshot&, const KernelDevice& part) { return !part.holders.empty(); },
      "it is part of a volume group, a RAID or an encrypted volume that is in use",
      "Deactivate the volume group, stop the RAID or lock the encrypted volume."},
 
-    {[](const Machine&, const BlockDevice& part) { return !part.users.empty(); },
+    {[](const DiskSnapshot&, const KernelDevice& part) { return !part.users.empty(); },
      "it is used by a loop device, a storage server or the like",
      "Detach the loop device, or stop the program that uses it."},
 
-    {[](const Machine& machine, const BlockDevice& part) {
+    {[](const DiskSnapshot& snapshot, const KernelDevice& part) {
          // The kernel doesn't tell which devices the pools of ZFS lie on.
-         return part.spansDisks || (part.udisks.fileSystem == "zfs_member" && machine.hasZFSPools);
+         return part.spansDisks || (part.udisks.fileSystem == "zfs_member" && snapshot.hasZFSPools);
      },
      "it is part of a file system that may span several disks",
      "Unmount that file system, or export all ZFS pools."},
 
-    {[](const Machine&, const BlockDevice& part) {
+    {[](const DiskSnapshot&, const KernelDevice& part) {
          return !std::ranges::all_of(part.mounts, mayBeUnmounted);
      },
      "the system has mounted a volume on it", "Unmount that volume."},
 
-    {[](const Machine&, const BlockDevice& part) { return part.isFileSystemActive && part.mounts.empty(); },
+    {[](const DiskSnapshot&, const KernelDevice& part) {
+         return part.isFileSystemActive && part.mounts.empty();
+     },
      "a volume on it is mounted elsewhere, such as in a container",
      "Stop the container or the program that uses that volume."},
 });
@@ -98,31 +100,38 @@ std::string capitalized(std::string sentence) {
 
 }  // namespace
 
-std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice& disk) {
+std::optional<Protection> protectionOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     for (const DiskCheck& check : diskChecks)
-        if (check.fails(machine, disk)) return Protection{std::string(check.reason), {}};
+        if (check.fails(snapshot, disk)) return Protection{std::string(check.reason), {}};
 
-    const auto parts = partsOf(machine, disk);
+    const auto parts = partsOf(snapshot, disk);
     for (const PartCheck& check : partChecks)
-        if (std::ranges::any_of(parts, [&](const BlockDevice* part) { return check.fails(machine, *part); }))
+        if (std::ranges::any_of(parts,
+                                [&](const KernelDevice* part) { return check.fails(snapshot, *part); }))
             return Protection{std::string(check.reason), std::string(check.remedy), true};
     return std::nullopt;
 }
 
-PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk, const Protection& protection) {
+PlatformError protectedDisk(const DiskSnapshot& snapshot, const KernelDevice& disk,
+                            const Protection& protection) {
     return {
         "Disk", EPERM,
-        identifierOf(machine, disk) + " (/dev/" + disk.name + ") is protected: " + sentencesOf(protection)};
+        identifierOf(snapshot, disk) + " (/dev/" + disk.name + ") is protected: " + sentencesOf(protection)};
 }
 
-std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk) {
-    if (const auto protection = protectionOf(machine, disk)) return capitalized(sentencesOf(*protection));
+std::optional<std::string> whyNotWritable(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    if (const auto protection = protectionOf(snapshot, disk)) return capitalized(sentencesOf(*protection));
     if (disk.isReadOnly) return "Its write-protection switch is on, or the kernel treats it as read-only.";
     return std::nullopt;
 }
 
-void requireUnprotected(const Machine& machine, const BlockDevice& disk) {
-    if (const auto protection = protectionOf(machine, disk)) throw protectedDisk(machine, disk, *protection);
+bool isUnused(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return mountedParts(snapshot, disk).empty() && !protectionOf(snapshot, disk);
+}
+
+void requireUnprotected(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    if (const auto protection = protectionOf(snapshot, disk))
+        throw protectedDisk(snapshot, disk, *protection);
 }
 
 }  // namespace tessel

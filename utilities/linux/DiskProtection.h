@@ -4,7 +4,7 @@
 #include <string>
 
 #include "foundation/Errors.h"
-#include "utilities/linux/Machine.h"
+#include "utilities/linux/DiskSnapshot.h"
 
 namespace tessel {
 
@@ -16,16 +16,20 @@ struct Protection {
 };
 
 /// Absent only when nothing speaks against using the disk; every doubt does.
-[[nodiscard]] std::optional<Protection> protectionOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::optional<Protection> protectionOf(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 /// Returns the error that tells a person about it.
-[[nodiscard]] PlatformError protectedDisk(const Machine& machine, const BlockDevice& disk,
+[[nodiscard]] PlatformError protectedDisk(const DiskSnapshot& snapshot, const KernelDevice& disk,
                                           const Protection& protection);
 
 /// Returns why nothing may be written to the disk, in sentences for a person: it is protected or read-only.
-[[nodiscard]] std::optional<std::string> whyNotWritable(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::optional<std::string> whyNotWritable(const DiskSnapshot& snapshot,
+                                                        const KernelDevice& disk);
+
+/// Returns whether nothing on the disk is mounted and nothing else speaks against using it.
+[[nodiscard]] bool isUnused(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 /// Throws the error when the disk is protected.
-void requireUnprotected(const Machine& machine, const BlockDevice& disk);
+void requireUnprotected(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 }  // namespace tessel

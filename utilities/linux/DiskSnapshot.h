@@ -35,7 +35,7 @@ struct UDisksRecord {
 };
 
 /// A disk, one of its partitions, or another part of it such as an eMMC's boot area.
-struct BlockDevice {
+struct KernelDevice {
     std::string name;  ///< the kernel's, such as "sdb1"
     std::string path;  ///< in the kernel's device tree: "/sys/devices/…/block/sdb/sdb1"
     /// The number that the kernel gives to each medium it meets, and never gives twice. 0 for a part of a
@@ -65,8 +65,8 @@ struct BlockDevice {
     UDisksRecord udisks = {};
 };
 
-struct Machine {
-    std::vector<BlockDevice> devices;
+struct DiskSnapshot {
+    std::vector<KernelDevice> devices;
     std::string rootDevice;    ///< the name of the device that is mounted at "/"; empty when there is none
     bool isSettling = false;   ///< udev has yet to look at devices that have changed
     bool hasZFSPools = false;  ///< ZFS has imported pools; which devices they lie on is not known
@@ -77,38 +77,40 @@ struct Machine {
 
 /// Returns whether the device exists only in the kernel: loop devices, device mapper, RAID, RAM, compressed
 /// memory.
-[[nodiscard]] bool isVirtual(const BlockDevice& device);
+[[nodiscard]] bool isVirtual(const KernelDevice& device);
 
 /// Returns whether the device sits in a slot of the computer itself that speaks the cards' protocol. Soldered
 /// flash does, too.
-bool isInCardSlot(const BlockDevice& device);
+bool isInCardSlot(const KernelDevice& device);
 
 /// Returns whether the device is an SD card in such a slot.
-[[nodiscard]] bool isSDCardInSlot(const BlockDevice& device);
+[[nodiscard]] bool isSDCardInSlot(const KernelDevice& device);
 
 /// Returns whether another disk has the same drive. What UDisks2 then says about the drive's medium may be
 /// about either of them, and ejecting the drive may eject either of them.
-[[nodiscard]] bool sharesDrive(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] bool sharesDrive(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 /// Returns the disk and every part of it.
-[[nodiscard]] std::vector<const BlockDevice*> partsOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::vector<const KernelDevice*> partsOf(const DiskSnapshot& snapshot,
+                                                       const KernelDevice& disk);
 
 /// Returns those of them that are mounted.
-[[nodiscard]] std::vector<const BlockDevice*> mountedParts(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::vector<const KernelDevice*> mountedParts(const DiskSnapshot& snapshot,
+                                                            const KernelDevice& disk);
 
 /// Returns the physical disks that hold "/", ordered by their numbers. Empty when "/" leads to none.
-[[nodiscard]] std::vector<const BlockDevice*> systemDisks(const Machine& machine);
+[[nodiscard]] std::vector<const KernelDevice*> systemDisks(const DiskSnapshot& snapshot);
 
 /// Returns the disks that have a medium and whose records are consistent.
-[[nodiscard]] std::vector<const BlockDevice*> listedDisks(const Machine& machine);
+[[nodiscard]] std::vector<const KernelDevice*> listedDisks(const DiskSnapshot& snapshot);
 
 /// Returns "disk0" for the disk that holds "/", otherwise "disk" and the sequence number.
-[[nodiscard]] std::string identifierOf(const Machine& machine, const BlockDevice& disk);
+[[nodiscard]] std::string identifierOf(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 /// Returns the listed disk with this identifier, or null.
-[[nodiscard]] const BlockDevice* findListedDisk(const Machine& machine, std::string_view identifier);
+[[nodiscard]] const KernelDevice* findListedDisk(const DiskSnapshot& snapshot, std::string_view identifier);
 
 /// Returns the listed disk with this identifier. Throws PlatformError when there is none.
-[[nodiscard]] const BlockDevice& listedDisk(const Machine& machine, std::string_view identifier);
+[[nodiscard]] const KernelDevice& listedDisk(const DiskSnapshot& snapshot, std::string_view identifier);
 
 }  // namespace tessel

@@ -1,4 +1,4 @@
-#include "utilities/linux/LinuxAuthorization.h"
+#include "utilities/linux/LinuxRawDiskOpener.h"
 
 #include <cerrno>
 
@@ -16,7 +16,7 @@ PlatformError busy(const std::string& identifier) {
     return {"Disk", EBUSY, "Resource busy: " + identifier + " is in use."};
 }
 
-void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) {
+void requireSameDisk(const FileDescriptor& descriptor, const KernelDevice& disk) {
     const auto isAnswer = [](const SystemResult& result, uint64_t expected) {
         return result.isSuccess() && result.value == expected;
     };
@@ -27,16 +27,16 @@ void requireSameDisk(const FileDescriptor& descriptor, const BlockDevice& disk) 
 }
 
 /// Throws when the disk was written to between two readings of it.
-void requireUnwritten(const BlockDevice& before, const BlockDevice& now) {
+void requireUnwritten(const KernelDevice& before, const KernelDevice& now) {
     if (before.bytesWritten != now.bytesWritten)
         throw PlatformError("Disk", EBUSY, "Another program is writing to this card.");
 }
 
 }  // namespace
 
-FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
+FileDescriptor LinuxRawDiskOpener::open(const std::string& identifier) {
     const SleepWatch sleepWatch;
-    const BlockDevice disk = readUnusedDisk(identifier);
+    const KernelDevice disk = readUnusedDisk(identifier);
     FileDescriptor descriptor = system.open(disk.name);
     requireSameDisk(descriptor, disk);
     if (!lockExclusively(descriptor.get()).isSuccess()) throw busy(identifier);
@@ -49,13 +49,13 @@ FileDescriptor LinuxAuthorization::open(const std::string& identifier) {
     return descriptor;
 }
 
-BlockDevice LinuxAuthorization::readUnusedDisk(const std::string& identifier) {
-    const Machine machine = readUnlocked(system, identifier);
-    const BlockDevice& disk = listedDisk(machine, identifier);
-    requireUnprotected(machine, disk);
-    if (const auto reason = whyNotWritable(machine, disk))
+KernelDevice LinuxRawDiskOpener::readUnusedDisk(const std::string& identifier) {
+    const DiskSnapshot snapshot = readUnlocked(system, identifier);
+    const KernelDevice& disk = listedDisk(snapshot, identifier);
+    requireUnprotected(snapshot, disk);
+    if (const auto reason = whyNotWritable(snapshot, disk))
         throw PlatformError("Disk", EROFS, identifier + " can't be written. " + *reason);
-    if (!mountedParts(machine, disk).empty()) throw busy(identifier);
+    if (!mountedParts(snapshot, disk).empty()) throw busy(identifier);
     return disk;
 }
 

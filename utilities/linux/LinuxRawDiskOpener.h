@@ -9,14 +9,14 @@ namespace tessel {
 /// locked or write-protected disk is never opened, nor one that changed while the user was asked. The
 /// descriptor that is handed on has been proved to be the disk that was asked for; no other program has
 /// claimed that disk, and an exclusive lock tells the system's own programs to leave it alone.
-class LinuxAuthorization : public DescriptorSource {
+class LinuxRawDiskOpener : public DiskOpener {
   public:
-    explicit LinuxAuthorization(BlockSystem& system) : system(system) {}
+    explicit LinuxRawDiskOpener(BlockSystem& system) : system(system) {}
 
     FileDescriptor open(const std::string& identifier) override;
 
   private:
-    BlockDevice readUnusedDisk(const std::string& identifier);
+    KernelDevice readUnusedDisk(const std::string& identifier);
 
     BlockSystem& system;
 };

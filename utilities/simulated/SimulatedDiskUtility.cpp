@@ -1,4 +1,4 @@
-#include "utilities/simulated/SimulatedDisks.h"
+#include "utilities/simulated/SimulatedDiskUtility.h"
 
 #include <fcntl.h>
 
@@ -68,7 +68,7 @@ PropertyList::Dictionary listEntry(const PropertyList::Dictionary& details) {
 
 }  // namespace
 
-PropertyList::Dictionary SimulatedDisks::list() {
+PropertyList::Dictionary SimulatedDiskUtility::list() {
     PropertyList::List allDisks;
     PropertyList::List wholeDisks;
     PropertyList::List entries;
@@ -82,21 +82,21 @@ PropertyList::Dictionary SimulatedDisks::list() {
     return {{"AllDisks", allDisks}, {"WholeDisks", wholeDisks}, {"AllDisksAndPartitions", entries}};
 }
 
-PropertyList::Dictionary SimulatedDisks::info(const std::string& identifier) {
+PropertyList::Dictionary SimulatedDiskUtility::info(const std::string& identifier) {
     reader.behaviour(identifier).waitBefore("info");
     PropertyList::Dictionary details = reader.details(identifier);
     details.erase(partitionsKey);
     return details;
 }
 
-void SimulatedDisks::unmount(const std::string& identifier) {
+void SimulatedDiskUtility::unmount(const std::string& identifier) {
     const DiskBehaviour behaviour = reader.behaviour(identifier);
     behaviour.waitBefore("unmountDisk");
     if (!behaviour.refusesUnmount.empty()) throw refusal(behaviour.refusesUnmount);
     reader.setDetails(identifier, *withoutMountPoints(reader.details(identifier)).asDictionary());
 }
 
-void SimulatedDisks::eject(const std::string& identifier) {
+void SimulatedDiskUtility::eject(const std::string& identifier) {
     const DiskBehaviour behaviour = reader.behaviour(identifier);
     behaviour.waitBefore("eject");
     if (!behaviour.ejectFails.empty()) throw refusal(behaviour.ejectFails);

@@ -6,9 +6,9 @@
 namespace tessel {
 
 /// The disks of a folder that plays a card reader.
-class SimulatedDisks : public DiskSource {
+class SimulatedDiskUtility : public DiskUtility {
   public:
-    explicit SimulatedDisks(const ReaderFolder& reader) : reader(reader) {}
+    explicit SimulatedDiskUtility(const ReaderFolder& reader) : reader(reader) {}
 
     PropertyList::Dictionary list() override;
     PropertyList::Dictionary info(const std::string& identifier) override;

@@ -1,4 +1,4 @@
-#include "utilities/simulated/SimulatedAuthorization.h"
+#include "utilities/simulated/SimulatedRawDiskOpener.h"
 
 #include <fcntl.h>
 #include <linux/major.h>
@@ -47,7 +47,7 @@ FileDescriptor openMedium(const std::filesystem::path& medium, const std::string
 
 }  // namespace
 
-FileDescriptor SimulatedAuthorization::open(const std::string& identifier) {
+FileDescriptor SimulatedRawDiskOpener::open(const std::string& identifier) {
     const DiskBehaviour behaviour = reader.behaviour(identifier);
     behaviour.waitBefore("authopen");
     if (!behaviour.exchangedDuringPrompt.empty()) {

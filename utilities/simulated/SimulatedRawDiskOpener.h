@@ -7,9 +7,9 @@ namespace tessel {
 
 /// Opens the media of a folder that plays a card reader: files, and loop devices, which nobody else may have
 /// open. Any other device is refused, wherever a link leads.
-class SimulatedAuthorization : public DescriptorSource {
+class SimulatedRawDiskOpener : public DiskOpener {
   public:
-    explicit SimulatedAuthorization(const ReaderFolder& reader) : reader(reader) {}
+    explicit SimulatedRawDiskOpener(const ReaderFolder& reader) : reader(reader) {}
 
     FileDescriptor open(const std::string& identifier) override;
 

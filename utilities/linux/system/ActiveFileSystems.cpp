@@ -36,12 +36,12 @@ void writeAnswers(const std::vector<std::string>& devices, int answers) {
 
 }  // namespace
 
-void noteActiveFileSystems(Machine& machine, const BlockDevice& disk) {
+void noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk) {
     // A kernel without quotas says the same of everything.
     if (askForQuotas("/dev/null") == ENOSYS) return;
     std::vector<std::string> names;
     std::vector<std::string> paths;
-    for (const BlockDevice* part : partsOf(machine, disk)) {
+    for (const KernelDevice* part : partsOf(snapshot, disk)) {
         if (!part->mounts.empty()) continue;
         names.push_back(part->name);
         paths.push_back("/dev/" + part->name);
@@ -50,7 +50,7 @@ void noteActiveFileSystems(Machine& machine, const BlockDevice& disk) {
                                           std::chrono::steady_clock::now() + timeToAnswer);
     for (size_t index = 0; index < names.size(); ++index) {
         if (index < answers.size() && answers[index] == inactive) continue;
-        changeDevice(machine, names[index], [](BlockDevice& part) { part.isFileSystemActive = true; });
+        changeDevice(snapshot, names[index], [](KernelDevice& part) { part.isFileSystemActive = true; });
     }
 }
 

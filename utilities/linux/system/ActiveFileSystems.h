@@ -7,6 +7,6 @@ namespace tessel {
 /// Notes on which unmounted parts of the disk a file system is in use all the same: in a container, or after
 /// a lazy unmount. The kernel may wait before it answers, even for a disk that is being unmounted; what it
 /// has not answered after a second counts as in use.
-void noteActiveFileSystems(Machine& machine, const BlockDevice& disk);
+void noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk);
 
 }  // namespace tessel

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "utilities/linux/Machine.h"
+#include "utilities/linux/DiskSnapshot.h"
 
 namespace tessel {
 
@@ -19,6 +19,6 @@ namespace tessel {
 /// Notes which devices another program has locked for itself alone, as partitioning tools and this program do
 /// while they write; through whichever node it has. Throws PlatformError when the table of locks can't be
 /// read.
-void addLocks(Machine& machine);
+void addLocks(DiskSnapshot& snapshot);
 
 }  // namespace tessel

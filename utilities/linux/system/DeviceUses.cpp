@@ -5,14 +5,16 @@
 #include <sys/sysmacros.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "foundation/Errors.h"
 #include "foundation/Release.h"
-#include "utilities/linux/system/DeviceUsers.h"
 #include "utilities/linux/system/KernelFiles.h"
 
 namespace tessel {
@@ -94,10 +96,41 @@ void forEachEntry(libmnt_table* table, Action act) {
         act(entry);
 }
 
+struct Source {
+    const char* pattern;  ///< of the files that name a device or file
+    size_t namePlace;     ///< which folder of the path names the user, counted from the root
+};
+
+constexpr auto sources = std::to_array<Source>({
+    {"/sys/block/*/loop/backing_file", 2},
+    {"/sys/block/*/backing_dev", 2},  // compressed memory that overflows onto a disk
+    {"/sys/kernel/config/target/core/*/*/udev_path", 6},
+    {"/sys/kernel/config/nvmet/subsystems/*/namespaces/*/device_path", 5},
+    {"/sys/kernel/config/usb_gadget/*/functions/mass_storage.*/*/file", 4},
+    {"/sys/bus/xen-backend/devices/*/physical_device", 4},  // a disk of a virtual machine, as a number
+});
+
+std::string folderAt(size_t place, const std::string& path) {
+    size_t begin = 1;
+    for (; place > 0; --place)
+        begin = path.find('/', begin) + 1;
+    return path.substr(begin, path.find('/', begin) - begin);
+}
+
+/// Returns the path that the line is or, where it is the number of a device such as "8:1f" (hexadecimal), the
+/// path of that device in sysfs. Absent where nothing is used.
+std::optional<std::string> pathIn(const std::string& line) {
+    unsigned major = 0;
+    unsigned minor = 0;
+    if (line.starts_with("/")) return line;
+    if (std::sscanf(line.c_str(), "%x:%x", &major, &minor) != 2) return std::nullopt;
+    return "/sys/dev/block/" + std::to_string(major) + ":" + std::to_string(minor);
+}
+
 /// Notes that a mounted file system consists of these devices.
-void addMembers(Machine& machine, const std::vector<std::string>& members) {
+void addMembers(DiskSnapshot& snapshot, const std::vector<std::string>& members) {
     for (const std::string& member : members) {
-        changeDevice(machine, member, [&](BlockDevice& device) {
+        changeDevice(snapshot, member, [&](KernelDevice& device) {
             device.isFileSystemActive = true;
             device.spansDisks |= members.size() > 1;
         });
@@ -106,56 +139,67 @@ void addMembers(Machine& machine, const std::vector<std::string>& members) {
 
 }  // namespace
 
-void addUses(Machine& machine, libmnt_table* mounts, libmnt_table* swaps) {
+void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps) {
     forEachEntry(mounts, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
         const char* const target = mnt_fs_get_target(entry);
         const Mount mount{.target = target ? target : "",
                           .isByUDisks = optionOf(entry, "uhelper") == "udisks2"};
         // Of several mounts on top of each other, "/" leads to the last one.
-        if (mount.target == "/") machine.rootDevice = name;
-        changeDevice(machine, name, [&](BlockDevice& device) { device.mounts.push_back(mount); });
+        if (mount.target == "/") snapshot.rootDevice = name;
+        changeDevice(snapshot, name, [&](KernelDevice& device) { device.mounts.push_back(mount); });
         // XFS may have its log and its files' data on devices of their own.
         for (const char* option : {"logdev", "rtdev"}) {
             const std::string path(optionOf(entry, option));
-            changeDevice(machine, blockDeviceAt(path.c_str()),
-                         [](BlockDevice& device) { device.spansDisks = true; });
+            changeDevice(snapshot, blockDeviceAt(path.c_str()),
+                         [](KernelDevice& device) { device.spansDisks = true; });
         }
     });
     forEachEntry(swaps, [&](libmnt_fs* entry) {
-        changeDevice(machine, deviceUnder(mounts, mnt_fs_get_srcpath(entry)),
-                     [](BlockDevice& device) { device.isSwap = true; });
+        changeDevice(snapshot, deviceUnder(mounts, mnt_fs_get_srcpath(entry)),
+                     [](KernelDevice& device) { device.isSwap = true; });
     });
 }
 
-void addUses(Machine& machine) {
+void addUses(DiskSnapshot& snapshot) {
     const Table mounts = readTable(mnt_table_parse_mtab);
-    addUses(machine, mounts.get(), readTable(mnt_table_parse_swaps).get());
+    addUses(snapshot, mounts.get(), readTable(mnt_table_parse_swaps).get());
 }
 
-void addUsers(Machine& machine) {
+std::vector<DeviceUser> readDeviceUsers(const std::string& root) {
+    std::vector<DeviceUser> users;
+    for (const Source& source : sources) {
+        for (const std::string& file : filesMatching(root + source.pattern)) {
+            if (const auto path = pathIn(firstLineOf(file).value_or("")))
+                users.push_back({folderAt(source.namePlace, file.substr(root.size())), *path});
+        }
+    }
+    return users;
+}
+
+void addUsers(DiskSnapshot& snapshot) {
     const Table mounts = readTable(mnt_table_parse_mtab);
     for (const DeviceUser& user : readDeviceUsers())
-        changeDevice(machine, deviceUnder(mounts.get(), user.path.c_str()),
-                     [&](BlockDevice& device) { device.users.push_back(user.name); });
+        changeDevice(snapshot, deviceUnder(mounts.get(), user.path.c_str()),
+                     [&](KernelDevice& device) { device.users.push_back(user.name); });
 }
 
-void addSpanningFileSystems(Machine& machine, const std::string& root) {
+void addSpanningFileSystems(DiskSnapshot& snapshot, const std::string& root) {
     for (const std::string& fileSystem : namesIn(root + "/sys/fs/btrfs"))
-        addMembers(machine, namesIn(root + "/sys/fs/btrfs/" + fileSystem + "/devices"));
+        addMembers(snapshot, namesIn(root + "/sys/fs/btrfs/" + fileSystem + "/devices"));
 
     for (const std::string& fileSystem : namesIn(root + "/sys/fs/bcachefs")) {
         std::vector<std::string> members;
         for (const auto& link : filesMatching(root + "/sys/fs/bcachefs/" + fileSystem + "/dev-*/block"))
             members.push_back(blockDeviceInSysfs(link));
-        addMembers(machine, members);
+        addMembers(snapshot, members);
     }
     // An ext4 file system may have its journal on another device, which then has an entry of its own name
     // here.
     for (const std::string& journal : namesIn(root + "/proc/fs/jbd2"))
-        changeDevice(machine, journal, [](BlockDevice& device) { device.spansDisks = true; });
+        changeDevice(snapshot, journal, [](KernelDevice& device) { device.spansDisks = true; });
 
-    machine.hasZFSPools = !filesMatching(root + "/proc/spl/kstat/zfs/*/state").empty();
+    snapshot.hasZFSPools = !filesMatching(root + "/proc/spl/kstat/zfs/*/state").empty();
 }
 
 }  // namespace tessel

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "utilities/linux/Machine.h"
+#include <string>
+#include <vector>
+
+#include "utilities/linux/DiskSnapshot.h"
 
 struct libmnt_table;
 
@@ -8,23 +11,33 @@ namespace tessel {
 
 /// Notes where the devices are mounted, which of them are swap space, and which one is mounted at "/". Throws
 /// PlatformError when the tables can't be read, since no device is then known to be unused.
-void addUses(Machine& machine);
+void addUses(DiskSnapshot& snapshot);
 
 /// Notes only what these two tables say.
-void addUses(Machine& machine, libmnt_table* mounts, libmnt_table* swaps);
+void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps);
+
+/// Something in the kernel that works on a block device or a file without being a holder of it.
+struct DeviceUser {
+    std::string name;  ///< such as "loop3"
+    std::string path;  ///< of the device, in /dev or in sysfs, or of the file
+};
+
+/// Reads all that the kernel's files reveal; the paths of those files begin with `root`. Throws PlatformError
+/// when one of them can't be read.
+[[nodiscard]] std::vector<DeviceUser> readDeviceUsers(const std::string& root = "");
 
 /// Notes what in the kernel uses the devices without being a holder. Throws PlatformError when that can't be
 /// read.
-void addUsers(Machine& machine);
+void addUsers(DiskSnapshot& snapshot);
 
 /// Notes which devices belong to mounted file systems that may span several, and whether ZFS has pools. Reads
 /// the kernel's files, whose paths begin with `root`. Throws PlatformError when one of them can't be read.
-void addSpanningFileSystems(Machine& machine, const std::string& root = "");
+void addSpanningFileSystems(DiskSnapshot& snapshot, const std::string& root = "");
 
 /// Calls the function with the device of this name, if there is one.
 template <typename Action>
-void changeDevice(Machine& machine, const std::string& name, Action change) {
-    for (BlockDevice& device : machine.devices)
+void changeDevice(DiskSnapshot& snapshot, const std::string& name, Action change) {
+    for (KernelDevice& device : snapshot.devices)
         if (device.name == name) change(device);
 }
 

@@ -48,7 +48,7 @@ std::string readDatabaseName(udev* database, const std::string& name) {
 }
 
 /// Notes what lies upon the device and below it.
-void addStack(BlockDevice& device) {
+void addStack(KernelDevice& device) {
     const std::filesystem::path path = device.path;
     device.holders = namesIn(path / "holders");
     device.slaves = namesIn(path / "slaves");
@@ -61,7 +61,7 @@ std::optional<uint64_t> readBytesWritten(const std::filesystem::path& path) {
     return bytes.isSuccess() ? std::optional(bytes.value) : std::nullopt;
 }
 
-BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
+KernelDevice readDevice(udev* database, const std::filesystem::path& path) {
     const std::string name = path.filename().string();
     return {
         .name = name,
@@ -80,33 +80,33 @@ BlockDevice readDevice(udev* database, const std::filesystem::path& path) {
 /// Runs the reading of some signs of use. If they can't be read, every sign may be missing from any of these
 /// devices.
 template <typename Reading>
-void readOrDoubt(std::span<BlockDevice> devices, Reading reading) {
+void readOrDoubt(std::span<KernelDevice> devices, Reading reading) {
     try {
         reading();
     } catch (const PlatformError&) {
-        for (BlockDevice& device : devices)
+        for (KernelDevice& device : devices)
             device.isUseUnknown = true;
     }
 }
 
 }  // namespace
 
-Machine readKernelDevices() {
+DiskSnapshot readKernelDevices() {
     const Database database(udev_new());
-    Machine machine;
+    DiskSnapshot snapshot;
     for (const std::string& name : namesIn("/sys/class/block")) {
         std::error_code isGone;
         const auto path = std::filesystem::canonical("/sys/class/block/" + name, isGone);
-        if (!isGone) machine.devices.push_back(readDevice(database.get(), path));
+        if (!isGone) snapshot.devices.push_back(readDevice(database.get(), path));
     }
-    for (BlockDevice& device : machine.devices)
+    for (KernelDevice& device : snapshot.devices)
         readOrDoubt({&device, 1}, [&] { addStack(device); });
-    addUses(machine);
-    readOrDoubt(machine.devices, [&] { addUsers(machine); });
-    readOrDoubt(machine.devices, [&] { addSpanningFileSystems(machine); });
-    readOrDoubt(machine.devices, [&] { addLocks(machine); });
-    machine.isSettling = std::filesystem::exists("/run/udev/queue");
-    return machine;
+    addUses(snapshot);
+    readOrDoubt(snapshot.devices, [&] { addUsers(snapshot); });
+    readOrDoubt(snapshot.devices, [&] { addSpanningFileSystems(snapshot); });
+    readOrDoubt(snapshot.devices, [&] { addLocks(snapshot); });
+    snapshot.isSettling = std::filesystem::exists("/run/udev/queue");
+    return snapshot;
 }
 
 uint64_t readSequenceNumber(const std::filesystem::path& device) {

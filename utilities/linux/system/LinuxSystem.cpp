@@ -16,24 +16,24 @@ namespace tessel {
 namespace {
 
 /// What was read before this counts only if it was all about the same medium.
-void readSequenceNumbersAgain(Machine& machine) {
-    for (BlockDevice& device : machine.devices)
+void readSequenceNumbersAgain(DiskSnapshot& snapshot) {
+    for (KernelDevice& device : snapshot.devices)
         device.sequenceNumberAfterwards = readSequenceNumber(device.path);
 }
 
 }  // namespace
 
-Machine LinuxSystem::read(const std::string& identifier) {
-    Machine machine = readKernelDevices();
-    UDisksConnection().describe(machine.devices);
-    readSequenceNumbersAgain(machine);
-    const BlockDevice* disk = findListedDisk(machine, identifier);
+DiskSnapshot LinuxSystem::read(const std::string& identifier) {
+    DiskSnapshot snapshot = readKernelDevices();
+    UDisksConnection().describe(snapshot.devices);
+    readSequenceNumbersAgain(snapshot);
+    const KernelDevice* disk = findListedDisk(snapshot, identifier);
     // This comes after the mounts, so that what was unmounted in between is not taken for mounted elsewhere.
-    if (disk && !protectionOf(machine, *disk)) {
-        noteActiveFileSystems(machine, *disk);
-        readSequenceNumbersAgain(machine);
+    if (disk && !protectionOf(snapshot, *disk)) {
+        noteActiveFileSystems(snapshot, *disk);
+        readSequenceNumbersAgain(snapshot);
     }
-    return machine;
+    return snapshot;
 }
 
 void LinuxSystem::unmount(const std::string& device, Time deadline) {
@@ -48,7 +48,7 @@ void LinuxSystem::flush(Time deadline) {
     answersOf([](int) { sync(); }, std::min(deadline, now() + std::chrono::seconds(10)));
 }
 
-BlockSystem::Ejection LinuxSystem::eject(const std::string& device, Time deadline) {
+BlockSystem::EjectOutcome LinuxSystem::eject(const std::string& device, Time deadline) {
     return UDisksConnection().eject(device, deadline - now());
 }
 

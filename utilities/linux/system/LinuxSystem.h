@@ -8,11 +8,11 @@ namespace tessel {
 /// is read from the kernel and the device database.
 class LinuxSystem : public BlockSystem {
   public:
-    Machine read(const std::string& identifier) override;
+    DiskSnapshot read(const std::string& identifier) override;
     void unmount(const std::string& device, Time deadline) override;
     FileDescriptor open(const std::string& device) override;
     void flush(Time deadline) override;
-    Ejection eject(const std::string& device, Time deadline) override;
+    EjectOutcome eject(const std::string& device, Time deadline) override;
     Time now() override;
     void wait(std::chrono::milliseconds duration) override;
 };

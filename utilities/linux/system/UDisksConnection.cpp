@@ -147,8 +147,8 @@ UDisksConnection::UDisksConnection() {
                             "the service, and try again.");
 }
 
-void UDisksConnection::describe(std::vector<BlockDevice>& devices) const {
-    for (BlockDevice& device : devices)
+void UDisksConnection::describe(std::vector<KernelDevice>& devices) const {
+    for (KernelDevice& device : devices)
         if (const auto record = recordOf(deviceNumber(device.name))) device.udisks = *record;
 }
 
@@ -192,18 +192,18 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
         checked([&](GError** error) { return g_unix_fd_list_get(descriptors, place, error); }));
 }
 
-BlockSystem::Ejection UDisksConnection::eject(const std::string& device, Duration limit) const {
+BlockSystem::EjectOutcome UDisksConnection::eject(const std::string& device, Duration limit) const {
     const auto block = requireBlock(client.get(), device);
     const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
-    if (!drive) return BlockSystem::Ejection::impossible;
+    if (!drive) return BlockSystem::EjectOutcome::impossible;
 
     const TimeLimit timeLimit(limit);
     GError* error = nullptr;
     udisks_drive_call_eject_sync(drive.get(), noOptions(), timeLimit.get(), &error);
     const OwnedError problem(error);
-    if (!problem) return BlockSystem::Ejection::done;
-    if (isBusy(*problem)) return BlockSystem::Ejection::busy;
-    if (isFailedAttempt(*problem)) return BlockSystem::Ejection::impossible;
+    if (!problem) return BlockSystem::EjectOutcome::ejected;
+    if (isBusy(*problem)) return BlockSystem::EjectOutcome::busy;
+    if (isFailedAttempt(*problem)) return BlockSystem::EjectOutcome::impossible;
     throw refusal(*problem);
 }
 

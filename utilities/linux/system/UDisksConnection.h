@@ -9,7 +9,7 @@
 
 #include "platform/FileDescriptor.h"
 #include "utilities/linux/BlockSystem.h"
-#include "utilities/linux/Machine.h"
+#include "utilities/linux/DiskSnapshot.h"
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the library itself declares it so.
 using UDisksClient = struct _UDisksClient;
@@ -27,14 +27,14 @@ class UDisksConnection {
     UDisksConnection();
 
     /// Fills in what UDisks2 says about each device.
-    void describe(std::vector<BlockDevice>& devices) const;
+    void describe(std::vector<KernelDevice>& devices) const;
 
     /// Returns what UDisks2 says about the block device with this number; absent when it knows none.
     [[nodiscard]] std::optional<UDisksRecord> recordOf(dev_t number) const;
 
     void unmount(const std::string& device, Duration limit) const;
     [[nodiscard]] FileDescriptor open(const std::string& device) const;
-    [[nodiscard]] BlockSystem::Ejection eject(const std::string& device, Duration limit) const;
+    [[nodiscard]] BlockSystem::EjectOutcome eject(const std::string& device, Duration limit) const;
 
   private:
     struct Disconnect {

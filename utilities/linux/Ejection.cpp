@@ -1,0 +1,170 @@
+#include "utilities/linux/Ejection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <utility>
+
+#include "foundation/Errors.h"
+#include "utilities/linux/DiskProtection.h"
+#include "utilities/linux/Unmounting.h"
+
+namespace tessel {
+
+namespace {
+
+using EjectOutcome = BlockSystem::EjectOutcome;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+/// The program gives an eject 60 seconds. The last reading of the computer may itself take 15 of them.
+constexpr seconds timeToEject{40};
+
+/// A desktop mounts new partitions about a second after the program that wrote them has closed the disk. On a
+/// slow computer it takes correspondingly longer, as does reading it.
+constexpr milliseconds timeToMountAgain{1500};
+constexpr int readingsToMountAgain = 3;
+
+/// udev activates volume groups and the like later still, in programs of their own.
+constexpr milliseconds timeToActivate{3500};
+
+constexpr milliseconds pauseBetweenReadings{200};
+
+/// The drive may be busy for a moment, because udev looks at the new contents. What keeps it busy for longer,
+/// with nothing mounted, is a claim that the kernel does not show, and waiting ends none of those.
+constexpr int mostBusyAnswers = 10;
+
+PlatformError claimed(const std::string& identifier) {
+    return {"Disk", EBUSY, "Resource busy: another program or file system uses " + identifier + "."};
+}
+
+/// UDisks2 ejects drives. Where two disks have one drive, it might eject the other disk.
+bool hasEjectMechanism(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return disk.udisks.isEjectable && !isInCardSlot(disk) && !sharesDrive(snapshot, disk);
+}
+
+/// Returns whether the contents are of a kind that computers activate without being asked, and desktops
+/// unlock if they remember the password.
+bool mayBeActivated(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return std::ranges::any_of(partsOf(snapshot, disk), [](const KernelDevice* part) {
+        const std::string& kind = part->udisks.fileSystem;
+        const bool isEncrypted = kind == "crypto_LUKS" || kind == "BitLocker";
+        return isEncrypted || kind.ends_with("_member") || kind == "bcache";
+    });
+}
+
+}  // namespace
+
+Ejection::Ejection(BlockSystem& blockSystem, std::string disk) :
+    system(blockSystem),
+    identifier(std::move(disk)),
+    deadline(system.now() + timeToEject) {}
+
+void Ejection::run() {
+    for (State state = State::inUse; state != State::released;)
+        state = next(state);
+}
+
+Ejection::State Ejection::next(State state) {
+    switch (state) {
+        case State::inUse:
+            return awaitRelease();
+        case State::mounted:
+            return unmount();
+        case State::unflushed:
+            return flush();
+        case State::inserted:
+            return eject();
+        case State::settling:
+            return settle();
+        case State::released:
+            break;
+    }
+    return State::released;
+}
+
+/// Waits until those who use the disk have let go of it. What stays in use then protects it.
+Ejection::State Ejection::awaitRelease() {
+    for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
+        const DiskSnapshot& snapshot = read();
+        const KernelDevice* disk = findListedDisk(snapshot, identifier);
+        const auto protection = disk ? protectionOf(snapshot, *disk) : std::nullopt;
+        if (!protection || !protection->mayEnd) break;
+    }
+    return hasBeenEjected && !isPresent() ? State::released : State::mounted;
+}
+
+Ejection::State Ejection::unmount() {
+    unmountDisk(system, identifier, deadline);
+    return State::unflushed;
+}
+
+Ejection::State Ejection::flush() {
+    system.flush(deadline);
+    return State::inserted;
+}
+
+Ejection::State Ejection::eject() {
+    const DiskSnapshot& snapshot = read();
+    const KernelDevice& disk = listedDisk(snapshot, identifier);
+    if (!isUnused(snapshot, disk)) return startOver();
+    if (!hasEjectMechanism(snapshot, disk)) return State::settling;
+    switch (system.eject(disk.name, deadline)) {
+        case EjectOutcome::busy:
+            if (++busyAnswers == mostBusyAnswers) throw claimed(identifier);
+            system.wait(pauseBetweenReadings);
+            return startOver();
+        case EjectOutcome::ejected:
+            hasBeenEjected = true;
+            return State::settling;
+        case EjectOutcome::impossible:
+            break;
+    }
+    hasBeenEjected = false;
+    return State::settling;
+}
+
+Ejection::State Ejection::settle() {
+    awaitSettling();
+    const DiskSnapshot& snapshot = read();
+    const KernelDevice* disk = findListedDisk(snapshot, identifier);
+    return !disk || isUnused(snapshot, *disk) ? State::released : startOver();
+}
+
+/// Goes back to the first step. Throws the reason why the disk is still in use when there is no time left.
+Ejection::State Ejection::startOver() {
+    if (system.now() < deadline) return State::inUse;
+    requireUnprotected(latest, listedDisk(latest, identifier));
+    throw remounted(identifier);
+}
+
+/// Waits until udev and the desktop have made of the new contents what they will, since the medium may stay
+/// in its slot.
+void Ejection::awaitSettling() {
+    if (!isPresent()) return;
+    const Time begin = system.now();
+    const auto timeToMount = std::max<Duration>(timeToMountAgain, readingsToMountAgain * longestReading);
+    // However late it is, the desktop has its usual time.
+    const auto wait = std::max<Duration>(timeToMountAgain, std::min(timeToMount, deadline - begin));
+    const Time end = std::min(deadline, begin + wait + timeToActivate);
+    system.wait(std::chrono::ceil<milliseconds>(wait));
+    for (; system.now() < end; system.wait(pauseBetweenReadings)) {
+        const DiskSnapshot& snapshot = read();
+        const KernelDevice* disk = findListedDisk(snapshot, identifier);
+        if (!disk || protectionOf(snapshot, *disk)) return;
+        if (!snapshot.isSettling && !mayBeActivated(snapshot, *disk)) return;
+    }
+}
+
+const DiskSnapshot& Ejection::read() {
+    const Time begin = system.now();
+    latest = system.read(identifier);
+    longestReading = std::max(longestReading, system.now() - begin);
+    return latest;
+}
+
+bool Ejection::isPresent() {
+    return findListedDisk(read(), identifier);
+}
+
+}  // namespace tessel

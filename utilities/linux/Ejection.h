@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+
+#include "utilities/linux/BlockSystem.h"
+
+namespace tessel {
+
+/// Lets go of one disk, so that its medium may be pulled. What has been activated since the image was written
+/// is waited for, but never ended. Power is never cut, because other slots may depend on it.
+class Ejection {
+  public:
+    Ejection(BlockSystem& system, std::string identifier);
+
+    /// Returns once the medium may be pulled: no part of it is in use, everything has been written, and it
+    /// has been ejected if the reader has a mechanism for that. Throws PlatformError.
+    void run();
+
+  private:
+    using Time = BlockSystem::Time;
+    using Duration = Time::duration;
+
+    enum class State {
+        inUse,      ///< perhaps; programs and file systems have yet to let go of it
+        mounted,    ///< perhaps; by the desktop, which has read the new partitions
+        unflushed,  ///< with nothing mounted
+        inserted,   ///< with everything written
+        settling,   ///< ejected, or without a mechanism; udev and the desktop may yet do something with it
+        released,   ///< may be pulled
+    };
+
+    State next(State state);
+    State awaitRelease();
+    State unmount();
+    State flush();
+    State eject();
+    State settle();
+    State startOver();
+
+    void awaitSettling();
+    const DiskSnapshot& read();
+    bool isPresent();
+
+    BlockSystem& system;
+    const std::string identifier;
+    const Time deadline;
+    DiskSnapshot latest;        ///< as it was last read
+    Duration longestReading{};  ///< a measure of how slow this computer is
+    bool hasBeenEjected = false;
+    int busyAnswers = 0;
+};
+
+}  // namespace tessel
