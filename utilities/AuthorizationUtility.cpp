@@ -12,8 +12,7 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
-#include "utilities/DevicePath.h"
-#include "utilities/ExitStatus.h"
+#include "utilities/CommandLine.h"
 
 namespace tessel {
 

@@ -7,8 +7,7 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
-#include "utilities/DevicePath.h"
-#include "utilities/ExitStatus.h"
+#include "utilities/CommandLine.h"
 
 namespace tessel {
 

@@ -8,8 +8,8 @@
 #include "foundation/Errors.h"
 #include "tests/support/DescribedMachine.h"
 #include "tests/support/DescribedSystem.h"
+#include "utilities/CommandLine.h"
 #include "utilities/DiskUtility.h"
-#include "utilities/ExitStatus.h"
 
 namespace tessel {
 

@@ -9,9 +9,9 @@
 namespace tessel {
 
 /// What the operating system can tell about its block devices and do with them. Devices go by the kernel's
-/// names. Calls may wait for a person, without a limit where they take no deadline. They throw PlatformError,
-/// worded for that person: "User canceled." when they dismissed a dialog, a text with "Resource busy" when
-/// somebody uses the device.
+/// names. Calls may wait for the user, without a limit where they take no deadline. They throw PlatformError:
+/// "User canceled." after a dismissed dialog, a text with "Resource busy" when another program uses the
+/// device.
 class BlockSystem {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -31,12 +31,12 @@ class BlockSystem {
     /// Ends one mount of the device. Fails while that is in use.
     virtual void unmount(const std::string& device, Time deadline) = 0;
 
-    /// Opens the device for reading and writing past the caches. Fails while anybody else uses it.
+    /// Opens the device for reading and writing past the caches. Fails while another program has claimed it.
     [[nodiscard]] virtual FileDescriptor open(const std::string& device) = 0;
 
-    /// Has everything written that is still waiting in memory. Returns once that is done, but after 10
-    /// seconds or at the deadline at the latest: unmounting has already written the disk in question, and
-    /// other disks may be slow.
+    /// Writes everything that is still waiting in memory. Returns once that is done, but after 10 seconds or
+    /// at the deadline at the latest: unmounting has already written the disk in question, and other disks
+    /// may be slow.
     virtual void flush(Time deadline) = 0;
 
     [[nodiscard]] virtual EjectOutcome eject(const std::string& device, Time deadline) = 0;

@@ -10,8 +10,7 @@ namespace tessel {
 
 namespace {
 
-/// Returns whether UDisks2 made the mount where it mounts what people plug in; whoever asked for it can do
-/// without it.
+/// Returns whether UDisks2 made the mount for a user, in one of the folders where it mounts removable media.
 bool mayBeUnmounted(const Mount& mount) {
     return mount.isByUDisks &&
            (mount.target.starts_with("/media/") || mount.target.starts_with("/run/media/"));

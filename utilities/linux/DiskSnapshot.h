@@ -6,22 +6,22 @@
 #include <string_view>
 #include <vector>
 
-/// A computer's disks as the kernel, the device database and the desktop's disk service (UDisks2) described
-/// them at one moment. Plain values, and pure functions of them: whatever decides about a disk decides on
-/// these alone.
+/// A computer's disks as the kernel, udev's database and the desktop's disk service (UDisks2) described them
+/// at one moment. Plain values, and pure functions of them: all that decides about a disk decides on these
+/// alone.
 namespace tessel {
 
 struct Mount {
     std::string target;       ///< the folder
-    bool isByUDisks = false;  ///< UDisks2 made it at somebody's request
+    bool isByUDisks = false;  ///< UDisks2 made it at the request of a user
 };
 
 /// What UDisks2 says about a block device and its drive.
 struct UDisksRecord {
-    /// Identifies the drive. Readers of one make that have the same serial number, or none, are one drive to
-    /// UDisks2.
+    /// The identity of the drive. Readers of one make that have the same serial number, or none, are one
+    /// drive to UDisks2.
     std::string drive;
-    /// The disk sequence number in the links that the device database made. Absent when it made none.
+    /// The disk sequence number in the links that udev made. Absent when it made none.
     std::optional<uint64_t> sequenceNumber;
     std::string vendor;
     std::string model;
@@ -44,10 +44,10 @@ struct KernelDevice {
     uint64_t sequenceNumberAfterwards = 0;  ///< the same, read again after everything else
     uint64_t sizeBytes = 0;
     bool isReadOnly = false;
-    bool isRemovable = false;      ///< the kernel says that its medium can be taken out
+    bool isRemovable = false;      ///< in the kernel's view its medium can be taken out
     unsigned partitionNumber = 0;  ///< 0 when it isn't a partition
     std::string cardType;          ///< in a native slot: "SD", or "MMC" for soldered flash
-    std::string databaseName;      ///< the device database's name for the reader
+    std::string databaseName;      ///< the name of the reader in udev's hardware database
     std::vector<std::string> holders;
     std::vector<std::string> slaves;  ///< the devices below a device-mapper or RAID device
     /// What uses it without being a holder, such as "loop3", directly or through a file that lies on it.

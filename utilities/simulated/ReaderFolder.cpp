@@ -30,7 +30,7 @@ PropertyList::Dictionary readDictionary(const std::filesystem::path& path) {
     return *dictionary;
 }
 
-/// Whoever reads in the meantime finds either the old dictionary or the new one.
+/// Writes so that another program, reading at the same time, finds either the old dictionary or the new one.
 void writeDictionary(const std::filesystem::path& path, const PropertyList::Dictionary& dictionary) {
     const std::filesystem::path draft = path.string() + "." + std::to_string(getpid());
     if (!(std::ofstream(draft, std::ios::binary) << propertyListXML(dictionary) << std::flush))

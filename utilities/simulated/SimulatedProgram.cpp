@@ -1,8 +1,8 @@
 #include "utilities/simulated/SimulatedProgram.h"
 
-#include <iostream>
+#include "utilities/CommandLine.h"
 
-#include "utilities/ExitStatus.h"
+#include <iostream>
 
 namespace tessel {
 

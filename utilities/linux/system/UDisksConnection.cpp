@@ -130,7 +130,7 @@ UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 }  // namespace
 
 UDisksConnection::UDisksConnection() {
-    // No person has to answer yet, and a service that is only now being started needs a second or two.
+    // The user is not asked anything yet, and a service that is only now being started needs a second or two.
     const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
     client.reset(udisks_client_new_sync(limit.get(), &error));
@@ -175,7 +175,7 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&options, "{sv}", "flags", g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC));
 
-    // A person may be asked for a password; the client library sets no time limit.
+    // The user may be asked for a password; the client library sets no time limit.
     GVariant* index = nullptr;
     GUnixFDList* descriptors = nullptr;
     checked([&](GError** error) {

@@ -17,8 +17,9 @@ using UDisksClient = struct _UDisksClient;
 namespace tessel {
 
 /// A connection to the desktop's disk service (UDisks2) over the system bus. Where UDisks2 has to ask the
-/// person, an operation takes as long as the person does, within its limit if it has one. Descriptions are as
-/// of the moment when the connection was made. Operations throw PlatformError, worded as BlockSystem demands.
+/// user, an operation takes as long as the user does, within its limit if it has one. Descriptions are as of
+/// the moment when the connection was made. Operations throw PlatformError, with the texts that BlockSystem
+/// names.
 class UDisksConnection {
   public:
     using Duration = std::chrono::steady_clock::duration;

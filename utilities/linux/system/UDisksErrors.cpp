@@ -26,8 +26,8 @@ std::string ownWords(const GError& error) {
     return copy->message;
 }
 
-/// UDisks2 has the same words whether nobody could be asked, authentication failed or the rules forbid it, so
-/// this adds what it leaves out. A person who refuses is answered differently.
+/// Returns what UDisks2 leaves out: it has the same words whether no user could be asked, authentication
+/// failed or the rules forbid it. A dismissed dialog is another error.
 std::optional<std::string> adviceOnAuthorization(const GError& error) {
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_CAN_OBTAIN))
         return "Nobody could be asked, because no authentication agent is running in this session. Start the "

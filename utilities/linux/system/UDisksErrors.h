@@ -11,7 +11,7 @@ namespace tessel {
 
 using OwnedError = std::unique_ptr<GError, Release<g_error_free>>;
 
-/// Returns whether somebody is using what was to be changed.
+/// Returns whether another program uses the device.
 [[nodiscard]] bool isBusy(const GError& error);
 
 /// Returns whether UDisks2 tried and failed, rather than refused or disappeared.

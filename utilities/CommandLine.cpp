@@ -1,4 +1,4 @@
-#include "utilities/DevicePath.h"
+#include "utilities/CommandLine.h"
 
 #include "foundation/DiskIdentifier.h"
 

@@ -4,7 +4,14 @@
 #include <string>
 #include <string_view>
 
+/// What the command lines of both utilities have in common.
 namespace tessel {
+
+enum ExitStatus : int {
+    success = 0,
+    failure = 1,
+    wrongUsage = 64,
+};
 
 /// Returns the "disk4" of "/dev/disk4" (prefix "/dev/") or "/dev/rdisk4" (prefix "/dev/r"). Absent when the
 /// path is anything but the prefix and the identifier of a whole disk.
