@@ -32,9 +32,9 @@ extern "C" void sync() noexcept {
     dprintf(lowest.get(), "%d", lowest.get());
 }
 
-/// Replaces the system's call in this program: the kernel never answers about one disk.
+/// Replaces the system's call in this program: the kernel does not answer about one disk for a while.
 extern "C" int quotactl(int, const char* device, int, caddr_t) noexcept {
-    if (std::string_view(device) == "/dev/stuck") pause();
+    if (std::string_view(device) == "/dev/stuck") sleep(10);
     errno = std::string_view(device) == "/dev/used"  ? ESRCH
             : std::string_view(device) == "/dev/odd" ? EIO
                                                      : ENODEV;
