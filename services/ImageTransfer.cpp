@@ -61,6 +61,8 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
             "The written bytes matched during verification, but the final SHA-256 digest comparison did not "
             "match.");
     }
+    // What another program has written through the cache reaches the medium, and is counted, only now.
+    synchronizeDevice(device);
     requireUndisturbed(device);
 }
 

@@ -36,7 +36,7 @@ TEST_F(ImageTransferTests, writesAndVerifiesImagesOfEverySize) {
 
         ASSERT_EQ(transfer(), nullptr);
         expectCardHoldsImage();
-        EXPECT_EQ(medium.synchronizations, 1);
+        EXPECT_EQ(medium.synchronizations, 2) << "before it is read back, and before it is called verified";
 
         std::vector<ImageWriteProgress> expected;
         std::vector<uint64_t> expectedReads;

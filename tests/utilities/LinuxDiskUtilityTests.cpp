@@ -237,18 +237,52 @@ TEST_F(LinuxDiskUtilityTests, evenTheSlowestComputerIsWaitedFor) {
 }
 
 TEST_F(LinuxDiskUtilityTests, aMediumThatIsGoneNeedsNoMoreWaiting) {
-    system.onWait = [this] { system.named("mmcblk0").sequenceNumber = 8; };
+    KernelDevice& card = system.named("mmcblk0");
+    const uint64_t size = card.sizeBytes;
+    system.onWait = [&card] { card.sizeBytes = 0; };
     EXPECT_EQ(eject(), "");
-    system.named("mmcblk0").sequenceNumber = 7;
+    card.sizeBytes = size;
     system.calls.clear();
     mountByDesktop();
     useReaderWithMechanism();
-    system.onEject = [this] {
-        system.named("mmcblk0").sequenceNumber = 8;
+    system.onEject = [&card] {
+        card.sizeBytes = 0;
         return EjectOutcome::ejected;
     };
     EXPECT_EQ(eject(), "");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1", "flush", "eject mmcblk0"));
+}
+
+TEST_F(LinuxDiskUtilityTests, aMediumThatComesBackUnderAnotherNumberIsWatchedButNotTouched) {
+    useReaderWithMechanism();
+    system.onEject = [this] {
+        KernelDevice& card = system.named("mmcblk0");
+        card.sequenceNumber = card.sequenceNumberAfterwards = 8;
+        card.udisks.sequenceNumber = 8;
+        mountByDesktop();
+        return EjectOutcome::ejected;
+    };
+    EXPECT_EQ(eject(), notEjected + "Resource busy: a volume on disk7 keeps being remounted.");
+    system.onWait = [this] { volume.mounts.clear(); };
+    KernelDevice& card = system.named("mmcblk0");
+    card.sequenceNumber = card.sequenceNumberAfterwards = 7;
+    card.udisks.sequenceNumber = 7;
+    volume.mounts.clear();
+    system.calls.clear();
+    EXPECT_EQ(eject(), "");
+    EXPECT_THAT(system.calls, ElementsAre("flush", "eject mmcblk0", "wait"));
+}
+
+TEST_F(LinuxDiskUtilityTests, aDiskThatIsLockedMeanwhileIsNeitherEjectedNorCalledSafe) {
+    useReaderWithMechanism();
+    system.onFlush = [this] { volume.isLocked = true; };
+    EXPECT_EQ(eject(), notEjected + "Resource busy: another program is working on disk7.");
+    EXPECT_THAT(system.calls, Not(Contains("eject mmcblk0")));
+
+    volume.isLocked = false;
+    system.onFlush = nullptr;
+    system.onWait = [this] { volume.isLocked = true; };
+    EXPECT_EQ(eject(), notEjected + "Resource busy: another program is working on disk7.");
 }
 
 TEST_F(LinuxDiskUtilityTests, aMediumThatWasEjectedAndStaysMayBeMountedAgain) {

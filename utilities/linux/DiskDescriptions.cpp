@@ -62,14 +62,16 @@ std::string mediumKindOf(const DiskSnapshot& snapshot, const KernelDevice& disk)
     return nameFor(media, kinds, "Medium of Another Kind");
 }
 
-/// Returns whether a name of a reader or a slot mentions cards other than SD and MMC, which have the same
-/// slots.
-bool mentionsOtherCards(const std::string& name) {
-    static constexpr auto otherCards = std::to_array<std::string_view>(
-        {" cf ", " cfast ", " compactflash ", " compact flash ", " md ", " microdrive ", " m2 ", " ms ",
-         " mspro ", " memorystick ", " memory stick ", " sm ", " smartmedia ", " xd ", " xqd "});
+/// Returns whether a name mentions media other than SD and MMC cards, which have the same slots.
+bool mentionsOtherMedia(const std::string& name) {
+    static constexpr auto otherMedia = std::to_array<std::string_view>(
+        {" cf ",           " cfast ",       " cfe ",         " cfexpress ",  " compact flash ",
+         " compactflash ", " flash disk ",  " flash drive ", " m2 ",         " md ",
+         " memory stick ", " memorystick ", " microdrive ",  " ms ",         " msduo ",
+         " mspro ",        " nm ",          " sm ",          " smartmedia ", " sxs ",
+         " ufs ",          " xd ",          " xdpicture ",   " xqd "});
     const std::string words = " " + joined(alphanumericWords(lowercased(name)), " ") + " ";
-    return std::ranges::any_of(otherCards,
+    return std::ranges::any_of(otherMedia,
                                [&](std::string_view card) { return words.find(card) != std::string::npos; });
 }
 
@@ -80,10 +82,9 @@ std::vector<std::string> slotNamesOf(const KernelDevice& disk, bool isKnownAsSDC
     std::vector<std::string> names{disk.udisks.vendor, disk.udisks.model};
     const std::string ownName = joined(names, " ");
     const bool takesSDCards = lowercased(ownName).find("sd") != std::string::npos;
-    if (mentionsOtherCards(ownName) && takesSDCards && !isKnownAsSDCard) return {"Multi-Card Reader"};
+    if (mentionsOtherMedia(ownName) && takesSDCards && !isKnownAsSDCard) return {"Multi-Card Reader"};
 
-    const bool mayBeFlashDrive = lowercased(disk.databaseName).find("flash drive") != std::string::npos;
-    if (!mayBeFlashDrive && !mentionsOtherCards(ownName) && !mentionsOtherCards(disk.databaseName))
+    if (!mentionsOtherMedia(ownName) && !mentionsOtherMedia(disk.databaseName))
         names.push_back(disk.databaseName);
     return names;
 }

@@ -25,16 +25,24 @@ PlatformError lockedElsewhere(const std::string& identifier) {
                 identifier + "."};
 }
 
+bool isAnyPartLocked(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return std::ranges::any_of(partsOf(snapshot, disk), &KernelDevice::isLocked);
+}
+
 }  // namespace
+
+bool isLocked(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return snapshot.isDiskLockedElsewhere || isAnyPartLocked(snapshot, disk);
+}
 
 DiskSnapshot readUnlocked(BlockSystem& system, const std::string& identifier) {
     const auto end = system.now() + timeToUnlock;
     for (;;) {
         DiskSnapshot snapshot = system.read(identifier);
-        const auto parts = partsOf(snapshot, listedDisk(snapshot, identifier));
-        const bool isLocked = std::ranges::any_of(parts, &KernelDevice::isLocked);
-        if (!isLocked && !snapshot.isDiskLockedElsewhere) return snapshot;
-        if (system.now() >= end) throw isLocked ? locked(identifier) : lockedElsewhere(identifier);
+        const KernelDevice& disk = listedDisk(snapshot, identifier);
+        if (!isLocked(snapshot, disk)) return snapshot;
+        if (system.now() >= end)
+            throw isAnyPartLocked(snapshot, disk) ? locked(identifier) : lockedElsewhere(identifier);
         system.wait(pauseBetweenReadings);
     }
 }

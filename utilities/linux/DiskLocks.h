@@ -6,6 +6,9 @@
 
 namespace tessel {
 
+/// Returns whether another program works on the disk, or may do so, and wants to be alone.
+[[nodiscard]] bool isLocked(const DiskSnapshot& snapshot, const KernelDevice& disk);
+
 /// Reads the snapshot as soon as no other program is working on the disk, such as another copy of this
 /// program or a partitioning tool. Throws PlatformError when there is no such disk, or when it is still
 /// locked after two seconds.

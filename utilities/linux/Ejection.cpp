@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/Errors.h"
+#include "utilities/linux/DiskLocks.h"
 #include "utilities/linux/DiskProtection.h"
 #include "utilities/linux/Unmounting.h"
 
@@ -41,6 +42,11 @@ PlatformError claimed(const std::string& identifier) {
 /// UDisks2 ejects drives. Where two disks have one drive, it might eject the other disk.
 bool hasEjectMechanism(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     return disk.udisks.isEjectable && !isInCardSlot(disk) && !sharesDrive(snapshot, disk);
+}
+
+/// Returns whether nothing of the disk is in use, and no program has locked it.
+bool isAtRest(const DiskSnapshot& snapshot, const KernelDevice& disk) {
+    return isUnused(snapshot, disk) && !isLocked(snapshot, disk);
 }
 
 /// Returns whether the contents are of a kind that computers activate without being asked, and desktops
@@ -88,10 +94,11 @@ Ejection::State Ejection::awaitRelease() {
     for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
         const DiskSnapshot& snapshot = read();
         const KernelDevice* disk = findListedDisk(snapshot, identifier);
+        if (disk) place = disk->path;
         const auto protection = disk ? protectionOf(snapshot, *disk) : std::nullopt;
         if (!protection || !protection->mayEnd) break;
     }
-    return hasBeenEjected && !isPresent() ? State::released : State::mounted;
+    return hasBeenEjected && !findListedDisk(read(), identifier) ? State::settling : State::mounted;
 }
 
 Ejection::State Ejection::unmount() {
@@ -107,7 +114,7 @@ Ejection::State Ejection::flush() {
 Ejection::State Ejection::eject() {
     const DiskSnapshot& snapshot = read();
     const KernelDevice& disk = listedDisk(snapshot, identifier);
-    if (!isUnused(snapshot, disk)) return startOver();
+    if (!isAtRest(snapshot, disk)) return startOver();
     if (!hasEjectMechanism(snapshot, disk)) return State::settling;
     switch (system.eject(disk.name, deadline)) {
         case EjectOutcome::busy:
@@ -127,21 +134,28 @@ Ejection::State Ejection::eject() {
 Ejection::State Ejection::settle() {
     awaitSettling();
     const DiskSnapshot& snapshot = read();
-    const KernelDevice* disk = findListedDisk(snapshot, identifier);
-    return !disk || isUnused(snapshot, *disk) ? State::released : startOver();
+    const KernelDevice* disk = diskInPlace(snapshot);
+    if (!disk || isAtRest(snapshot, *disk)) return State::released;
+    if (identifierOf(snapshot, *disk) == identifier) return startOver();
+    // The reader has announced its medium anew, or the user has inserted another one, which is not ours to
+    // touch.
+    if (system.now() >= deadline) throw remounted(identifier);
+    system.wait(pauseBetweenReadings);
+    return State::settling;
 }
 
 /// Goes back to the first step. Throws the reason why the disk is still in use when there is no time left.
 Ejection::State Ejection::startOver() {
     if (system.now() < deadline) return State::inUse;
-    requireUnprotected(latest, listedDisk(latest, identifier));
-    throw remounted(identifier);
+    const KernelDevice& disk = listedDisk(latest, identifier);
+    requireUnprotected(latest, disk);
+    throw isLocked(latest, disk) ? claimed(identifier) : remounted(identifier);
 }
 
 /// Waits until udev and the desktop have made of the new contents what they will, since the medium may stay
 /// in its slot.
 void Ejection::awaitSettling() {
-    if (!isPresent()) return;
+    if (!diskInPlace(read())) return;
     const Time begin = system.now();
     const auto timeToMount = std::max<Duration>(timeToMountAgain, readingsToMountAgain * longestReading);
     // However late it is, the desktop has its usual time.
@@ -150,7 +164,7 @@ void Ejection::awaitSettling() {
     system.wait(std::chrono::ceil<milliseconds>(wait));
     for (; system.now() < end; system.wait(pauseBetweenReadings)) {
         const DiskSnapshot& snapshot = read();
-        const KernelDevice* disk = findListedDisk(snapshot, identifier);
+        const KernelDevice* disk = diskInPlace(snapshot);
         if (!disk || protectionOf(snapshot, *disk)) return;
         if (!snapshot.isSettling && !mayBeActivated(snapshot, *disk)) return;
     }
@@ -163,8 +177,12 @@ const DiskSnapshot& Ejection::read() {
     return latest;
 }
 
-bool Ejection::isPresent() {
-    return findListedDisk(read(), identifier);
+/// Returns the disk in the place of the one that is ejected, whatever its number, or null when no medium is
+/// there.
+const KernelDevice* Ejection::diskInPlace(const DiskSnapshot& snapshot) const {
+    const auto disks = listedDisks(snapshot);
+    const auto found = std::ranges::find(disks, place, &KernelDevice::path);
+    return found == disks.end() ? nullptr : *found;
 }
 
 }  // namespace tessel

@@ -39,11 +39,12 @@ class Ejection {
 
     void awaitSettling();
     const DiskSnapshot& read();
-    bool isPresent();
+    [[nodiscard]] const KernelDevice* diskInPlace(const DiskSnapshot& snapshot) const;
 
     BlockSystem& system;
     const std::string identifier;
     const Time deadline;
+    std::string place;          ///< the path of the disk in the kernel's device tree
     DiskSnapshot latest;        ///< as it was last read
     Duration longestReading{};  ///< a measure of how slow this computer is
     bool hasBeenEjected = false;

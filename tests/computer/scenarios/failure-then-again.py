@@ -10,7 +10,6 @@ def play(computer):
         computer.answer_dialog("wrong horse")
         computer.rest(8)
     computer.expect_failure("Authentication failed")
-    computer.expect_text("Nothing was written to the SD card.")
     computer.expect_text("insert it again")
     computer.expect_content(card, before)
     computer.write_in_vain()

@@ -77,6 +77,13 @@ TEST_F(LockedBlockDeviceTests, whatElseHappensToTheMediumIsNoticed) {
         ASSERT_EQ(pwrite(other.get(), bytes.data(), 512, 0), 512);
         EXPECT_EQ(device->disturbance(), Disturbance::writtenByOthers);
     }
+    {
+        const auto device = makeBlockDevice(openReadWrite(loop.path(), O_DIRECT));
+        const FileDescriptor cached = openReadWrite(loop.path());
+        ASSERT_EQ(pwrite(cached.get(), bytes.data(), 512, 0), 512);
+        EXPECT_TRUE(device->synchronize().isSuccess());
+        EXPECT_EQ(device->disturbance(), Disturbance::writtenByOthers) << "through the cache";
+    }
     const auto device = makeBlockDevice(openReadWrite(loop.path(), O_DIRECT));
     EXPECT_EQ(device->disturbance(), Disturbance::none) << "written to before it was opened";
     secondsAsleep = 1;

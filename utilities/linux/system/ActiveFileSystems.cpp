@@ -14,7 +14,8 @@ namespace tessel {
 
 namespace {
 
-constexpr std::chrono::seconds timeToAnswer{1};
+using Time = BlockSystem::Time;
+
 constexpr char active = '1';
 constexpr char inactive = '0';
 
@@ -36,9 +37,9 @@ void writeAnswers(const std::vector<std::string>& devices, int answers) {
 
 }  // namespace
 
-void noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk) {
+bool noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk, Time deadline) {
     // A kernel without quotas says the same of everything.
-    if (askForQuotas("/dev/null") == ENOSYS) return;
+    if (askForQuotas("/dev/null") == ENOSYS) return true;
     std::vector<std::string> names;
     std::vector<std::string> paths;
     for (const KernelDevice* part : partsOf(snapshot, disk)) {
@@ -46,12 +47,12 @@ void noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk) {
         names.push_back(part->name);
         paths.push_back("/dev/" + part->name);
     }
-    const std::string answers = answersOf([&](int descriptor) { writeAnswers(paths, descriptor); },
-                                          std::chrono::steady_clock::now() + timeToAnswer);
+    const std::string answers = answersOf([&](int descriptor) { writeAnswers(paths, descriptor); }, deadline);
     for (size_t index = 0; index < names.size(); ++index) {
         if (index < answers.size() && answers[index] == inactive) continue;
         changeDevice(snapshot, names[index], [](KernelDevice& part) { part.isFileSystemActive = true; });
     }
+    return answers.size() == names.size();
 }
 
 }  // namespace tessel

@@ -4,13 +4,15 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <optional>
 #include <sstream>
-#include <utility>
 #include <vector>
 
 #include "foundation/Errors.h"
@@ -68,16 +70,38 @@ std::vector<std::filesystem::path> processes() {
     return folders;
 }
 
-/// Returns what is known of the file with this name in the table of locks; nothing when this user may not
-/// look for it.
-std::optional<struct stat> findFile(const std::filesystem::path& folder, const std::string& lockedFile) {
+enum class Search {
+    found,
+    absent,
+    refused,  ///< this user may not look everywhere
+};
+
+/// Looks for the file with this name in the table of locks, at this path and below it.
+Search findFile(const std::filesystem::path& path, const std::string& lockedFile, struct stat& file) {
+    if (lstat(path.c_str(), &file) != 0) return errno == EACCES ? Search::refused : Search::absent;
+    if (nameInTable(file) == lockedFile) return Search::found;
+    if (!S_ISDIR(file.st_mode) || fileSystemNumber(file.st_dev) != fileSystemOf(lockedFile))
+        return Search::absent;
     std::error_code refusal;
-    for (auto entry = std::filesystem::recursive_directory_iterator(folder, refusal);
-         !refusal && entry != std::filesystem::recursive_directory_iterator(); entry.increment(refusal)) {
-        struct stat status{};
-        if (lstat(entry->path().c_str(), &status) == 0 && nameInTable(status) == lockedFile) return status;
+    Search result = Search::absent;
+    for (const auto& entry : std::filesystem::directory_iterator(path, refusal)) {
+        const Search inEntry = findFile(entry.path(), lockedFile, file);
+        if (inEntry == Search::found) return inEntry;
+        if (inEntry == Search::refused) result = inEntry;
     }
-    return std::nullopt;
+    return refusal ? Search::refused : result;
+}
+
+/// Returns whether the folder is /dev or one in it that may hold device nodes.
+bool holdsDeviceNodes(const std::string& folder) {
+    static constexpr std::array others{"/dev/shm", "/dev/pts", "/dev/mqueue", "/dev/hugepages"};
+    return folder == "/dev" ||
+           (folder.starts_with("/dev/") && std::ranges::find(others, folder) == others.end());
+}
+
+/// Returns whether the process may own a device node; in a user namespace of its own it can't make any.
+bool mayOwnDeviceNodes(const std::filesystem::path& process) {
+    return firstLineOf(process / "uid_map") == firstLineOf("/proc/self/uid_map");
 }
 
 std::string deviceName(dev_t number) {
@@ -89,34 +113,31 @@ std::string deviceName(dev_t number) {
         .string();
 }
 
-/// Notes that a node is locked, or an unknown one.
-void noteLock(DiskSnapshot& snapshot, const std::optional<struct stat>& node) {
-    if (!node) snapshot.isDiskLockedElsewhere = true;
-    if (node && S_ISBLK(node->st_mode))
-        changeDevice(snapshot, deviceName(node->st_rdev),
-                     [](KernelDevice& device) { device.isLocked = true; });
+/// Looks for a locked file in every /dev but this process's own, and notes that its device is locked. Where
+/// the file may be one that this user is not shown, some disk is noted as locked.
+void addLockOfOtherNode(DiskSnapshot& snapshot, const std::string& lockedFile) {
+    bool isDoubtful = !std::filesystem::exists("/proc/1");  // /proc may show only the user's own processes
+    for (const auto& process : processes()) {
+        if (!mayOwnDeviceNodes(process)) continue;
+        for (const auto& [folder, fileSystem] : fileSystemsByTarget(process)) {
+            if (fileSystem != fileSystemOf(lockedFile) || !holdsDeviceNodes(folder)) continue;
+            struct stat file{};
+            const Search search = findFile(process / "root" / folder.substr(1), lockedFile, file);
+            if (search == Search::refused) isDoubtful = true;
+            if (search != Search::found) continue;
+            if (S_ISBLK(file.st_mode))
+                changeDevice(snapshot, deviceName(file.st_rdev),
+                             [](KernelDevice& device) { device.isLocked = true; });
+            return;
+        }
+    }
+    snapshot.isDiskLockedElsewhere |= isDoubtful;
 }
 
 /// Returns how the table names the file at this path; empty when there is none.
 std::string nameInTable(const std::string& path) {
     struct stat status{};
     return stat(path.c_str(), &status) == 0 ? nameInTable(status) : "";
-}
-
-/// Notes which devices are locked through a node in the /dev of another mount namespace, as those of system
-/// virtual machines and containers. Where this user may not look into such a folder, some disk is noted as
-/// locked.
-void addLocksOfOtherNodes(DiskSnapshot& snapshot, std::set<std::string> lockedFiles) {
-    removeOwnFiles(lockedFiles);
-    if (lockedFiles.empty()) return;
-    for (const auto& process : processes()) {
-        const std::string deviceFolder = fileSystemsByTarget(process)["/dev"];
-        std::erase_if(lockedFiles, [&](const std::string& lockedFile) {
-            if (fileSystemOf(lockedFile) != deviceFolder) return false;
-            noteLock(snapshot, findFile(process / "root/dev", lockedFile));
-            return true;
-        });
-    }
 }
 
 }  // namespace
@@ -140,7 +161,11 @@ void addLocks(DiskSnapshot& snapshot) {
     if (table.bad() || !table.eof()) throw posixError("/proc/locks could not be read", errno);
     for (KernelDevice& device : snapshot.devices)
         device.isLocked = files.erase(nameInTable("/dev/" + device.name)) > 0;
-    addLocksOfOtherNodes(snapshot, std::move(files));
+    // What is left may be locked through a node that system virtual machines and containers have of their
+    // own.
+    removeOwnFiles(files);
+    for (const std::string& file : files)
+        addLockOfOtherNode(snapshot, file);
 }
 
 }  // namespace tessel

@@ -15,6 +15,9 @@ namespace tessel {
 
 namespace {
 
+constexpr std::chrono::seconds timeToAnswer{1};
+constexpr int mostSilences = 5;
+
 /// What was read before this counts only if it was all about the same medium.
 void readSequenceNumbersAgain(DiskSnapshot& snapshot) {
     for (KernelDevice& device : snapshot.devices)
@@ -30,7 +33,9 @@ DiskSnapshot LinuxSystem::read(const std::string& identifier) {
     const KernelDevice* disk = findListedDisk(snapshot, identifier);
     // This comes after the mounts, so that what was unmounted in between is not taken for mounted elsewhere.
     if (disk && !protectionOf(snapshot, *disk)) {
-        noteActiveFileSystems(snapshot, *disk);
+        // Each unanswered question leaves a process behind.
+        const auto deadline = now() + (silences < mostSilences ? timeToAnswer : std::chrono::seconds(0));
+        if (!noteActiveFileSystems(snapshot, *disk, deadline)) ++silences;
         readSequenceNumbersAgain(snapshot);
     }
     return snapshot;

@@ -15,6 +15,9 @@ class LinuxSystem : public BlockSystem {
     EjectOutcome eject(const std::string& device, Time deadline) override;
     Time now() override;
     void wait(std::chrono::milliseconds duration) override;
+
+  private:
+    int silences = 0;  ///< how often the kernel did not answer about a file system
 };
 
 }  // namespace tessel

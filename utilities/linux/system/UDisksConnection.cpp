@@ -112,6 +112,20 @@ void describeDrive(UDisksDrive* drive, UDisksRecord& record) {
     record.isEjectable = udisks_drive_get_ejectable(drive);
 }
 
+/// Counts the whole disks that have this drive. Readers that UDisks2 can't tell apart share one.
+size_t countDisksWith(UDisksClient* client, const std::string& drivePath) {
+    GList* const objects = g_dbus_object_manager_get_objects(udisks_client_get_object_manager(client));
+    size_t count = 0;
+    for (const GList* item = objects; item; item = item->next) {
+        UDisksObject* const object = UDISKS_OBJECT(item->data);
+        UDisksBlock* const block = udisks_object_peek_block(object);
+        const bool isWhole = block && !udisks_object_peek_partition(object);
+        if (isWhole && drivePath == udisks_block_get_drive(block)) ++count;
+    }
+    g_list_free_full(objects, g_object_unref);
+    return count;
+}
+
 UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
     const std::string drivePath = text(udisks_block_get_drive(block));
     UDisksRecord record{
@@ -195,7 +209,8 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
 BlockSystem::EjectOutcome UDisksConnection::eject(const std::string& device, Duration limit) const {
     const auto block = requireBlock(client.get(), device);
     const Object<UDisksDrive> drive(udisks_client_get_drive_for_block(client.get(), block.get()));
-    if (!drive) return BlockSystem::EjectOutcome::impossible;
+    if (!drive || countDisksWith(client.get(), udisks_block_get_drive(block.get())) != 1)
+        return BlockSystem::EjectOutcome::impossible;
 
     const TimeLimit timeLimit(limit);
     GError* error = nullptr;
