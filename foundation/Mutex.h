@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -29,6 +30,11 @@ class __attribute__((scoped_lockable)) MutexLock {
     /// Sleeps until the condition may have changed. The mutex is free in the meantime and held again
     /// afterwards.
     void wait(std::condition_variable_any& condition) { condition.wait(mutex); }
+
+    /// Does the same, but not beyond that time. Returns whether there is still time left.
+    bool waitUntil(std::condition_variable_any& condition, std::chrono::steady_clock::time_point end) {
+        return condition.wait_until(mutex, end) == std::cv_status::no_timeout;
+    }
 
   private:
     Mutex& mutex;

@@ -11,7 +11,7 @@ namespace tessel {
 struct HelperThread::Shared {
     enum class State { idle, working, ended };
 
-    const std::function<void()> work;
+    std::function<void()> work;  ///< of the thread alone
     Mutex mutex;
     std::condition_variable_any changed;
     State state __attribute__((guarded_by(mutex))) = State::idle;
@@ -19,16 +19,20 @@ struct HelperThread::Shared {
 
     explicit Shared(std::function<void()> work) : work(std::move(work)) {}
 
-    /// Does the work each time it is told to, until the owner is gone.
+    /// Does the work each time it is told to, until the owner is gone. What the work owns then goes here,
+    /// since that may take as long as the work itself.
     void run() {
-        while (isToldToWork()) {
-            auto outcome = Outcome<void>::of(work);
-            const MutexLock lock(mutex);
-            if (state == State::ended) return;
-            error = outcome.error();
-            state = State::idle;
-            changed.notify_all();
-        }
+        while (isToldToWork())
+            finishWork(Outcome<void>::of(work));
+        work = nullptr;
+    }
+
+    void finishWork(const Outcome<void>& outcome) {
+        const MutexLock lock(mutex);
+        if (state == State::ended) return;
+        error = outcome.error();
+        state = State::idle;
+        changed.notify_all();
     }
 
     bool isToldToWork() {
@@ -60,11 +64,18 @@ struct HelperThread::Shared {
         return std::exchange(error, nullptr);
     }
 
-    /// Ends the thread's loop. Returns whether work was still in progress.
-    bool end() {
+    /// Returns whether the work is done by then.
+    bool isDoneBy(std::chrono::steady_clock::time_point end) {
+        MutexLock lock(mutex);
+        while (state == State::working && lock.waitUntil(changed, end)) {
+        }
+        return state != State::working;
+    }
+
+    void end() {
         const MutexLock lock(mutex);
+        state = State::ended;
         changed.notify_all();
-        return std::exchange(state, State::ended) == State::working;
     }
 };
 
@@ -73,11 +84,8 @@ HelperThread::HelperThread(std::function<void()> work) :
     thread(startThread([shared = shared] { shared->run(); })) {}
 
 HelperThread::~HelperThread() {
-    if (shared->end()) {
-        thread.detach();
-    } else {
-        thread.join();
-    }
+    shared->end();
+    thread.detach();
 }
 
 void HelperThread::begin() {
@@ -87,6 +95,10 @@ void HelperThread::begin() {
 void HelperThread::wait(const std::stop_token& stop) {
     shared->wait(stop);
     checkCancellation(stop);
+}
+
+bool HelperThread::isDoneWithin(std::chrono::milliseconds duration) {
+    return shared->isDoneBy(std::chrono::steady_clock::now() + duration);
 }
 
 void HelperThread::finish(const std::stop_token& stop) {

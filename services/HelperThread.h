@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -15,7 +16,7 @@ class HelperThread {
     explicit HelperThread(std::function<void()> work);
     HelperThread(const HelperThread&) = delete;
     HelperThread& operator=(const HelperThread&) = delete;
-    /// Leaves unfinished work behind, together with everything that the work owns.
+    /// Leaves everything that the work owns to the thread, together with the work if it is unfinished.
     ~HelperThread();
 
     /// Begins the work. Any work begun earlier must have been waited for.
@@ -25,7 +26,10 @@ class HelperThread {
     /// a stop is requested, whether or not the work is done.
     void wait(const std::stop_token& stop = {});
 
-    /// Waits likewise, and throws what the work threw.
+    /// Waits that long at most, whether or not a stop is requested. Returns whether the work is done.
+    [[nodiscard]] bool isDoneWithin(std::chrono::milliseconds duration);
+
+    /// Waits until the work is done or a stop is requested, and throws what the work threw.
     void finish(const std::stop_token& stop = {});
 
   private:

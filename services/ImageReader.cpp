@@ -16,6 +16,12 @@ size_t ChunkGeometry::padded(size_t length) const {
     return static_cast<size_t>((length + blockSize - 1) / blockSize * blockSize);
 }
 
+namespace {
+
+constexpr std::chrono::seconds timeToAnswer{2};
+
+}  // namespace
+
 /// Holds what a read uses. The reader and its helper thread use it in turns.
 struct ImageReader::Reading {
     ImageSource source;
@@ -33,6 +39,13 @@ struct ImageReader::Reading {
 
     [[nodiscard]] bool isAtEnd() const { return offset == geometry.imageSize; }
 
+    /// Reads the next chunk or, after the last one, ends the pass.
+    void advance() {
+        if (!isAtEnd()) return readChunk();
+        source.requireUnchangedSize();
+        offset = 0;
+    }
+
     void readChunk() {
         const auto length = geometry.lengthAt(offset);
         const auto padded = buffers[nextBuffer].first(geometry.padded(length));
@@ -46,23 +59,28 @@ struct ImageReader::Reading {
 
 ImageReader::ImageReader(const std::filesystem::path& url, const ChunkGeometry& geometry,
                          const std::stop_token& stop) :
-    reading(interruptible([url, geometry] { return std::make_shared<Reading>(url, geometry); })(stop)),
-    readAhead([reading = reading] { reading->readChunk(); }) {}
+    ImageReader(interruptible([url, geometry] { return std::make_shared<Reading>(url, geometry); })(stop)) {}
+
+ImageReader::ImageReader(std::shared_ptr<Reading> begun) :
+    reading(*begun),
+    readAhead([begun = std::move(begun)] { begun->advance(); }) {}
 
 ImageChunk ImageReader::next(const std::stop_token& stop) {
     readAhead.wait(stop);
-    if (reading->offset == 0) readAhead.begin();
+    if (reading.offset == 0) readAhead.begin();
     readAhead.finish(stop);
-    const auto chunk = reading->chunk;
+    const auto chunk = reading.chunk;
     // This returns once the previous chunk is digested, so that its buffer is free.
     digest.update(chunk.bytes);
-    if (!reading->isAtEnd()) readAhead.begin();
+    if (!reading.isAtEnd()) readAhead.begin();
     return chunk;
 }
 
-Sha256::Digest ImageReader::finishPass() {
-    reading->source.requireUnchangedSize();
-    reading->offset = 0;
+Sha256::Digest ImageReader::finishPass(const std::stop_token& stop) {
+    readAhead.begin();
+    // A stop is too late by now, unless the disk of the image does not answer.
+    if (!readAhead.isDoneWithin(timeToAnswer)) readAhead.wait(stop);
+    readAhead.finish();
     return digest.finish();
 }
 

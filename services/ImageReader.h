@@ -45,12 +45,16 @@ class ImageReader {
     [[nodiscard]] ImageChunk next(const std::stop_token& stop);
 
     /// Returns the SHA-256 digest of the image, once every chunk was asked for. The next chunk is then the
-    /// first one again. Throws imageChanged if the file no longer has its size.
-    [[nodiscard]] Sha256::Digest finishPass();
+    /// first one again. Throws imageChanged if the file no longer has its size, and CancellationError if a
+    /// stop is requested and the disk of the image does not answer.
+    [[nodiscard]] Sha256::Digest finishPass(const std::stop_token& stop);
 
   private:
     struct Reading;
-    std::shared_ptr<Reading> reading;
+
+    explicit ImageReader(std::shared_ptr<Reading> begun);
+
+    Reading& reading;  ///< owned by the work of the helper thread, which closes the file at its end
     HelperThread readAhead;
     BackgroundDigest digest;  ///< is the last member, so that it ends before the memory that it reads
 };

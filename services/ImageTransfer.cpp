@@ -39,7 +39,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
         written += chunk.bytes.size();
         report({writingImage, written, size});
     }
-    const auto writtenDigest = image.finishPass();
+    const auto writtenDigest = image.finishPass(stop);
 
     report({synchronizing, size, size});
     synchronizeDevice(device);
@@ -55,7 +55,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
         verified += chunk.bytes.size();
         report({verifyingImage, verified, size});
     }
-    if (image.finishPass() != writtenDigest) throw TesselError(TesselError::Case::imageChanged);
+    if (image.finishPass(stop) != writtenDigest) throw TesselError(TesselError::Case::imageChanged);
     if (medium->finishDigest() != writtenDigest) {
         throw TesselError::commandFailed(
             "The written bytes matched during verification, but the final SHA-256 digest comparison did not "

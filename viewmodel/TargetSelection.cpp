@@ -12,8 +12,9 @@ const SDWholeDisk* TargetSelection::selectedDisk() const {
     return found == disks().end() ? nullptr : &*found;
 }
 
-void TargetSelection::replaceDisks(std::vector<SDWholeDisk> disks) {
+void TargetSelection::replaceDisks(std::vector<SDWholeDisk> disks, const SleepWatch& sinceScan) {
     scanned = std::move(disks);
+    sleepWatch = sinceScan;
     const bool isStillEligible = std::ranges::any_of(scanned(), [this](const SDWholeDisk& disk) {
         return disk.id == selectedDiskID() && !eligibilityFailureReason(disk);
     });

@@ -6,6 +6,7 @@
 
 #include "foundation/Published.h"
 #include "model/SDWholeDisk.h"
+#include "platform/SleepWatch.h"
 
 namespace tessel {
 
@@ -24,8 +25,12 @@ class TargetSelection {
     [[nodiscard]] const SDWholeDisk* selectedDisk() const;
 
     /// Takes the disks of a scan, in their order. Keeps the target if a disk of that name may still be
-    /// written to.
-    void replaceDisks(std::vector<SDWholeDisk> disks);
+    /// written to. Requires: the watch was made before the scan began.
+    void replaceDisks(std::vector<SDWholeDisk> disks, const SleepWatch& sinceScan);
+
+    /// Returns whether the computer has slept since the scan, when readers do not notice that their card is
+    /// exchanged.
+    [[nodiscard]] bool mayBeExchanged() const { return sleepWatch.hasSlept(); }
 
     /// Makes the disk the target and returns it. Returns null and changes nothing if the disk may not be
     /// written to or is not listed.
@@ -37,6 +42,7 @@ class TargetSelection {
   private:
     Published<std::vector<SDWholeDisk>> scanned;
     Published<std::string> targetID;
+    SleepWatch sleepWatch;
 };
 
 }  // namespace tessel

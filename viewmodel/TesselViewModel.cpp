@@ -50,13 +50,14 @@ void TesselViewModel::refreshDisks() {
 }
 
 Task<> TesselViewModel::scanDisks() {
+    const SleepWatch sinceScan;
     auto scan = co_await outcomeOf(diskService.scanDisks());
     if (scan.error()) {
         operationState = TesselOperationState::failed("Disk scan failed");
         log.append(scan.error());
         co_return;
     }
-    targets.replaceDisks(std::move(scan).value());
+    targets.replaceDisks(std::move(scan).value(), sinceScan);
     const auto summary = ScanSummary::of(disks());
     operationState = summary.state;
     for (const auto& message : summary.messages)

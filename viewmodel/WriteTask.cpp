@@ -149,6 +149,13 @@ SDWholeDisk WriteTask::requireWritableTarget(const SDImageFile& image) const {
 }
 
 Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
+    if (surroundings.targets.mayBeExchanged()) {
+        surroundings.log.append(
+            "The computer was asleep since the disks were scanned, so that another card may have "
+            "taken the place of /dev/" +
+            expected.id + ".");
+        throw TesselError(TesselError::Case::diskChanged);
+    }
     auto search = co_await surroundings.diskService.findAgain(expected);
     if (!search.found) {
         surroundings.log.append(revalidationFailure(expected, search));

@@ -1,6 +1,7 @@
 #include <chrono>
 
 #include "foundation/SystemWords.h"
+#include "tests/support/SleepingComputer.h"
 #include "tests/viewmodel/WriteTaskTest.h"
 
 namespace tessel {
@@ -11,6 +12,20 @@ using testing::IsEmpty;
 using Fault = FaultyDevice::Fault;
 
 using WriteTaskTests = WriteTaskTest;
+
+TEST_F(WriteTaskTests, nothingIsWrittenOnceTheComputerHasSleptSinceTheScan) {
+    prepareWrite();
+    ++secondsAsleep;
+    write();
+    EXPECT_EQ(viewModel->writeProgressDetail(), diskChanged);
+    EXPECT_THAT(takeLog(),
+                testing::Contains("The computer was asleep since the disks were scanned, so that another "
+                                  "card may have taken the place of /dev/disk4."));
+    EXPECT_EQ(takeCommands(), "");
+    prepareWrite();
+    write();
+    EXPECT_TRUE(viewModel->isSuccessfulCompletion()) << "scanned again";
+}
 
 TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
     const struct {

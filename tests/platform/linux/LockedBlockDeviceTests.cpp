@@ -3,31 +3,16 @@
 #include <linux/loop.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <time.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 
 #include "platform/AlignedBuffer.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "tests/support/LoopDeviceTest.h"
+#include "tests/support/SleepingComputer.h"
 
 namespace tessel {
-
-namespace {
-
-std::atomic<time_t> secondsAsleep = 0;
-
-}  // namespace
-
-/// Replaces the system's call in this program: the computer may have slept.
-extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
-    const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
-    if (clock == CLOCK_BOOTTIME) time->tv_sec += secondsAsleep;
-    return result;
-}
 
 using LockedBlockDeviceTests = LoopDeviceTest;
 
