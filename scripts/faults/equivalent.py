@@ -1,0 +1,25 @@
+"""The table of faults that change nothing that can be noticed."""
+from .operators import faults_in, masked
+from .tree import ROOT
+
+TABLE = 'tests/faults/equivalent.txt'
+
+
+def code_of(line):
+    """Returns the line without its comment."""
+    return line[:len(masked(line).rstrip('\x00'))].strip()
+
+
+def equivalent_faults():
+    """Returns the rows as (file, code, changed code)."""
+    rows = (line.split('  |  ') for line in (ROOT / TABLE).read_text().split('\n') if not line.startswith('#'))
+    return {tuple(column.strip() for column in row[:3]) for row in rows if len(row) == 4}
+
+
+def faults_of(file):
+    """Yields each fault of a file as (number of the line, line, changed line)."""
+    path = ROOT / file
+    lines = path.read_text().split('\n') if path.exists() else []
+    for index, line in enumerate(lines):
+        for changed in faults_in(lines, index):
+            yield index + 1, line, changed
