@@ -39,7 +39,9 @@ std::filesystem::path withLinksResolved(const std::filesystem::path& path) {
 }
 
 bool isExecutableFile(const std::filesystem::path& path) {
-    return access(path.c_str(), X_OK) == 0;
+    // access(2) alone also accepts a folder that may be entered.
+    std::error_code unknown;
+    return std::filesystem::is_regular_file(path, unknown) && access(path.c_str(), X_OK) == 0;
 }
 
 SystemResult ReadOnlyFile::open(const std::filesystem::path& path) {

@@ -24,7 +24,7 @@ struct FileStatus {
 /// Returns the path with its links resolved, or as it is where they lead nowhere.
 [[nodiscard]] std::filesystem::path withLinksResolved(const std::filesystem::path& path);
 
-/// Returns whether this program may execute the file. A folder that may be entered counts, too.
+/// Returns whether the path leads to a regular file that this program may execute.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
 /// A file that is read at offsets. Its operations block, and may be called on any thread.
