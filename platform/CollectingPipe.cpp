@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 
 #include "platform/NewDescriptors.h"
 
@@ -24,6 +25,8 @@ Process::Stream CollectingPipe::stream() {
 Process::Stream::State CollectingPipe::readMore() {
     std::array<char, size_t{64} << 10> chunk;
     const ssize_t count = read(reader.get(), chunk.data(), chunk.size());
+    // Taken for the end of the stream, an interruption would make part of the output pass for the whole.
+    if (count < 0 && errno == EINTR) return Process::Stream::State::open;
     if (count <= 0) return Process::Stream::State::finished;
     if (bytes.size() + static_cast<size_t>(count) > Process::outputLimit) return Process::Stream::State::full;
     bytes.append(chunk.data(), static_cast<size_t>(count));

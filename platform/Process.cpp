@@ -197,7 +197,8 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
     // Once the child is reaped this is not a descriptor any more, and poll passes it over.
     watched.push_back({exitSignal.get(), POLLIN, 0});
     if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
-        if (errno == EINTR) return false;
+        // Some systems answer EAGAIN while they are short of memory; the next call may succeed.
+        if (errno == EINTR || errno == EAGAIN) return false;
         throw posixError(name + " could not be watched", errno);
     }
 

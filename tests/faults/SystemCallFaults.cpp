@@ -15,24 +15,19 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <cstdarg>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace tessel {
 
 namespace {
 
-struct File {
-    dev_t device = 0;
-    ino_t number = 0;
-
-    bool operator==(const File&) const = default;
-};
+using File = std::pair<dev_t, ino_t>;
 
 std::optional<File> fileOf(int folder, const char* path, int flags) {
     struct stat status{};
@@ -179,6 +174,10 @@ void SystemCallFaults::setHurried(bool isHurried) {
 extern "C" {
 
 using namespace tessel;
+
+ssize_t read(int descriptor, void* bytes, size_t size) {
+    return callUnlessFaulty<ssize_t>("read", SYS_read, descriptor, bytes, size);
+}
 
 ssize_t pread(int descriptor, void* bytes, size_t size, off_t offset) {
     if (const auto answer = transferred(failureOf(withObject("pread", descriptor)), size)) return *answer;
