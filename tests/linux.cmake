@@ -15,6 +15,13 @@ target_compile_definitions(faults-tests PRIVATE
     TESSEL_ROGUE_AUTHOPEN="${CMAKE_CURRENT_SOURCE_DIR}/support/rogue-authopen"
     TESSEL_FAULT_TABLE="${CMAKE_CURRENT_SOURCE_DIR}/faults/write-path.txt")
 
+# The rows of the fault table are dealt out to four tests instead of starting the program once for each row.
+foreach(quarter RANGE 3)
+    add_test(NAME faults/rows-${quarter} COMMAND faults-tests --gtest_filter=Rows/*)
+    set_tests_properties(faults/rows-${quarter} PROPERTIES TIMEOUT 120 SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]"
+        ENVIRONMENT "GTEST_TOTAL_SHARDS=4;GTEST_SHARD_INDEX=${quarter}")
+endforeach()
+
 # Qt paints large areas on threads of its own, which the thread sanitizer can't follow. No other tests ask it to
 # overlook anything.
 set(testEnvironment "TSAN_OPTIONS=ignore_noninstrumented_modules=1")

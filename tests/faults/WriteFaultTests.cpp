@@ -1,8 +1,8 @@
 #include <chrono>
 #include <cstring>
 #include <fstream>
+#include <ostream>
 #include <set>
-#include <sstream>
 #include <thread>
 
 #include "platform/linux/LoopDevice.h"
@@ -13,12 +13,12 @@ namespace tessel {
 
 namespace {
 
-/// Describes one thing that goes wrong in a write, and how the write must end.
+/// One thing that goes wrong in a write, and how the write must end.
 struct Row {
-    std::string call;   ///< is "diskutil COMMAND", "authopen", or a system call of this program
-    std::string when;   ///< says which call it is, with "+" if all later ones go wrong, too
-    std::string fault;  ///< is the name of an error, or says what happens instead
-    std::string card;   ///< is "untouched", "ejected", or "inside" after an attempt to eject it
+    std::string call;   ///< "diskutil COMMAND", "authopen", or a system call of this program
+    std::string when;   ///< the number of the call, with "+" if all later ones go wrong as well
+    std::string fault;  ///< the name of an error, or what happens instead
+    std::string card;   ///< "untouched", "ejected", or "inside" after an attempt to eject it
     std::string ending;
 
     bool isOfUtility() const { return call.starts_with("diskutil ") || call == "authopen"; }
@@ -27,6 +27,10 @@ struct Row {
         static const std::set<std::string> calls = {"block-size", "size", "sequence-number",
                                                     "direct-access card", "flock"};
         return calls.contains(call);
+    }
+
+    friend std::ostream& operator<<(std::ostream& stream, const Row& row) {
+        return stream << row.call << " | " << row.when << " | " << row.fault;
     }
 };
 
@@ -37,26 +41,6 @@ struct Table {
     std::vector<Row> rows;
     std::map<std::string, std::string> commands;  ///< lines of shell, in which `$real` is the utility
 };
-
-Table readTable() {
-    static constexpr std::string_view does = " => ";
-    Table read;
-    std::ifstream table(TESSEL_FAULT_TABLE);
-    for (std::string line; std::getline(table, line);) {
-        if (line.empty() || line.starts_with('#')) continue;
-        if (const auto end = line.find(does); end != std::string::npos) {
-            read.commands[line.substr(0, end)] = line.substr(end + does.size());
-            continue;
-        }
-        std::istringstream columns(line);
-        Row& row = read.rows.emplace_back();
-        for (auto* column : {&row.call, &row.when, &row.fault, &row.card, &row.ending}) {
-            std::getline(columns, *column, '|');
-            *column = trimmed(*column);
-        }
-    }
-    return read;
-}
 
 int errorNumber(const std::string& name) {
     for (int number = 1; number < 200; ++number) {
@@ -72,16 +56,81 @@ std::string replaced(std::string text, const std::string& word, const std::strin
     return text;
 }
 
-/// Writes an image to a card again and again, and has something else go wrong each time.
-class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface<size_t> {
+std::vector<std::string> split(const std::string& text, const std::string& separator) {
+    std::vector<std::string> parts;
+    size_t begin = 0;
+    for (size_t end = 0; end != std::string::npos; begin = end + separator.size()) {
+        end = text.find(separator, begin);
+        parts.push_back(trimmed(text.substr(begin, end - begin)));
+    }
+    return parts;
+}
+
+/// Returns each call of a column such as "1, 2+" or "1-3".
+std::vector<std::string> callsIn(const std::string& column) {
+    const auto range = column.find('-');
+    if (range == std::string::npos) return split(column, ", ");
+    std::vector<std::string> calls;
+    for (int call = std::stoi(column); call <= std::stoi(column.substr(range + 1)); ++call)
+        calls.push_back(std::to_string(call));
+    return calls;
+}
+
+/// Returns the ending with what depends on the call and the fault filled in.
+std::string filledIn(const std::string& ending, const std::string& call, const std::string& fault) {
+    const bool isSecondChunk = std::stoi(call) % 2 == 0;
+    const auto text = replaced(ending, "OFFSET", isSecondChunk ? "8388608" : "0");
+    const auto* reason = strerrordesc_np(errorNumber(fault));
+    return reason ? replaced(text, "REASON", reason) : text;
+}
+
+Table readTable() {
+    Table read;
+    std::ifstream table(TESSEL_FAULT_TABLE);
+    for (std::string line; std::getline(table, line);) {
+        if (line.empty() || line.starts_with('#')) continue;
+        if (const auto command = split(line, " => "); command.size() == 2) {
+            read.commands[command[0]] = command[1];
+            continue;
+        }
+        const auto columns = split(line, " | ");
+        for (const auto& call : callsIn(columns.at(1)))
+            for (const auto& fault : split(columns.at(2), " / "))
+                read.rows.push_back(
+                    {columns[0], call, fault, columns.at(3), filledIn(columns.at(4), call, fault)});
+    }
+    return read;
+}
+
+const Table& table() {
+    static const Table read = readTable();
+    return read;
+}
+
+/// Returns the first columns in words: "pread_image_1_EIO", "diskutil_info_2_on_fails".
+std::string nameOf(const testing::TestParamInfo<Row>& test) {
+    const auto& row = test.param;
+    std::string name;
+    for (const char character : row.call + ' ' + replaced(row.when, "+", " on") + ' ' + row.fault) {
+        if (isalnum(static_cast<unsigned char>(character))) {
+            name += character;
+        } else if (!name.ends_with('_')) {
+            name += '_';
+        }
+    }
+    return name.substr(0, name.find_last_not_of('_') + 1);
+}
+
+/// Writes an image to a card while something goes wrong.
+class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface<Row> {
   protected:
     WriteFaultTests() : ViewModelTest(SimulatedDisk::Medium::card) {
         before = openDescriptors();  // with the loop device that is the card
     }
 
-    std::string commandsFor(const std::string& fault) const {
-        if (const auto known = table.commands.find(fault); known != table.commands.end())
-            return known->second;
+    static std::string commandsFor(const std::string& fault) {
+        const auto& commands = table().commands;
+        if (const auto known = commands.find(fault); known != commands.end()) return known->second;
         if (fault.starts_with("says ")) return "echo '" + fault.substr(5) + "' >&2; exit 1";
         return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
     }
@@ -95,13 +144,6 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
                       commandsFor(replaced(row.fault, "CARD", reader.mediumPath("disk4"))) +
                       "\nfi\nfi\nexec $real \"$@\"",
                   isDiskutil ? "diskutil" : "authopen");
-    }
-
-    void behaveWell() {
-        std::filesystem::remove(folder.path() / "diskutil.calls");
-        std::filesystem::remove(folder.path() / "authopen.calls");
-        std::ofstream(cardFile(), std::ios::binary | std::ios::in) << std::string(imageSize, '\0');
-        prepareWrite();
     }
 
     /// Returns the file that holds what is on the card, past the caches of the block device.
@@ -181,58 +223,45 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         EXPECT_EQ(desktop.lastNotification.text, ending());
         EXPECT_EQ(std::ranges::count(log, "Error: " + ending()), 1);
     }
-
-    const Table table = readTable();
 };
 
 }  // namespace
 
-/// Every fourth row, so that several of these can run at once.
 TEST_P(WriteFaultTests, everyFaultEndsInItsSentence) {
-    const auto& rows = table.rows;
-    ASSERT_GE(rows.size(), 200U);
-    int leftOut = 0;
-    for (size_t i = GetParam(); i < rows.size(); i += 4) {
-        const auto& row = rows[i];
-        if (row.isOfBlockDevice() && !LoopDevice::isAvailable()) {
-            ++leftOut;
-            continue;
-        }
-        SCOPED_TRACE(row.call + " | " + row.when + " | " + row.fault);
-        behaveWell();
-        const auto openBefore = openDescriptors();
-        SystemCallFaults faults(std::filesystem::canonical(reader.mediumPath("disk4")), image);
-        faults.setHurried(row.fault == "hangs");
-        if (row.isOfUtility()) {
-            plantInUtility(row);
-        } else {
-            faults.plant({.call = row.call,
-                          .occurrence = std::stoi(row.when),
-                          .persists = row.persists(),
-                          .error = errorNumber(row.fault),
-                          .effect = row.fault.substr(0, row.fault.find(','))});
-        }
-        std::thread user;
-        if (row.fault.starts_with(stoppedAt)) {
-            when(row.fault.substr(stoppedAt.size()), [&] {
-                faults.awaitShowing();
-                viewModel->requestStop();
-            });
-        }
-        if (row.fault.starts_with(stoppedLater))
-            when(row.fault.substr(stoppedLater.size()), [&] { user = stopLater(faults); });
-        write();
-        if (user.joinable()) user.join();
-        const bool hasShown = faults.remove();
-        EXPECT_TRUE(hasShown || row.isOfUtility()) << "the call did not happen";
-        EXPECT_EQ(whereTheCardIs(row), row.card);
-        EXPECT_EQ(replaced(ending(), folder.path(), "FOLDER"), row.ending);
-        expectNothingLeft(openBefore);
-        expectTruth();
+    const auto& row = GetParam();
+    if (row.isOfBlockDevice() && !LoopDevice::isAvailable()) GTEST_SKIP() << "needs loop devices";
+    prepareWrite();
+    const auto openBefore = openDescriptors();
+    SystemCallFaults faults(std::filesystem::canonical(reader.mediumPath("disk4")), image);
+    faults.setHurried(row.fault == "hangs");
+    if (row.isOfUtility()) {
+        plantInUtility(row);
+    } else {
+        faults.plant({.call = row.call,
+                      .occurrence = std::stoi(row.when),
+                      .persists = row.persists(),
+                      .error = errorNumber(row.fault),
+                      .effect = row.fault.substr(0, row.fault.find(','))});
     }
-    if (leftOut > 0) GTEST_SKIP() << "needs loop devices for " << leftOut << " of its rows";
+    std::thread user;
+    if (row.fault.starts_with(stoppedAt)) {
+        when(row.fault.substr(stoppedAt.size()), [&] {
+            faults.awaitShowing();
+            viewModel->requestStop();
+        });
+    }
+    if (row.fault.starts_with(stoppedLater))
+        when(row.fault.substr(stoppedLater.size()), [&] { user = stopLater(faults); });
+    write();
+    if (user.joinable()) user.join();
+    const bool hasShown = faults.remove();
+    EXPECT_TRUE(hasShown || row.isOfUtility()) << "the call did not happen";
+    EXPECT_EQ(whereTheCardIs(row), row.card);
+    EXPECT_EQ(replaced(ending(), folder.path(), "FOLDER"), row.ending);
+    expectNothingLeft(openBefore);
+    expectTruth();
 }
 
-INSTANTIATE_TEST_SUITE_P(Quarters, WriteFaultTests, testing::Range(size_t{0}, size_t{4}));
+INSTANTIATE_TEST_SUITE_P(Rows, WriteFaultTests, testing::ValuesIn(table().rows), nameOf);
 
 }  // namespace tessel
