@@ -1,3 +1,5 @@
+// Disks in the window: which are listed, which stays inspected, and the hint at those that came or went.
+
 #include "tests/app/WindowTest.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/Switch.h"

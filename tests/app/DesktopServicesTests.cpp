@@ -1,3 +1,5 @@
+// Notifications and requests to stay awake, as services on a bus receive them.
+
 #include <QStandardPaths>
 #include <QWindow>
 

@@ -1,3 +1,5 @@
+// The keyboard shortcuts, compared with the tool tips that name them.
+
 #include "tests/app/WindowTest.h"
 #include "views/log/OperationLogView.h"
 

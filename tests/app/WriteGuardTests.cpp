@@ -1,3 +1,5 @@
+// What the user confirms before a write, and the disks that the window refuses.
+
 #include "app/ConfirmationTexts.h"
 #include "foundation/SystemWords.h"
 #include "rehearsal/window/WidgetSearch.h"

@@ -1,3 +1,5 @@
+// Loop devices when another program takes the free one, and without the kernel's driver.
+
 #include <cerrno>
 
 #include "foundation/Errors.h"

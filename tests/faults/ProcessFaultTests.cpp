@@ -1,3 +1,5 @@
+// Child processes whose system calls have to be repeated.
+
 #include <string.h>
 #include <unistd.h>
 

@@ -1,3 +1,5 @@
+// The texts that the records of disks and partitions compose from their fields.
+
 #include <gtest/gtest.h>
 
 #include "model/SDWholeDisk.h"

@@ -1,3 +1,5 @@
+// The policy, compared with a second statement of its rule on random disks.
+
 #include <gtest/gtest.h>
 
 #include <cstring>

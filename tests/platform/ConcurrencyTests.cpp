@@ -1,3 +1,5 @@
+// Tasks, background work and pauses: their cancellation, and calls of the main thread.
+
 #include <gtest/gtest.h>
 
 #include <atomic>

@@ -1,3 +1,5 @@
+// Runs tests of the window without a display and without the desktop's bus.
+
 #include <gtest/gtest.h>
 
 #include <QApplication>

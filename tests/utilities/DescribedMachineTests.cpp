@@ -1,3 +1,5 @@
+// The disks of the computers in tests/machines: which are listed, and which may be written to.
+
 #include <gmock/gmock.h>
 
 #include <algorithm>

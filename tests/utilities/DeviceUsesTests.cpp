@@ -1,3 +1,5 @@
+// Mounts, locks, swap areas and other uses of a device, read from the kernel's files.
+
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 

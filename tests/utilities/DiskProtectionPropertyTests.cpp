@@ -1,3 +1,5 @@
+// The protection of disks, compared with a second statement of its rule on random computers.
+
 #include <gtest/gtest.h>
 
 #include <random>

@@ -1,3 +1,5 @@
+// Writes with the real utilities that other programs and the hardware disturb.
+
 #include <gmock/gmock.h>
 #include <linux/loop.h>
 #include <sys/ioctl.h>

@@ -1,3 +1,5 @@
+// diskutil and authopen as installed, on a loop device and with a stand-in for UDisks2.
+
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>

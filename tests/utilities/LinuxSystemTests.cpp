@@ -1,3 +1,5 @@
+// Calls to the kernel that fail or never answer.
+
 #include "utilities/linux/system/LinuxSystem.h"
 
 #include <gtest/gtest.h>

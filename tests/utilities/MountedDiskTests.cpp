@@ -1,3 +1,5 @@
+// diskutil on a disk whose file systems are really mounted.
+
 #include <gmock/gmock.h>
 #include <sys/swap.h>
 

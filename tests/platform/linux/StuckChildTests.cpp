@@ -1,3 +1,5 @@
+// Child processes that even SIGKILL does not end.
+
 #include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
