@@ -136,7 +136,7 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
         {"deep behind a comment in an instruction", "<? \" ?><!-- \" ?>" + manyLevels + "-->"},
         {"deep behind a comment in a document type", "<!DOCTYPE a [ > <!-- ]>" + manyLevels + "-->"},
         {"deep behind a zero byte", xml(repeated(std::string_view("<array\0>", 8), 100'000))},
-        {"many values", xml("<array>" + repeated("<true/>", 1'000'000) + "</array>")},
+        {"many values", xml("<array>" + repeated("<true/>", 60'000) + "</array>")},
         {"too large", xml("<string>" + std::string(size_t{17} << 20, 'a') + "</string>")},
         {"binary without objects", binary({})},
         {"binary list that holds itself", binary({std::string("\xA1\x00", 2)})},
