@@ -14,6 +14,7 @@
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
+#include "app/KeyGuard.h"
 #include "app/Keys.h"
 #include "app/LogCard.h"
 #include "app/Panes.h"
@@ -47,9 +48,10 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)),
-    focusMemory(*this, logCard->stopControl()) {
+    focusMemory(*this) {
     presentToScreenReadersAs<ContentView, QAccessible::Window>();
     setAcceptDrops(true);
+    new KeyGuard(this);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -116,7 +118,7 @@ void ContentView::render() {
     setWindowTitle(liveWindowTitle(*viewModel));
     auto* focused = focusWidget();
     renderCards();
-    focusMemory.settle(focused, viewModel->isBusy());
+    focusMemory.settle(focused);
     reconsiderStopQuestion();
     if (!viewModel->hasWriteTask()) closeIfWanted();
 }

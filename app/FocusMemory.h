@@ -5,27 +5,22 @@
 
 namespace tessel {
 
-/// Keeps the keyboard focus where the person left it while controls are disabled, hidden and shown again: it
-/// rests on the window meanwhile, and then returns. Without this it would move on to whatever comes next.
+/// Keeps the keyboard focus where the user left it. While that control is disabled or hidden, the focus rests
+/// on the window, so that no key presses anything; Qt would move it on to whatever comes next, such as the
+/// stop button.
 class FocusMemory {
   public:
-    /// While the urgent control can be used, it has the focus. The window and the control must outlive this.
-    FocusMemory(QWidget& window, QWidget& urgentControl) : window(window), urgentControl(urgentControl) {}
+    /// The window must outlive this.
+    explicit FocusMemory(QWidget& rememberedWindow) : window(rememberedWindow) {}
 
-    /// Puts the focus right after controls may have changed. Takes the control that had it before, or null,
-    /// and whether more of them will be enabled again soon.
-    void settle(QWidget* focusedBefore, bool isBusy);
+    /// Puts the focus right after controls may have changed. Takes the control that had it before, or null.
+    void settle(QWidget* focusedBefore);
 
   private:
     [[nodiscard]] bool isUsable(const QWidget* control) const;
-    [[nodiscard]] QWidget* usableBefore(QWidget* control) const;
 
     QWidget& window;
-    QWidget& urgentControl;
-    bool wasUrgent = false;
-    bool isAway = false;
-    QPointer<QWidget> home;   ///< is where the person left the focus that is away
-    QPointer<QWidget> place;  ///< is where it is meanwhile
+    QPointer<QWidget> home;  ///< the control to which the focus returns
 };
 
 }  // namespace tessel

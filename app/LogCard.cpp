@@ -41,7 +41,10 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     entryCount(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
     logView(new OperationLogView(interactionPauseDuration)) {
     connect(stopButton, &Button::clicked, this, [this] { this->viewModel.requestStop(); });
-    connect(clearButton, &Button::clicked, this, [this] { this->viewModel.clearLog(); });
+    connect(clearButton, &Button::clicked, this, [this] {
+        if (clearButton->hasFocus()) logView->setFocus();  // the button is about to be disabled
+        this->viewModel.clearLog();
+    });
 
     stopButton->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     auto* title = new SymbolLabel("text.alignleft", "Operation Log",

@@ -15,9 +15,6 @@ class LogCard : public Card {
 
     void render() const;
 
-    /// Returns the button that is shown while a write runs.
-    [[nodiscard]] QWidget& stopControl() const { return *stopButton; }
-
   private:
     void renderStopButton() const;
 

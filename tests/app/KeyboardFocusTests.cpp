@@ -1,3 +1,6 @@
+#include <QApplication>
+#include <QKeyEvent>
+
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"
 #include "views/log/OperationLogView.h"
@@ -16,6 +19,17 @@ class KeyboardFocusTests : public WindowTest {
         return control == &window() ? "the window" : control ? control->accessibleName().toStdString() : "";
     }
 };
+
+/// Sends the key again and again, as a keyboard does while it is held down.
+void hold(QWidget& widget, Qt::Key key, int repetitions) {
+    for (int i = 0; i < repetitions; ++i) {
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, {}, {}, i > 0 || type == QEvent::KeyRelease);
+            QApplication::sendEvent(&widget, &event);
+        }
+    }
+    QTest::keyRelease(&widget, key);
+}
 
 constexpr auto verify = "Verify the written image with SHA-256";
 
@@ -39,10 +53,42 @@ TEST_F(KeyboardFocusTests, returnsToWhereItWasWhenAnOperationEnds) {
         answerPanel(image, answer);
         EXPECT_EQ(focused(), "Select Image") << answer;
     }
+    button("Clear").setFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(focused(), "Operation log");
     control<Switch>(verify).setFocus();
     viewModel().refreshDisks();
     untilIdle();
     EXPECT_EQ(focused(), verify);
+}
+
+TEST_F(KeyboardFocusTests, theKeyThatStartsAWriteDoesNotStopIt) {
+    holds.writing.hold();
+    for (const auto key : {Qt::Key_Return, Qt::Key_Space}) {
+        openReady();
+        button("Write Disk Image").setFocus();
+        press(key);
+        ASSERT_TRUE(alert());
+        auto& erase = button("Erase and Write to disk4");
+        erase.setFocus(Qt::TabFocusReason);
+        press(key);
+        EXPECT_TRUE(alert()) << "too soon to have been read";
+        notice();
+        hold(erase, key, 5);
+        until([this] { return viewModel().hasWriteTask(); });
+        QTest::qWait(10);
+        EXPECT_EQ(focused(), "the window");
+        for (int presses = 0; presses < 3; ++presses)
+            press(key);
+        EXPECT_FALSE(viewModel().isCancellationRequested());
+        holds.writing.release();
+        untilIdle();
+        press(key);
+        EXPECT_TRUE(viewModel().verifyAfterWrite()) << "nor does it switch anything afterwards";
+        application.reset();
+        reader.reinsert("disk4");
+        holds.writing.hold();
+    }
 }
 
 }  // namespace tessel

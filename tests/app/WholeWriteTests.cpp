@@ -64,9 +64,13 @@ TEST_F(WholeWriteTests, theKeysDoWhatTheMouseDoes) {
     button("Write Disk Image").setFocus();
     press(Qt::Key_Return);
     until([this] { return alert(); });
+    notice();
     press(Qt::Key_Tab);
     press(Qt::Key_Return);
     untilSafeToRemove();
+    press(Qt::Key_Return);
+    EXPECT_TRUE(alert()) << "too soon to have been read";
+    notice();
     press(Qt::Key_Return);
     EXPECT_FALSE(alert());
     expectCardHoldsImage();

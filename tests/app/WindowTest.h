@@ -80,6 +80,8 @@ class WindowTest : public testing::Test {
 
     // What a person does
 
+    /// Waits until a key is taken to be meant for what has appeared.
+    static void notice() { QTest::qWait(1100); }
     static void click(QWidget& widget, QPoint position = {12, 12});
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     void clickTarget(const std::string& diskID);

@@ -37,6 +37,7 @@ TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
         click(button("Write Disk Image"));
         EXPECT_FALSE(viewModel().isBusy());
         ASSERT_TRUE(alertTitled("Confirm Destructive Write"));
+        notice();
         leave();
         until([this] { return !alert(); });
         QTest::qWait(20);

@@ -20,7 +20,6 @@ constexpr int textWidth = 420;
 AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window) {
     presentToScreenReadersAs<AlertDialog, QAccessible::AlertMessage>();
     setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_KeyboardFocusChange);  // shows at once which button the Return key presses
     setWindowTitle(fields.message);
     setAccessibleName(fields.message);
 
@@ -56,6 +55,8 @@ void AlertDialog::keyPressEvent(QKeyEvent* event) {
 
 void AlertDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    // Qt clears this as it shows a window; with it, the button that Return presses is marked at once.
+    setAttribute(Qt::WA_KeyboardFocusChange);
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
