@@ -14,7 +14,6 @@
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
-#include "app/KeyGuard.h"
 #include "app/Keys.h"
 #include "app/LogCard.h"
 #include "app/Panes.h"
@@ -45,7 +44,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     header(new HeaderBar(*viewModel)),
     imageCard(new ImageCard(*viewModel)),
     targetCard(new TargetCard(*viewModel)),
-    writeCard(new WriteCard(*viewModel, [this] { askToWrite(); })),
+    writeCard(new WriteCard(*viewModel, [this] { showWriteConfirmation(); })),
     progressCard(new ProgressCard(*viewModel)),
     logCard(new LogCard(*viewModel)),
     focusMemory(*this) {
@@ -155,14 +154,14 @@ void ContentView::showEvent(QShowEvent* event) {
     if (!viewModel->didPerformInitialScan()) viewModel->refreshDisks();
 }
 
-void ContentView::askToWrite() {
+void ContentView::showWriteConfirmation() {
     const auto message = confirmationMessage(*viewModel);
     const auto writeWhatWasConfirmed = [this, message] {
         if (closing != Closing::no) return;
         if (confirmationMessage(*viewModel) == message) {
             viewModel->startWrite();
         } else {
-            askToWrite();
+            showWriteConfirmation();
         }
     };
     auto* alert =

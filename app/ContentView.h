@@ -50,7 +50,7 @@ class ContentView : public QWidget {
     void scheduleRender();
     void render();
     void renderCards() const;
-    void askToWrite();
+    void showWriteConfirmation();
     void askToStop();
     [[nodiscard]] bool isAskingToStop() const;
     void reconsiderStopQuestion();

@@ -47,7 +47,7 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), b
 void HeaderBar::render() const {
     badge->display({.text = statusTitle(viewModel.state()),
                     .announcement = announcement(viewModel),
-                    .tone = statusTone(viewModel.state()),
+                    .tone = statusColor(viewModel.state()),
                     .isBusy = viewModel.isBusy()});
 }
 

@@ -4,7 +4,7 @@
 
 #include "app/Keys.h"
 #include "foundation/ByteCount.h"
-#include "views/controls/CardHeading.h"
+#include "views/controls/Card.h"
 #include "views/controls/Divider.h"
 
 namespace tessel {

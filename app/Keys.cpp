@@ -1,12 +1,56 @@
 #include "app/Keys.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QFocusEvent>
+#include <QKeyEvent>
 #include <QList>
+#include <algorithm>
+#include <array>
 
 namespace tessel {
+
+namespace {
+
+constexpr int timeToNotice = 1000;  // in milliseconds
+
+bool isPressing(const QKeyEvent& event) {
+    constexpr std::array keys{Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Select};
+    return std::ranges::find(keys, event.key()) != keys.end();
+}
+
+}  // namespace
 
 QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expected) {
     const auto desktopsOwn = QKeySequence::keyBindings(action);
     return desktopsOwn.isEmpty() || desktopsOwn.contains(expected) ? expected : desktopsOwn.front();
+}
+
+KeyGuard::KeyGuard(QObject* parent) : QObject(parent) {
+    qApp->installEventFilter(this);
+}
+
+bool KeyGuard::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show || event->type() == QEvent::FocusIn) noteAppearance(watched, *event);
+    if (event->type() != QEvent::KeyPress) return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const auto* button = qobject_cast<QAbstractButton*>(watched);
+    return button && isPressing(key) && (key.isAutoRepeat() || isUnexpected(*button));
+}
+
+void KeyGuard::noteAppearance(QObject* watched, const QEvent& event) {
+    const bool isAlert = event.type() == QEvent::Show && qobject_cast<QDialog*>(watched);
+    const bool hasFocusAgain = event.type() == QEvent::FocusIn &&
+                               static_cast<const QFocusEvent&>(event).reason() == Qt::OtherFocusReason;
+    if (!isAlert && !hasFocusAgain) return;
+    appeared = qobject_cast<QWidget*>(watched);
+    sinceThen.start();
+}
+
+bool KeyGuard::isUnexpected(const QWidget& button) const {
+    return appeared && (appeared == &button || appeared->isAncestorOf(&button)) &&
+           sinceThen.elapsed() < timeToNotice;
 }
 
 }  // namespace tessel

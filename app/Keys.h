@@ -1,10 +1,32 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QKeySequence>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
 
 namespace tessel {
 
 /// Returns the key that everybody expects for an action, or the desktop's own where that is another one.
 [[nodiscard]] QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expected);
+
+/// Keeps keys from pressing a button that the user may not mean: a key that is held down presses none, nor
+/// does a key within a second of an alert's appearing or of the focus coming back to a button by itself.
+class KeyGuard : public QObject {
+  public:
+    /// Watches the whole application for as long as this exists.
+    explicit KeyGuard(QObject* parent);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void noteAppearance(QObject* watched, const QEvent& event);
+    [[nodiscard]] bool isUnexpected(const QWidget& button) const;
+
+    QPointer<QWidget> appeared;  ///< the alert or the button that came under the user's fingers last
+    QElapsedTimer sinceThen;
+};
 
 }  // namespace tessel

@@ -65,7 +65,7 @@ void ProgressCard::Gauge::display(double fraction) const {
 void ProgressCard::render() const {
     status->setText(liveStatusTitle(viewModel));
     status->setLook(
-        {.font = FontRole::caption, .tone = statusTone(viewModel.state()), .weight = QFont::DemiBold});
+        {.font = FontRole::caption, .tone = statusColor(viewModel.state()), .weight = QFont::DemiBold});
     phase->setText(viewModel.isCancellationRequested() ? stoppingTitle
                                                        : QString::fromStdString(viewModel.writePhaseTitle()));
     overall.display(viewModel.overallWorkflowProgress());

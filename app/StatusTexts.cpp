@@ -23,7 +23,7 @@ QString statusTitle(const TesselOperationState& state) {
     return QString::fromStdString(state.text);
 }
 
-Tone statusTone(const TesselOperationState& state) {
+Tone statusColor(const TesselOperationState& state) {
     using enum TesselOperationState::Case;
     switch (state.kind) {
         case selectingImage:

@@ -12,7 +12,7 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 
 /// What the window says about a state.
 [[nodiscard]] QString statusTitle(const TesselOperationState& state);
-[[nodiscard]] Tone statusTone(const TesselOperationState& state);
+[[nodiscard]] Tone statusColor(const TesselOperationState& state);
 
 /// Returns the title of the present state, or of stopping if that has been requested.
 [[nodiscard]] QString liveStatusTitle(const TesselViewModel& viewModel);

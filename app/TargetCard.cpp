@@ -8,7 +8,7 @@
 #include "model/DiskInspection.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
-#include "views/controls/CardHeading.h"
+#include "views/controls/Card.h"
 #include "views/controls/FoldingRow.h"
 
 namespace tessel {
@@ -33,9 +33,9 @@ TargetCard::TargetCard(TesselViewModel& viewModel) :
     selectableCount(new TextLabel({}, captionLook)),
     hiddenCount(new TextLabel({}, captionLook)),
     table(new CompactDiskTable(
-        {.sort = [this](DiskSortField field) { sortBy(field); },
-         .inspect = [this](const SDWholeDisk& disk) { inspect(disk); },
-         .select = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
+        {.sortAction = [this](DiskSortField field) { sortBy(field); },
+         .inspectAction = [this](const SDWholeDisk& disk) { inspect(disk); },
+         .selectAction = [this](const SDWholeDisk& disk) { this->viewModel.selectDisk(disk.id); }})),
     emptyLabel(new SymbolLabel("sdcard", {}, captionLook)),
     details(new DiskDetailsDisclosure([this](bool expand) { expandDetails(expand); })),
     noDetails(new SymbolLabel(
@@ -102,7 +102,7 @@ void TargetCard::sortBy(DiskSortField field) {
 
 void TargetCard::listAll(bool showAll) {
     showAllDisks = showAll;
-    reconcileInspection();
+    reconcileInspectedDisk();
     render();
 }
 
@@ -119,10 +119,10 @@ void TargetCard::expandDetails(bool expand) {
 void TargetCard::followDisks() {
     if (viewModel.disks() == followedDisks) return;
     followedDisks = viewModel.disks();
-    reconcileInspection();
+    reconcileInspectedDisk();
 }
 
-void TargetCard::reconcileInspection() {
+void TargetCard::reconcileInspectedDisk() {
     setInspectedDisk(reconciledInspection(inspectedDiskID, viewModel.selectedDiskID(), listedDisks()));
 }
 

@@ -35,7 +35,7 @@ class TargetCard : public Card {
     void listAll(bool showAll);
     void inspect(const SDWholeDisk& disk);
     void expandDetails(bool expand);
-    void reconcileInspection();
+    void reconcileInspectedDisk();
     void setInspectedDisk(std::optional<std::string> diskID);
     [[nodiscard]] std::vector<SDWholeDisk> listedDisks() const;
     [[nodiscard]] const SDWholeDisk* inspectedDisk() const;

@@ -27,7 +27,7 @@ Box* makeWarning() {
 
 }  // namespace
 
-WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite) :
+WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> showWriteConfirmation) :
     Card("Write Disk Image"),
     viewModel(viewModel),
     targetHint(
@@ -45,7 +45,7 @@ WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrit
     connect(verifySwitch, &Switch::toggled, this,
             [this](bool verify) { this->viewModel.setVerifyAfterWrite(verify); });
     writeButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(writeButton, &Button::clicked, this, std::move(askToWrite));
+    connect(writeButton, &Button::clicked, this, std::move(showWriteConfirmation));
     buildContent();
 }
 

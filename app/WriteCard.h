@@ -14,8 +14,8 @@ namespace tessel {
 /// Shows what would be written where, and the button that asks for it.
 class WriteCard : public Card {
   public:
-    /// `askToWrite` presents the confirmation; nothing else here leads to a write.
-    WriteCard(TesselViewModel& viewModel, std::function<void()> askToWrite);
+    /// `showWriteConfirmation` presents the confirmation; nothing else here leads to a write.
+    WriteCard(TesselViewModel& viewModel, std::function<void()> showWriteConfirmation);
 
     void render() const;
 

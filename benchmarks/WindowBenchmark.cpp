@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "app/Application.h"
+#include "app/VelmoraTesselApp.h"
 #include "benchmarks/Table.h"
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
@@ -40,7 +40,7 @@ class EndAtFirstPaint : public QObject {
 };
 
 int showUntilFirstPaint(const SystemUtilities& utilities, TerminationSignal& terminationSignal) {
-    Application application({.utilities = utilities, .makeDevice = makeRehearsalDevice});
+    VelmoraTesselApp application({.utilities = utilities, .makeDevice = makeRehearsalDevice});
     const EndAtFirstPaint end(application.window());
     application.run(terminationSignal);
     return EXIT_FAILURE;
@@ -92,7 +92,7 @@ class LongestTurn {
 
 /// Plays a person who has the disks scanned again and then writes the card.
 struct Play {
-    Application& application;
+    VelmoraTesselApp& application;
     bool isScanning = false;
     std::exception_ptr error = nullptr;
 
@@ -119,7 +119,8 @@ void measureTurns(TerminationSignal& terminationSignal) {
     Stage stage;
     for (const char* disk : {"disk0", "disk2", "disk4", "disk5", "disk6", "disk7"})
         stage.reader().setBehaviour(disk, {.delays = {{"info", 0.2}}});
-    Application application({.utilities = stage.reader().utilities(), .makeDevice = makeRehearsalDevice});
+    VelmoraTesselApp application(
+        {.utilities = stage.reader().utilities(), .makeDevice = makeRehearsalDevice});
     application.desktop().setSuggestedFile(stage.makeSampleImage());
 
     Play play{application};

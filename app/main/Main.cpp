@@ -1,8 +1,8 @@
 #include <QApplication>
 #include <span>
 
-#include "app/Application.h"
 #include "app/CommandLine.h"
+#include "app/VelmoraTesselApp.h"
 #include "platform/BlockDevice.h"
 #include "platform/qt/DiskChanges.h"
 #include "platform/qt/TerminationSignal.h"
@@ -12,8 +12,8 @@ int main(int argc, char* argv[]) {
     tessel::TerminationSignal terminationSignal;
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();
-    tessel::Application application({.utilities = tessel::installedUtilities(),
-                                     .makeDevice = tessel::makeBlockDevice,
-                                     .watch = tessel::watchDisks});
+    tessel::VelmoraTesselApp application({.utilities = tessel::installedUtilities(),
+                                          .makeDevice = tessel::makeBlockDevice,
+                                          .watch = tessel::watchDisks});
     return application.run(terminationSignal);
 }

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "app/Application.h"
+#include "app/VelmoraTesselApp.h"
 #include "platform/concurrency/Task.h"
 
 namespace tessel {
@@ -19,7 +19,7 @@ class ScriptedUser {
         std::function<void()> listen;                     ///< is called often, and finally at the end
     };
 
-    ScriptedUser(Application& application, Audience audience) :
+    ScriptedUser(VelmoraTesselApp& application, Audience audience) :
         application(application),
         audience(std::move(audience)) {}
 
@@ -37,7 +37,7 @@ class ScriptedUser {
     void click(QAbstractButton* button) const;
     void clickRow(const std::string& diskID, QPoint position) const;
 
-    Application& application;
+    VelmoraTesselApp& application;
     Audience audience;
 };
 

@@ -51,7 +51,8 @@ void WindowTest::open() {
     const auto watch = [this](std::function<void()> onChange) {
         return watchReader(reader.path(), std::move(onChange));
     };
-    application = std::make_unique<Application>(Application::Disks{reader.utilities(), makeDevice, watch});
+    application =
+        std::make_unique<VelmoraTesselApp>(VelmoraTesselApp::Disks{reader.utilities(), makeDevice, watch});
     window().fitInto({1920, 1080});
     window().show();
     window().activateWindow();

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Application.h"
+#include "app/VelmoraTesselApp.h"
 #include "rehearsal/SimulatedReader.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/HeldCard.h"
@@ -97,7 +97,7 @@ class WindowTest : public testing::Test {
     SimulatedReader reader{folder.path() / "reader", TESSEL_SIMULATED_PROGRAMS};
     std::filesystem::path image;
     HeldCard::Holds holds;
-    std::unique_ptr<Application> application;
+    std::unique_ptr<VelmoraTesselApp> application;
 };
 
 }  // namespace tessel

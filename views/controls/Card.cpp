@@ -1,6 +1,9 @@
 #include "views/controls/Card.h"
 
+#include <QVBoxLayout>
+
 #include "views/accessibility/Accessibility.h"
+#include "views/controls/SymbolLabel.h"
 
 namespace tessel {
 
@@ -12,6 +15,15 @@ Card::Card(const QString& name) :
     presentToScreenReadersAs<Card, QAccessible::Grouping>();
     setAccessibleName(name);
     content().setSpacing(spacing::medium);
+}
+
+QVBoxLayout* cardHeading(const QString& symbol, const QString& title, const QString& explanation) {
+    auto* heading = new QVBoxLayout;
+    heading->setSpacing(spacing::tight);
+    heading->addWidget(new SymbolLabel(symbol, title, {.font = FontRole::headline, .weight = QFont::Bold}));
+    heading->addWidget(wrappedLabel(explanation, {.font = FontRole::caption, .tone = Tone::secondary}));
+    heading->addStretch();
+    return heading;
 }
 
 }  // namespace tessel

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QString>
+
 #include "views/controls/Box.h"
+
+class QVBoxLayout;
 
 namespace tessel {
 
@@ -9,5 +13,9 @@ class Card : public Box {
   public:
     explicit Card(const QString& name);
 };
+
+/// Lays out a card's symbol and title above its explanation.
+[[nodiscard]] QVBoxLayout* cardHeading(const QString& symbol, const QString& title,
+                                       const QString& explanation);
 
 }  // namespace tessel

@@ -1,6 +1,7 @@
 #include "views/controls/TextLabel.h"
 
 #include <QEvent>
+#include <QVBoxLayout>
 
 #include "views/accessibility/Accessibility.h"
 
@@ -66,6 +67,16 @@ TextLabel* wrappedLabel(const QString& text, const TextLook& look) {
     auto* label = new TextLabel(text, look);
     label->setWordWrap(true);
     return label;
+}
+
+QVBoxLayout* stackedTexts(QWidget* above, QWidget* below) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(1);
+    column->addStretch();
+    column->addWidget(above);
+    column->addWidget(below);
+    column->addStretch();
+    return column;
 }
 
 }  // namespace tessel

@@ -4,6 +4,8 @@
 
 #include "views/controls/Style.h"
 
+class QVBoxLayout;
+
 namespace tessel {
 
 /// Describes how a text looks.
@@ -35,5 +37,8 @@ class TextLabel : public QLabel {
 
 /// Makes a label whose text wraps at the width that it is given.
 [[nodiscard]] TextLabel* wrappedLabel(const QString& text, const TextLook& look);
+
+/// Puts one line of text close above another, both in the middle of the height that they are given.
+[[nodiscard]] QVBoxLayout* stackedTexts(QWidget* above, QWidget* below);
 
 }  // namespace tessel

@@ -11,9 +11,9 @@
 #include "views/accessibility/AccessibleControl.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
+#include "views/controls/TextLabel.h"
 #include "views/disks/DiskMediaCell.h"
 #include "views/disks/DiskTargetSelector.h"
-#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 
@@ -47,17 +47,17 @@ class AccessibleDiskRow : public AccessibleControl {
 CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent) :
     QWidget(parent),
     actions(actions),
-    selector(new DiskTargetSelector(actions.select)),
+    selector(new DiskTargetSelector(actions.selectAction)),
     name(new ElidedLabel({.font = FontRole::subheadline, .weight = QFont::DemiBold}, Qt::ElideRight)),
     device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideRight)),
     size(new ElidedLabel({.font = FontRole::monospaced, .weight = QFont::Medium}, Qt::ElideRight)),
     media(new DiskMediaCell) {
     presentToScreenReaders<CompactDiskRow, AccessibleDiskRow>();
     setAttribute(Qt::WA_Hover);
-    selector->setFixedWidth(widths.target);
-    size->setFixedWidth(widths.size);
+    selector->setFixedWidth(widths.targetColumnWidth);
+    size->setFixedWidth(widths.sizeColumnWidth);
     auto* diskCell = new QWidget;
-    diskCell->setFixedWidth(widths.disk);
+    diskCell->setFixedWidth(widths.diskColumnWidth);
     diskCell->setLayout(stackedTexts(name, device));
     diskCell->layout()->setContentsMargins(0, 0, cellSpacing, 0);
     auto* row = new QHBoxLayout(this);
@@ -91,7 +91,7 @@ void CompactDiskRow::display(const Fields& fields) {
 }
 
 void CompactDiskRow::click() {
-    actions.inspect();
+    actions.inspectAction();
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {

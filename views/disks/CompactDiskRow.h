@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "model/SDWholeDisk.h"
-#include "views/disks/DiskColumnWidths.h"
+#include "views/disks/DiskTableHeader.h"
 
 namespace tessel {
 
@@ -26,8 +26,8 @@ class CompactDiskRow : public QWidget {
     };
 
     struct Actions {
-        std::function<void()> inspect;
-        std::function<void()> select;
+        std::function<void()> inspectAction;
+        std::function<void()> selectAction;
     };
 
     static constexpr int minimumRowHeight = 50;

@@ -51,7 +51,7 @@ class TableFrame : public QWidget {
 
 CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
-    header(new DiskTableHeader(widths, actions.sort)),
+    header(new DiskTableHeader(widths, actions.sortAction)),
     rowList(new DiskRowList),
     scrollPane(new ScrollPane(rowList)) {
     presentToScreenReadersAs<DiskRowList, QAccessible::List>();
@@ -85,8 +85,8 @@ CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {
         const SDWholeDisk disk = rowsByID.at(diskID)->fields().disk;
         action(disk);
     };
-    const CompactDiskRow::Actions rowActions{.inspect = [=, this] { withDisk(actions.inspect); },
-                                             .select = [=, this] { withDisk(actions.select); }};
+    const CompactDiskRow::Actions rowActions{.inspectAction = [=, this] { withDisk(actions.inspectAction); },
+                                             .selectAction = [=, this] { withDisk(actions.selectAction); }};
     auto* row = new CompactDiskRow(widths, rowActions, rowList);
     row->setFocusPolicy(Qt::ClickFocus);
     row->installEventFilter(this);
@@ -191,7 +191,7 @@ void CompactDiskTable::moveTo(size_t index) {
     row->setFocus(Qt::OtherFocusReason);
     scrollPane->reveal(*row, 0);
     const SDWholeDisk disk = row->fields().disk;
-    actions.inspect(disk);
+    actions.inspectAction(disk);
 }
 
 std::optional<size_t> CompactDiskTable::focusedIndex() const {

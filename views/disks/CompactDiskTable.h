@@ -34,9 +34,9 @@ class CompactDiskTable : public QWidget {
     };
 
     struct Actions {
-        std::function<void(DiskSortField)> sort;
-        std::function<void(const SDWholeDisk&)> inspect;
-        std::function<void(const SDWholeDisk&)> select;
+        std::function<void(DiskSortField)> sortAction;
+        std::function<void(const SDWholeDisk&)> inspectAction;
+        std::function<void(const SDWholeDisk&)> selectAction;
     };
 
     explicit CompactDiskTable(const Actions& actions);

@@ -10,8 +10,8 @@
 #include "views/controls/Painting.h"
 #include "views/controls/SymbolLabel.h"
 #include "views/controls/SymbolView.h"
+#include "views/controls/TextLabel.h"
 #include "views/disks/DiskInspectorContent.h"
-#include "views/disks/StackedTexts.h"
 
 namespace tessel {
 

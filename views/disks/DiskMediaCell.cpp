@@ -6,7 +6,7 @@
 #include "model/SDCardPolicy.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/SymbolView.h"
-#include "views/disks/StackedTexts.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

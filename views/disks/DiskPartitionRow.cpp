@@ -6,7 +6,7 @@
 #include "model/SizeOrUnknown.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
-#include "views/disks/StackedTexts.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

@@ -16,7 +16,7 @@ DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
     row->setSpacing(0);
     auto* target = new TextLabel(
         "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
-    target->setFixedWidth(widths.target);
+    target->setFixedWidth(widths.targetColumnWidth);
     row->addWidget(target);
     const auto addHeading = [&](const QString& title, DiskSortField field) {
         auto* heading = new SortableDiskHeader(title, field, sortAction);
@@ -25,8 +25,8 @@ DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
         headings.push_back(heading);
         return heading;
     };
-    addHeading("Disk", DiskSortField::disk)->setFixedWidth(widths.disk);
-    addHeading("Size", DiskSortField::size)->setFixedWidth(widths.size);
+    addHeading("Disk", DiskSortField::disk)->setFixedWidth(widths.diskColumnWidth);
+    addHeading("Size", DiskSortField::size)->setFixedWidth(widths.sizeColumnWidth);
     addHeading("Media", DiskSortField::media);
 }
 

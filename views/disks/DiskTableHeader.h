@@ -1,13 +1,26 @@
 #pragma once
 
+#include <QFontMetrics>
 #include <QWidget>
+#include <algorithm>
 #include <functional>
 #include <vector>
 
 #include "model/VisibleDisks.h"
-#include "views/disks/DiskColumnWidths.h"
+#include "views/controls/Style.h"
 
 namespace tessel {
+
+/// Gives the widths of the disk table's columns in pixels. The media column gets what is left.
+struct DiskColumnWidths {
+    /// Leaves room for the column's heading, which is wider than its controls in most fonts.
+    int targetColumnWidth =
+        std::max(scaledWithFont(44),
+                 QFontMetrics(styledFont(FontRole::caption, QFont::DemiBold)).horizontalAdvance("Target") +
+                     spacing::small);
+    int diskColumnWidth = scaledWithFont(138);
+    int sizeColumnWidth = scaledWithFont(88);
+};
 
 class SortableDiskHeader;
 

@@ -1,10 +1,10 @@
 #include "views/log/OperationLogView.h"
 
 #include <QFontDatabase>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "views/controls/ScrollBar.h"
-#include "views/log/ReadingPosition.h"
 
 namespace tessel {
 
@@ -21,7 +21,7 @@ QString toQString(std::string_view text) {
 
 OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDuration) {
     setVerticalScrollBar(new ScrollBar(Qt::Vertical, ScrollBar::Hides::whenUnused));
-    follower = new LatestLineFollower(*this, interactionPauseDuration);
+    coordinator = new Coordinator(*this, interactionPauseDuration);
     setAccessibleName("Operation log");
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
@@ -38,17 +38,21 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
 }
 
 void OperationLogView::setLog(std::string_view text, std::size_t entryCount) {
-    if (text == shownText && entryCount == shownEntryCount) return;
-    shownEntryCount = entryCount;
+    if (text == shownText && entryCount == lastEntryCount) return;
+    lastEntryCount = entryCount;
     if (text != shownText) replaceText(text);
-    follower->scheduleScrollToLatest();
+    coordinator->scheduleScrollToLatest();
 }
 
 void OperationLogView::resizeEvent(QResizeEvent* event) {
     const int firstVisible = readingPosition(*this);
     QPlainTextEdit::resizeEvent(event);
-    scrollToReadingPosition(*this, firstVisible);
-    follower->scheduleScrollToLatest();
+    coordinator->handleLayout(firstVisible);
+}
+
+void OperationLogView::wheelEvent(QWheelEvent* event) {
+    event->setModifiers(event->modifiers() & ~Qt::ControlModifier);
+    QPlainTextEdit::wheelEvent(event);
 }
 
 void OperationLogView::replaceText(std::string_view text) {

@@ -7,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "views/log/LatestLineFollower.h"
+#include "views/log/Coordinator.h"
 
 namespace tessel {
 
 /// Shows the operation log as monospaced lines that wrap at the view's width and can be selected and copied.
-/// It keeps the latest line in view unless the reader is busy in it (see LatestLineFollower). Use it on the
+/// It keeps the latest line in view unless the reader is busy in it (see Coordinator). Use it on the
 /// main thread only.
 class OperationLogView : public QPlainTextEdit {
   public:
@@ -25,18 +25,20 @@ class OperationLogView : public QPlainTextEdit {
     /// number of entries has changed.
     void setLog(std::string_view text, std::size_t entryCount);
 
-    [[nodiscard]] bool isFollowingLatest() const { return follower->isFollowingLatest(); }
+    [[nodiscard]] bool isFollowingLatest() const { return coordinator->isFollowingLatest(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    /// Scrolls, and does not zoom, whatever keys are held.
+    void wheelEvent(QWheelEvent* event) override;
 
   private:
     void replaceText(std::string_view text);
     void insertAtEnd(std::string_view text);
 
     std::string shownText;
-    std::optional<std::size_t> shownEntryCount;
-    LatestLineFollower* follower;
+    std::optional<std::size_t> lastEntryCount;
+    Coordinator* coordinator;
 };
 
 }  // namespace tessel

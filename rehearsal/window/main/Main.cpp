@@ -45,7 +45,8 @@ void compareIndependently(const std::filesystem::path& image, const std::filesys
     std::printf("The card holds the image, was verified and ejected.\n");
 }
 
-Task<> play(Application& application, Stage& stage, std::filesystem::path image, std::optional<int>& status) {
+Task<> play(VelmoraTesselApp& application, Stage& stage, std::filesystem::path image,
+            std::optional<int>& status) {
     try {
         const std::filesystem::path folder = "pictures";
         const Pictures pictures(application.window(), folder);
@@ -77,7 +78,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
     Stage stage;
     const auto image = imageToTry(stage, arguments);
     const auto readerFolder = stage.reader().path();
-    Application application(
+    VelmoraTesselApp application(
         {.utilities = stage.reader().utilities(),
          .makeDevice = makeRehearsedCard,
          .watch = [&](auto onChange) { return watchReader(readerFolder, std::move(onChange)); }});

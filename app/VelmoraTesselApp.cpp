@@ -1,4 +1,4 @@
-#include "app/Application.h"
+#include "app/VelmoraTesselApp.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -26,7 +26,7 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
 
 }  // namespace
 
-Application::Application(const Disks& disks) :
+VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
     thread(std::make_shared<QtMainThread>()),
     qtDesktop(showAlert),
     model(TesselViewModel::create({.mainThread = thread,
@@ -38,7 +38,7 @@ Application::Application(const Disks& disks) :
     if (disks.watch) diskWatch = disks.watch([this] { model->noteDiskChange(); });
 }
 
-int Application::run(TerminationSignal& terminationSignal) {
+int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {
     terminationSignal.handle([this] { contentView.closeWhenWriteEnds(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, &contentView, [this](QSessionManager&) {
         contentView.closeWhenWriteEnds();

@@ -11,7 +11,7 @@ namespace tessel {
 class TerminationSignal;
 
 /// Runs the program: one window on one view model, which works on the given disks. Needs a QApplication.
-class Application {
+class VelmoraTesselApp {
   public:
     /// Has a handler called each time a disk has come or gone, until the result is dropped.
     using DiskWatch = std::function<std::unique_ptr<TemporaryActivity>(std::function<void()> onChange)>;
@@ -23,7 +23,7 @@ class Application {
         DiskWatch watch = {};  ///< may be empty
     };
 
-    explicit Application(const Disks& disks);
+    explicit VelmoraTesselApp(const Disks& disks);
 
     QtDesktop& desktop() { return qtDesktop; }
     TesselViewModel& viewModel() { return *model; }
