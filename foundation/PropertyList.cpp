@@ -19,7 +19,7 @@ using Iterator = std::unique_ptr<void, Release<std::free>>;
 using Node = std::unique_ptr<void, Release<plist_free>>;
 
 PlatformError unreadable(const std::string& reason) {
-    return {"PropertyList", 1, "The property list could not be read: it " + reason + "."};
+    return {1, "The property list could not be read: it " + reason + "."};
 }
 
 PropertyList valueOf(plist_t node);

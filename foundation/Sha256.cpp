@@ -11,7 +11,7 @@ namespace {
 
 /// OpenSSL answers 1 for success. These calls fail only when memory or the algorithm itself is missing.
 void require(int answer) {
-    if (answer != 1) throw PlatformError("OpenSSL", answer, "The SHA-256 digest could not be computed.");
+    if (answer != 1) throw PlatformError(answer, "The SHA-256 digest could not be computed.");
 }
 
 }  // namespace

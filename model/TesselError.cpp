@@ -1,9 +1,5 @@
 #include "model/TesselError.h"
 
-#include <new>
-
-#include "foundation/Errors.h"
-
 namespace tessel {
 
 namespace {
@@ -43,8 +39,8 @@ std::string describe(TesselError::Case kind, const std::string& payload) {
 TesselError::TesselError(Case kind) : TesselError(kind, {}) {}
 
 TesselError::TesselError(Case kind, const std::string& payload) :
-    errorCase(kind),
-    description(describe(kind, payload)) {}
+    Error(describe(kind, payload)),
+    errorCase(kind) {}
 
 TesselError TesselError::commandFailed(const std::string& message) {
     return {Case::commandFailed, message};
@@ -58,18 +54,10 @@ TesselError TesselError::confirmationRequired(const std::string& expectedText) {
     return {Case::confirmationRequired, expectedText};
 }
 
-std::string localizedDescription(const std::exception_ptr& error) {
-    try {
-        std::rethrow_exception(error);
-    } catch (const TesselError& own) {
-        return own.errorDescription();
-    } catch (const PlatformError& platform) {
-        return platform.localizedDescription();
-    } catch (const std::bad_alloc&) {
-        return "There is not enough memory.";
-    } catch (const std::exception& other) {
-        return other.what();
-    }
+TesselError TesselError::diskGone() {
+    TesselError error(Case::diskChanged);
+    error.diskIsGone = true;
+    return error;
 }
 
 }  // namespace tessel

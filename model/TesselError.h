@@ -1,12 +1,13 @@
 #pragma once
 
-#include <exception>
 #include <string>
+
+#include "foundation/Errors.h"
 
 namespace tessel {
 
-/// Is thrown for every failure that the program words itself.
-class TesselError : public std::exception {
+/// A failure that the program words itself, in the sentence that is shown to the user.
+class TesselError : public Error {
   public:
     enum class Case {
         commandFailed,
@@ -29,27 +30,17 @@ class TesselError : public std::exception {
     /// The reason is one of the policy's messages.
     static TesselError unsafeDisk(const std::string& reason);
     static TesselError confirmationRequired(const std::string& expectedText);
+    /// Makes a diskChanged for a disk that the system no longer lists at all.
+    static TesselError diskGone();
 
-    Case kind() const { return errorCase; }
-    /// Returns the sentence that is shown to the person.
-    const std::string& errorDescription() const { return description; }
-    const char* what() const noexcept override { return description.c_str(); }
+    [[nodiscard]] Case kind() const { return errorCase; }
+    [[nodiscard]] bool isDiskGone() const { return diskIsGone; }
 
   private:
     TesselError(Case kind, const std::string& payload);
 
     Case errorCase;
-    std::string description;
+    bool diskIsGone = false;
 };
-
-/// Is thrown in place of diskChanged, and reads like it, where the system no longer lists the disk at all.
-class DiskGoneError : public TesselError {
-  public:
-    DiskGoneError() : TesselError(Case::diskChanged) {}
-};
-
-/// Returns the sentence to show for an error of any kind. This is the only place that turns an exception into
-/// text.
-std::string localizedDescription(const std::exception_ptr& error);
 
 }  // namespace tessel

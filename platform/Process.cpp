@@ -96,7 +96,7 @@ void keepEndingsOfChildren() {
 
 PlatformError tooTalkative(const std::string& program) {
     const auto limit = std::to_string(Process::outputLimit >> 20) + " MiB";
-    return {"Process", E2BIG, program + " was ended, because it printed more than " + limit + "."};
+    return {E2BIG, program + " was ended, because it printed more than " + limit + "."};
 }
 
 /// Waits until the child has ended and reaps it. Returns its status as waitpid(2) does.

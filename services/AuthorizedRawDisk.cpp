@@ -125,10 +125,10 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
 
     const auto errorText = trimmedOutput(error.collected());
     if (errorText.empty()) throw receptionFailure(message);
-    throwAuthorizationFailure(errorText);
+    throw authorizationFailure(errorText);
 }
 
-void throwAuthorizationFailure(const std::string& errorText) {
+TesselError authorizationFailure(const std::string& errorText) {
     struct Refusal {
         std::string_view words;
         std::string_view message;  ///< is empty for a cancellation
@@ -146,10 +146,10 @@ void throwAuthorizationFailure(const std::string& errorText) {
     const auto text = lowercased(errorText);
     for (const auto& [words, message] : refusals) {
         if (text.find(words) == std::string::npos) continue;
-        if (message.empty()) throw CancellationError();
-        throw TesselError::commandFailed(std::string(message));
+        if (message.empty()) return TesselError(TesselError::Case::operationCancelled);
+        return TesselError::commandFailed(std::string(message));
     }
-    throw TesselError::commandFailed("The authorized raw-device open failed: " + errorText);
+    return TesselError::commandFailed("The authorized raw-device open failed: " + errorText);
 }
 
 }  // namespace tessel

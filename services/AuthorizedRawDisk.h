@@ -33,9 +33,9 @@ class RawDiskOpener {
         authorizationUtility(std::move(authorizationUtility)),
         makeDevice(std::move(makeDevice)) {}
 
-    /// Opens a raw device such as "/dev/rdisk4". Blocks until the utility has ended, however long the person
-    /// takes to answer its prompt, so call it on a background thread. Throws CancellationError if the prompt
-    /// is refused, PlatformError if the utility can't be watched, and TesselError for any other failure.
+    /// Opens a raw device such as "/dev/rdisk4". Blocks until the utility has ended, however long the user
+    /// takes to answer its prompt, so call it on a background thread. Throws TesselError, which is
+    /// operationCancelled if the prompt is dismissed, and PlatformError if the utility can't be watched.
     /// Closes whatever it opened before it throws.
     AuthorizedRawDiskHandle openAuthorizedRawDisk(const std::string& devicePath) const;
 
@@ -46,7 +46,7 @@ class RawDiskOpener {
     RawDeviceFactory makeDevice;
 };
 
-/// Throws the error that the utility's words on standard error stand for: CancellationError or TesselError.
-[[noreturn]] void throwAuthorizationFailure(const std::string& errorText);
+/// Returns the error that the utility's words on standard error stand for.
+[[nodiscard]] TesselError authorizationFailure(const std::string& errorText);
 
 }  // namespace tessel

@@ -20,9 +20,9 @@ constexpr std::chrono::milliseconds searchPause{200};
 
 }  // namespace
 
-void throwNotFound(const DiskSearch& search) {
-    if (!search.isListed && !search.readError) throw DiskGoneError();
-    throw TesselError(TesselError::Case::diskChanged);
+TesselError notFound(const DiskSearch& search) {
+    if (!search.isListed && !search.readError) return TesselError::diskGone();
+    return TesselError(TesselError::Case::diskChanged);
 }
 
 Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
@@ -96,9 +96,12 @@ Task<std::vector<SDWholeDisk>> DiskService::scanDisks() const {
 }
 
 Task<SDWholeDisk> DiskService::revalidateDisk(SDWholeDisk selected) const {
-    auto search = co_await findAgain(std::move(selected));
-    if (!search.found) throwNotFound(search);
-    co_await checkCancellation();
+    const TesselError cancelled(TesselError::Case::operationCancelled);
+    auto outcome = co_await outcomeOf(findAgain(std::move(selected)));
+    if (errorOfType<CancellationError>(outcome.error())) throw cancelled;
+    auto search = std::move(outcome).value();
+    if (!search.found) throw notFound(search);
+    if (co_await isCancelled()) throw cancelled;
     if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
     co_return std::move(*search.found);
 }

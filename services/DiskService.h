@@ -8,6 +8,7 @@
 
 #include "model/DiskLayout.h"
 #include "model/SDWholeDisk.h"
+#include "model/TesselError.h"
 #include "platform/SystemUtilities.h"
 #include "platform/concurrency/Task.h"
 #include "services/CommandRunner.h"
@@ -24,9 +25,9 @@ struct DiskSearch {
     std::exception_ptr readError;          ///< is the last error that another attempt might have avoided
 };
 
-/// Throws the error for a disk that was not found: DiskGoneError if it is no longer listed, otherwise
-/// TesselError::diskChanged.
-[[noreturn]] void throwNotFound(const DiskSearch& search);
+/// Returns the error for a disk that was not found: diskGone if it is no longer listed, otherwise
+/// diskChanged.
+[[nodiscard]] TesselError notFound(const DiskSearch& search);
 
 /// Asks the operating system about disks, through its disk utility. It is stateless: every operation starts
 /// from fresh output and runs its commands strictly one after another.
@@ -59,7 +60,7 @@ class DiskService {
     Task<std::vector<SDWholeDisk>> scanDisks() const;
 
     /// Returns a fresh record of the selected disk, once it is certain that it is the same disk and still
-    /// eligible. Throws what findAgain() throws, and TesselError: diskChanged or unsafeDisk.
+    /// eligible. Throws TesselError: operationCancelled, diskChanged, unsafeDisk, or what findAgain() throws.
     Task<SDWholeDisk> revalidateDisk(SDWholeDisk selected) const;
 
     /// Makes the record of a listed disk whose details can't be read. Such a disk is never eligible.

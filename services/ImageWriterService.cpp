@@ -27,23 +27,15 @@ Task<> verifyImageUnchanged(SDImageFile image) {
     }
 }
 
-/// Returns the error that is reported in place of the one that ended a write.
-std::exception_ptr reported(const std::exception_ptr& error) {
-    try {
-        std::rethrow_exception(error);
-    } catch (const CancellationError&) {
-        return error;
-    } catch (const TesselError&) {
-        return error;
-    } catch (const std::exception&) {
-        return std::make_exception_ptr(
-            TesselError::commandFailed("The authorized image write failed: " + localizedDescription(error)));
-    }
+TesselError cancelled() {
+    return TesselError(TesselError::Case::operationCancelled);
 }
 
-[[noreturn]] void throwReported(const std::exception_ptr& error, bool wasCancelled) {
-    if (wasCancelled) throw CancellationError();
-    std::rethrow_exception(reported(error));
+/// Returns the error that is thrown in place of the one that ended a write.
+TesselError mapped(const std::exception_ptr& error) {
+    if (errorOfType<CancellationError>(error)) return cancelled();
+    if (const auto own = errorOfType<TesselError>(error)) return *own;
+    return TesselError::commandFailed("The authorized image write failed: " + localizedDescription(error));
 }
 
 /// Blocks while the authorization prompt is open, since the prompt can't be withdrawn. A card opened after a
@@ -68,12 +60,13 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
     if (const auto reason = protectionText(request.target)) throw TesselError::unsafeDisk(*reason);
 
     auto prepared = co_await outcomeOf(prepareTarget(request, report));
-    if (prepared.error()) throwReported(prepared.error(), co_await isCancelled());
+    if (prepared.error()) throw co_await isCancelled() ? cancelled() : mapped(prepared.error());
 
     const auto card = std::move(prepared).value();
     const auto written = co_await outcomeOf(writeUnmountedCard(request, card, report));
     if (written.error()) {
-        request.onFailure(reported(written.error()));
+        const auto error = mapped(written.error());
+        request.onFailure(std::make_exception_ptr(error));
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
         const auto ejected = co_await outcomeOf(require({"eject", "/dev/" + card.id}, ""));
@@ -82,7 +75,7 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
         } else if (co_await diskService.isGone(card.id)) {
             request.onDiskGone();
         }
-        throwReported(written.error(), co_await isCancelled());
+        throw co_await isCancelled() ? cancelled() : error;
     }
 }
 

@@ -39,8 +39,8 @@ class ImageWriterService {
         opener(utilities.authorizationUtility, std::move(makeDevice)) {}
 
     /// Returns once the image was written, flushed and, if requested, verified, and the card was ejected.
-    /// Calls `report` on the main thread. Throws TesselError, or CancellationError after a stop or a
-    /// dismissed prompt.
+    /// Calls `report` on the main thread. Throws TesselError, which is operationCancelled
+    /// after a stop or a dismissed prompt, and CancellationError if the task is cancelled before it begins.
     Task<> write(Write request, ImageWriteProgressHandler report) const;
 
   private:

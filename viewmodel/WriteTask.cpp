@@ -14,23 +14,14 @@ namespace tessel {
 namespace {
 
 bool isCancellation(const std::exception_ptr& error) {
-    try {
-        std::rethrow_exception(error);
-    } catch (const CancellationError&) {
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    const auto own = errorOfType<TesselError>(error);
+    return own ? own->kind() == TesselError::Case::operationCancelled
+               : errorOfType<CancellationError>(error).has_value();
 }
 
 bool isDiskGone(const std::exception_ptr& error) {
-    try {
-        std::rethrow_exception(error);
-    } catch (const DiskGoneError&) {
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    const auto own = errorOfType<TesselError>(error);
+    return own && own->isDiskGone();
 }
 
 std::string revalidationDescription(const SDWholeDisk& disk) {
@@ -159,7 +150,7 @@ Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
     auto search = co_await surroundings.diskService.findAgain(expected);
     if (!search.found) {
         surroundings.log.append(revalidationFailure(expected, search));
-        throwNotFound(search);
+        throw notFound(search);
     }
     if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
     ejectedDiskID = std::nullopt;

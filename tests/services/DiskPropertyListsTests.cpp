@@ -133,7 +133,7 @@ TEST(DiskPropertyListsTests, outputOfAnotherShapeIsRefusedInItsOwnWay) {
         FAIL() << "an array was read as a disk list";
     } catch (const TesselError& error) {
         EXPECT_EQ(error.kind(), TesselError::Case::commandFailed);
-        EXPECT_EQ(error.errorDescription(), "diskutil returned an unexpected property-list structure.");
+        EXPECT_EQ(error.localizedDescription(), "diskutil returned an unexpected property-list structure.");
     }
 }
 

@@ -15,13 +15,13 @@ using EjectionTests = LinuxDiskUtilityTest;
 TEST_F(EjectionTests, aRefusedUnmountCountsOnlyWhileSomethingIsMounted) {
     system.onUnmount = [](KernelDevice& device) {
         device.mounts.clear();
-        throw PlatformError("Disk", EINVAL, "Somebody else unmounted it.");
+        throw PlatformError(EINVAL, "Somebody else unmounted it.");
     };
     EXPECT_EQ(eject(), "");
 
     mountByDesktop();
     system.calls.clear();
-    system.onUnmount = [](KernelDevice&) { throw PlatformError("Disk", EPERM, "User canceled."); };
+    system.onUnmount = [](KernelDevice&) { throw PlatformError(EPERM, "User canceled."); };
     EXPECT_EQ(eject(), notEjected + "User canceled.");
     EXPECT_THAT(system.calls, ElementsAre("unmount mmcblk0p1")) << "nobody is asked twice";
 }

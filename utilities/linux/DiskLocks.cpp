@@ -15,11 +15,11 @@ constexpr std::chrono::seconds timeToUnlock{2};
 constexpr std::chrono::milliseconds pauseBetweenReadings{100};
 
 PlatformError locked(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: another program is working on " + identifier + "."};
+    return {EBUSY, "Resource busy: another program is working on " + identifier + "."};
 }
 
 PlatformError lockedElsewhere(const std::string& identifier) {
-    return {"Disk", EBUSY,
+    return {EBUSY,
             "Resource busy: a virtual machine or container works on a disk, and it can't be told whether "
             "that is " +
                 identifier + "."};

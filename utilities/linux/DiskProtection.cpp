@@ -113,9 +113,8 @@ std::optional<Protection> protectionOf(const DiskSnapshot& snapshot, const Kerne
 
 PlatformError protectedDisk(const DiskSnapshot& snapshot, const KernelDevice& disk,
                             const Protection& protection) {
-    return {
-        "Disk", EPERM,
-        identifierOf(snapshot, disk) + " (/dev/" + disk.name + ") is protected: " + sentencesOf(protection)};
+    return {EPERM, identifierOf(snapshot, disk) + " (/dev/" + disk.name +
+                       ") is protected: " + sentencesOf(protection)};
 }
 
 std::optional<std::string> whyNotWritable(const DiskSnapshot& snapshot, const KernelDevice& disk) {

@@ -114,7 +114,7 @@ const KernelDevice* findListedDisk(const DiskSnapshot& snapshot, std::string_vie
 
 const KernelDevice& listedDisk(const DiskSnapshot& snapshot, std::string_view identifier) {
     if (const KernelDevice* disk = findListedDisk(snapshot, identifier)) return *disk;
-    throw PlatformError("Disk", ENXIO, "Could not find disk: " + std::string(identifier) + ".");
+    throw PlatformError(ENXIO, "Could not find disk: " + std::string(identifier) + ".");
 }
 
 }  // namespace tessel

@@ -36,7 +36,7 @@ constexpr milliseconds pauseBetweenReadings{200};
 constexpr int mostBusyAnswers = 10;
 
 PlatformError claimed(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: another program or file system uses " + identifier + "."};
+    return {EBUSY, "Resource busy: another program or file system uses " + identifier + "."};
 }
 
 /// UDisks2 ejects drives. Where two disks have one drive, it might eject the other disk.

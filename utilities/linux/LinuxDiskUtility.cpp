@@ -35,9 +35,8 @@ void LinuxDiskUtility::eject(const std::string& identifier) {
         Ejection(system, identifier).run();
     } catch (const PlatformError& error) {
         // Whatever the reason, the user must learn that the image itself has been written.
-        throw PlatformError(
-            error.domain(), error.code(),
-            "The image was written, but the SD card could not be ejected. " + error.localizedDescription());
+        throw PlatformError(error.code(), "The image was written, but the SD card could not be ejected. " +
+                                              error.localizedDescription());
     }
 }
 

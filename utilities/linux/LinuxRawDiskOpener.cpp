@@ -13,7 +13,7 @@ namespace tessel {
 namespace {
 
 PlatformError busy(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: " + identifier + " is in use."};
+    return {EBUSY, "Resource busy: " + identifier + " is in use."};
 }
 
 void requireSameDisk(const FileDescriptor& descriptor, const KernelDevice& disk) {
@@ -23,13 +23,13 @@ void requireSameDisk(const FileDescriptor& descriptor, const KernelDevice& disk)
     const bool isSame = isWholeBlockDevice(descriptor.get()) &&
                         isAnswer(diskSequenceNumber(descriptor.get()), disk.sequenceNumber) &&
                         isAnswer(mediumSize(descriptor.get()), disk.sizeBytes);
-    if (!isSame) throw PlatformError("Disk", ESTALE, "The disk was replaced while it was being opened.");
+    if (!isSame) throw PlatformError(ESTALE, "The disk was replaced while it was being opened.");
 }
 
 /// Throws when the disk was written to between two readings of it.
 void requireUnwritten(const KernelDevice& before, const KernelDevice& now) {
     if (before.bytesWritten != now.bytesWritten)
-        throw PlatformError("Disk", EBUSY, "Another program is writing to this card.");
+        throw PlatformError(EBUSY, "Another program is writing to this card.");
 }
 
 }  // namespace
@@ -44,8 +44,7 @@ FileDescriptor LinuxRawDiskOpener::open(const std::string& identifier) {
     requireUnwritten(disk, readUnusedDisk(identifier));
     if (sleepWatch.hasSlept())
         throw PlatformError(
-            "Disk", ESTALE,
-            "The computer was asleep in the meantime, so that the card may have been exchanged.");
+            ESTALE, "The computer was asleep in the meantime, so that the card may have been exchanged.");
     return descriptor;
 }
 
@@ -54,7 +53,7 @@ KernelDevice LinuxRawDiskOpener::readUnusedDisk(const std::string& identifier) {
     const KernelDevice& disk = listedDisk(snapshot, identifier);
     requireUnprotected(snapshot, disk);
     if (const auto reason = whyNotWritable(snapshot, disk))
-        throw PlatformError("Disk", EROFS, identifier + " can't be written. " + *reason);
+        throw PlatformError(EROFS, identifier + " can't be written. " + *reason);
     if (!mountedParts(snapshot, disk).empty()) throw busy(identifier);
     return disk;
 }

@@ -62,7 +62,7 @@ void unmountDisk(BlockSystem& system, const std::string& identifier, Time deadli
 }
 
 PlatformError remounted(const std::string& identifier) {
-    return {"Disk", EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
+    return {EBUSY, "Resource busy: a volume on " + identifier + " keeps being remounted."};
 }
 
 }  // namespace tessel

@@ -104,7 +104,7 @@ bool ReaderFolder::isIn(const std::string& disk) const {
 }
 
 void ReaderFolder::requireIn(const std::string& disk) const {
-    if (!isIn(disk)) throw PlatformError("Disk", ENXIO, "Could not find disk: " + disk + ".");
+    if (!isIn(disk)) throw PlatformError(ENXIO, "Could not find disk: " + disk + ".");
 }
 
 }  // namespace tessel

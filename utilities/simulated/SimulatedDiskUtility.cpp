@@ -15,7 +15,7 @@ constexpr const char* partitionsKey = "Partitions";
 constexpr const char* mountPointKey = "MountPoint";
 
 PlatformError refusal(const std::string& text) {
-    return {"Disk", 1, text};
+    return {1, text};
 }
 
 /// Adds the identifiers of partitions and of the volumes inside them, whatever the key.

@@ -55,8 +55,7 @@ FileDescriptor SimulatedRawDiskOpener::open(const std::string& identifier) {
         merge(details, behaviour.exchangedDuringPrompt);
         reader.setDetails(identifier, details);
     }
-    if (!behaviour.authorization.empty())
-        throw PlatformError("Authorization", 1, refusalText(behaviour.authorization));
+    if (!behaviour.authorization.empty()) throw PlatformError(1, refusalText(behaviour.authorization));
 
     const std::string device = "/dev/r" + identifier;
     if (isWriteProtected(reader.details(identifier))) throw posixError(device, EACCES);

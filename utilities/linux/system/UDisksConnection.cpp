@@ -78,7 +78,7 @@ Object<UDisksBlock> findBlock(UDisksClient* client, dev_t number) {
 
 Object<UDisksBlock> requireBlock(UDisksClient* client, const std::string& device) {
     auto block = findBlock(client, deviceNumber(device));
-    if (!block) throw PlatformError("Disk", ENXIO, "The disk service does not know /dev/" + device + ".");
+    if (!block) throw PlatformError(ENXIO, "The disk service does not know /dev/" + device + ".");
     return block;
 }
 
@@ -156,7 +156,7 @@ UDisksConnection::UDisksConnection() {
                          ? g_dbus_object_manager_client_get_name_owner(G_DBUS_OBJECT_MANAGER_CLIENT(manager))
                          : nullptr);
     if (!owner)
-        throw PlatformError("UDisks2", ENOENT,
+        throw PlatformError(ENOENT,
                             "The disk service UDisks2 is not running. Install the package udisks2, or start "
                             "the service, and try again.");
 }
@@ -175,7 +175,7 @@ void UDisksConnection::unmount(const std::string& device, Duration limit) const 
     const auto block = requireBlock(client.get(), device);
     UDisksFilesystem* const fileSystem = udisks_object_peek_filesystem(objectOf(block.get()));
     if (!fileSystem)
-        throw PlatformError("Disk", EINVAL, "The disk service found no file system on /dev/" + device + ".");
+        throw PlatformError(EINVAL, "The disk service found no file system on /dev/" + device + ".");
     // With "force" UDisks2 would merely hide a mount that is still in use.
     const TimeLimit timeLimit(limit);
     checked([&](GError** error) {
@@ -201,7 +201,7 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     const int place = g_variant_get_handle(index);
     // The library would read outside the list.
     if (!descriptors || place < 0 || place >= g_unix_fd_list_get_length(descriptors))
-        throw PlatformError("UDisks2", EBADMSG, "The disk service UDisks2 did not hand over what it opened.");
+        throw PlatformError(EBADMSG, "The disk service UDisks2 did not hand over what it opened.");
     return FileDescriptor(
         checked([&](GError** error) { return g_unix_fd_list_get(descriptors, place, error); }));
 }

@@ -88,7 +88,7 @@ bool isWithoutAnswer(const GError& error) {
 }
 
 PlatformError refusal(const GError& error) {
-    const auto worded = [&](const std::string& text) { return PlatformError("UDisks2", error.code, text); };
+    const auto worded = [&](const std::string& text) { return PlatformError(error.code, text); };
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_DISMISSED)) return worded("User canceled.");
     if (isWithoutAnswer(error)) return worded("The disk service UDisks2 did not answer. Try again.");
     if (isBusy(error)) return worded("Resource busy: " + ownWords(error));
