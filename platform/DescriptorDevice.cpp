@@ -4,12 +4,12 @@
 
 namespace tessel {
 
-SystemResult DescriptorDevice::write(std::span<const std::byte> bytes, uint64_t offset) {
+SystemResult DescriptorDevice::writeSome(std::span<const std::byte> bytes, uint64_t offset) {
     return SystemResult::from(
         pwrite(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
 }
 
-SystemResult DescriptorDevice::read(std::span<std::byte> bytes, uint64_t offset) {
+SystemResult DescriptorDevice::readSome(std::span<std::byte> bytes, uint64_t offset) {
     return SystemResult::from(
         pread(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
 }

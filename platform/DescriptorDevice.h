@@ -12,11 +12,12 @@ class DescriptorDevice : public RawDevice {
   public:
     explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
 
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override;
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override;
     SystemResult synchronize() override;
 
   protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override;
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override;
+
     FileDescriptor descriptor;
 };
 

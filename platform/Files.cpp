@@ -7,6 +7,7 @@
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
 #include "platform/FileAdvice.h"
+#include "platform/Transfer.h"
 
 namespace tessel {
 
@@ -60,9 +61,10 @@ SystemResult ReadOnlyFile::size() const {
     return SystemResult::from(status.st_size);
 }
 
-SystemResult ReadOnlyFile::read(std::span<std::byte> bytes, uint64_t offset) const {
-    return SystemResult::from(
-        pread(descriptor.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset)));
+void ReadOnlyFile::read(std::span<std::byte> bytes, uint64_t offset) const {
+    transferFully(bytes, offset, [this](std::span<std::byte> rest, uint64_t at) {
+        return SystemResult::from(pread(descriptor.get(), rest.data(), rest.size(), static_cast<off_t>(at)));
+    });
 }
 
 void ReadOnlyFile::adviseFinished(uint64_t offset, uint64_t length) const {

@@ -35,8 +35,8 @@ class ReadOnlyFile {
 
     SystemResult size() const;
 
-    /// Makes one system call, which may be short or interrupted. A value of 0 means the end of the file.
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) const;
+    /// Fills the span. Throws TransferError, with code 0 where the file ends too early.
+    void read(std::span<std::byte> bytes, uint64_t offset) const;
 
     /// Tells the system that it may forget this part, since it isn't needed again.
     void adviseFinished(uint64_t offset, uint64_t length) const;

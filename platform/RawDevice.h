@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 
+#include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
 #include "platform/SystemResult.h"
 
@@ -18,9 +19,19 @@ enum class Disturbance {
     writtenByOthers,    ///< another program has written to it
 };
 
+/// Thrown where the medium of a device was disturbed.
+class DisturbedMediumError : public Error {
+  public:
+    explicit DisturbedMediumError(Disturbance found) : Error("The medium was disturbed."), found(found) {}
+
+    [[nodiscard]] Disturbance disturbance() const { return found; }
+
+  private:
+    Disturbance found;
+};
+
 /// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths must
-/// be aligned to the block size. A read or write is a single system call, which may be short or interrupted.
-/// Dropping the device closes it.
+/// be aligned to the block size. Dropping the device closes it.
 class RawDevice {
   public:
     virtual ~RawDevice() = default;
@@ -31,8 +42,11 @@ class RawDevice {
     /// Makes sure that from now on nothing is answered from, or kept in, the system's cache.
     virtual SystemResult disableCaching() = 0;
 
-    virtual SystemResult write(std::span<const std::byte> bytes, uint64_t offset) = 0;
-    virtual SystemResult read(std::span<std::byte> bytes, uint64_t offset) = 0;
+    /// Writes all the bytes. Throws TransferError, and DisturbedMediumError before any byte goes to a medium
+    /// that was disturbed.
+    void write(std::span<const std::byte> bytes, uint64_t offset);
+    /// Fills the span. Throws as write() does.
+    void read(std::span<std::byte> bytes, uint64_t offset);
 
     /// Returns once the medium itself has everything that was written.
     virtual SystemResult synchronize() = 0;
@@ -40,6 +54,14 @@ class RawDevice {
     /// Returns what has happened to the medium since the device was opened. Once there is no medium, it
     /// counts as exchanged, or else every read and write fails.
     [[nodiscard]] virtual Disturbance disturbance() = 0;
+
+    /// Throws DisturbedMediumError unless the medium is undisturbed.
+    void requireUndisturbed();
+
+  protected:
+    /// Each makes a single system call, which may be interrupted or move only some of the bytes.
+    virtual SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) = 0;
+    virtual SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) = 0;
 };
 
 /// Makes a device of an open descriptor, which the device then owns.

@@ -16,11 +16,12 @@ class PacedDevice : public WrappedDevice {
         WrappedDevice(std::move(device)),
         bytesPerSecond(bytesPerSecond) {}
 
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return paced([&] { return WrappedDevice::write(bytes, offset); });
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
+        return paced([&] { return WrappedDevice::writeSome(bytes, offset); });
     }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return paced([&] { return WrappedDevice::read(bytes, offset); });
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override {
+        return paced([&] { return WrappedDevice::readSome(bytes, offset); });
     }
 
   private:

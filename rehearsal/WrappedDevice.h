@@ -15,14 +15,18 @@ class WrappedDevice : public RawDevice {
     SystemResult blockSize() override { return device->blockSize(); }
     SystemResult blockCount() override { return device->blockCount(); }
     SystemResult disableCaching() override { return device->disableCaching(); }
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return device->write(bytes, offset);
-    }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return device->read(bytes, offset);
-    }
     SystemResult synchronize() override { return device->synchronize(); }
     Disturbance disturbance() override { return device->disturbance(); }
+
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
+        device->write(bytes, offset);
+        return {.value = bytes.size()};
+    }
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override {
+        device->read(bytes, offset);
+        return {.value = bytes.size()};
+    }
 
   private:
     std::unique_ptr<RawDevice> device;

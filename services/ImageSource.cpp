@@ -1,10 +1,12 @@
 #include "services/ImageSource.h"
 
+#include <cerrno>
 #include <string>
 
 #include "foundation/Errors.h"
 #include "model/TesselError.h"
-#include "services/FullTransfer.h"
+#include "platform/Transfer.h"
+#include "services/RawDeviceCalls.h"
 
 namespace tessel {
 
@@ -24,13 +26,15 @@ ImageSource::ImageSource(const std::filesystem::path& url, uint64_t expectedSize
 }
 
 void ImageSource::read(std::span<std::byte> bytes, uint64_t offset) const {
-    const auto read = [this](std::span<std::byte> rest, uint64_t at) { return file.read(rest, at); };
-    const auto failure = [](const SystemResult& answer, uint64_t at) {
-        if (answer.isSuccess()) return TesselError(TesselError::Case::imageChanged);
-        return TesselError::commandFailed("The selected image could not be read at byte offset " +
-                                          std::to_string(at) + ": " + systemErrorText(answer.error) + ".");
-    };
-    transferFully(bytes, offset, read, failure);
+    try {
+        file.read(bytes, offset);
+    } catch (const TransferError& error) {
+        if (error.code() == 0) throw TesselError(TesselError::Case::imageChanged);
+        if (error.code() == EOVERFLOW) throw offsetFailure();
+        throw TesselError::commandFailed("The selected image could not be read at byte offset " +
+                                         std::to_string(error.offset()) + ": " +
+                                         systemErrorText(error.code()) + ".");
+    }
     file.adviseFinished(offset, bytes.size());
 }
 

@@ -17,10 +17,8 @@ using enum ImageWritePhase;
 /// In bytes; a whole number of blocks, whatever size a card's blocks may have.
 constexpr size_t chunkSize = size_t{8} << 20;
 
-}  // namespace
-
-void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
-                const ImageWriteProgressHandler& report) {
+void transferImage(const ImageTransfer& transfer, const std::stop_token& stop,
+                   const ImageWriteProgressHandler& report) {
     const auto size = transfer.imageSize;
     if (size == 0) throw TesselError(TesselError::Case::imageUnavailable);
     if (!transfer.handle.holds(size)) throw TesselError(TesselError::Case::imageTooLarge);
@@ -35,7 +33,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     report({writingImage, 0, size});
     for (uint64_t written = 0; written < size;) {
         const auto chunk = image.next(stop);
-        writeFully(device, chunk.padded, written);
+        writeToDevice(device, chunk.padded, written);
         written += chunk.bytes.size();
         report({writingImage, written, size});
     }
@@ -43,7 +41,7 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
 
     report({synchronizing, size, size});
     synchronizeDevice(device);
-    requireUndisturbed(device);
+    device.requireUndisturbed();
     if (!medium) return;
 
     // A refusal does no harm, because caching has been off since the device was opened.
@@ -63,7 +61,18 @@ void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
     }
     // What another program has written through the cache reaches the medium, and is counted, only now.
     synchronizeDevice(device);
-    requireUndisturbed(device);
+    device.requireUndisturbed();
+}
+
+}  // namespace
+
+void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
+                const ImageWriteProgressHandler& report) {
+    try {
+        transferImage(transfer, stop, report);
+    } catch (const DisturbedMediumError& error) {
+        throw disturbanceFailure(error);
+    }
 }
 
 }  // namespace tessel

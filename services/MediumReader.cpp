@@ -50,7 +50,7 @@ void MediumReader::readMatching(const ImageChunk& chunk, uint64_t offset, const 
     const auto medium = buffers[nextBuffer].first(chunk.padded.size());
     for (int reads = 1;; ++reads) {
         fillWithOther(medium, chunk.padded);
-        readFully(device, medium, offset);
+        readForVerification(device, medium, offset);
         const auto difference = firstDifference(chunk.bytes, medium.first(chunk.bytes.size()));
         if (!difference) break;
         if (reads == readsPerChunk) {

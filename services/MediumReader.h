@@ -19,8 +19,8 @@ class MediumReader {
     MediumReader(RawDevice& device, const ChunkGeometry& geometry);
 
     /// Reads the chunk that begins at the offset until it equals the image's, up to three times, because a
-    /// card may answer with stale data until it is flushed. Throws TesselError, and CancellationError between
-    /// two reads.
+    /// card may answer with stale data until it is flushed. Throws TesselError, DisturbedMediumError, and
+    /// CancellationError between two reads.
     void readMatching(const ImageChunk& chunk, uint64_t offset, const std::stop_token& stop);
 
     /// Returns the SHA-256 digest of all the image's bytes as the device returned them.

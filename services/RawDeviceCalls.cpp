@@ -1,45 +1,37 @@
 #include "services/RawDeviceCalls.h"
 
+#include <cerrno>
 #include <string>
 
-#include "foundation/Errors.h"
-#include "model/TesselError.h"
-#include "services/FullTransfer.h"
+#include "platform/Transfer.h"
 
 namespace tessel {
 
 namespace {
 
-TesselError failureAt(const std::string& what, uint64_t offset, const std::string& reason) {
-    return TesselError::commandFailed(what + " at byte offset " + std::to_string(offset) + ": " + reason);
+TesselError failure(const std::string& what, const TransferError& error, const std::string& atEnd) {
+    if (error.code() == EOVERFLOW) return offsetFailure();
+    return TesselError::commandFailed(what + " at byte offset " + std::to_string(error.offset()) + ": " +
+                                      (error.code() == 0 ? atEnd : systemErrorText(error.code())));
 }
 
 }  // namespace
 
-void writeFully(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset) {
-    const auto write = [&device](std::span<const std::byte> rest, uint64_t at) {
-        requireUndisturbed(device);
-        return device.write(rest, at);
-    };
-    const auto failure = [](const SystemResult& answer, uint64_t at) {
-        return failureAt(
-            "The SD-card write did not complete", at,
-            answer.isSuccess() ? "The raw device accepted zero bytes." : systemErrorText(answer.error));
-    };
-    transferFully(bytes, offset, write, failure);
+void writeToDevice(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset) {
+    try {
+        device.write(bytes, offset);
+    } catch (const TransferError& error) {
+        throw failure("The SD-card write did not complete", error, "The raw device accepted zero bytes.");
+    }
 }
 
-void readFully(RawDevice& device, std::span<std::byte> bytes, uint64_t offset) {
-    const auto read = [&device](std::span<std::byte> rest, uint64_t at) {
-        requireUndisturbed(device);
-        return device.read(rest, at);
-    };
-    const auto failure = [](const SystemResult& answer, uint64_t at) {
-        return failureAt(
-            "The SD card could not be read for verification", at,
-            answer.isSuccess() ? "The raw device reached end of media." : systemErrorText(answer.error));
-    };
-    transferFully(bytes, offset, read, failure);
+void readForVerification(RawDevice& device, std::span<std::byte> bytes, uint64_t offset) {
+    try {
+        device.read(bytes, offset);
+    } catch (const TransferError& error) {
+        throw failure("The SD card could not be read for verification", error,
+                      "The raw device reached end of media.");
+    }
 }
 
 void synchronizeDevice(RawDevice& device) {
@@ -49,19 +41,23 @@ void synchronizeDevice(RawDevice& device) {
     }
 }
 
-void requireUndisturbed(RawDevice& device) {
-    switch (device.disturbance()) {
-        case Disturbance::none:
-            return;
-        case Disturbance::exchanged:
-            throw TesselError(TesselError::Case::diskChanged);
+TesselError disturbanceFailure(const DisturbedMediumError& error) {
+    switch (error.disturbance()) {
         case Disturbance::possiblyExchanged:
-            throw TesselError::commandFailed(
+            return TesselError::commandFailed(
                 "The computer was asleep while the SD card was open, so that another card may have taken its "
                 "place. Refresh the disk list and write the image again.");
         case Disturbance::writtenByOthers:
-            throw TesselError::commandFailed("Another program is writing to this card.");
+            return TesselError::commandFailed("Another program is writing to this card.");
+        case Disturbance::exchanged:
+        case Disturbance::none:
+            break;
     }
+    return TesselError(TesselError::Case::diskChanged);
+}
+
+TesselError offsetFailure() {
+    return TesselError::commandFailed("The requested raw-device offset exceeds the supported range.");
 }
 
 }  // namespace tessel

@@ -4,21 +4,24 @@
 #include <cstdint>
 #include <span>
 
+#include "model/TesselError.h"
 #include "platform/RawDevice.h"
 
-/// Complete calls on a raw device. Each either does all that it was asked to, or throws a TesselError that
-/// says what failed. No byte is moved once the medium has been disturbed.
+/// The calls on a raw device that a transfer makes, with their failures in the words of a TesselError. A
+/// DisturbedMediumError passes through.
 namespace tessel {
 
-void writeFully(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset);
+void writeToDevice(RawDevice& device, std::span<const std::byte> bytes, uint64_t offset);
 
-void readFully(RawDevice& device, std::span<std::byte> bytes, uint64_t offset);
+void readForVerification(RawDevice& device, std::span<std::byte> bytes, uint64_t offset);
 
 /// Flushes what was written, so that the medium itself holds it.
 void synchronizeDevice(RawDevice& device);
 
-/// Throws TesselError unless the device still has the medium that was opened, and no other program has
-/// written to it.
-void requireUndisturbed(RawDevice& device);
+/// Returns the error that a disturbance ends a transfer with.
+[[nodiscard]] TesselError disturbanceFailure(const DisturbedMediumError& error);
+
+/// Returns the error for an offset that the system can't address.
+[[nodiscard]] TesselError offsetFailure();
 
 }  // namespace tessel

@@ -45,12 +45,6 @@ class LockedBlockDevice : public DescriptorDevice {
         return SystemResult::from(flags < 0 ? flags : fcntl(descriptor.get(), F_SETFL, flags | O_DIRECT));
     }
 
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        const auto written = DescriptorDevice::write(bytes, offset);
-        ownBytesWritten += written.value;
-        return written;
-    }
-
     Disturbance disturbance() override {
         const auto present = diskSequenceNumber(descriptor.get());
         if (!medium.isSuccess() || !present.isSuccess() || present.value != medium.value)
@@ -61,6 +55,13 @@ class LockedBlockDevice : public DescriptorDevice {
         return isCounted && bytesWritten.value - bytesWrittenBefore.value > ownBytesWritten
                    ? Disturbance::writtenByOthers
                    : Disturbance::none;
+    }
+
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
+        const auto written = DescriptorDevice::writeSome(bytes, offset);
+        ownBytesWritten += written.value;
+        return written;
     }
 
   private:

@@ -34,13 +34,14 @@ class HeldCard : public WrappedDevice {
         WrappedDevice(std::move(device)),
         holds(holds) {}
 
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
         if (offset > 0) holds.writing.waitWhileHeld();
-        return WrappedDevice::write(bytes, offset);
+        return WrappedDevice::writeSome(bytes, offset);
     }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override {
         if (offset > 0) holds.reading.waitWhileHeld();
-        return WrappedDevice::read(bytes, offset);
+        return WrappedDevice::readSome(bytes, offset);
     }
 
   private:

@@ -21,14 +21,16 @@ class FaultyDevice : public WrappedDevice {
         WrappedDevice(std::move(device)),
         fault(fault) {}
     ~FaultyDevice() override { EXPECT_NE(std::this_thread::get_id(), mainThread); }
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
-        return fault == Fault::secondWrite && offset > 0 ? failure : WrappedDevice::write(bytes, offset);
-    }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
-        return fault == Fault::read ? failure : WrappedDevice::read(bytes, offset);
-    }
     SystemResult synchronize() override {
         return fault == Fault::synchronize ? failure : WrappedDevice::synchronize();
+    }
+
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
+        return fault == Fault::secondWrite && offset > 0 ? failure : WrappedDevice::writeSome(bytes, offset);
+    }
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override {
+        return fault == Fault::read ? failure : WrappedDevice::readSome(bytes, offset);
     }
 
   private:

@@ -27,7 +27,14 @@ class MemoryDevice : public RawDevice {
     SystemResult blockSize() override { return {.value = medium.blockSize}; }
     SystemResult blockCount() override { return {.value = medium.bytes.size() / medium.blockSize}; }
     SystemResult disableCaching() override { return {}; }
-    SystemResult write(std::span<const std::byte> bytes, uint64_t offset) override {
+    SystemResult synchronize() override {
+        ++medium.synchronizations;
+        return {};
+    }
+    Disturbance disturbance() override { return medium.disturbance; }
+
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {
         ++medium.writes;
         if (medium.isExchangedDuringWrite) {
             bytes = bytes.first(bytes.size() / 2);
@@ -36,16 +43,11 @@ class MemoryDevice : public RawDevice {
         std::memcpy(medium.bytes.data() + offset, bytes.data(), bytes.size());
         return {.value = bytes.size()};
     }
-    SystemResult read(std::span<std::byte> bytes, uint64_t offset) override {
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override {
         medium.readOffsets.push_back(offset);
         std::memcpy(bytes.data(), medium.bytes.data() + offset, bytes.size());
         return {.value = bytes.size()};
     }
-    SystemResult synchronize() override {
-        ++medium.synchronizations;
-        return {};
-    }
-    Disturbance disturbance() override { return medium.disturbance; }
 
   private:
     Medium& medium;
