@@ -38,7 +38,8 @@ class Tree:
             if copy.is_file() and str(copy.relative_to(self.source)) not in wanted:
                 copy.unlink()
         subprocess.run(['cmake', '-G', 'Ninja', '-S', self.source, '-B', self.build, '-DCMAKE_CXX_COMPILER=clang++-19',
-                        '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld-19', f'-DCMAKE_CXX_FLAGS=-O0 {COUNTING}'],
+                        '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld-19', '-DCMAKE_COMPILE_WARNING_AS_ERROR=ON',
+                        f'-DCMAKE_CXX_FLAGS=-O0 {COUNTING}'],
                        stdout=subprocess.DEVNULL, check=True)
         return self.make(*programs)
 
