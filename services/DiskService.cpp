@@ -27,10 +27,10 @@ TesselError notFound(const DiskSearch& search) {
 
 Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
                                              std::chrono::seconds timeout) const {
-    co_return co_await CommandRunner().run({.executable = utilities.diskUtility,
-                                            .arguments = std::move(arguments),
-                                            .environment = {{"LC_ALL", "C"}}},
-                                           timeout);
+    Command command{.executable = utilities.diskUtility,
+                    .arguments = std::move(arguments),
+                    .environment = {{"LC_ALL", "C"}}};
+    co_return co_await CommandRunner().run(std::move(command), timeout);
 }
 
 Task<DiskList> DiskService::listWholeDisks() const {
@@ -41,7 +41,8 @@ Task<DiskList> DiskService::listWholeDisks() const {
 
 Task<std::optional<SDWholeDisk>> DiskService::readDiskInfo(std::string identifier,
                                                            const DiskLayout* layout) const {
-    const auto result = co_await runDiskutil({"info", "-plist", "/dev/" + identifier}, infoTimeout);
+    std::vector<std::string> arguments{"info", "-plist", "/dev/" + identifier};
+    const auto result = co_await runDiskutil(std::move(arguments), infoTimeout);
     if (result.status != 0) co_return std::nullopt;
     co_return parseDiskInfo(result.standardOutput, identifier, layout);
 }

@@ -69,7 +69,8 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
         request.onFailure(std::make_exception_ptr(error));
         // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
         // is not reported.
-        const auto ejected = co_await outcomeOf(require({"eject", "/dev/" + card.id}, ""));
+        std::vector<std::string> eject{"eject", "/dev/" + card.id};
+        const auto ejected = co_await outcomeOf(require(std::move(eject), ""));
         if (!ejected.error()) {
             request.onEjected();
         } else if (co_await diskService.isGone(card.id)) {
@@ -89,8 +90,8 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
     if (card.sizeBytes < request.image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
     report({preparingTarget, 0, request.image.sizeBytes});
     co_await checkCancellation();
-    co_await require({"unmountDisk", "force", "/dev/" + card.id},
-                     "The selected SD card could not be unmounted.");
+    std::vector<std::string> unmount{"unmountDisk", "force", "/dev/" + card.id};
+    co_await require(std::move(unmount), "The selected SD card could not be unmounted.");
     co_return card;
 }
 
@@ -108,8 +109,8 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
     std::move(transferred).value();
     co_await checkCancellation();
     report({ejecting, imageSize, imageSize});
-    co_await require({"eject", "/dev/" + card.id},
-                     "The image was written, but the SD card could not be ejected.");
+    std::vector<std::string> eject{"eject", "/dev/" + card.id};
+    co_await require(std::move(eject), "The image was written, but the SD card could not be ejected.");
     report({completed, imageSize, imageSize});
 }
 
