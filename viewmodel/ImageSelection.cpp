@@ -31,7 +31,7 @@ SDImageFile inspect(const std::filesystem::path& url) {
     if (!status.isRegularFile || status.sizeBytes == 0)
         throw TesselError(TesselError::Case::imageUnavailable);
     if (const auto opened = ReadOnlyFile().open(url); !opened.isSuccess())
-        throw posixError("The file “" + url.string() + "” could not be opened", opened.error);
+        throw posixError("The file “" + printable(url.string()) + "” could not be opened", opened.error);
     return {.url = url, .sizeBytes = status.sizeBytes};
 }
 

@@ -47,7 +47,9 @@ bool noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk, Tim
         names.push_back(part->name);
         paths.push_back("/dev/" + part->name);
     }
-    const std::string answers = answersOf([&](int descriptor) { writeAnswers(paths, descriptor); }, deadline);
+    const bool isThereTime = deadline > std::chrono::steady_clock::now();
+    const std::string answers =
+        isThereTime ? answersOf([&](int descriptor) { writeAnswers(paths, descriptor); }, deadline) : "";
     for (size_t index = 0; index < names.size(); ++index) {
         if (index < answers.size() && answers[index] == inactive) continue;
         changeDevice(snapshot, names[index], [](KernelDevice& part) { part.isFileSystemActive = true; });

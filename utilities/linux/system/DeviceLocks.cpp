@@ -78,7 +78,7 @@ enum class Search {
 
 /// Looks for the file with this name in the table of locks, at this path and below it.
 Search findFile(const std::filesystem::path& path, const std::string& lockedFile, struct stat& file) {
-    if (lstat(path.c_str(), &file) != 0) return errno == EACCES ? Search::refused : Search::absent;
+    if (lstat(path.c_str(), &file) != 0) return errno == ENOENT ? Search::absent : Search::refused;
     if (nameInTable(file) == lockedFile) return Search::found;
     if (!S_ISDIR(file.st_mode) || fileSystemNumber(file.st_dev) != fileSystemOf(lockedFile))
         return Search::absent;

@@ -14,10 +14,10 @@ namespace tessel {
 
 namespace {
 
-/// Returns whether the error says that something isn't there; a device that is being removed answers the
-/// latter two.
+/// Returns whether the error says that something isn't there. A device that is being removed and a process
+/// that has ended have answers of their own.
 bool isAbsence(int error) {
-    return error == ENOENT || error == ENOTDIR || error == ENODEV || error == ENXIO;
+    return error == ENOENT || error == ENOTDIR || error == ENODEV || error == ENXIO || error == ESRCH;
 }
 
 int refuseUnlessAbsent(const char*, int error) {

@@ -33,7 +33,7 @@ DiskSnapshot LinuxSystem::read(const std::string& identifier) {
     const KernelDevice* disk = findListedDisk(snapshot, identifier);
     // This comes after the mounts, so that what was unmounted in between is not taken for mounted elsewhere.
     if (disk && !protectionOf(snapshot, *disk)) {
-        // Each unanswered question leaves a process behind.
+        // Each unanswered question leaves a process behind, so a kernel that stays silent is asked no more.
         const auto deadline = now() + (silences < mostSilences ? timeToAnswer : std::chrono::seconds(0));
         if (!noteActiveFileSystems(snapshot, *disk, deadline)) ++silences;
         readSequenceNumbersAgain(snapshot);
