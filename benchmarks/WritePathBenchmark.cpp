@@ -24,12 +24,12 @@
 #include "platform/BlockDevice.h"
 #include "platform/CollectingPipe.h"
 #include "platform/Process.h"
-#include "platform/RunLoop.h"
 #include "platform/concurrency/Background.h"
 #include "platform/linux/LoopDevice.h"
 #include "rehearsal/SimulatedReader.h"
 #include "services/DiskService.h"
 #include "services/ImageTransfer.h"
+#include "tests/support/RunLoop.h"
 
 namespace tessel::benchmark {
 

@@ -9,23 +9,6 @@
 
 namespace tessel {
 
-namespace {
-
-/// Resumes at once with the current task's stop token.
-struct CurrentToken {
-    std::stop_token token;
-
-    bool await_ready() const noexcept { return false; }
-    template <typename Promise>
-    bool await_suspend(std::coroutine_handle<Promise> task) {
-        token = task.promise().context.cancellation;
-        return false;
-    }
-    std::stop_token await_resume() { return std::move(token); }
-};
-
-}  // namespace
-
 std::thread startThread(std::function<void()> work) {
     try {
         return std::thread(std::move(work));
@@ -45,16 +28,15 @@ void sleepFor(std::chrono::nanoseconds duration, const std::stop_token& stop) {
     checkCancellation(stop);
 }
 
-Task<> checkCancellation() {
-    checkCancellation(co_await CurrentToken());
-}
-
-Task<> sleepFor(std::chrono::nanoseconds duration) {
-    co_await inBackground([duration](const std::stop_token& stop) { sleepFor(duration, stop); });
-}
-
-Task<bool> isCancelled() {
-    co_return (co_await CurrentToken()).stop_requested();
+void detail::Sleep::begin(const TaskContext& context, std::coroutine_handle<> task) {
+    cancellation = context.cancellation;
+    // The end of the duration and a stop may both come, but the task resumes once.
+    const auto isAsleep = std::make_shared<bool>(true);
+    const auto resume = [isAsleep, task] {
+        if (std::exchange(*isAsleep, false)) task.resume();
+    };
+    context.mainThread->postAfter(duration, resume);
+    wakeUp.emplace(cancellation, [mainThread = context.mainThread, resume] { mainThread->post(resume); });
 }
 
 }  // namespace tessel

@@ -2,6 +2,9 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
 #include <thread>
 #include <type_traits>
 
@@ -49,11 +52,70 @@ void checkCancellation(const std::stop_token& stop);
 /// Sleeps that long, or throws CancellationError as soon as a stop is requested. For blocking functions.
 void sleepFor(std::chrono::nanoseconds duration, const std::stop_token& stop);
 
-/// Do the same in a task, for its own cancellation.
-Task<> checkCancellation();
-Task<> sleepFor(std::chrono::nanoseconds duration);
+namespace detail {
 
-/// Tells whether the current task was cancelled.
-Task<bool> isCancelled();
+/// Resumes at once with the context of the current task.
+struct [[nodiscard]] CurrentContext {
+    TaskContext context = {};
+
+    bool await_ready() const noexcept { return false; }
+    template <typename Promise>
+    bool await_suspend(std::coroutine_handle<Promise> task) {
+        context = task.promise().context;
+        return false;
+    }
+    TaskContext await_resume() { return std::move(context); }
+};
+
+struct [[nodiscard]] CancellationCheck : CurrentContext {
+    void await_resume() const { tessel::checkCancellation(context.cancellation); }
+};
+
+struct [[nodiscard]] CancellationQuestion : CurrentContext {
+    bool await_resume() const { return context.cancellation.stop_requested(); }
+};
+
+/// Resumes after the duration, or as soon as a stop is requested.
+class [[nodiscard]] Sleep {
+  public:
+    explicit Sleep(std::chrono::nanoseconds duration) : duration(duration) {}
+
+    bool await_ready() const noexcept { return false; }
+    template <typename Promise>
+    void await_suspend(std::coroutine_handle<Promise> task) {
+        begin(task.promise().context, task);
+    }
+    void await_resume() {
+        wakeUp.reset();
+        tessel::checkCancellation(cancellation);
+    }
+
+  private:
+    void begin(const TaskContext& context, std::coroutine_handle<> task);
+
+    std::chrono::nanoseconds duration;
+    std::stop_token cancellation;
+    std::optional<std::stop_callback<std::function<void()>>> wakeUp;
+};
+
+}  // namespace detail
+
+/// Do the same in a task, for its own cancellation.
+inline detail::CancellationCheck checkCancellation() {
+    return {};
+}
+inline detail::Sleep sleepFor(std::chrono::nanoseconds duration) {
+    return detail::Sleep(duration);
+}
+
+/// Returns whether the current task was cancelled.
+inline detail::CancellationQuestion isCancelled() {
+    return {};
+}
+
+/// Returns the main thread and the cancellation of the current task.
+inline detail::CurrentContext currentContext() {
+    return {};
+}
 
 }  // namespace tessel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <memory>
@@ -8,7 +9,7 @@
 namespace tessel {
 
 /// Runs the program's coroutines on the one thread that owns its state: the thread of the window's event
-/// loop, or of a RunLoop where there is no window.
+/// loop, or of a plain loop where there is no window.
 class MainThread {
   public:
     virtual ~MainThread() = default;
@@ -16,6 +17,9 @@ class MainThread {
     /// Runs the work on the main thread, after everything posted earlier and never within this call. Drops
     /// work that is posted once the main thread has ended. May be called on any thread.
     virtual void post(std::function<void()> work) = 0;
+
+    /// Does the same once the delay has passed. Called on the main thread only.
+    virtual void postAfter(std::chrono::nanoseconds delay, std::function<void()> work) = 0;
 
     /// Runs the work on the main thread, waits for it, and throws what it threw; throws std::future_error if
     /// the main thread ended first. May be called on any other thread.

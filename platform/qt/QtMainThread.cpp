@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
+#include <QTimer>
+#include <chrono>
 #include <deque>
 #include <utility>
 
@@ -82,6 +84,11 @@ QtMainThread::~QtMainThread() {
 
 void QtMainThread::post(std::function<void()> work) {
     inbox->put(std::move(work));
+}
+
+void QtMainThread::postAfter(std::chrono::nanoseconds delay, std::function<void()> work) {
+    QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(delay), Qt::PreciseTimer,
+                       QCoreApplication::instance(), std::move(work));
 }
 
 void handleEventsUntil(const std::function<bool()>& isOver) {

@@ -16,6 +16,7 @@ class QtMainThread : public MainThread {
     ~QtMainThread() override;
 
     void post(std::function<void()> work) override;
+    void postAfter(std::chrono::nanoseconds delay, std::function<void()> work) override;
 
   private:
     class Inbox;

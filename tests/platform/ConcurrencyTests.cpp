@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "foundation/Errors.h"
-#include "platform/RunLoop.h"
 #include "platform/concurrency/Background.h"
+#include "tests/support/RunLoop.h"
 
 namespace tessel {
 
@@ -19,6 +19,14 @@ namespace {
 using namespace std::chrono_literals;
 
 const auto loop = std::make_shared<RunLoop>();
+
+Task<> sleep(std::chrono::nanoseconds duration) {
+    co_await sleepFor(duration);
+}
+
+Task<bool> wasCancelled() {
+    co_return co_await isCancelled();
+}
 
 }  // namespace
 
@@ -43,7 +51,7 @@ TEST(ConcurrencyTests, blockingWorkLearnsOfACancellationAndIsNeverCutShort) {
     });
     EXPECT_THROW(runUntilFinished(loop, work(isFinished), cancellation), CancellationError);
     canceller.join();
-    EXPECT_FALSE(runUntilFinished(loop, isCancelled())) << "it leaked into another task";
+    EXPECT_FALSE(runUntilFinished(loop, wasCancelled())) << "it leaked into another task";
 }
 
 TEST(ConcurrencyTests, aCancellationEndsASleepEarly) {
@@ -54,13 +62,13 @@ TEST(ConcurrencyTests, aCancellationEndsASleepEarly) {
     };
     startTask(loop, cancelLater(cancellation));
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_THROW(runUntilFinished(loop, sleepFor(1h), cancellation), CancellationError);
+    EXPECT_THROW(runUntilFinished(loop, sleep(1h), cancellation), CancellationError);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 10min);
 }
 
 TEST(ConcurrencyTests, aStartedTaskIsCancelledByItsHandleAndNotByDroppingIt) {
     const auto work = [](std::string& end) -> Task<> {
-        const auto slept = co_await outcomeOf(sleepFor(50ms));
+        const auto slept = co_await outcomeOf(sleep(50ms));
         end = slept.error() ? "cancelled" : "slept";
     };
     std::string dropped;
@@ -104,6 +112,7 @@ TEST(ConcurrencyTests, aCallOfTheMainThreadWaitsForIt) {
 TEST(ConcurrencyTests, aCallOfAMainThreadThatHasEndedIsAnError) {
     class EndedMainThread : public MainThread {
         void post(std::function<void()>) override {}
+        void postAfter(std::chrono::nanoseconds, std::function<void()>) override {}
     };
     EXPECT_THROW(EndedMainThread().call([] { ADD_FAILURE() << "nobody does this"; }), std::future_error);
 }

@@ -7,8 +7,8 @@
 
 #include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
-#include "platform/RunLoop.h"
 #include "tests/support/OpenResources.h"
+#include "tests/support/RunLoop.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel {

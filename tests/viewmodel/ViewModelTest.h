@@ -8,12 +8,12 @@
 #include <utility>
 
 #include "foundation/Text.h"
-#include "platform/RunLoop.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/SimulatedReader.h"
 #include "tests/support/FaultyDevice.h"
 #include "tests/support/MemoryDevice.h"
 #include "tests/support/OpenResources.h"
+#include "tests/support/RunLoop.h"
 #include "tests/support/TemporaryFolder.h"
 #include "viewmodel/TesselViewModel.h"
 
