@@ -48,10 +48,10 @@ Task<std::optional<SDWholeDisk>> DiskService::readDiskInfo(std::string identifie
 }
 
 Task<DiskSearch> DiskService::findAgain(SDWholeDisk expected) const {
+    co_await checkCancellation();
     DiskSearch search;
     while (!search.found && search.attempts < searchAttempts) {
         if (search.attempts > 0) co_await sleepFor(searchPause);
-        co_await checkCancellation();
         ++search.attempts;
         co_await lookFor(expected, search);
     }

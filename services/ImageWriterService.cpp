@@ -38,16 +38,6 @@ TesselError mapped(const std::exception_ptr& error) {
     return TesselError::commandFailed("The authorized image write failed: " + localizedDescription(error));
 }
 
-/// Blocks while the authorization prompt is open, since the prompt can't be withdrawn. A card opened after a
-/// stop was requested is closed at once.
-AuthorizedRawDiskHandle authorize(const RawDiskOpener& opener, const std::string& rawDevicePath,
-                                  const std::stop_token& stop) {
-    checkCancellation(stop);
-    auto handle = opener.openAuthorizedRawDisk(rawDevicePath);
-    checkCancellation(stop);
-    return handle;
-}
-
 /// Closes the card off the main thread, because that may take half a minute for a card in error recovery.
 Task<> close(AuthorizedRawDiskHandle handle) {
     co_await inBackground([&handle](const std::stop_token&) { handle.device.reset(); });
@@ -84,9 +74,7 @@ Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report
 Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
                                                     const ImageWriteProgressHandler& report) const {
     co_await verifyImageUnchanged(request.image);
-    co_await checkCancellation();
     auto card = co_await diskService.revalidateDisk(request.target);
-    co_await checkCancellation();
     if (card.sizeBytes < request.image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
     report({preparingTarget, 0, request.image.sizeBytes});
     co_await checkCancellation();
@@ -102,8 +90,9 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
     co_await checkCancellation();
     report({authorizingDevice, 0, imageSize});
     co_await checkCancellation();
+    // A stop does not end this wait, since the authorization prompt can't be withdrawn.
     auto handle = co_await inBackground(
-        [&](const std::stop_token& stop) { return authorize(opener, "/dev/r" + card.id, stop); });
+        [&](const std::stop_token&) { return opener.openAuthorizedRawDisk("/dev/r" + card.id); });
     auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, report));
     co_await outcomeOf(close(std::move(handle)));
     std::move(transferred).value();
@@ -118,12 +107,9 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
 Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
                                          const AuthorizedRawDiskHandle& handle,
                                          const ImageWriteProgressHandler& report) const {
-    co_await checkCancellation();
     const auto revalidated = co_await diskService.revalidateDisk(card);
-    co_await checkCancellation();
     if (!handle.hasCapacity(revalidated.sizeBytes)) throw TesselError(TesselError::Case::diskChanged);
     co_await verifyImageUnchanged(request.image);
-    co_await checkCancellation();
 
     const ImageTransfer transfer{.imageURL = request.image.url,
                                  .imageSize = request.image.sizeBytes,

@@ -102,13 +102,10 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
     auto& log = surroundings.log;
     const auto activity = surroundings.desktop.beginActivity("Writing and verifying an SD-card image");
     log.append("Revalidating /dev/" + target.id + " immediately before the destructive operation.");
-    co_await checkCancellation();
     const auto card = co_await revalidateTarget(target);
-    co_await checkCancellation();
     const auto inspected = co_await ImageSelection::inspectImage(image.url);
     if (inspected.sizeBytes != image.sizeBytes) throw TesselError(TesselError::Case::imageChanged);
     if (const auto reason = imageOnDiskText(image, card)) throw TesselError::commandFailed(*reason);
-    co_await checkCancellation();
 
     log.append("Writing " + image.displayName() + " to /dev/r" + card.id +
                ". All existing data on the SD card will be destroyed.");
@@ -117,7 +114,6 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
             "SHA-256 verification is enabled. Verification reads the written image length back through the "
             "same authorized raw-device descriptor.");
     }
-    co_await checkCancellation();
     const auto onFailure = [this](const std::exception_ptr& error) {
         if (!isCancellationRequested()) logFailure(error);
     };
