@@ -16,14 +16,14 @@ std::string systemNameSentence(const SDWholeDisk& disk) {
 }  // namespace
 
 std::string confirmationMessage(const TesselViewModel& viewModel) {
-    const auto* disk = viewModel.selectedDisk();
-    const auto& image = viewModel.selectedImage();
+    const auto* disk = viewModel.targets().selectedDisk();
+    const auto& image = viewModel.image().selectedImage();
     if (!image || !disk) return "Select an image and a recognized SD card before continuing.";
     return "WARNING: This will permanently erase all data on the recognized SD card /dev/" + disk->id + " (" +
            disk->mediaName + ", " + sizeOrUnknown(disk->sizeBytes) + ") and write " + image->displayName() +
            " (" + byteCountText(image->sizeBytes) + "). The operation cannot be undone. " +
-           (viewModel.verifyAfterWrite() ? "SHA-256 verification is enabled."
-                                         : "SHA-256 verification is disabled.") +
+           (viewModel.write().verifyAfterWrite() ? "SHA-256 verification is enabled."
+                                                 : "SHA-256 verification is disabled.") +
            " Administrator authentication will be requested after confirmation.\n\nUse at your own risk. The "
            "developer accepts no responsibility or liability for data loss, device damage, corrupted media, "
            "or failed or interrupted writes." +
@@ -31,14 +31,14 @@ std::string confirmationMessage(const TesselViewModel& viewModel) {
 }
 
 std::string confirmationButtonTitle(const TesselViewModel& viewModel) {
-    const auto* disk = viewModel.selectedDisk();
+    const auto* disk = viewModel.targets().selectedDisk();
     return disk ? "Erase and Write to " + disk->id : "Erase and Write";
 }
 
 StopQuestion stopQuestion(const TesselViewModel& viewModel) {
     const std::string quitting = "Velmora Tessel quits once the card is closed and ejected.";
-    const bool verifies = viewModel.verifyAfterWrite();
-    switch (viewModel.currentWritePhase().value_or(ImageWritePhase::preparingTarget)) {
+    const bool verifies = viewModel.write().verifyAfterWrite();
+    switch (viewModel.progress().currentWritePhase.value_or(ImageWritePhase::preparingTarget)) {
         case ImageWritePhase::preparingTarget:
         case ImageWritePhase::authorizingDevice:
             return {

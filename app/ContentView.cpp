@@ -119,7 +119,7 @@ void ContentView::render() {
     renderCards();
     focusMemory.settle(focused);
     reconsiderStopQuestion();
-    if (!viewModel->hasWriteTask()) closeIfWanted();
+    if (!viewModel->write().exists()) closeIfWanted();
 }
 
 void ContentView::renderCards() const {
@@ -135,7 +135,7 @@ void ContentView::renderCards() const {
 void ContentView::closeIfWanted() {
     if (closing == Closing::no) return;
     if (closing == Closing::afterLastWords) {
-        if (viewModel->hasWriteFailed()) {
+        if (viewModel->write().hasFailed()) {
             closing = Closing::no;
             return;
         }
@@ -179,7 +179,7 @@ void ContentView::showWriteConfirmation() {
 }
 
 void ContentView::closeEvent(QCloseEvent* event) {
-    if (!viewModel->hasWriteTask()) {
+    if (!viewModel->write().exists()) {
         // Each of these would keep the program running.
         viewModel->cancelImageChoice();
         for (auto* dialog : findChildren<QDialog*>())
@@ -188,7 +188,7 @@ void ContentView::closeEvent(QCloseEvent* event) {
     }
     event->ignore();
     if (closing != Closing::no || isAskingToStop()) return;
-    if (viewModel->canRequestStop()) {
+    if (viewModel->write().canRequestStop()) {
         askToStop();
     } else {
         closing = Closing::afterLastWords;
@@ -225,7 +225,7 @@ bool ContentView::isAskingToStop() const {
 /// once there is nothing to stop any more.
 void ContentView::reconsiderStopQuestion() {
     if (!isAskingToStop()) return;
-    const bool canStop = viewModel->canRequestStop();
+    const bool canStop = viewModel->write().canRequestStop();
     if (canStop && askedQuestion == stopQuestion(*viewModel)) return;
     stopAlert->close();
     if (canStop) askToStop();

@@ -39,7 +39,7 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
 }
 
 void ImageCard::render() const {
-    const auto& image = viewModel.selectedImage();
+    const auto& image = viewModel.image().selectedImage();
     selectButton->setEnabled(!viewModel.isBusy());
     fileRow->setValue(image ? QString::fromStdString(image->displayName()) : "No image selected");
     pathRow->setValue(image ? QString::fromStdString(image->displayPath()) : "Not selected");

@@ -67,22 +67,23 @@ LogCard::LogCard(TesselViewModel& viewModel) :
 
 void LogCard::render() const {
     renderStopButton();
-    clearButton->setEnabled(!viewModel.isBusy() && !viewModel.logLines().empty());
+    clearButton->setEnabled(!viewModel.isBusy() && !viewModel.log().logLines().empty());
     status->setText(liveStatusTitle(viewModel));
-    entryCount->setText(QString::number(viewModel.logLines().size()) + " entries");
-    logView->setLog(viewModel.logText(), viewModel.logLines().size());
+    entryCount->setText(QString::number(viewModel.log().logLines().size()) + " entries");
+    logView->setLog(viewModel.log().logText(), viewModel.log().logLines().size());
 }
 
 void LogCard::renderStopButton() const {
-    const bool isStopping = viewModel.isCancellationRequested();
+    const bool isStopping = viewModel.write().isCancellationRequested();
     const bool isWriting = viewModel.state().kind == TesselOperationState::Case::writingImage;
-    stopButton->setVisible(viewModel.hasWriteTask() && isWriting);
-    stopButton->setEnabled(viewModel.canRequestStop());
+    stopButton->setVisible(viewModel.write().exists() && isWriting);
+    stopButton->setEnabled(viewModel.write().canRequestStop());
     stopButton->setText(isStopping ? stoppingTitle : "Stop");
-    stopButton->setToolTip(
-        isStopping ? "The operation is stopping and the SD card will be ejected when possible."
-        : viewModel.canRequestStop() ? "Stop at the next safe checkpoint and eject the SD card when possible."
-                                     : "The operation is ejecting and can no longer be interrupted safely.");
+    stopButton->setToolTip(isStopping
+                               ? "The operation is stopping and the SD card will be ejected when possible."
+                           : viewModel.write().canRequestStop()
+                               ? "Stop at the next safe checkpoint and eject the SD card when possible."
+                               : "The operation is ejecting and can no longer be interrupted safely.");
 }
 
 }  // namespace tessel

@@ -66,14 +66,15 @@ void ProgressCard::render() const {
     status->setText(liveStatusTitle(viewModel));
     status->setLook(
         {.font = FontRole::caption, .tone = statusColor(viewModel.state()), .weight = QFont::DemiBold});
-    phase->setText(viewModel.isCancellationRequested() ? stoppingTitle
-                                                       : QString::fromStdString(viewModel.writePhaseTitle()));
+    phase->setText(viewModel.write().isCancellationRequested()
+                       ? stoppingTitle
+                       : QString::fromStdString(viewModel.progress().writePhaseTitle));
     overall.display(viewModel.overallWorkflowProgress());
-    writing.display(viewModel.sdPreparationAndWriteProgress());
-    detail->setText(QString::fromStdString(viewModel.writeProgressDetail()));
+    writing.display(viewModel.progress().sdPreparationAndWriteProgress);
+    detail->setText(QString::fromStdString(viewModel.progress().writeProgressDetail));
     // Its line is kept free during a write, so that nothing moves when there is something to say.
-    transferRate->setVisible(viewModel.hasWriteTask());
-    transferRate->setText(QString::fromStdString(viewModel.writeTransferRate()));
+    transferRate->setVisible(viewModel.write().exists());
+    transferRate->setText(QString::fromStdString(viewModel.progress().writeTransferRate));
     hint->setText(progressHint(viewModel));
     hint->setVisible(!hint->text().isEmpty());
 }

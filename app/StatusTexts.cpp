@@ -43,13 +43,13 @@ Tone statusColor(const TesselOperationState& state) {
 }
 
 QString liveStatusTitle(const TesselViewModel& viewModel) {
-    return viewModel.isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
+    return viewModel.write().isCancellationRequested() ? stoppingTitle : statusTitle(viewModel.state());
 }
 
 QString progressHint(const TesselViewModel& viewModel) {
-    const bool isAsking = viewModel.currentWritePhase() == ImageWritePhase::authorizingDevice;
-    if (!viewModel.isCancellationRequested() || !isAsking)
-        return QString::fromStdString(viewModel.writeHint());
+    const bool isAsking = viewModel.progress().currentWritePhase == ImageWritePhase::authorizingDevice;
+    if (!viewModel.write().isCancellationRequested() || !isAsking)
+        return QString::fromStdString(viewModel.progress().writeHint);
     return "The dialog that asks for the password can't be withdrawn. Answer or cancel it, and the operation "
            "stops.";
 }
@@ -57,17 +57,17 @@ QString progressHint(const TesselViewModel& viewModel) {
 QString announcement(const TesselViewModel& viewModel) {
     const auto& state = viewModel.state();
     const auto hint = progressHint(viewModel);
-    if (!viewModel.hasWriteTask()) {
+    if (!viewModel.write().exists()) {
         QStringList sentences;
         if (state.writeOutcome == WriteOutcome::failed)
-            sentences << QString::fromStdString(viewModel.writeProgressDetail());
+            sentences << QString::fromStdString(viewModel.progress().writeProgressDetail);
         if (state.writeOutcome && !hint.isEmpty()) sentences << hint;
         return sentences.isEmpty() ? statusTitle(state) : statusTitle(state) + ". " + sentences.join(" ");
     }
-    if (viewModel.isCancellationRequested()) return QString(stoppingTitle) + ". " + hint;
+    if (viewModel.write().isCancellationRequested()) return QString(stoppingTitle) + ". " + hint;
     const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
-    const auto title = QString::fromStdString(viewModel.writePhaseTitle());
-    const auto phase = viewModel.currentWritePhase();
+    const auto title = QString::fromStdString(viewModel.progress().writePhaseTitle);
+    const auto phase = viewModel.progress().currentWritePhase;
     const bool countsBytes =
         phase == ImageWritePhase::writingImage || phase == ImageWritePhase::verifyingImage;
     return countsBytes && quarters > 0 ? title + ", more than " + percentText(quarters) : title;
@@ -79,7 +79,7 @@ QString percentText(double fraction) {
 
 QString liveWindowTitle(const TesselViewModel& viewModel) {
     QString title = "Velmora Tessel";
-    if (!viewModel.hasWriteTask()) return title;
+    if (!viewModel.write().exists()) return title;
     return percentText(viewModel.overallWorkflowProgress()) + " – " + title;
 }
 

@@ -117,13 +117,14 @@ void TargetCard::expandDetails(bool expand) {
 }
 
 void TargetCard::followDisks() {
-    if (viewModel.disks() == followedDisks) return;
-    followedDisks = viewModel.disks();
+    if (viewModel.targets().disks() == followedDisks) return;
+    followedDisks = viewModel.targets().disks();
     reconcileInspectedDisk();
 }
 
 void TargetCard::reconcileInspectedDisk() {
-    setInspectedDisk(reconciledInspection(inspectedDiskID, viewModel.selectedDiskID(), listedDisks()));
+    setInspectedDisk(
+        reconciledInspection(inspectedDiskID, viewModel.targets().selectedDiskID(), listedDisks()));
 }
 
 void TargetCard::setInspectedDisk(std::optional<std::string> diskID) {
@@ -133,13 +134,13 @@ void TargetCard::setInspectedDisk(std::optional<std::string> diskID) {
 }
 
 std::vector<SDWholeDisk> TargetCard::listedDisks() const {
-    return visibleDisks(viewModel.disks(), showAllDisks, diskSortField, diskSortAscending);
+    return visibleDisks(viewModel.targets().disks(), showAllDisks, diskSortField, diskSortAscending);
 }
 
 const SDWholeDisk* TargetCard::inspectedDisk() const {
     if (!inspectedDiskID) return nullptr;
-    const auto found = std::ranges::find(viewModel.disks(), *inspectedDiskID, &SDWholeDisk::id);
-    return found == viewModel.disks().end() ? nullptr : &*found;
+    const auto found = std::ranges::find(viewModel.targets().disks(), *inspectedDiskID, &SDWholeDisk::id);
+    return found == viewModel.targets().disks().end() ? nullptr : &*found;
 }
 
 void TargetCard::render() const {
@@ -150,13 +151,13 @@ void TargetCard::render() const {
 
     table->setVisible(!listed.empty());
     table->display({.disks = listed,
-                    .selectedTargetID = viewModel.selectedDiskID(),
+                    .selectedTargetID = viewModel.targets().selectedDiskID(),
                     .inspectedDiskID = inspectedDiskID,
                     .isBusy = viewModel.isBusy(),
                     .sortField = diskSortField,
                     .sortAscending = diskSortAscending});
     emptyNote->setVisible(listed.empty());
-    emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.disks().size())));
+    emptyLabel->setText(QString::fromStdString(emptyTableText(viewModel.targets().disks().size())));
     renderDetails();
 }
 
@@ -174,7 +175,7 @@ void TargetCard::renderRefreshButton() const {
 void TargetCard::renderCounts(const std::vector<SDWholeDisk>& listed) const {
     const auto selectable = static_cast<size_t>(std::ranges::count_if(
         listed, [](const SDWholeDisk& disk) { return !eligibilityFailureReason(disk); }));
-    const auto hidden = viewModel.disks().size() - listed.size();
+    const auto hidden = viewModel.targets().disks().size() - listed.size();
     shownCount->setText(countText(listed.size(), "shown"));
     selectableCount->setText(countText(selectable, "selectable"));
     selectableCount->setLook(
@@ -189,7 +190,7 @@ void TargetCard::renderDetails() const {
     noDetails->setVisible(!disk);
     if (!disk) return;
     details->display({.disk = *disk,
-                      .isSelectedTarget = disk->id == viewModel.selectedDiskID(),
+                      .isSelectedTarget = disk->id == viewModel.targets().selectedDiskID(),
                       .isExpanded = isDiskDetailsExpanded});
 }
 

@@ -24,6 +24,11 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
     dialog->open();
 }
 
+ImageWriterService makeWriterService(const Application::Disks& disks) {
+    return {DiskService(disks.utilities.diskUtility),
+            RawDiskOpener(disks.utilities.authorizationUtility, disks.makeDevice)};
+}
+
 }  // namespace
 
 VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
@@ -31,8 +36,8 @@ VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
     qtDesktop(showAlert),
     model(TesselViewModel::create({.mainThread = thread,
                                    .desktop = qtDesktop,
-                                   .utilities = disks.utilities,
-                                   .makeDevice = disks.makeDevice})),
+                                   .diskService = DiskService(disks.utilities.diskUtility),
+                                   .imageWriterService = makeWriterService(disks)})),
     contentView(model) {
     qtDesktop.setWindow(&contentView);
     if (disks.watch) diskWatch = disks.watch([this] { model->noteDiskChange(); });
@@ -42,7 +47,7 @@ int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {
     terminationSignal.handle([this] { contentView.closeWhenWriteEnds(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, &contentView, [this](QSessionManager&) {
         contentView.closeWhenWriteEnds();
-        handleEventsUntil([this] { return !model->hasWriteTask(); });
+        handleEventsUntil([this] { return !model->write().exists(); });
     });
     contentView.show();
     const int status = QApplication::exec();

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "app/ContentView.h"
+#include "platform/SystemUtilities.h"
 #include "platform/qt/QtDesktop.h"
 #include "viewmodel/TesselViewModel.h"
 

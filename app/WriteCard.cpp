@@ -78,8 +78,8 @@ void WriteCard::buildContent() {
 }
 
 void WriteCard::render() const {
-    const auto* target = viewModel.selectedDisk();
-    const auto& image = viewModel.selectedImage();
+    const auto* target = viewModel.targets().selectedDisk();
+    const auto& image = viewModel.image().selectedImage();
     targetHint->setVisible(!target);
     targetRow->setVisible(target);
     if (target) targetRow->setValue(QString::fromStdString(target->displaySummary()));
@@ -88,7 +88,7 @@ void WriteCard::render() const {
         imageRow->setValue(
             QString::fromStdString(image->displayName() + " · " + byteCountText(image->sizeBytes)));
     }
-    verifySwitch->setChecked(viewModel.verifyAfterWrite());
+    verifySwitch->setChecked(viewModel.write().verifyAfterWrite());
     verifySwitch->setEnabled(!viewModel.isBusy());
     writeButton->setEnabled(viewModel.canStartWrite());
     const auto hint = image && target ? imageOnDiskText(*image, *target) : std::nullopt;

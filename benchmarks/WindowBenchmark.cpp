@@ -99,7 +99,7 @@ struct Play {
     Task<> run() {
         try {
             auto& viewModel = application.viewModel();
-            while (viewModel.disks().empty())
+            while (viewModel.targets().disks().empty())
                 co_await sleepFor(std::chrono::milliseconds(100));
             isScanning = true;
             viewModel.refreshDisks();
@@ -125,7 +125,7 @@ void measureTurns(TerminationSignal& terminationSignal) {
 
     Play play{application};
     const LongestTurn scanning([&] { return play.isScanning; });
-    const LongestTurn writing([&] { return application.viewModel().hasWriteTask(); });
+    const LongestTurn writing([&] { return application.viewModel().write().exists(); });
     startTask(application.mainThread(), play.run());
     application.run(terminationSignal);
     if (play.error) std::rethrow_exception(play.error);

@@ -255,7 +255,7 @@ void compareScan(const Workshop& workshop, const fs::path& programs) {
     double theirs = 1e9;
     for (int scan = 0; scan < scans; ++scan) {
         ours = std::min(ours, secondsOf([&] {
-                            const DiskService service(reader.utilities());
+                            const DiskService service(reader.utilities().diskUtility);
                             const auto disks =
                                 runUntilFinished(std::make_shared<RunLoop>(), service.scanDisks());
                             if (disks.size() != 64) throw std::runtime_error("a disk is missing");

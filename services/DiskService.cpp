@@ -27,7 +27,7 @@ TesselError notFound(const DiskSearch& search) {
 
 Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
                                              std::chrono::seconds timeout) const {
-    Command command{.executable = utilities.diskUtility,
+    Command command{.executable = diskUtility,
                     .arguments = std::move(arguments),
                     .environment = {{"LC_ALL", "C"}}};
     co_return co_await CommandRunner().run(std::move(command), timeout);

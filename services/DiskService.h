@@ -2,14 +2,15 @@
 
 #include <chrono>
 #include <exception>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/DiskLayout.h"
 #include "model/SDWholeDisk.h"
 #include "model/TesselError.h"
-#include "platform/SystemUtilities.h"
 #include "platform/concurrency/Task.h"
 #include "services/CommandRunner.h"
 #include "services/DiskPropertyLists.h"
@@ -33,7 +34,7 @@ struct DiskSearch {
 /// from fresh output and runs its commands strictly one after another.
 class DiskService {
   public:
-    explicit DiskService(SystemUtilities utilities) : utilities(std::move(utilities)) {}
+    explicit DiskService(std::filesystem::path diskUtility) : diskUtility(std::move(diskUtility)) {}
 
     /// Runs the disk utility. A non-zero status is a result, not an error.
     Task<CommandResult> runDiskutil(std::vector<std::string> arguments, std::chrono::seconds timeout) const;
@@ -69,7 +70,7 @@ class DiskService {
   private:
     Task<> lookFor(const SDWholeDisk& expected, DiskSearch& search) const;
 
-    SystemUtilities utilities;
+    std::filesystem::path diskUtility;
 };
 
 }  // namespace tessel

@@ -10,8 +10,10 @@
 
 namespace tessel {
 
-ImageSource::ImageSource(const std::filesystem::path& url, uint64_t expectedSize) :
-    expectedSize(expectedSize) {
+namespace {
+
+ReadOnlyFile openImageForReading(const std::filesystem::path& url, uint64_t expectedSize) {
+    ReadOnlyFile file;
     if (const auto opened = file.open(url); !opened.isSuccess()) {
         throw TesselError::commandFailed(
             "The selected image could not be opened by the application process: " +
@@ -23,7 +25,14 @@ ImageSource::ImageSource(const std::filesystem::path& url, uint64_t expectedSize
             "The selected image metadata could not be read: " + systemErrorText(size.error) + ".");
     }
     if (size.value != expectedSize) throw TesselError(TesselError::Case::imageChanged);
+    return file;
 }
+
+}  // namespace
+
+ImageSource::ImageSource(const std::filesystem::path& url, uint64_t expectedSize) :
+    file(openImageForReading(url, expectedSize)),
+    expectedSize(expectedSize) {}
 
 void ImageSource::read(std::span<std::byte> bytes, uint64_t offset) const {
     try {

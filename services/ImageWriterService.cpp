@@ -45,38 +45,30 @@ Task<> close(AuthorizedRawDiskHandle handle) {
 
 }  // namespace
 
-Task<> ImageWriterService::write(Write request, ImageWriteProgressHandler report) const {
+Task<> ImageWriterService::write(Write request, ImageWriteListener& listener) const {
     co_await checkCancellation();
     if (const auto reason = protectionText(request.target)) throw TesselError::unsafeDisk(*reason);
 
-    auto prepared = co_await outcomeOf(prepareTarget(request, report));
+    auto prepared = co_await outcomeOf(prepareTarget(request, listener));
     if (prepared.error()) throw co_await isCancelled() ? cancelled() : mapped(prepared.error());
 
     const auto card = std::move(prepared).value();
-    const auto written = co_await outcomeOf(writeUnmountedCard(request, card, report));
+    const auto written = co_await outcomeOf(writeUnmountedCard(request, card, listener));
     if (written.error()) {
         const auto error = mapped(written.error());
-        request.onFailure(std::make_exception_ptr(error));
-        // The person is about to pull the card, so a stop does not interrupt this eject, and its own failure
-        // is not reported.
-        std::vector<std::string> eject{"eject", "/dev/" + card.id};
-        const auto ejected = co_await outcomeOf(require(std::move(eject), ""));
-        if (!ejected.error()) {
-            request.onEjected();
-        } else if (co_await diskService.isGone(card.id)) {
-            request.onDiskGone();
-        }
+        listener.onFailure(error);
+        co_await ejectWhenPossible(card, listener);
         throw co_await isCancelled() ? cancelled() : error;
     }
 }
 
 /// Takes all the steps up to the unmount. A failure here leaves the card as it was.
 Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
-                                                    const ImageWriteProgressHandler& report) const {
+                                                    ImageWriteListener& listener) const {
     co_await verifyImageUnchanged(request.image);
     auto card = co_await diskService.revalidateDisk(request.target);
     if (card.sizeBytes < request.image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
-    report({preparingTarget, 0, request.image.sizeBytes});
+    listener.onProgress({preparingTarget, 0, request.image.sizeBytes});
     co_await checkCancellation();
     std::vector<std::string> unmount{"unmountDisk", "force", "/dev/" + card.id};
     co_await require(std::move(unmount), "The selected SD card could not be unmounted.");
@@ -85,28 +77,28 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
 
 /// Takes all the steps after the unmount. A failure here is followed by an eject.
 Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWholeDisk& card,
-                                              const ImageWriteProgressHandler& report) const {
+                                              ImageWriteListener& listener) const {
     const auto imageSize = request.image.sizeBytes;
     co_await checkCancellation();
-    report({authorizingDevice, 0, imageSize});
+    listener.onProgress({authorizingDevice, 0, imageSize});
     co_await checkCancellation();
     // A stop does not end this wait, since the authorization prompt can't be withdrawn.
     auto handle = co_await inBackground(
         [&](const std::stop_token&) { return opener.openAuthorizedRawDisk("/dev/r" + card.id); });
-    auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, report));
+    auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, listener));
     co_await outcomeOf(close(std::move(handle)));
     std::move(transferred).value();
     co_await checkCancellation();
-    report({ejecting, imageSize, imageSize});
+    listener.onProgress({ejecting, imageSize, imageSize});
     std::vector<std::string> eject{"eject", "/dev/" + card.id};
     co_await require(std::move(eject), "The image was written, but the SD card could not be ejected.");
-    report({completed, imageSize, imageSize});
+    listener.onProgress({completed, imageSize, imageSize});
 }
 
 /// Proves that the open card is still the same one, and writes the image to it.
 Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
                                          const AuthorizedRawDiskHandle& handle,
-                                         const ImageWriteProgressHandler& report) const {
+                                         ImageWriteListener& listener) const {
     const auto revalidated = co_await diskService.revalidateDisk(card);
     if (!handle.hasCapacity(revalidated.sizeBytes)) throw TesselError(TesselError::Case::diskChanged);
     co_await verifyImageUnchanged(request.image);
@@ -115,11 +107,24 @@ Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk
                                  .imageSize = request.image.sizeBytes,
                                  .handle = handle,
                                  .verify = request.verify};
+    const auto context = co_await currentContext();
     const auto reportOnMainThread = [&](const ImageWriteProgress& progress) {
-        mainThread->call([&] { report(progress); });
+        context.mainThread->call([&] { listener.onProgress(progress); });
     };
     co_await inBackground(
         [&](const std::stop_token& stop) { writeImage(transfer, stop, reportOnMainThread); });
+}
+
+/// Ejects the card that could not be written. The user is about to pull it, so a stop does not interrupt
+/// this, and its own failure is not reported.
+Task<> ImageWriterService::ejectWhenPossible(const SDWholeDisk& card, ImageWriteListener& listener) const {
+    std::vector<std::string> eject{"eject", "/dev/" + card.id};
+    const auto ejected = co_await outcomeOf(require(std::move(eject), ""));
+    if (!ejected.error()) {
+        listener.onEjected(card);
+    } else if (co_await diskService.isGone(card.id)) {
+        listener.onDiskGone();
+    }
 }
 
 /// Runs a disk-utility command, and throws commandFailed if it does not succeed.

@@ -11,14 +11,12 @@
 
 namespace tessel {
 
-/// Holds the image that is to be written. Use it on the main thread only.
+/// The image that is to be written. Use it on the main thread only.
 class ImageSelection {
   public:
-    explicit ImageSelection(const std::function<void()>& onChange) : chosen(onChange, std::nullopt) {}
+    explicit ImageSelection(const std::function<void()>& onChange) : selectedImage(onChange, std::nullopt) {}
 
-    [[nodiscard]] const std::optional<SDImageFile>& selectedImage() const { return chosen(); }
-
-    void select(const SDImageFile& image) { chosen = image; }
+    Published<std::optional<SDImageFile>> selectedImage;
 
     /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise,
     /// and CancellationError as soon as a stop is requested, since the disk of the image may never answer.
@@ -26,11 +24,8 @@ class ImageSelection {
     /// Does the same with the file that the path leads to once its links are resolved.
     static Task<SDImageFile> inspectLinkedImage(std::filesystem::path url);
 
-    /// Describes the panel that asks the person for an image.
+    /// Describes the panel that asks the user for an image.
     static Desktop::OpenPanel openPanel();
-
-  private:
-    Published<std::optional<SDImageFile>> chosen;
 };
 
 }  // namespace tessel

@@ -14,27 +14,26 @@ namespace tessel {
 /// it on the main thread only.
 class OperationLog {
   public:
-    explicit OperationLog(const std::function<void()>& onChange) : published(onChange, {}) {}
+    explicit OperationLog(const std::function<void()>& onChange) : logLines(onChange, {}) {}
 
-    void append(const std::string& message);
-    /// Appends "Error: " and the sentence that describes the error.
-    void append(const std::exception_ptr& error);
-    void clear();
-
-    [[nodiscard]] const std::vector<std::string>& lines() const { return published(); }
+    Published<std::vector<std::string>> logLines;
 
     /// Returns all lines as one text, or a placeholder if the log is empty. After the log has grown, this
     /// costs no more than the new lines do.
-    [[nodiscard]] const std::string& text() const;
+    [[nodiscard]] const std::string& logText() const;
+
+    void appendLog(const std::string& message);
+    /// Appends "Error: " and the sentence that describes the error.
+    void appendLog(const std::exception_ptr& error);
+    void clear();
 
   private:
-    /// Holds the first lines of the log, already joined.
+    /// The first lines of the log, already joined.
     struct JoinedLines {
         std::string text;
         size_t count = 0;
     };
 
-    Published<std::vector<std::string>> published;
     mutable JoinedLines joined;
 };
 

@@ -12,26 +12,26 @@ const SDWholeDisk* TargetSelection::selectedDisk() const {
     return found == disks().end() ? nullptr : &*found;
 }
 
-void TargetSelection::replaceDisks(std::vector<SDWholeDisk> disks, const SleepWatch& sinceScan) {
-    scanned = std::move(disks);
+void TargetSelection::replaceDisks(std::vector<SDWholeDisk> scanned, const SleepWatch& sinceScan) {
+    disks = std::move(scanned);
     sleepWatch = sinceScan;
-    const bool isStillEligible = std::ranges::any_of(scanned(), [this](const SDWholeDisk& disk) {
+    const bool isStillEligible = std::ranges::any_of(disks(), [this](const SDWholeDisk& disk) {
         return disk.id == selectedDiskID() && !eligibilityFailureReason(disk);
     });
-    if (!isStillEligible) targetID = "";
+    if (!isStillEligible) selectedDiskID = "";
 }
 
 const SDWholeDisk* TargetSelection::select(const std::string& id) {
     const auto disk = std::ranges::find(disks(), id, &SDWholeDisk::id);
     if (disk == disks().end() || eligibilityFailureReason(*disk)) return nullptr;
-    targetID = id;
+    selectedDiskID = id;
     return &*disk;
 }
 
 void TargetSelection::forget(const std::string& id) {
-    targetID = "";
-    scanned.modify(
-        [&id](auto& disks) { std::erase_if(disks, [&id](const auto& disk) { return disk.id == id; }); });
+    selectedDiskID = "";
+    disks.modify(
+        [&id](auto& listed) { std::erase_if(listed, [&id](const auto& disk) { return disk.id == id; }); });
 }
 
 }  // namespace tessel

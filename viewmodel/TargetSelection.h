@@ -10,23 +10,23 @@
 
 namespace tessel {
 
-/// Holds the disks that the last scan found, and the one among them that is to be written. Only a disk that
+/// The disks that the last scan found, and the one among them that is to be written. Only a disk that
 /// may be written to can be the target. Use it on the main thread only.
 class TargetSelection {
   public:
     explicit TargetSelection(const std::function<void()>& onChange) :
-        scanned(onChange, {}),
-        targetID(onChange, "") {}
+        disks(onChange, {}),
+        selectedDiskID(onChange, "") {}
 
-    [[nodiscard]] const std::vector<SDWholeDisk>& disks() const { return scanned(); }
-    /// Returns the target's identifier, or an empty text if there is no target.
-    [[nodiscard]] const std::string& selectedDiskID() const { return targetID(); }
+    Published<std::vector<SDWholeDisk>> disks;  ///< in the order of the scan
+    Published<std::string> selectedDiskID;      ///< of the target; empty if there is none
+
     /// Returns the target, or null.
     [[nodiscard]] const SDWholeDisk* selectedDisk() const;
 
     /// Takes the disks of a scan, in their order. Keeps the target if a disk of that name may still be
     /// written to. Requires: the watch was made before the scan began.
-    void replaceDisks(std::vector<SDWholeDisk> disks, const SleepWatch& sinceScan);
+    void replaceDisks(std::vector<SDWholeDisk> scanned, const SleepWatch& sinceScan);
 
     /// Returns whether the computer has slept since the scan, when readers do not notice that their card is
     /// exchanged.
@@ -40,8 +40,6 @@ class TargetSelection {
     void forget(const std::string& id);
 
   private:
-    Published<std::vector<SDWholeDisk>> scanned;
-    Published<std::string> targetID;
     SleepWatch sleepWatch;
 };
 

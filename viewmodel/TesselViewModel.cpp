@@ -1,8 +1,8 @@
 #include "viewmodel/TesselViewModel.h"
 
 #include <algorithm>
-#include <chrono>
 #include <exception>
+#include <utility>
 
 #include "foundation/ByteCount.h"
 #include "foundation/Errors.h"
@@ -14,15 +14,15 @@ namespace tessel {
 
 using enum TesselOperationState::Case;
 
-std::shared_ptr<TesselViewModel> TesselViewModel::create(const Environment& environment) {
-    return std::shared_ptr<TesselViewModel>(new TesselViewModel(environment));
+std::shared_ptr<TesselViewModel> TesselViewModel::create(Environment environment) {
+    return std::shared_ptr<TesselViewModel>(new TesselViewModel(std::move(environment)));
 }
 
-TesselViewModel::TesselViewModel(const Environment& environment) :
-    mainThread(environment.mainThread),
+TesselViewModel::TesselViewModel(Environment environment) :
+    mainThread(std::move(environment.mainThread)),
     desktop(environment.desktop),
-    diskService(environment.utilities),
-    imageWriterService(environment.mainThread, environment.utilities, environment.makeDevice) {}
+    diskService(std::move(environment.diskService)),
+    imageWriterService(std::move(environment.imageWriterService)) {}
 
 /// Starts an operation. Once it has begun it keeps the view model alive, so that it always reaches its end.
 template <typename... Arguments>
@@ -37,7 +37,7 @@ TaskHandle TesselViewModel::start(Task<> (TesselViewModel::*operation)(Arguments
 }
 
 void TesselViewModel::clearLog() {
-    if (!isBusy()) log.clear();
+    if (!isBusy()) operationLog.clear();
 }
 
 void TesselViewModel::refreshDisks() {
@@ -45,7 +45,7 @@ void TesselViewModel::refreshDisks() {
     hasStartedScan = true;
     disksChanged = false;
     operationState = TesselOperationState{.kind = scanningDisks};
-    log.append(systemWords().scanStarted);
+    operationLog.appendLog(systemWords().scanStarted);
     start(&TesselViewModel::scanDisks);
 }
 
@@ -54,23 +54,23 @@ Task<> TesselViewModel::scanDisks() {
     auto scan = co_await outcomeOf(diskService.scanDisks());
     if (scan.error()) {
         operationState = TesselOperationState::failed("Disk scan failed");
-        log.append(scan.error());
+        operationLog.appendLog(scan.error());
         co_return;
     }
-    targets.replaceDisks(std::move(scan).value(), sinceScan);
-    const auto summary = ScanSummary::of(disks());
+    targetSelection.replaceDisks(std::move(scan).value(), sinceScan);
+    const auto summary = ScanSummary::of(targetSelection.disks());
     operationState = summary.state;
     for (const auto& message : summary.messages)
-        log.append(message);
+        operationLog.appendLog(message);
 }
 
 void TesselViewModel::selectDisk(const std::string& id) {
-    const auto* disk = isBusy() ? nullptr : targets.select(id);
+    const auto* disk = isBusy() ? nullptr : targetSelection.select(id);
     if (!disk) return;
-    progress.reset();
+    currentWrite.resetWriteProgress();
     operationState = TesselOperationState::completed("Target " + id + " selected");
-    log.append("Selected SD-card target: " + disk->displaySummary() + " · " + disk->partitionCountText() +
-               ".");
+    operationLog.appendLog("Selected SD-card target: " + disk->displaySummary() + " · " +
+                           disk->partitionCountText() + ".");
 }
 
 void TesselViewModel::chooseImage() {
@@ -100,64 +100,52 @@ void TesselViewModel::cancelImageChoice() {
 Task<> TesselViewModel::takeImage(Task<SDImageFile> inspection) {
     try {
         const auto selected = co_await std::move(inspection);
-        image.select(selected);
-        progress.reset();
+        imageSelection.selectedImage = selected;
+        currentWrite.resetWriteProgress();
         operationState = TesselOperationState::completed("Disk image selected");
-        log.append("Selected image: " + selected.displayPath() + " (" + byteCountText(selected.sizeBytes) +
-                   ").");
-        log.append(
+        operationLog.appendLog("Selected image: " + selected.displayPath() + " (" +
+                               byteCountText(selected.sizeBytes) + ").");
+        operationLog.appendLog(
             "The selected file extension is supported. Confirm that the file contains the intended raw disk "
             "image before writing.");
     } catch (const CancellationError&) {
         noteCancelledChoice();
     } catch (const std::exception&) {
         operationState = TesselOperationState::failed("Image selection failed");
-        log.append(std::current_exception());
+        operationLog.appendLog(std::current_exception());
     }
 }
 
 void TesselViewModel::noteCancelledChoice() {
     operationState = TesselOperationState();
-    log.append("Image selection was cancelled.");
+    operationLog.appendLog("Image selection was cancelled.");
 }
 
 void TesselViewModel::setVerifyAfterWrite(bool verify) {
-    if (!isBusy()) verifies = verify;
+    if (!isBusy()) currentWrite.verifyAfterWrite = verify;
 }
 
 bool TesselViewModel::canStartWrite() const {
-    const auto& chosen = selectedImage();
-    const auto* target = selectedDisk();
+    const auto& chosen = image().selectedImage();
+    const auto* target = targets().selectedDisk();
     return chosen && target && !isBusy() && !eligibilityFailureReason(*target) && chosen->sizeBytes != 0 &&
            target->sizeBytes >= chosen->sizeBytes;
 }
 
 void TesselViewModel::startWrite() {
-    if (hasWriteTask() || isBusy()) return;
-    writeTask.prepare();
-    writeTask.begin(start(&TesselViewModel::performWrite));
+    if (write().exists() || isBusy()) return;
+    currentWrite.begin(start(&TesselViewModel::performWrite));
 }
 
 Task<> TesselViewModel::performWrite() {
-    co_await writeTask.perform(verifyAfterWrite(),
-                               [weakViewModel = weak_from_this()](const ImageWriteProgress& report) {
-                                   if (const auto viewModel = weakViewModel.lock())
-                                       viewModel->applyWriteProgress(report);
-                               });
-}
-
-void TesselViewModel::applyWriteProgress(const ImageWriteProgress& report) {
-    // The words about the stop remain until the outcome replaces them.
-    if (isCancellationRequested()) return progress.notePhase(report.phase);
-    if (const auto message = progress.show(report, std::chrono::steady_clock::now())) log.append(*message);
+    co_await currentWrite.performWrite();
 }
 
 double TesselViewModel::overallWorkflowProgress() const {
-    if (isSuccessfulCompletion()) return 1.0;
-    if (state().kind == writingImage || writeOperationProgress() > 0) {
-        return std::min(0.4 + 0.6 * writeOperationProgress(), 1.0);
-    }
-    return (selectedImage() ? 0.2 : 0.0) + (selectedDisk() ? 0.2 : 0.0);
+    if (state().isSuccessfulCompletion()) return 1.0;
+    const double written = progress().writeOperationProgress;
+    if (state().kind == writingImage || written > 0) return std::min(0.4 + 0.6 * written, 1.0);
+    return (image().selectedImage() ? 0.2 : 0.0) + (targets().selectedDisk() ? 0.2 : 0.0);
 }
 
 }  // namespace tessel

@@ -101,62 +101,29 @@ std::string detailOf(const ImageWriteProgress& report) {
     return byteText(report.completedBytes) + " of " + byteText(report.totalBytes) + detail;
 }
 
-constexpr const char* titleBeforeStart = "Waiting to Start";
-constexpr const char* detailBeforeStart = "Select an image and a recognized SD card.";
-
 }  // namespace
 
-WriteProgress::WriteProgress(const std::function<void()>& onChange) :
-    overallFraction(onChange, 0),
-    preparationFraction(onChange, 0),
-    titleText(onChange, titleBeforeStart),
-    detailText(onChange, detailBeforeStart),
-    hintText(onChange, ""),
-    transferRateText(onChange, ""),
-    reportedPhase(onChange, std::nullopt) {}
-
-void WriteProgress::reset() {
-    overallFraction = 0.0;
-    preparationFraction = 0.0;
-    say(titleBeforeStart, detailBeforeStart);
-    reportedPhase = std::nullopt;
-    lastLoggedPhase = std::nullopt;
+std::string phaseTitle(ImageWritePhase phase) {
+    return std::string(presentationOf(phase).title);
 }
 
-std::optional<std::string> WriteProgress::show(const ImageWriteProgress& report,
-                                               TransferRate::TimePoint now) {
+std::optional<std::string> phaseLogMessage(ImageWritePhase phase) {
+    const auto sentence = presentationOf(phase).logSentence;
+    return sentence.empty() ? std::nullopt : std::optional(std::string(sentence));
+}
+
+WriteProgress WriteProgress::of(const ImageWriteProgress& report) {
     const auto& presentation = presentationOf(report.phase);
     const auto fraction = report.fractionCompleted();
-    reportedPhase = report.phase;
-    titleText = std::string(presentation.title);
-    overallFraction = presentation.overall.at(fraction);
-    preparationFraction = presentation.preparationAndWriting.at(fraction);
-    detailText = detailOf(report);
-    rate.note(report, now);
-    transferRateText = rate.text();
-
-    if (lastLoggedPhase == report.phase) return std::nullopt;
-    lastLoggedPhase = report.phase;
-    if (presentation.logSentence.empty()) return std::nullopt;
-    return std::string(presentation.logSentence);
+    return {.writeOperationProgress = presentation.overall.at(fraction),
+            .sdPreparationAndWriteProgress = presentation.preparationAndWriting.at(fraction),
+            .writePhaseTitle = phaseTitle(report.phase),
+            .writeProgressDetail = detailOf(report),
+            .currentWritePhase = report.phase};
 }
 
-void WriteProgress::say(const std::string& title, const std::string& detail, const std::string& hint) {
-    titleText = title;
-    detailText = detail;
-    hintText = hint;
-    rate.reset();
-    transferRateText = rate.text();
-}
-
-void WriteProgress::complete() {
-    overallFraction = 1.0;
-    preparationFraction = 1.0;
-}
-
-std::string WriteProgress::failureTitle() const {
-    const auto reached = phase();
-    return (reached ? std::string(presentationOf(*reached).title) : "Image Write") + " Failed";
+std::string WriteProgress::failurePhaseTitle() const {
+    return (currentWritePhase ? phaseTitle(*currentWritePhase) : "Image Write") + " Failed";
 }
 
 }  // namespace tessel

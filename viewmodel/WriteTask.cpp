@@ -1,5 +1,6 @@
 #include "viewmodel/WriteTask.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -67,20 +68,26 @@ std::string cancellationMessage(std::optional<ImageWritePhase> phase) {
 }  // namespace
 
 WriteTask::WriteTask(const std::function<void()>& onChange, const Surroundings& surroundings) :
-    surroundings(surroundings),
-    running(onChange, std::nullopt),
-    cancellationRequested(onChange, false) {}
+    writeTask(onChange, std::nullopt),
+    verifyAfterWrite(onChange, true),
+    progress(onChange, {}),
+    surroundings(surroundings) {}
 
-void WriteTask::prepare() {
-    cancellationRequested = false;
+void WriteTask::begin(TaskHandle task) {
     isFailureLogged = false;
     isDiskLoggedAsGone = false;
-    surroundings.progress.reset();
+    resetWriteProgress();
     surroundings.state = TesselOperationState{.kind = TesselOperationState::Case::writingImage};
+    writeTask = std::move(task);
 }
 
-Task<> WriteTask::perform(bool verify, ImageWriteProgressHandler report) {
-    const auto outcome = co_await outcomeOf(writeSelectedImage(verify, std::move(report)));
+void WriteTask::resetWriteProgress() {
+    rate.reset();
+    progress = WriteProgress();
+}
+
+Task<> WriteTask::performWrite() {
+    const auto outcome = co_await outcomeOf(writeSelectedImage());
     if (outcome.error()) {
         if (isCancellation(outcome.error())) {
             finishCancelledWrite();
@@ -88,11 +95,10 @@ Task<> WriteTask::perform(bool verify, ImageWriteProgressHandler report) {
             finishFailedWrite(outcome.error());
         }
     }
-    running = std::nullopt;
-    cancellationRequested = false;
+    writeTask = std::nullopt;
 }
 
-Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler report) {
+Task<> WriteTask::writeSelectedImage() {
     co_await checkCancellation();
     const auto& selected = surroundings.image.selectedImage();
     if (!selected) throw TesselError(TesselError::Case::invalidImage);
@@ -101,30 +107,51 @@ Task<> WriteTask::writeSelectedImage(bool verify, ImageWriteProgressHandler repo
 
     auto& log = surroundings.log;
     const auto activity = surroundings.desktop.beginActivity("Writing and verifying an SD-card image");
-    log.append("Revalidating /dev/" + target.id + " immediately before the destructive operation.");
-    const auto card = co_await revalidateTarget(target);
+    log.appendLog("Revalidating /dev/" + target.id + " immediately before the destructive operation.");
+    const auto card = co_await revalidateSelectedDisk(target);
     const auto inspected = co_await ImageSelection::inspectImage(image.url);
     if (inspected.sizeBytes != image.sizeBytes) throw TesselError(TesselError::Case::imageChanged);
     if (const auto reason = imageOnDiskText(image, card)) throw TesselError::commandFailed(*reason);
 
-    log.append("Writing " + image.displayName() + " to /dev/r" + card.id +
-               ". All existing data on the SD card will be destroyed.");
-    if (verify) {
-        log.append(
+    log.appendLog("Writing " + image.displayName() + " to /dev/r" + card.id +
+                  ". All existing data on the SD card will be destroyed.");
+    if (verifyAfterWrite()) {
+        log.appendLog(
             "SHA-256 verification is enabled. Verification reads the written image length back through the "
             "same authorized raw-device descriptor.");
     }
-    const auto onFailure = [this](const std::exception_ptr& error) {
-        if (!isCancellationRequested()) logFailure(error);
-    };
-    co_await surroundings.imageWriterService.write({.image = image,
-                                                    .target = card,
-                                                    .verify = verify,
-                                                    .onFailure = onFailure,
-                                                    .onEjected = [this, id = card.id] { ejectedDiskID = id; },
-                                                    .onDiskGone = [this] { noteThatDiskIsGone(); }},
-                                                   std::move(report));
-    finishSuccessfulWrite(card.id, verify);
+    co_await surroundings.imageWriterService.write(
+        {.image = image, .target = card, .verify = verifyAfterWrite()}, *this);
+    finishSuccessfulWrite(card.id);
+}
+
+void WriteTask::applyWriteProgress(const ImageWriteProgress& report, TransferRate::TimePoint now) {
+    if (isCancellationRequested()) {
+        // The words about the stop remain until the outcome replaces them.
+        auto shown = progress();
+        shown.currentWritePhase = report.phase;
+        progress = std::move(shown);
+        return;
+    }
+    const auto lastLoggedWritePhase = progress().currentWritePhase;
+    rate.note(report, now);
+    auto shown = WriteProgress::of(report);
+    shown.writeTransferRate = rate.text();
+    progress = std::move(shown);
+    if (report.phase == lastLoggedWritePhase) return;
+    if (const auto message = phaseLogMessage(report.phase)) surroundings.log.appendLog(*message);
+}
+
+void WriteTask::onProgress(const ImageWriteProgress& report) {
+    applyWriteProgress(report, std::chrono::steady_clock::now());
+}
+
+void WriteTask::onFailure(const TesselError& error) {
+    if (!isCancellationRequested()) logFailure(std::make_exception_ptr(error));
+}
+
+void WriteTask::onEjected(const SDWholeDisk& card) {
+    ejectedDiskID = card.id;
 }
 
 SDWholeDisk WriteTask::requireWritableTarget(const SDImageFile& image) const {
@@ -135,9 +162,9 @@ SDWholeDisk WriteTask::requireWritableTarget(const SDImageFile& image) const {
     return *target;
 }
 
-Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
+Task<SDWholeDisk> WriteTask::revalidateSelectedDisk(SDWholeDisk expected) {
     if (surroundings.targets.mayBeExchanged()) {
-        surroundings.log.append(
+        surroundings.log.appendLog(
             "The computer was asleep since the disks were scanned, so that another card may have "
             "taken the place of /dev/" +
             expected.id + ".");
@@ -145,80 +172,90 @@ Task<SDWholeDisk> WriteTask::revalidateTarget(SDWholeDisk expected) {
     }
     auto search = co_await surroundings.diskService.findAgain(expected);
     if (!search.found) {
-        surroundings.log.append(revalidationFailure(expected, search));
+        surroundings.log.appendLog(revalidationFailure(expected, search));
         throw notFound(search);
     }
     if (const auto reason = protectionText(*search.found)) throw TesselError::unsafeDisk(*reason);
     ejectedDiskID = std::nullopt;
     if (search.attempts > 1) {
-        surroundings.log.append("Disk revalidation succeeded on attempt " + std::to_string(search.attempts) +
-                                ".");
+        surroundings.log.appendLog("Disk revalidation succeeded on attempt " +
+                                   std::to_string(search.attempts) + ".");
     }
     co_return std::move(*search.found);
 }
 
-void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, bool verified) {
+/// Shows these words in place of what the last report said.
+void WriteTask::say(const std::string& title, const std::string& detail, const std::string& hint) {
+    rate.reset();
+    auto shown = progress();
+    shown.writePhaseTitle = title;
+    shown.writeProgressDetail = detail;
+    shown.writeHint = hint;
+    shown.writeTransferRate = "";
+    progress = std::move(shown);
+}
+
+void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID) {
+    const bool verified = verifyAfterWrite();
     auto& log = surroundings.log;
-    auto& progress = surroundings.progress;
-    progress.complete();
-    progress.say("Safe to Remove", systemWords().cardEjected);
+    say("Safe to Remove", systemWords().cardEjected);
     surroundings.targets.forget(writtenDiskID);
     surroundings.state =
         TesselOperationState::ofWrite(verified ? WriteOutcome::writtenAndVerified : WriteOutcome::written);
-    log.append(verified ? "The disk image was written, verified, and the SD card was ejected."
-                        : "The disk image was written and the SD card was ejected.");
-    log.append("The SD card is now safe to physically remove.");
+    log.appendLog(verified ? "The disk image was written, verified, and the SD card was ejected."
+                           : "The disk image was written and the SD card was ejected.");
+    log.appendLog("The SD card is now safe to physically remove.");
     showSafeToRemoveAlert(verified);
 }
 
 /// Logs a failure when it happens, since a stop that comes later replaces it as the outcome.
 void WriteTask::logFailure(const std::exception_ptr& error) {
     if (isFailureLogged || isCancellation(error)) return;
-    if (isDiskGone(error)) noteThatDiskIsGone();
-    surroundings.log.append(error);
+    if (isDiskGone(error)) onDiskGone();
+    surroundings.log.appendLog(error);
     isFailureLogged = true;
 }
 
-void WriteTask::noteThatDiskIsGone() {
+void WriteTask::onDiskGone() {
     const auto& id = surroundings.targets.selectedDiskID();
     // An eject that seemed to fail may have let go of the card all the same.
-    if (surroundings.progress.phase() == ImageWritePhase::ejecting) ejectedDiskID = id;
+    if (progress().currentWritePhase == ImageWritePhase::ejecting) ejectedDiskID = id;
     if (isDiskLoggedAsGone || ejectedDiskID == id) return;
-    surroundings.log.append("/dev/" + id +
-                            " is gone: the SD card was removed, or its reader was disconnected.");
+    surroundings.log.appendLog("/dev/" + id +
+                               " is gone: the SD card was removed, or its reader was disconnected.");
     isDiskLoggedAsGone = true;
 }
 
-/// Keeps the progress, the list and the target, so that the person can try again once the cause is fixed.
+/// Keeps the progress, the list and the target, so that the user can try again once the cause is fixed.
 void WriteTask::finishFailedWrite(const std::exception_ptr& error) {
-    auto& progress = surroundings.progress;
     const std::string hint = ejectedDiskID == surroundings.targets.selectedDiskID() ? cardEjected : "";
-    progress.say(progress.failureTitle(), localizedDescription(error), hint);
+    say(progress().failurePhaseTitle(), localizedDescription(error), hint);
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::failed);
     logFailure(error);
-    if (!hint.empty()) surroundings.log.append(hint);
-    surroundings.desktop.requestUserAttention({.title = progress.title(), .text = progress.detail()});
+    if (!hint.empty()) surroundings.log.appendLog(hint);
+    surroundings.desktop.requestUserAttention(
+        {.title = progress().writePhaseTitle, .text = progress().writeProgressDetail});
 }
 
 void WriteTask::finishCancelledWrite() {
-    const auto phase = surroundings.progress.phase();
+    const auto phase = progress().currentWritePhase;
     const auto message = cancellationMessage(phase);
     const std::string hint =
         phase >= ImageWritePhase::writingImage ? "" : "Nothing was written to the SD card.";
     const auto target = surroundings.targets.selectedDiskID();
     surroundings.targets.forget(target);
-    surroundings.progress.say("Operation Cancelled", message, hint);
+    say("Operation Cancelled", message, hint);
     surroundings.state = TesselOperationState::ofWrite(WriteOutcome::cancelled);
-    surroundings.log.append("Operation cancelled. " + message);
-    surroundings.log.append("Refresh the disk list before attempting another write.");
-    if (!hint.empty()) surroundings.log.append(hint);
-    // Whoever pressed Stop knows, unless the write had failed already.
+    surroundings.log.appendLog("Operation cancelled. " + message);
+    surroundings.log.appendLog("Refresh the disk list before attempting another write.");
+    if (!hint.empty()) surroundings.log.appendLog(hint);
+    // A user who pressed Stop knows, unless the write had failed already.
     if (!isCancellationRequested() || isFailureLogged)
         surroundings.desktop.requestUserAttention({.title = "Operation Cancelled", .text = message});
 }
 
 bool WriteTask::canRequestStop() const {
-    const auto phase = surroundings.progress.phase();
+    const auto phase = progress().currentWritePhase;
     return exists() && surroundings.state().kind == TesselOperationState::Case::writingImage &&
            !isCancellationRequested() && phase != ImageWritePhase::ejecting &&
            phase != ImageWritePhase::completed;
@@ -226,15 +263,14 @@ bool WriteTask::canRequestStop() const {
 
 void WriteTask::requestStop() {
     if (!canRequestStop()) return;
-    cancellationRequested = true;
-    surroundings.progress.say(
-        "Stopping Operation",
+    auto task = writeTask();
+    task->cancel();
+    say("Stopping Operation",
         "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card when "
         "possible.");
-    surroundings.log.append(
+    surroundings.log.appendLog(
         "Stop requested. The operation will stop at the next safe checkpoint, and the SD card will be "
         "ejected when possible.");
-    if (auto task = running()) task->cancel();
 }
 
 void WriteTask::showSafeToRemoveAlert(bool verified) const {

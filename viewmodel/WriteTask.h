@@ -14,59 +14,70 @@
 #include "viewmodel/OperationLog.h"
 #include "viewmodel/TargetSelection.h"
 #include "viewmodel/TesselOperationState.h"
+#include "viewmodel/TransferRate.h"
 #include "viewmodel/WriteProgress.h"
 
 namespace tessel {
 
-/// Carries out the destructive operation: its steps, its stop and its outcome. Use it on the main thread
+/// Owns a write: what is to be done, how far it has come, its stop and its outcome. Use it on the main thread
 /// only.
-class WriteTask {
+class WriteTask : private ImageWriteListener {
   public:
-    /// Refers to what a write uses and changes. All of it must outlive the write.
+    /// What a write uses and changes. All of it must outlive the write.
     struct Surroundings {
         Desktop& desktop;
         const DiskService& diskService;
         const ImageWriterService& imageWriterService;
         const ImageSelection& image;
         TargetSelection& targets;
-        WriteProgress& progress;
         OperationLog& log;
         Published<TesselOperationState>& state;
     };
 
     WriteTask(const std::function<void()>& onChange, const Surroundings& surroundings);
 
-    /// Tells whether a write exists, from its start until it has ended.
-    [[nodiscard]] bool exists() const { return running().has_value(); }
-    [[nodiscard]] bool isCancellationRequested() const { return cancellationRequested(); }
+    Published<std::optional<TaskHandle>> writeTask;  ///< from the start of a write until it has ended
+    Published<bool> verifyAfterWrite;
+    /// Shows the end of the last write until the next selection or write.
+    Published<WriteProgress> progress;
 
-    /// Tells whether the write has failed, even if a stop that came later is its outcome.
+    [[nodiscard]] bool exists() const { return writeTask().has_value(); }
+    [[nodiscard]] bool isCancellationRequested() const { return writeTask() && writeTask()->isCancelled(); }
+
+    /// Returns whether the write has failed, even if a stop that came later is its outcome.
     [[nodiscard]] bool hasFailed() const { return isFailureLogged; }
 
-    /// Makes everything ready for a write to begin.
-    void prepare();
-    /// Takes the handle of the task that will call perform().
-    void begin(TaskHandle task) { running = std::move(task); }
+    /// Shows that nothing was written yet.
+    void resetWriteProgress();
+
+    /// Takes the handle of the task that will call performWrite().
+    void begin(TaskHandle task);
     /// Writes the selected image to the target and applies the outcome. Never throws.
-    Task<> perform(bool verify, ImageWriteProgressHandler report);
+    Task<> performWrite();
+    /// Shows a report that came at that time, and logs its phase if it is a new one.
+    void applyWriteProgress(const ImageWriteProgress& report, TransferRate::TimePoint now);
 
     [[nodiscard]] bool canRequestStop() const;
     void requestStop();
 
   private:
-    Task<> writeSelectedImage(bool verify, ImageWriteProgressHandler report);
+    void onProgress(const ImageWriteProgress& report) override;
+    void onFailure(const TesselError& error) override;
+    void onEjected(const SDWholeDisk& card) override;
+    void onDiskGone() override;
+
+    Task<> writeSelectedImage();
     [[nodiscard]] SDWholeDisk requireWritableTarget(const SDImageFile& image) const;
-    Task<SDWholeDisk> revalidateTarget(SDWholeDisk expected);
-    void finishSuccessfulWrite(const std::string& writtenDiskID, bool verified);
+    Task<SDWholeDisk> revalidateSelectedDisk(SDWholeDisk expected);
+    void say(const std::string& title, const std::string& detail, const std::string& hint = "");
+    void finishSuccessfulWrite(const std::string& writtenDiskID);
     void logFailure(const std::exception_ptr& error);
-    void noteThatDiskIsGone();
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();
     void showSafeToRemoveAlert(bool verified) const;
 
     Surroundings surroundings;
-    Published<std::optional<TaskHandle>> running;
-    Published<bool> cancellationRequested;
+    TransferRate rate;
     bool isFailureLogged = false;
     bool isDiskLoggedAsGone = false;
     std::optional<std::string> ejectedDiskID;  ///< since a failure, and not found again yet

@@ -135,6 +135,8 @@ class TaskHandle {
     /// Asks the task to stop, which it does at its next checkpoint. May be called on any thread.
     void cancel() { cancellation.request_stop(); }
 
+    [[nodiscard]] bool isCancelled() const { return cancellation.stop_requested(); }
+
   private:
     std::stop_source cancellation;
 };

@@ -36,7 +36,8 @@ Dialog& openDialog() {
 }  // namespace
 
 Task<> ScriptedUser::writeSuggestedImage(std::string diskID) {
-    co_await until("the first scan ends", [this] { return !application.viewModel().disks().empty(); });
+    co_await until("the first scan ends",
+                   [this] { return !application.viewModel().targets().disks().empty(); });
     audience.watch("01-scanned");
     co_await lookAround();
     co_await chooseImage();
@@ -70,7 +71,7 @@ Task<> ScriptedUser::chooseImage() {
     audience.watch("03-open-panel");
     click(shownControl<QPushButton>(openDialog<QFileDialog>(), "Select Image"));
     co_await until("the image is selected",
-                   [this] { return application.viewModel().selectedImage().has_value(); });
+                   [this] { return application.viewModel().image().selectedImage().has_value(); });
     co_await sleepFor(50ms);
     audience.watch("04-image-selected");
 }
@@ -78,7 +79,7 @@ Task<> ScriptedUser::chooseImage() {
 Task<> ScriptedUser::chooseCard(std::string diskID) {
     clickRow(diskID, {8 + 22, 25});
     co_await until("the target is chosen",
-                   [&] { return application.viewModel().selectedDiskID() == diskID; });
+                   [&] { return application.viewModel().targets().selectedDiskID() == diskID; });
     co_await sleepFor(50ms);
     audience.watch("05-target-selected");
 }
@@ -90,23 +91,26 @@ Task<> ScriptedUser::confirm() {
     for (auto* button : shownWidgets<Button>(openDialog<AlertDialog>())) {
         if (button->text().startsWith("Erase and Write")) click(button);
     }
-    co_await until("the write runs", [this] { return application.viewModel().hasWriteTask(); });
+    co_await until("the write runs", [this] { return application.viewModel().write().exists(); });
 }
 
 Task<> ScriptedUser::watchTheWrite() {
     const auto& viewModel = application.viewModel();
-    const auto isIn = [&viewModel](ImageWritePhase phase) { return viewModel.currentWritePhase() == phase; };
+    const auto isIn = [&viewModel](ImageWritePhase phase) {
+        return viewModel.progress().currentWritePhase == phase;
+    };
     const auto hasComeTo = [&viewModel](double progress) {
-        return viewModel.writeOperationProgress() >= progress;
+        return viewModel.progress().writeOperationProgress >= progress;
     };
     co_await until("half of the image is written",
-                   [&] { return hasComeTo(0.35) || !viewModel.hasWriteTask(); });
+                   [&] { return hasComeTo(0.35) || !viewModel.write().exists(); });
     if (isIn(ImageWritePhase::writingImage)) audience.watch("07-writing");
     co_await until("half of the image is verified",
-                   [&] { return hasComeTo(0.83) || !viewModel.hasWriteTask(); });
+                   [&] { return hasComeTo(0.83) || !viewModel.write().exists(); });
     if (isIn(ImageWritePhase::verifyingImage)) audience.watch("08-verifying");
-    co_await until("the write ends", [&] { return !viewModel.hasWriteTask(); });
-    if (!viewModel.isSuccessfulCompletion()) throw std::runtime_error(viewModel.writeProgressDetail());
+    co_await until("the write ends", [&] { return !viewModel.write().exists(); });
+    if (!viewModel.state().isSuccessfulCompletion())
+        throw std::runtime_error(viewModel.progress().writeProgressDetail);
 
     co_await until("the card may be removed", isOpen<AlertDialog>);
     co_await sleepFor(50ms);
@@ -121,7 +125,7 @@ Task<> ScriptedUser::watchTheWrite() {
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
     const auto& viewModel = application.viewModel();
     const auto position = [&viewModel] {
-        return std::pair(viewModel.writeOperationProgress(), viewModel.logLines().size());
+        return std::pair(viewModel.progress().writeOperationProgress, viewModel.log().logLines().size());
     };
     auto lastPosition = position();
     auto lastMove = std::chrono::steady_clock::now();

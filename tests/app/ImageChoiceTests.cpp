@@ -46,7 +46,7 @@ TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
                       "Error: Select an uncompressed raw image with an .img, .raw, or .bin extension.");
         }
     }
-    EXPECT_EQ(viewModel().selectedImage()->url, image) << "the image that the link led to";
+    EXPECT_EQ(viewModel().image().selectedImage()->url, image) << "the image that the link led to";
 }
 
 TEST_F(ImageChoiceTests, nothingCanBeChosenDuringAWriteNorDroppedDuringAQuestion) {

@@ -75,16 +75,16 @@ TEST_F(KeyboardFocusTests, theKeyThatStartsAWriteDoesNotStopIt) {
         EXPECT_TRUE(alert()) << "too soon to have been read";
         notice();
         hold(erase, key, 5);
-        until([this] { return viewModel().hasWriteTask(); });
+        until([this] { return viewModel().write().exists(); });
         QTest::qWait(10);
         EXPECT_EQ(focused(), "the window");
         for (int presses = 0; presses < 3; ++presses)
             press(key);
-        EXPECT_FALSE(viewModel().isCancellationRequested());
+        EXPECT_FALSE(viewModel().write().isCancellationRequested());
         holds.writing.release();
         untilIdle();
         press(key);
-        EXPECT_TRUE(viewModel().verifyAfterWrite()) << "nor does it switch anything afterwards";
+        EXPECT_TRUE(viewModel().write().verifyAfterWrite()) << "nor does it switch anything afterwards";
         application.reset();
         reader.reinsert("disk4");
         holds.writing.hold();

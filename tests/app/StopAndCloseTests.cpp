@@ -33,7 +33,7 @@ TEST_F(StopAndCloseTests, aStopWaitsForTheDialogAndSaysSo) {
     };
     reader.setBehaviour("disk4", {.delays = {{"authopen", 1}}});
     startWrite();
-    until([this] { return viewModel().writePhaseTitle() == "Authorizing Raw Device"; });
+    until([this] { return viewModel().progress().writePhaseTitle == "Authorizing Raw Device"; });
     QTest::qWait(1);
     EXPECT_EQ(hints(), 0);
     click(button("Stop"));
@@ -65,7 +65,7 @@ TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
     click(button("Write Disk Image"));
     window().closeWhenWriteEnds();
     click(button("Erase and Write to disk4"));
-    EXPECT_FALSE(viewModel().hasWriteTask());
+    EXPECT_FALSE(viewModel().write().exists());
     until([this] { return !window().isVisible(); });
     EXPECT_THAT(deeds(), ElementsAre());
 }
@@ -74,7 +74,7 @@ TEST_F(StopAndCloseTests, closingDuringAWriteAsksAndMayGoOn) {
     openWriting();
     closeAndAnswer("Continue Writing");
     EXPECT_TRUE(window().isVisible());
-    EXPECT_FALSE(viewModel().isCancellationRequested());
+    EXPECT_FALSE(viewModel().write().isCancellationRequested());
     window().close();
     holds.writing.release();
     untilIdle();
@@ -87,13 +87,13 @@ TEST_F(StopAndCloseTests, closingDuringAWriteAsksAndMayGoOn) {
 TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
     openWriting();
     closeAndAnswer("Stop and Quit");
-    EXPECT_TRUE(viewModel().isCancellationRequested());
+    EXPECT_TRUE(viewModel().write().isCancellationRequested());
     window().close();
     EXPECT_FALSE(alert());
     EXPECT_TRUE(window().isVisible());
     holds.writing.release();
     until([this] { return !window().isVisible(); });
-    EXPECT_FALSE(viewModel().hasWriteTask());
+    EXPECT_FALSE(viewModel().write().exists());
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }
 
@@ -101,10 +101,10 @@ TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughThePersonWantedToQuit) {
     reader.setBehaviour("disk4", {.delays = {{"eject", 1}}});
     holds.reading.hold();
     startWrite();
-    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::verifyingImage; });
+    until([this] { return viewModel().progress().currentWritePhase == ImageWritePhase::verifyingImage; });
     std::filesystem::resize_file(image, imageSize / 2);
     holds.reading.release();
-    until([this] { return viewModel().hasWriteFailed(); });
+    until([this] { return viewModel().write().hasFailed(); });
     closeAndAnswer("Stop and Quit");
     untilIdle();
     QTest::qWait(20);
@@ -117,7 +117,7 @@ TEST_F(StopAndCloseTests, theQuestionFollowsThePhaseAndEndsWhenNothingCanBeStopp
     holds.writing.hold();
     holds.reading.hold();
     startWrite();
-    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::authorizingDevice; });
+    until([this] { return viewModel().progress().currentWritePhase == ImageWritePhase::authorizingDevice; });
     window().close();
     const std::tuple<const char*, const char*, CardHold*> questions[] = {
         {"Nothing has been written to the SD card yet.", "Continue Writing", nullptr},
@@ -131,7 +131,7 @@ TEST_F(StopAndCloseTests, theQuestionFollowsThePhaseAndEndsWhenNothingCanBeStopp
         });
         if (hold) hold->release();
     }
-    until([this] { return viewModel().currentWritePhase() == ImageWritePhase::ejecting; });
+    until([this] { return viewModel().progress().currentWritePhase == ImageWritePhase::ejecting; });
     QTest::qWait(1);
     EXPECT_FALSE(alert());
     untilIdle();
@@ -144,7 +144,7 @@ TEST_F(StopAndCloseTests, closingDuringTheEjectWaitsAndTellsHowTheWriteEnded) {
         reader.reinsert("disk4");
         reader.setBehaviour("disk4", {.ejectFails = fails ? "It is stuck." : "", .delays = {{"eject", 0.5}}});
         startWrite();
-        until([this] { return viewModel().currentWritePhase() == ImageWritePhase::ejecting; });
+        until([this] { return viewModel().progress().currentWritePhase == ImageWritePhase::ejecting; });
         window().close();
         EXPECT_FALSE(alert());
         untilIdle();
@@ -172,7 +172,7 @@ TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
              holds.writing.hold();
              click(button("Write Disk Image"));
              click(button("Erase and Write to disk4"));
-             until([this] { return viewModel().writePhaseTitle() == "Writing Image"; });
+             until([this] { return viewModel().progress().writePhaseTitle == "Writing Image"; });
              holds.writing.release();
          }},
     };

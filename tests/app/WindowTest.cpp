@@ -77,7 +77,7 @@ void WindowTest::startWrite() {
 void WindowTest::openWriting() {
     holds.writing.hold();
     startWrite();
-    until([this] { return viewModel().writeProgressDetail() == "8.4 MB of 20 MB written."; });
+    until([this] { return viewModel().progress().writeProgressDetail == "8.4 MB of 20 MB written."; });
     QTest::qWait(1);
 }
 
@@ -88,7 +88,7 @@ void WindowTest::until(const Condition& holdsNow, std::source_location caller) {
 }
 
 void WindowTest::untilIdle() {
-    until([this] { return !viewModel().isBusy() && !viewModel().hasWriteTask(); });
+    until([this] { return !viewModel().isBusy() && !viewModel().write().exists(); });
     QTest::qWait(1);  // what has changed is shown in the next turn
 }
 

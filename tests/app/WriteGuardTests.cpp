@@ -56,7 +56,7 @@ TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
         press(Qt::Key_Return);
         viewModel().selectDisk(protectedDisk);
         QTest::qWait(1);
-        EXPECT_EQ(viewModel().selectedDiskID(), "disk4") << protectedDisk;
+        EXPECT_EQ(viewModel().targets().selectedDiskID(), "disk4") << protectedDisk;
         EXPECT_EQ(badge(), "Target disk4 selected");
         EXPECT_FALSE(row(protectedDisk).fields().isSelectedTarget);
     }

@@ -40,7 +40,7 @@ TEST_F(HungImageTests, aChoiceThatHangsLeavesTheWindowAliveAndCanBeCancelled) {
         user.join();
         EXPECT_EQ(stateText(), "idle");
         EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
-        EXPECT_FALSE(viewModel->selectedImage());
+        EXPECT_FALSE(viewModel->image().selectedImage());
     }
 }
 

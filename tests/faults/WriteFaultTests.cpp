@@ -170,7 +170,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
     }
 
     std::string ending() const {
-        return viewModel->isSuccessfulCompletion() ? "ok" : viewModel->writeProgressDetail();
+        return viewModel->state().isSuccessfulCompletion() ? "ok" : viewModel->progress().writeProgressDetail;
     }
 
     /// A child that could not be watched is reaped by a thread of its own.
@@ -194,7 +194,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
     void expectTruth() {
         const auto lines = takeLog();
         const auto log = joined(lines, "\n");
-        if (viewModel->isSuccessfulCompletion()) {
+        if (viewModel->state().isSuccessfulCompletion()) {
             std::string written(imageContent.size(), '\0');
             std::ifstream(cardFile(), std::ios::binary)
                 .read(written.data(), static_cast<std::streamsize>(written.size()));
@@ -217,8 +217,8 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         for (size_t phase = 0; phase < std::size(titles); ++phase)
             if (std::ranges::count(log, phaseMessages[phase]) > 0) title = titles[phase];
         EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->selectedDiskID(), "disk4") << "to be tried again";
-        EXPECT_EQ(viewModel->writePhaseTitle(), title + " Failed");
+        EXPECT_EQ(viewModel->targets().selectedDiskID(), "disk4") << "to be tried again";
+        EXPECT_EQ(viewModel->progress().writePhaseTitle, title + " Failed");
         EXPECT_EQ(desktop.lastNotification.title, title + " Failed");
         EXPECT_EQ(desktop.lastNotification.text, ending());
         EXPECT_EQ(std::ranges::count(log, "Error: " + ending()), 1);

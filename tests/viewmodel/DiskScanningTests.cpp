@@ -90,9 +90,9 @@ TEST_F(DiskScanningTests, everyOutcomeOfAScan) {
         messages.erase(messages.begin());
         EXPECT_EQ(messages, log);
         EXPECT_EQ(listedDisks(), disks);
-        for (const auto& disk : viewModel->disks())
+        for (const auto& disk : viewModel->targets().disks())
             EXPECT_TRUE(disk.isWhole);
-        EXPECT_EQ(viewModel->selectedDiskID(), target);
+        EXPECT_EQ(viewModel->targets().selectedDiskID(), target);
         EXPECT_EQ(viewModel->canStartWrite(), !target.empty());
     }
 }
@@ -109,14 +109,14 @@ TEST_F(DiskScanningTests, onlyEligibleDisksCanBeSelected) {
         SCOPED_TRACE(what);
         viewModel->applyWriteProgress({ImageWritePhase::completed, 1, 1});
         viewModel->selectDisk("disk4");
-        EXPECT_EQ(viewModel->selectedDisk()->mediaName, "SD Card Reader");
+        EXPECT_EQ(viewModel->targets().selectedDisk()->mediaName, "SD Card Reader");
         EXPECT_EQ(stateText(), "completed: Target disk4 selected");
         EXPECT_THAT(takeLog(),
                     ElementsAre("Selected SD-card target: SD Card Reader · 600 MB · disk4 · 1 partition."));
-        EXPECT_EQ(viewModel->writeOperationProgress(), 0);
-        EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Waiting to Start");
-        EXPECT_EQ(viewModel->writeProgressDetail(), "Select an image and a recognized SD card.");
+        EXPECT_EQ(viewModel->progress().writeOperationProgress, 0);
+        EXPECT_EQ(viewModel->progress().sdPreparationAndWriteProgress, 0);
+        EXPECT_EQ(viewModel->progress().writePhaseTitle, "Waiting to Start");
+        EXPECT_EQ(viewModel->progress().writeProgressDetail, "Select an image and a recognized SD card.");
     }
 }
 

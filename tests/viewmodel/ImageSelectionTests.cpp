@@ -57,15 +57,16 @@ TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
             EXPECT_EQ(stateText(), "failed: Image selection failed");
             EXPECT_THAT(takeLog(), ElementsAre(error));
         }
-        EXPECT_EQ(viewModel->writeOperationProgress(), error.empty() ? 0 : 0.7);
-        EXPECT_EQ(viewModel->selectedImage(), expected) << "the last one stays unless there is a better one";
+        EXPECT_EQ(viewModel->progress().writeOperationProgress, error.empty() ? 0 : 0.7);
+        EXPECT_EQ(viewModel->image().selectedImage(), expected)
+            << "the last one stays unless there is a better one";
 
         choose(std::nullopt);
         EXPECT_EQ(desktop.lastPanel.title, "Select a Raw Disk Image");
         EXPECT_THAT(desktop.lastPanel.extensions, ElementsAre("img", "raw", "bin"));
         EXPECT_EQ(stateText(), "idle");
         EXPECT_THAT(takeLog(), ElementsAre("Image selection was cancelled."));
-        EXPECT_EQ(viewModel->selectedImage(), expected);
+        EXPECT_EQ(viewModel->image().selectedImage(), expected);
     }
 }
 
@@ -82,7 +83,7 @@ TEST_F(ImageSelectionTests, anImageThatTheUserMayNotReadIsRefused) {
     EXPECT_EQ(stateText(), "failed: Image selection failed");
     EXPECT_THAT(takeLog(), ElementsAre("Error: The file “" + backup.string() +
                                        "” could not be opened: Permission denied."));
-    EXPECT_FALSE(viewModel->selectedImage());
+    EXPECT_FALSE(viewModel->image().selectedImage());
 }
 
 TEST_F(ImageSelectionTests, aNameForgesNoLineOfTheLog) {

@@ -133,7 +133,7 @@ class ViewModelTest : public LeavesNothingOpen {
         viewModel->selectDisk("disk4");
         viewModel->startWrite();
         viewModel->clearLog();
-        viewModel->setVerifyAfterWrite(!viewModel->verifyAfterWrite());
+        viewModel->setVerifyAfterWrite(!viewModel->write().verifyAfterWrite());
         viewModel->refreshDisks();
         EXPECT_EQ(changes, changesBefore);
         EXPECT_EQ(desktop.events, eventsBefore);
@@ -185,13 +185,13 @@ class ViewModelTest : public LeavesNothingOpen {
     /// The messages that are new since the last call, without their time stamps.
     Messages takeLog() {
         static const std::regex stamp(R"(^\[([01]\d|2[0-3])(:[0-5]\d){2}\] )");
-        const auto& lines = viewModel->logLines();
+        const auto& lines = viewModel->log().logLines();
         Messages messages;
         for (; linesTaken < lines.size(); ++linesTaken) {
             EXPECT_TRUE(std::regex_search(lines[linesTaken], stamp)) << lines[linesTaken];
             messages.push_back(std::regex_replace(lines[linesTaken], stamp, ""));
         }
-        if (!lines.empty()) EXPECT_EQ(viewModel->logText(), joined(lines, "\n"));
+        if (!lines.empty()) EXPECT_EQ(viewModel->log().logText(), joined(lines, "\n"));
         return messages;
     }
 
@@ -214,7 +214,7 @@ class ViewModelTest : public LeavesNothingOpen {
 
     Messages listedDisks() const {
         Messages identifiers;
-        for (const auto& disk : viewModel->disks())
+        for (const auto& disk : viewModel->targets().disks())
             identifiers.push_back(disk.id);
         return identifiers;
     }
@@ -227,14 +227,15 @@ class ViewModelTest : public LeavesNothingOpen {
     std::filesystem::path image;
     int changes = 0;
     std::shared_ptr<RunLoop> loop = std::make_shared<RunLoop>();
+    const DiskService diskService{folder.path() / "diskutil"};
+    const RawDeviceFactory makeDevice = [this](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
+        return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)), fault);
+    };
     std::shared_ptr<TesselViewModel> viewModel = TesselViewModel::create(
         {.mainThread = loop,
          .desktop = desktop,
-         .utilities = {.diskUtility = folder.path() / "diskutil",
-                       .authorizationUtility = folder.path() / "authopen"},
-         .makeDevice = [this](FileDescriptor descriptor) -> std::unique_ptr<RawDevice> {
-             return std::make_unique<FaultyDevice>(makeRehearsalDevice(std::move(descriptor)), fault);
-         }});
+         .diskService = diskService,
+         .imageWriterService = {diskService, RawDiskOpener(folder.path() / "authopen", makeDevice)}});
 
   private:
     static std::string patternedImage() {
@@ -242,14 +243,14 @@ class ViewModelTest : public LeavesNothingOpen {
         return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     }
 
-    bool isOccupied() const { return viewModel->isBusy() || viewModel->hasWriteTask(); }
+    bool isOccupied() const { return viewModel->isBusy() || viewModel->write().exists(); }
 
     void noteChange() {
         ++changes;
         if (isWaiting && !isOccupied()) loop->stop();
-        const auto& lines = viewModel->logLines();
+        const auto& lines = viewModel->log().logLines();
         const bool isLogged = !lines.empty() && lines.back().ends_with("] " + awaitedText);
-        if (onAwaitedText && (isLogged || viewModel->writeProgressDetail() == awaitedText)) {
+        if (onAwaitedText && (isLogged || viewModel->progress().writeProgressDetail == awaitedText)) {
             std::exchange(onAwaitedText, nullptr)();
         }
     }

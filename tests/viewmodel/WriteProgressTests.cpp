@@ -31,9 +31,9 @@ TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.detail);
         viewModel->applyWriteProgress(row.report);
-        EXPECT_DOUBLE_EQ(viewModel->writeOperationProgress(), row.overall);
-        EXPECT_DOUBLE_EQ(viewModel->sdPreparationAndWriteProgress(), row.preparationAndWriting);
-        EXPECT_EQ(viewModel->writeProgressDetail(), row.detail);
+        EXPECT_DOUBLE_EQ(viewModel->progress().writeOperationProgress, row.overall);
+        EXPECT_DOUBLE_EQ(viewModel->progress().sdPreparationAndWriteProgress, row.preparationAndWriting);
+        EXPECT_EQ(viewModel->progress().writeProgressDetail, row.detail);
         EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.4 + 0.6 * row.overall);
         const auto messages = takeLog();
         if (row.isLogged) {
@@ -49,7 +49,7 @@ TEST_F(WriteProgressTests, showsEveryReportAndLogsEveryPhaseOnce) {
 
 TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
     EXPECT_EQ(viewModel->overallWorkflowProgress(), 0);
-    EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 0);
+    EXPECT_EQ(viewModel->progress().sdPreparationAndWriteProgress, 0);
     choose(folder.write("os.img", "image"));
     EXPECT_DOUBLE_EQ(viewModel->overallWorkflowProgress(), 0.2);
     scan();
@@ -70,14 +70,14 @@ TEST_F(WriteProgressTests, theWorkflowBeginsWithTheTwoSelections) {
 }
 
 TEST_F(WriteProgressTests, wordsThatReplaceAReportEndTheSpeed) {
-    const std::function<void()> nobody;
-    WriteProgress progress(nobody);
+    viewModel->startWrite();
     for (const unsigned second : {0U, 2U, 4U})
-        progress.show({writingImage, second * 8'000'000, 1'000'000'000},
-                      TransferRate::TimePoint(std::chrono::seconds(second)));
-    EXPECT_NE(progress.transferRate(), "");
-    progress.say("title", "detail");
-    EXPECT_EQ(progress.transferRate(), "");
+        viewModel->applyWriteProgress({writingImage, second * 8'000'000, 1'000'000'000},
+                                      TransferRate::TimePoint(std::chrono::seconds(second)));
+    EXPECT_NE(viewModel->progress().writeTransferRate, "");
+    runUntilIdle();
+    EXPECT_EQ(stateText(), "failed: Image write failed");
+    EXPECT_EQ(viewModel->progress().writeTransferRate, "");
 }
 
 }  // namespace tessel

@@ -30,7 +30,7 @@ TEST_F(WriteStopTests, aDismissedPromptIsACancellation) {
     expectCancellation(interrupted);
     EXPECT_EQ(takeLog(),
               logUpTo(authorizingDevice) + cancellationLog(interrupted) + Messages{nothingWritten});
-    EXPECT_EQ(viewModel->writeHint(), nothingWritten);
+    EXPECT_EQ(viewModel->progress().writeHint, nothingWritten);
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
     EXPECT_EQ(desktop.lastNotification.title, "Operation Cancelled");
     EXPECT_EQ(desktop.lastNotification.text, interrupted);
@@ -60,14 +60,14 @@ TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
         viewModel->setVerifyAfterWrite(verifies);
         double progress = 0;
         when(moment, [&] {
-            EXPECT_TRUE(viewModel->canRequestStop());
+            EXPECT_TRUE(viewModel->write().canRequestStop());
             viewModel->requestStop();
-            EXPECT_FALSE(viewModel->canRequestStop());
+            EXPECT_FALSE(viewModel->write().canRequestStop());
             viewModel->requestStop();
-            progress = viewModel->writeOperationProgress();
-            EXPECT_EQ(viewModel->writePhaseTitle(), "Stopping Operation");
+            progress = viewModel->progress().writeOperationProgress;
+            EXPECT_EQ(viewModel->progress().writePhaseTitle, "Stopping Operation");
             EXPECT_EQ(
-                viewModel->writeProgressDetail(),
+                viewModel->progress().writeProgressDetail,
                 "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card "
                 "when possible.");
         });
@@ -75,9 +75,9 @@ TEST_F(WriteStopTests, aStopTakesEffectWhereverItComes) {
         expectCancellation(message);
         const bool hasBegun = std::ranges::count(log, phaseMessages[2]) > 0;
         EXPECT_EQ(takeLog(), log + (hasBegun ? stopLog(message) : stopLogBeforeWriting()));
-        EXPECT_EQ(viewModel->writeHint(), hasBegun ? "" : nothingWritten);
+        EXPECT_EQ(viewModel->progress().writeHint, hasBegun ? "" : nothingWritten);
         EXPECT_EQ(takeCommands(), commands);
-        EXPECT_EQ(viewModel->writeOperationProgress(), progress);
+        EXPECT_EQ(viewModel->progress().writeOperationProgress, progress);
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
     }
 }
@@ -124,7 +124,7 @@ TEST_F(WriteStopTests, aStopWaitsForWhatIsUnderWayAndForNothingElse) {
         write();
         user.join();
         expectCancellation(interrupted);
-        EXPECT_EQ(viewModel->currentWritePhase(), reached);
+        EXPECT_EQ(viewModel->progress().currentWritePhase, reached);
         EXPECT_EQ(takeLog(), logUpTo(reached) + stopLogBeforeWriting());
         EXPECT_EQ(takeCommands(), commands);
     }
@@ -151,7 +151,7 @@ TEST_F(WriteStopTests, anErrorAfterAStopIsNoFailure) {
     user.join();
     expectCancellation(interrupted);
     EXPECT_EQ(takeLog(), logUpTo(authorizingDevice) + stopLogBeforeWriting());
-    EXPECT_FALSE(viewModel->hasWriteFailed());
+    EXPECT_FALSE(viewModel->write().hasFailed());
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end"));
 }
 
@@ -164,7 +164,7 @@ TEST_F(WriteStopTests, aStopDuringTheLastEjectDoesNotHideTheFailure) {
     write();
     expectCancellation(unverified);
     EXPECT_EQ(takeLog(), logUpTo(verifyingImage) + Messages{failure} + stopLog(unverified));
-    EXPECT_TRUE(viewModel->hasWriteFailed());
+    EXPECT_TRUE(viewModel->write().hasFailed());
     EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
     EXPECT_EQ(takeCommands(), allCommands);
 }
@@ -175,7 +175,7 @@ TEST_F(WriteStopTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
     tryEverything();
     when(phaseMessages[5], [this] {
         tryEverything();
-        EXPECT_FALSE(viewModel->canRequestStop()) << "the eject is under way";
+        EXPECT_FALSE(viewModel->write().canRequestStop()) << "the eject is under way";
         viewModel->requestStop();
     });
     runUntilIdle();

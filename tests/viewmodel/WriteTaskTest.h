@@ -59,11 +59,11 @@ class WriteTaskTest : public ViewModelTest {
 
     void expectCancellation(const std::string& message) {
         EXPECT_EQ(stateText(), "warning: Operation cancelled");
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Operation Cancelled");
-        EXPECT_EQ(viewModel->writeProgressDetail(), message);
-        EXPECT_EQ(viewModel->selectedDiskID(), "");
+        EXPECT_EQ(viewModel->progress().writePhaseTitle, "Operation Cancelled");
+        EXPECT_EQ(viewModel->progress().writeProgressDetail, message);
+        EXPECT_EQ(viewModel->targets().selectedDiskID(), "");
         EXPECT_EQ(listedDisks(), Messages{"disk0"});
-        EXPECT_FALSE(viewModel->isCancellationRequested());
+        EXPECT_FALSE(viewModel->write().isCancellationRequested());
     }
 
     static Messages cancellationLog(const std::string& message) {

@@ -17,14 +17,14 @@ TEST_F(WriteTaskTests, nothingIsWrittenOnceTheComputerHasSleptSinceTheScan) {
     prepareWrite();
     ++secondsAsleep;
     write();
-    EXPECT_EQ(viewModel->writeProgressDetail(), diskChanged);
+    EXPECT_EQ(viewModel->progress().writeProgressDetail, diskChanged);
     EXPECT_THAT(takeLog(),
                 testing::Contains("The computer was asleep since the disks were scanned, so that another "
                                   "card may have taken the place of /dev/disk4."));
     EXPECT_EQ(takeCommands(), "");
     prepareWrite();
     write();
-    EXPECT_TRUE(viewModel->isSuccessfulCompletion()) << "scanned again";
+    EXPECT_TRUE(viewModel->state().isSuccessfulCompletion()) << "scanned again";
 }
 
 TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
@@ -52,20 +52,20 @@ TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
 
         EXPECT_EQ(stateText(),
                   verifies ? "completed: Image written and verified" : "completed: Image written");
-        EXPECT_TRUE(viewModel->isSuccessfulCompletion());
+        EXPECT_TRUE(viewModel->state().isSuccessfulCompletion());
         EXPECT_EQ(takeLog(), log);
         EXPECT_EQ(takeCommands(), allCommands);
         std::string written(imageSize, '\0');
         std::ifstream(reader.mediumPath("disk4"), std::ios::binary).read(written.data(), imageSize);
         EXPECT_TRUE(written == imageContent);
 
-        EXPECT_EQ(viewModel->currentWritePhase(), completed);
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Safe to Remove");
-        EXPECT_EQ(viewModel->writeProgressDetail(), systemWords().cardEjected);
-        EXPECT_EQ(viewModel->writeOperationProgress(), 1);
-        EXPECT_EQ(viewModel->sdPreparationAndWriteProgress(), 1);
+        EXPECT_EQ(viewModel->progress().currentWritePhase, completed);
+        EXPECT_EQ(viewModel->progress().writePhaseTitle, "Safe to Remove");
+        EXPECT_EQ(viewModel->progress().writeProgressDetail, systemWords().cardEjected);
+        EXPECT_EQ(viewModel->progress().writeOperationProgress, 1);
+        EXPECT_EQ(viewModel->progress().sdPreparationAndWriteProgress, 1);
         EXPECT_EQ(viewModel->overallWorkflowProgress(), 1);
-        EXPECT_EQ(viewModel->selectedDiskID(), "");
+        EXPECT_EQ(viewModel->targets().selectedDiskID(), "");
         EXPECT_EQ(listedDisks(), Messages{"disk0"});
         EXPECT_FALSE(viewModel->canStartWrite());
 
@@ -118,11 +118,11 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         const auto duration = std::chrono::steady_clock::now() - start;
         EXPECT_GE(duration, std::chrono::milliseconds(400)) << "two pauses";
         EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->writePhaseTitle(), "Image Write Failed");
-        EXPECT_EQ(viewModel->writeProgressDetail(), diskChanged);
+        EXPECT_EQ(viewModel->progress().writePhaseTitle, "Image Write Failed");
+        EXPECT_EQ(viewModel->progress().writeProgressDetail, diskChanged);
         EXPECT_EQ(desktop.lastNotification.title, "Image Write Failed");
         EXPECT_EQ(desktop.lastNotification.text, diskChanged);
-        EXPECT_FALSE(viewModel->canRequestStop());
+        EXPECT_FALSE(viewModel->write().canRequestStop());
         EXPECT_EQ(takeLog(), Messages{revalidating} + log + Messages{std::string("Error: ") + diskChanged});
         EXPECT_EQ(takeCommands(), commands);
         EXPECT_THAT(desktop.events, ElementsAre(activityBegun, "end", "attention"));
@@ -145,7 +145,7 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
     prepareWrite();
     interpose("if [ $1 = info ] && mkdir $0.once 2>/dev/null; then exit 1; fi\nexec $real \"$@\"");
     write();
-    EXPECT_TRUE(viewModel->isSuccessfulCompletion());
+    EXPECT_TRUE(viewModel->state().isSuccessfulCompletion());
     EXPECT_EQ(takeLog().at(1), "Disk revalidation succeeded on attempt 2.");
     EXPECT_EQ(takeCommands(), std::string("list ") + allCommands);
 }
@@ -184,19 +184,19 @@ TEST_F(WriteTaskTests, aCardThatWasEjectedAfterAFailureIsNotSaidToBeRemoved) {
     fault = Fault::secondWrite;
     write();
     EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, cardEjected}));
-    EXPECT_EQ(viewModel->writeHint(), cardEjected);
+    EXPECT_EQ(viewModel->progress().writeHint, cardEjected);
 
     write();
     EXPECT_EQ(takeLog(),
               (Messages{revalidating, "Disk revalidation could not find /dev/disk4 as a whole disk.",
                         std::string("Error: ") + diskChanged, cardEjected}));
-    EXPECT_EQ(viewModel->writeHint(), cardEjected);
+    EXPECT_EQ(viewModel->progress().writeHint, cardEjected);
 
     reader.reinsert("disk4");
     when(error, [this] { reader.removeDisk("disk4"); });
     write();
     EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, diskGone})) << "it had come back";
-    EXPECT_EQ(viewModel->writeHint(), "");
+    EXPECT_EQ(viewModel->progress().writeHint, "");
 }
 
 TEST_F(WriteTaskTests, aRefusalSaysWhyTheSystemProtectsTheCard) {
@@ -207,12 +207,12 @@ TEST_F(WriteTaskTests, aRefusalSaysWhyTheSystemProtectsTheCard) {
     prepareWrite();
     reader.changeDetails("disk4", protection("It holds the tide tables."));
     write();
-    EXPECT_EQ(viewModel->writeProgressDetail(), refusal + "It holds the tide tables.");
+    EXPECT_EQ(viewModel->progress().writeProgressDetail, refusal + "It holds the tide tables.");
 
     prepareWrite();
     when(verificationEnabled, [&] { reader.changeDetails("disk4", protection("It became a swap area.")); });
     write();
-    EXPECT_EQ(viewModel->writeProgressDetail(), refusal + "It became a swap area.");
+    EXPECT_EQ(viewModel->progress().writeProgressDetail, refusal + "It became a swap area.");
 }
 
 TEST_F(WriteTaskTests, anImageOnTheCardItselfIsRefusedBeforeTheUnmount) {
@@ -226,8 +226,8 @@ TEST_F(WriteTaskTests, anImageOnTheCardItselfIsRefusedBeforeTheUnmount) {
     viewModel->selectDisk("disk5");
     EXPECT_TRUE(viewModel->canStartWrite());
     write();
-    EXPECT_EQ(viewModel->writePhaseTitle(), "Image Write Failed");
-    EXPECT_EQ(viewModel->writeProgressDetail(),
+    EXPECT_EQ(viewModel->progress().writePhaseTitle, "Image Write Failed");
+    EXPECT_EQ(viewModel->progress().writeProgressDetail,
               "The selected image lies on the selected SD card, which a write would erase. Copy the image to "
               "another disk and select the copy.");
     EXPECT_EQ(takeCommands(), "list diskutil info -plist /dev/disk5");
