@@ -1,8 +1,8 @@
 #include "app/ConfirmationTexts.h"
 
 #include "foundation/ByteCount.h"
-#include "foundation/SystemWords.h"
 #include "model/SizeOrUnknown.h"
+#include "model/SystemWords.h"
 
 namespace tessel {
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <string_view>
 
-#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
 #include "model/SDCardPolicy.h"
+#include "model/SystemWords.h"
 
 namespace tessel {
 

@@ -5,8 +5,8 @@
 #include <span>
 
 #include "foundation/DiskIdentifier.h"
-#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
+#include "model/SystemWords.h"
 
 namespace tessel {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "foundation/Errors.h"
-#include "foundation/SystemWords.h"
 #include "foundation/Text.h"
+#include "model/SystemWords.h"
 #include "platform/CollectingPipe.h"
 #include "platform/DescriptorChannel.h"
 #include "platform/Files.h"

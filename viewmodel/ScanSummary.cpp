@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "foundation/SystemWords.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
+#include "model/SystemWords.h"
 
 namespace tessel {
 

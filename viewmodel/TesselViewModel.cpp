@@ -6,8 +6,8 @@
 
 #include "foundation/ByteCount.h"
 #include "foundation/Errors.h"
-#include "foundation/SystemWords.h"
 #include "model/SDCardPolicy.h"
+#include "model/SystemWords.h"
 #include "viewmodel/ScanSummary.h"
 
 namespace tessel {

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "foundation/Errors.h"
-#include "foundation/SystemWords.h"
 #include "model/DiskTexts.h"
+#include "model/SystemWords.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Background.h"
 

@@ -1,7 +1,7 @@
 // What the user confirms before a write, and the disks that the window refuses.
 
 #include "app/ConfirmationTexts.h"
-#include "foundation/SystemWords.h"
+#include "model/SystemWords.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"

@@ -1,4 +1,4 @@
-#include "foundation/SystemWords.h"
+#include "model/SystemWords.h"
 #include "tests/viewmodel/ViewModelTest.h"
 
 namespace tessel {

@@ -1,6 +1,6 @@
 #include <chrono>
 
-#include "foundation/SystemWords.h"
+#include "model/SystemWords.h"
 #include "tests/support/SleepingComputer.h"
 #include "tests/viewmodel/WriteTaskTest.h"
 

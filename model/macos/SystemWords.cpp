@@ -1,4 +1,4 @@
-#include "foundation/SystemWords.h"
+#include "model/SystemWords.h"
 
 namespace tessel {
 
