@@ -25,7 +25,7 @@
 #include "platform/CollectingPipe.h"
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
-#include "platform/linux/LoopDevice.h"
+#include "rehearsal/LoopDevice.h"
 #include "rehearsal/SimulatedReader.h"
 #include "services/DiskService.h"
 #include "services/ImageTransfer.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/SystemUtilities.h"
-#include "platform/linux/LoopDevice.h"
+#include "rehearsal/LoopDevice.h"
 #include "rehearsal/SimulatedDisk.h"
 #include "utilities/simulated/DiskBehaviour.h"
 #include "utilities/simulated/ReaderFolder.h"

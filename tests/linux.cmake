@@ -1,4 +1,5 @@
 # The tests that need the simulated card reader or the utilities.
+target_link_libraries(platform-tests PRIVATE tessel-rehearsal)
 tessel_tests(services tessel-rehearsal)
 tessel_tests(viewmodel tessel-viewmodel tessel-rehearsal)
 tessel_tests(faults tessel-viewmodel tessel-rehearsal)

@@ -5,7 +5,7 @@
 #include <set>
 #include <thread>
 
-#include "platform/linux/LoopDevice.h"
+#include "rehearsal/LoopDevice.h"
 #include "tests/faults/SystemCallFaults.h"
 #include "tests/viewmodel/ViewModelTest.h"
 

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/LoopDevice.h"
+#include "rehearsal/LoopDevice.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tessel {

@@ -1,4 +1,4 @@
-#include "platform/linux/LoopDevice.h"
+#include "rehearsal/LoopDevice.h"
 
 #include <fcntl.h>
 #include <linux/loop.h>
