@@ -1,7 +1,7 @@
 #include "app/ConfirmationTexts.h"
 
 #include "foundation/ByteCount.h"
-#include "model/SizeOrUnknown.h"
+#include "model/SDWholeDisk.h"
 #include "model/SystemWords.h"
 
 namespace tessel {

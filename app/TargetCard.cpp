@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "app/Keys.h"
-#include "model/DiskInspection.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
+#include "model/VisibleDisks.h"
 #include "views/controls/Card.h"
 #include "views/controls/FoldingRow.h"
 

@@ -64,13 +64,9 @@ std::string mediaSymbol(const SDWholeDisk& disk) {
     return disk.isInternal.value_or(false) ? "internaldrive.fill" : "externaldrive.fill";
 }
 
-std::string devicePath(const SDWholeDisk& disk) {
-    return "/dev/" + disk.id;
-}
-
 std::string devicePathAndName(const SDWholeDisk& disk) {
-    if (!disk.systemName) return devicePath(disk);
-    return devicePath(disk) + " · " + disk.systemName->substr(disk.systemName->rfind('/') + 1);
+    if (!disk.systemName) return devicePath(disk.id);
+    return devicePath(disk.id) + " · " + disk.systemName->substr(disk.systemName->rfind('/') + 1);
 }
 
 std::string emptyTableText(size_t foundDisks) {

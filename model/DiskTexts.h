@@ -27,9 +27,6 @@ namespace tessel {
 /// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);
 
-/// Returns a path such as "/dev/disk4".
-[[nodiscard]] std::string devicePath(const SDWholeDisk& disk);
-
 /// Returns the path and, where the system has its own, that name: "/dev/disk4 · mmcblk0".
 [[nodiscard]] std::string devicePathAndName(const SDWholeDisk& disk);
 

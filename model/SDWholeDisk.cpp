@@ -1,7 +1,7 @@
 #include "model/SDWholeDisk.h"
 
+#include "foundation/ByteCount.h"
 #include "foundation/Text.h"
-#include "model/SizeOrUnknown.h"
 
 namespace tessel {
 
@@ -36,6 +36,18 @@ std::string SDWholeDisk::capabilitySummary() const {
 std::string SDWholeDisk::partitionCountText() const {
     if (partitions.empty()) return "No partitions reported";
     return std::to_string(partitions.size()) + (partitions.size() == 1 ? " partition" : " partitions");
+}
+
+std::string sizeOrUnknown(uint64_t bytes) {
+    return bytes == 0 ? "Unknown size" : byteCountText(bytes);
+}
+
+std::string devicePath(const std::string& identifier) {
+    return "/dev/" + identifier;
+}
+
+std::string rawDevicePath(const std::string& identifier) {
+    return "/dev/r" + identifier;
 }
 
 }  // namespace tessel

@@ -41,4 +41,23 @@ struct SDWholeDisk {
     std::string partitionCountText() const;
 };
 
+/// What the disk list alone says about one whole disk.
+struct DiskLayout {
+    std::string partitionScheme;              ///< may be empty
+    std::vector<SDDiskPartition> partitions;  ///< ordered by identifier
+    std::optional<uint64_t> sizeBytes;
+    std::optional<bool> isInternal;
+
+    bool operator==(const DiskLayout&) const = default;
+};
+
+/// Returns the size of a disk or partition in words, as in "31.9 GB"; 0 bytes are an "Unknown size".
+[[nodiscard]] std::string sizeOrUnknown(uint64_t bytes);
+
+/// Returns the path of a disk's device, such as "/dev/disk4".
+[[nodiscard]] std::string devicePath(const std::string& identifier);
+
+/// Returns the path of a disk's raw device, such as "/dev/rdisk4".
+[[nodiscard]] std::string rawDevicePath(const std::string& identifier);
+
 }  // namespace tessel

@@ -62,4 +62,15 @@ std::vector<SDWholeDisk> visibleDisks(const std::vector<SDWholeDisk>& disks, boo
     return sorted;
 }
 
+std::optional<std::string> reconciledInspection(const std::optional<std::string>& inspectedID,
+                                                const std::string& targetID,
+                                                const std::vector<SDWholeDisk>& listed) {
+    const auto isListed = [&listed](const std::string& id) {
+        return std::ranges::find(listed, id, &SDWholeDisk::id) != listed.end();
+    };
+    if (inspectedID && isListed(*inspectedID)) return inspectedID;
+    if (isListed(targetID)) return targetID;
+    return std::nullopt;
+}
+
 }  // namespace tessel

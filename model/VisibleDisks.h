@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "model/SDWholeDisk.h"
@@ -14,5 +16,11 @@ enum class DiskSortField { disk, size, media };
 /// whatever the direction.
 [[nodiscard]] std::vector<SDWholeDisk> visibleDisks(const std::vector<SDWholeDisk>& disks, bool showAllDisks,
                                                     DiskSortField field, bool ascending);
+
+/// Returns the identifier of the disk to inspect once the list has changed: the same disk while it is listed,
+/// else the target if it is listed, else none.
+[[nodiscard]] std::optional<std::string> reconciledInspection(const std::optional<std::string>& inspectedID,
+                                                              const std::string& targetID,
+                                                              const std::vector<SDWholeDisk>& listed);
 
 }  // namespace tessel

@@ -4,15 +4,22 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "platform/Command.h"
 #include "platform/FileDescriptor.h"
 
 namespace tessel {
+
+/// A program to start, and with what.
+struct Command {
+    std::filesystem::path executable;
+    std::vector<std::string> arguments;              ///< without the program's name
+    std::map<std::string, std::string> environment;  ///< added to this program's own; these values win
+};
 
 /// A child process. Its standard input is the null device, and apart from its two outputs no descriptor of
 /// this program reaches it. A child that is still running when its Process is dropped is killed. One that

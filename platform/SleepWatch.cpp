@@ -1,7 +1,5 @@
 #include "platform/SleepWatch.h"
 
-#include "platform/Clocks.h"
-
 namespace tessel {
 
 // The two clocks can't be read at once. Reading them in the right order errs on the side of less sleep.

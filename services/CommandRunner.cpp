@@ -12,18 +12,19 @@ namespace tessel {
 namespace {
 
 CommandResult runBlocking(const Command& command, CommandRunner::Timeout timeout) {
-    CollectingPipe output;
-    CollectingPipe error;
-    Process process(command, {.standardOutput = output.writingEnd(), .standardError = error.writingEnd()});
+    CollectingPipe outputPipe;
+    CollectingPipe errorPipe;
+    Process process(command,
+                    {.standardOutput = outputPipe.writingEnd(), .standardError = errorPipe.writingEnd()});
 
-    const std::array streams{output.stream(), error.stream()};
+    const std::array streams{outputPipe.stream(), errorPipe.stream()};
     Process::WaitOptions wait{.streams = streams, .timeout = std::nullopt};
     if (timeout && timeout->count() > 0)
         wait.timeout = std::chrono::duration_cast<std::chrono::nanoseconds>(*timeout);
     const auto ending = process.waitUntilExit(wait);
     return {.status = ending.termination.status,
-            .standardOutput = output.collected(),
-            .standardError = error.collected(),
+            .standardOutput = outputPipe.collected(),
+            .standardError = errorPipe.collected(),
             .didTimeOut = ending.didTimeOut};
 }
 

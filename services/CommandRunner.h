@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Command.h"
+#include "platform/Process.h"
 #include "platform/concurrency/Task.h"
 
 namespace tessel {

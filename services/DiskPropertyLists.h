@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "model/DiskLayout.h"
 #include "model/SDWholeDisk.h"
 
 /// Reads what the disk utility prints. For a key that is missing or has an unexpected type, another key and

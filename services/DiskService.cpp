@@ -41,7 +41,7 @@ Task<DiskList> DiskService::listWholeDisks() const {
 
 Task<std::optional<SDWholeDisk>> DiskService::readDiskInfo(std::string identifier,
                                                            const DiskLayout* layout) const {
-    std::vector<std::string> arguments{"info", "-plist", "/dev/" + identifier};
+    std::vector<std::string> arguments{"info", "-plist", devicePath(identifier)};
     const auto result = co_await runDiskutil(std::move(arguments), infoTimeout);
     if (result.status != 0) co_return std::nullopt;
     co_return parseDiskInfo(result.standardOutput, identifier, layout);

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "model/DiskLayout.h"
 #include "model/SDWholeDisk.h"
 #include "model/TesselError.h"
 #include "platform/concurrency/Task.h"

@@ -2,11 +2,82 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
+#include <string>
 
+#include "foundation/Errors.h"
+#include "model/TesselError.h"
 #include "platform/AlignedBuffer.h"
-#include "services/InterruptibleCall.h"
+#include "platform/Files.h"
+#include "platform/Transfer.h"
+#include "services/HelperThread.h"
+#include "services/RawDeviceCalls.h"
 
 namespace tessel {
+
+namespace {
+
+constexpr std::chrono::seconds timeToAnswer{2};
+
+ReadOnlyFile openImageForReading(const std::filesystem::path& url, uint64_t expectedSize) {
+    ReadOnlyFile file;
+    if (const auto opened = file.open(url); !opened.isSuccess()) {
+        throw TesselError::commandFailed(
+            "The selected image could not be opened by the application process: " +
+            systemErrorText(opened.error) + ".");
+    }
+    const auto size = file.size();
+    if (!size.isSuccess()) {
+        throw TesselError::commandFailed(
+            "The selected image metadata could not be read: " + systemErrorText(size.error) + ".");
+    }
+    if (size.value != expectedSize) throw TesselError(TesselError::Case::imageChanged);
+    return file;
+}
+
+/// Reads the open image file, and throws TesselError for whatever goes wrong with it. May be used on any
+/// thread, but on only one at a time.
+class ImageSource {
+  public:
+    /// Opens the file. Throws imageChanged if it does not have the expected size in bytes.
+    ImageSource(const std::filesystem::path& url, uint64_t expectedSize);
+
+    /// Fills the span with the bytes from the offset on, and lets the system drop that part of the file from
+    /// its cache. Throws imageChanged if the file ends too early.
+    void read(std::span<std::byte> bytes, uint64_t offset) const;
+
+    /// Throws imageChanged if the file no longer has the expected size.
+    void requireUnchangedSize() const;
+
+  private:
+    ReadOnlyFile file;
+    uint64_t expectedSize;
+};
+
+ImageSource::ImageSource(const std::filesystem::path& url, uint64_t expectedSize) :
+    file(openImageForReading(url, expectedSize)),
+    expectedSize(expectedSize) {}
+
+void ImageSource::read(std::span<std::byte> bytes, uint64_t offset) const {
+    try {
+        file.read(bytes, offset);
+    } catch (const TransferError& error) {
+        if (error.code() == 0) throw TesselError(TesselError::Case::imageChanged);
+        if (error.code() == EOVERFLOW) throw offsetFailure();
+        throw TesselError::commandFailed("The selected image could not be read at byte offset " +
+                                         std::to_string(error.offset()) + ": " +
+                                         systemErrorText(error.code()) + ".");
+    }
+    file.adviseFinished(offset, bytes.size());
+}
+
+void ImageSource::requireUnchangedSize() const {
+    const auto size = file.size();
+    if (!size.isSuccess() || size.value != expectedSize) throw TesselError(TesselError::Case::imageChanged);
+}
+
+}  // namespace
 
 size_t ChunkGeometry::lengthAt(uint64_t offset) const {
     return static_cast<size_t>(std::min<uint64_t>(chunkSize, imageSize - offset));
@@ -15,12 +86,6 @@ size_t ChunkGeometry::lengthAt(uint64_t offset) const {
 size_t ChunkGeometry::padded(size_t length) const {
     return static_cast<size_t>((length + blockSize - 1) / blockSize * blockSize);
 }
-
-namespace {
-
-constexpr std::chrono::seconds timeToAnswer{2};
-
-}  // namespace
 
 /// Holds what a read uses. The reader and its helper thread use it in turns.
 struct ImageReader::Reading {

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <stop_token>
 
 #include "services/BackgroundDigest.h"
 #include "services/HelperThread.h"
-#include "services/ImageSource.h"
 
 namespace tessel {
 

@@ -8,7 +8,7 @@
 #include "model/TesselError.h"
 #include "platform/Files.h"
 #include "platform/concurrency/Background.h"
-#include "services/InterruptibleCall.h"
+#include "services/HelperThread.h"
 
 namespace tessel {
 
@@ -70,7 +70,7 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
     if (card.sizeBytes < request.image.sizeBytes) throw TesselError(TesselError::Case::imageTooLarge);
     listener.onProgress({preparingTarget, 0, request.image.sizeBytes});
     co_await checkCancellation();
-    std::vector<std::string> unmount{"unmountDisk", "force", "/dev/" + card.id};
+    std::vector<std::string> unmount{"unmountDisk", "force", devicePath(card.id)};
     co_await require(std::move(unmount), "The selected SD card could not be unmounted.");
     co_return card;
 }
@@ -84,13 +84,13 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
     co_await checkCancellation();
     // A stop does not end this wait, since the authorization prompt can't be withdrawn.
     auto handle = co_await inBackground(
-        [&](const std::stop_token&) { return opener.openAuthorizedRawDisk("/dev/r" + card.id); });
+        [&](const std::stop_token&) { return opener.openAuthorizedRawDisk(rawDevicePath(card.id)); });
     auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, listener));
     co_await outcomeOf(close(std::move(handle)));
     std::move(transferred).value();
     co_await checkCancellation();
     listener.onProgress({ejecting, imageSize, imageSize});
-    std::vector<std::string> eject{"eject", "/dev/" + card.id};
+    std::vector<std::string> eject{"eject", devicePath(card.id)};
     co_await require(std::move(eject), "The image was written, but the SD card could not be ejected.");
     listener.onProgress({completed, imageSize, imageSize});
 }
@@ -118,7 +118,7 @@ Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk
 /// Ejects the card that could not be written. The user is about to pull it, so a stop does not interrupt
 /// this, and its own failure is not reported.
 Task<> ImageWriterService::ejectWhenPossible(const SDWholeDisk& card, ImageWriteListener& listener) const {
-    std::vector<std::string> eject{"eject", "/dev/" + card.id};
+    std::vector<std::string> eject{"eject", devicePath(card.id)};
     const auto ejected = co_await outcomeOf(require(std::move(eject), ""));
     if (!ejected.error()) {
         listener.onEjected(card);

@@ -10,7 +10,7 @@
 #include "model/TesselError.h"
 #include "platform/Files.h"
 #include "platform/concurrency/Background.h"
-#include "services/InterruptibleCall.h"
+#include "services/HelperThread.h"
 
 namespace tessel {
 

@@ -40,7 +40,7 @@ std::string revalidationFailure(const SDWholeDisk& expected, const DiskSearch& s
         return "Disk revalidation could not read the selected disk: " +
                localizedDescription(search.readError);
     }
-    return "Disk revalidation could not find /dev/" + expected.id + " as a whole disk.";
+    return "Disk revalidation could not find " + devicePath(expected.id) + " as a whole disk.";
 }
 
 constexpr auto cardEjected =
@@ -107,13 +107,13 @@ Task<> WriteTask::writeSelectedImage() {
 
     auto& log = surroundings.log;
     const auto activity = surroundings.desktop.beginActivity("Writing and verifying an SD-card image");
-    log.appendLog("Revalidating /dev/" + target.id + " immediately before the destructive operation.");
+    log.appendLog("Revalidating " + devicePath(target.id) + " immediately before the destructive operation.");
     const auto card = co_await revalidateSelectedDisk(target);
     const auto inspected = co_await ImageSelection::inspectImage(image.url);
     if (inspected.sizeBytes != image.sizeBytes) throw TesselError(TesselError::Case::imageChanged);
     if (const auto reason = imageOnDiskText(image, card)) throw TesselError::commandFailed(*reason);
 
-    log.appendLog("Writing " + image.displayName() + " to /dev/r" + card.id +
+    log.appendLog("Writing " + image.displayName() + " to " + rawDevicePath(card.id) +
                   ". All existing data on the SD card will be destroyed.");
     if (verifyAfterWrite()) {
         log.appendLog(
@@ -166,8 +166,8 @@ Task<SDWholeDisk> WriteTask::revalidateSelectedDisk(SDWholeDisk expected) {
     if (surroundings.targets.mayBeExchanged()) {
         surroundings.log.appendLog(
             "The computer was asleep since the disks were scanned, so that another card may have "
-            "taken the place of /dev/" +
-            expected.id + ".");
+            "taken the place of " +
+            devicePath(expected.id) + ".");
         throw TesselError(TesselError::Case::diskChanged);
     }
     auto search = co_await surroundings.diskService.findAgain(expected);
@@ -221,7 +221,7 @@ void WriteTask::onDiskGone() {
     // An eject that seemed to fail may have let go of the card all the same.
     if (progress().currentWritePhase == ImageWritePhase::ejecting) ejectedDiskID = id;
     if (isDiskLoggedAsGone || ejectedDiskID == id) return;
-    surroundings.log.appendLog("/dev/" + id +
+    surroundings.log.appendLog(devicePath(id) +
                                " is gone: the SD card was removed, or its reader was disconnected.");
     isDiskLoggedAsGone = true;
 }

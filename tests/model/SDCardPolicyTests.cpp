@@ -1,8 +1,8 @@
 #include "model/SDCardPolicy.h"
-#include "model/SystemWords.h"
 
 #include <gmock/gmock.h>
 
+#include "model/SystemWords.h"
 #include "tests/support/SampleDisks.h"
 
 namespace tessel {

@@ -7,7 +7,7 @@
 
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
-#include "model/SizeOrUnknown.h"
+#include "model/SDWholeDisk.h"
 #include "views/accessibility/AccessibleControl.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"

@@ -1,7 +1,7 @@
 #include "views/disks/DiskInspectorContent.h"
 
 #include "model/DiskTexts.h"
-#include "model/SizeOrUnknown.h"
+#include "model/SDWholeDisk.h"
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/FoldingRow.h"
 #include "views/controls/InfoRow.h"

@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "model/SizeOrUnknown.h"
+#include "model/SDWholeDisk.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
 #include "views/controls/TextLabel.h"

@@ -1,4 +1,4 @@
-#include "platform/Clocks.h"
+#include "platform/SleepWatch.h"
 
 #include <time.h>
 
@@ -15,11 +15,11 @@ std::chrono::nanoseconds timeOf(clockid_t clock) {
 }  // namespace
 
 std::chrono::nanoseconds timeSinceStart() {
-    return timeOf(CLOCK_BOOTTIME);
+    return timeOf(CLOCK_MONOTONIC_RAW);
 }
 
 std::chrono::nanoseconds timeAwake() {
-    return timeOf(CLOCK_MONOTONIC);
+    return timeOf(CLOCK_UPTIME_RAW);
 }
 
 }  // namespace tessel
