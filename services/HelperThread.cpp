@@ -27,10 +27,10 @@ struct HelperThread::Shared {
         work = nullptr;
     }
 
-    void finishWork(const Outcome<void>& outcome) {
+    void finishWork(Outcome<void> outcome) {
         const MutexLock lock(mutex);
         if (state == State::ended) return;
-        error = outcome.error();
+        error = std::exchange(outcome, {}).error();
         state = State::idle;
         changed.notify_all();
     }

@@ -54,7 +54,8 @@ auto interruptible(Function function) {
         HelperThread helper([outcome, function] { *outcome = Outcome<Result>::of(function); });
         helper.begin();
         helper.wait(stop);
-        return std::move(*outcome).value();
+        // The thread must not be the last to let go of an error.
+        return std::exchange(*outcome, {}).value();
     };
 }
 
