@@ -24,7 +24,7 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
     dialog->open();
 }
 
-ImageWriterService makeWriterService(const Application::Disks& disks) {
+ImageWriterService makeWriterService(const VelmoraTesselApp::Disks& disks) {
     return {DiskService(disks.utilities.diskUtility),
             RawDiskOpener(disks.utilities.authorizationUtility, disks.makeDevice)};
 }

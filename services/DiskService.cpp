@@ -27,9 +27,8 @@ TesselError notFound(const DiskSearch& search) {
 
 Task<CommandResult> DiskService::runDiskutil(std::vector<std::string> arguments,
                                              std::chrono::seconds timeout) const {
-    Command command{.executable = diskUtility,
-                    .arguments = std::move(arguments),
-                    .environment = {{"LC_ALL", "C"}}};
+    Command command{
+        .executable = diskUtility, .arguments = std::move(arguments), .environment = {{"LC_ALL", "C"}}};
     co_return co_await CommandRunner().run(std::move(command), timeout);
 }
 
