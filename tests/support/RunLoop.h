@@ -14,12 +14,11 @@ namespace tessel {
 /// thread is in run() waits for the next call.
 class RunLoop : public MainThread {
   public:
-    void post(std::function<void()> work) override { postAfter({}, std::move(work)); }
+    // The clock of the thread that posts may be ahead of this loop's in a test.
+    void post(std::function<void()> work) override { put({}, std::move(work)); }
 
     void postAfter(std::chrono::nanoseconds delay, std::function<void()> work) override {
-        const MutexLock lock(mutex);
-        pending.emplace(Clock::now() + delay, std::move(work));
-        changed.notify_one();
+        put(Clock::now() + delay, std::move(work));
     }
 
     /// Runs what is posted until stop() is called, and sleeps while there is nothing to do.
@@ -37,6 +36,12 @@ class RunLoop : public MainThread {
 
   private:
     using Clock = std::chrono::steady_clock;
+
+    void put(Clock::time_point due, std::function<void()> work) {
+        const MutexLock lock(mutex);
+        pending.emplace(due, std::move(work));
+        changed.notify_one();
+    }
 
     /// Waits for work that is due. Returns nothing once the loop is stopped.
     std::function<void()> next() {
