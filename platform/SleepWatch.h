@@ -1,14 +1,16 @@
 #pragma once
 
+#include <time.h>
+
 #include <chrono>
 
 namespace tessel {
 
-/// Returns the time since the computer was started, by a clock that is never set back.
-[[nodiscard]] std::chrono::nanoseconds timeSinceStart();
+/// Returns the system's clock that counts from the start of the computer and is never set back.
+[[nodiscard]] clockid_t clockSinceStart();
 
-/// Returns the time without that in which the computer slept.
-[[nodiscard]] std::chrono::nanoseconds timeAwake();
+/// Returns the system's clock that counts so, too, but stands still while the computer sleeps.
+[[nodiscard]] clockid_t clockAwake();
 
 /// Notices that the computer has slept since this object was made. May be used on any thread.
 class SleepWatch {

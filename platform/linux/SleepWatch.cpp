@@ -1,25 +1,13 @@
 #include "platform/SleepWatch.h"
 
-#include <time.h>
-
 namespace tessel {
 
-namespace {
-
-std::chrono::nanoseconds timeOf(clockid_t clock) {
-    timespec time{};
-    clock_gettime(clock, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+clockid_t clockSinceStart() {
+    return CLOCK_BOOTTIME;
 }
 
-}  // namespace
-
-std::chrono::nanoseconds timeSinceStart() {
-    return timeOf(CLOCK_BOOTTIME);
-}
-
-std::chrono::nanoseconds timeAwake() {
-    return timeOf(CLOCK_MONOTONIC);
+clockid_t clockAwake() {
+    return CLOCK_MONOTONIC;
 }
 
 }  // namespace tessel
