@@ -104,15 +104,6 @@ bool mayOwnDeviceNodes(const std::filesystem::path& process) {
     return firstLineOf(process / "uid_map") == firstLineOf("/proc/self/uid_map");
 }
 
-std::string deviceName(dev_t number) {
-    std::error_code isMissing;
-    return std::filesystem::canonical(
-               "/sys/dev/block/" + std::to_string(major(number)) + ":" + std::to_string(minor(number)),
-               isMissing)
-        .filename()
-        .string();
-}
-
 /// Looks for a locked file in every /dev but this process's own, and notes that its device is locked. Where
 /// the file may be one that this user is not shown, some disk is noted as locked.
 void addLockOfOtherNode(DiskSnapshot& snapshot, const std::string& lockedFile) {
@@ -126,7 +117,7 @@ void addLockOfOtherNode(DiskSnapshot& snapshot, const std::string& lockedFile) {
             if (search == Search::refused) isDoubtful = true;
             if (search != Search::found) continue;
             if (S_ISBLK(file.st_mode))
-                changeDevice(snapshot, deviceName(file.st_rdev),
+                changeDevice(snapshot, blockDeviceName(file.st_rdev),
                              [](KernelDevice& device) { device.isLocked = true; });
             return;
         }

@@ -26,17 +26,15 @@ using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
 constexpr std::string_view sysfsFolder = "/sys/dev/block/";
 
+std::string pathInSysfs(unsigned majorNumber, unsigned minorNumber) {
+    return std::string(sysfsFolder) + std::to_string(majorNumber) + ":" + std::to_string(minorNumber);
+}
+
 /// Returns the kernel's name of the block device with this path in sysfs; empty when there is none.
 std::string blockDeviceInSysfs(const std::string& path) {
     std::error_code isMissing;
     const auto device = std::filesystem::canonical(path, isMissing);
     return isMissing ? "" : device.filename().string();
-}
-
-/// Returns the kernel's name of the block device with this number; empty when there is none.
-std::string blockDeviceName(dev_t number) {
-    return blockDeviceInSysfs(std::string(sysfsFolder) + std::to_string(major(number)) + ":" +
-                              std::to_string(minor(number)));
 }
 
 /// Returns the name of the block device with this path; empty when there is none.
@@ -124,7 +122,7 @@ std::optional<std::string> pathIn(const std::string& line) {
     unsigned minor = 0;
     if (line.starts_with("/")) return line;
     if (std::sscanf(line.c_str(), "%x:%x", &major, &minor) != 2) return std::nullopt;
-    return "/sys/dev/block/" + std::to_string(major) + ":" + std::to_string(minor);
+    return pathInSysfs(major, minor);
 }
 
 /// Notes that a mounted file system consists of these devices.
@@ -138,6 +136,10 @@ void addMembers(DiskSnapshot& snapshot, const std::vector<std::string>& members)
 }
 
 }  // namespace
+
+std::string blockDeviceName(dev_t number) {
+    return blockDeviceInSysfs(pathInSysfs(major(number), minor(number)));
+}
 
 void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps) {
     forEachEntry(mounts, [&](libmnt_fs* entry) {

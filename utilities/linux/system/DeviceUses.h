@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -8,6 +10,9 @@
 struct libmnt_table;
 
 namespace tessel {
+
+/// Returns the kernel's name of the block device with this number; empty when there is none.
+[[nodiscard]] std::string blockDeviceName(dev_t number);
 
 /// Notes where the devices are mounted, which of them are swap space, and which one is mounted at "/". Throws
 /// PlatformError when the tables can't be read, since no device is then known to be unused.
