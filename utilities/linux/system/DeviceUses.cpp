@@ -1,6 +1,5 @@
 #include "utilities/linux/system/DeviceUses.h"
 
-#include <libmount/libmount.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -21,7 +20,6 @@ namespace tessel {
 
 namespace {
 
-using Table = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
 using Iterator = std::unique_ptr<libmnt_iter, Release<mnt_free_iter>>;
 
 constexpr std::string_view sysfsFolder = "/sys/dev/block/";
@@ -79,8 +77,8 @@ std::string_view optionOf(libmnt_fs* entry, const char* option) {
     return hasValue ? std::string_view(value, length) : std::string_view();
 }
 
-Table readTable(int (*parse)(libmnt_table*, const char*)) {
-    Table table(mnt_new_table());
+MountTable readTable(int (*parse)(libmnt_table*, const char*)) {
+    MountTable table(mnt_new_table());
     if (const int result = parse(table.get(), nullptr); result != 0)
         throw posixError("The table of mounted file systems could not be read", std::abs(result));
     return table;
@@ -141,6 +139,14 @@ std::string blockDeviceName(dev_t number) {
     return blockDeviceInSysfs(pathInSysfs(major(number), minor(number)));
 }
 
+MountTable readMounts() {
+    return readTable(mnt_table_parse_mtab);
+}
+
+MountTable readSwaps() {
+    return readTable(mnt_table_parse_swaps);
+}
+
 void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps) {
     forEachEntry(mounts, [&](libmnt_fs* entry) {
         const std::string name = deviceNameOf(entry);
@@ -163,11 +169,6 @@ void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps) 
     });
 }
 
-void addUses(DiskSnapshot& snapshot) {
-    const Table mounts = readTable(mnt_table_parse_mtab);
-    addUses(snapshot, mounts.get(), readTable(mnt_table_parse_swaps).get());
-}
-
 std::vector<DeviceUser> readDeviceUsers(const std::string& root) {
     std::vector<DeviceUser> users;
     for (const Source& source : sources) {
@@ -179,10 +180,9 @@ std::vector<DeviceUser> readDeviceUsers(const std::string& root) {
     return users;
 }
 
-void addUsers(DiskSnapshot& snapshot) {
-    const Table mounts = readTable(mnt_table_parse_mtab);
+void addUsers(DiskSnapshot& snapshot, libmnt_table* mounts) {
     for (const DeviceUser& user : readDeviceUsers())
-        changeDevice(snapshot, deviceUnder(mounts.get(), user.path.c_str()),
+        changeDevice(snapshot, deviceUnder(mounts, user.path.c_str()),
                      [&](KernelDevice& device) { device.users.push_back(user.name); });
 }
 

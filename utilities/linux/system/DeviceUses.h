@@ -1,24 +1,29 @@
 #pragma once
 
+#include <libmount/libmount.h>
 #include <sys/types.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "foundation/Release.h"
 #include "utilities/linux/DiskSnapshot.h"
 
-struct libmnt_table;
-
 namespace tessel {
+
+using MountTable = std::unique_ptr<libmnt_table, Release<mnt_unref_table>>;
+
+/// Reads which file systems are mounted. Throws PlatformError when that can't be read.
+[[nodiscard]] MountTable readMounts();
+
+/// Reads which devices and files are swap space. Throws PlatformError when that can't be read.
+[[nodiscard]] MountTable readSwaps();
 
 /// Returns the kernel's name of the block device with this number; empty when there is none.
 [[nodiscard]] std::string blockDeviceName(dev_t number);
 
-/// Notes where the devices are mounted, which of them are swap space, and which one is mounted at "/". Throws
-/// PlatformError when the tables can't be read, since no device is then known to be unused.
-void addUses(DiskSnapshot& snapshot);
-
-/// Notes only what these two tables say.
+/// Notes where the devices are mounted, which of them are swap space, and which one is mounted at "/".
 void addUses(DiskSnapshot& snapshot, libmnt_table* mounts, libmnt_table* swaps);
 
 /// Something in the kernel that works on a block device or a file without being a holder of it.
@@ -31,9 +36,9 @@ struct DeviceUser {
 /// when one of them can't be read.
 [[nodiscard]] std::vector<DeviceUser> readDeviceUsers(const std::string& root = "");
 
-/// Notes what in the kernel uses the devices without being a holder. Throws PlatformError when that can't be
-/// read.
-void addUsers(DiskSnapshot& snapshot);
+/// Notes what in the kernel uses the devices, or a file on them, without being a holder. Throws PlatformError
+/// when that can't be read.
+void addUsers(DiskSnapshot& snapshot, libmnt_table* mounts);
 
 /// Notes which devices belong to mounted file systems that may span several, and whether ZFS has pools. Reads
 /// the kernel's files, whose paths begin with `root`. Throws PlatformError when one of them can't be read.

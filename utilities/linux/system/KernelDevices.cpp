@@ -101,8 +101,9 @@ DiskSnapshot readKernelDevices() {
     }
     for (KernelDevice& device : snapshot.devices)
         readOrDoubt({&device, 1}, [&] { addStack(device); });
-    addUses(snapshot);
-    readOrDoubt(snapshot.devices, [&] { addUsers(snapshot); });
+    const MountTable mounts = readMounts();  // without it, no device is known to be unused
+    addUses(snapshot, mounts.get(), readSwaps().get());
+    readOrDoubt(snapshot.devices, [&] { addUsers(snapshot, mounts.get()); });
     readOrDoubt(snapshot.devices, [&] { addSpanningFileSystems(snapshot); });
     readOrDoubt(snapshot.devices, [&] { addLocks(snapshot); });
     snapshot.isSettling = std::filesystem::exists("/run/udev/queue");
