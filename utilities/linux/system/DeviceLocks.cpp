@@ -104,23 +104,39 @@ bool mayOwnDeviceNodes(const std::filesystem::path& process) {
     return firstLineOf(process / "uid_map") == firstLineOf("/proc/self/uid_map");
 }
 
-/// Looks for a locked file in every /dev but this process's own, and notes that its device is locked. Where
-/// the file may be one that this user is not shown, some disk is noted as locked.
-void addLockOfOtherNode(DiskSnapshot& snapshot, const std::string& lockedFile) {
-    bool isDoubtful = !std::filesystem::exists("/proc/1");  // /proc may show only the user's own processes
+/// A folder of device nodes, on a path by which this process can look into it.
+struct NodeFolder {
+    std::filesystem::path path;
+    std::string fileSystem;
+};
+
+/// Returns every folder of device nodes that some process has, several times where processes share it.
+std::vector<NodeFolder> nodeFolders() {
+    std::vector<NodeFolder> folders;
     for (const auto& process : processes()) {
         if (!mayOwnDeviceNodes(process)) continue;
-        for (const auto& [folder, fileSystem] : fileSystemsByTarget(process)) {
-            if (fileSystem != fileSystemOf(lockedFile) || !holdsDeviceNodes(folder)) continue;
-            struct stat file{};
-            const Search search = findFile(process / "root" / folder.substr(1), lockedFile, file);
-            if (search == Search::refused) isDoubtful = true;
-            if (search != Search::found) continue;
-            if (S_ISBLK(file.st_mode))
-                changeDevice(snapshot, blockDeviceName(file.st_rdev),
-                             [](KernelDevice& device) { device.isLocked = true; });
-            return;
-        }
+        for (const auto& [folder, fileSystem] : fileSystemsByTarget(process))
+            if (holdsDeviceNodes(folder))
+                folders.push_back({process / "root" / folder.substr(1), fileSystem});
+    }
+    return folders;
+}
+
+/// Looks for a locked file in these folders, and notes that its device is locked. Where the file may be one
+/// that this user is not shown, some disk is noted as locked.
+void addLockOfNode(DiskSnapshot& snapshot, const std::vector<NodeFolder>& folders,
+                   const std::string& lockedFile) {
+    bool isDoubtful = !std::filesystem::exists("/proc/1");  // /proc may show only the user's own processes
+    for (const auto& [path, fileSystem] : folders) {
+        if (fileSystem != fileSystemOf(lockedFile)) continue;
+        struct stat file{};
+        const Search search = findFile(path, lockedFile, file);
+        if (search == Search::refused) isDoubtful = true;
+        if (search != Search::found) continue;
+        if (S_ISBLK(file.st_mode))
+            changeDevice(snapshot, blockDeviceName(file.st_rdev),
+                         [](KernelDevice& device) { device.isLocked = true; });
+        return;
     }
     snapshot.isDiskLockedElsewhere |= isDoubtful;
 }
@@ -155,8 +171,10 @@ void addLocks(DiskSnapshot& snapshot) {
     // What is left may be locked through a node that system virtual machines and containers have of their
     // own.
     removeOwnFiles(files);
+    if (files.empty()) return;
+    const auto folders = nodeFolders();
     for (const std::string& file : files)
-        addLockOfOtherNode(snapshot, file);
+        addLockOfNode(snapshot, folders, file);
 }
 
 }  // namespace tessel
