@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBlock>
 #include <functional>
 #include <random>
 
@@ -48,6 +49,16 @@ class OperationLogViewTests : public testing::Test {
     void click(const QWidget& part) {
         QTest::mouseClick(view.windowHandle(), Qt::LeftButton, {}, inWindow(part));
     }
+    void select(int anchor, int position) {
+        QTextCursor cursor = view.textCursor();
+        cursor.setPosition(anchor);
+        cursor.setPosition(position, QTextCursor::KeepAnchor);
+        view.setTextCursor(cursor);
+    }
+    std::pair<int, int> selection() const {
+        return {view.textCursor().anchor(), view.textCursor().position()};
+    }
+    QString firstLineInView() const { return view.cursorForPosition({0, 0}).block().text(); }
     void wheelUp(const QWidget& part) {
         const QPoint position = inWindow(part);
         QWheelEvent event(position, view.mapToGlobal(position), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
@@ -83,7 +94,7 @@ TEST_F(OperationLogViewTests, theEndStaysInViewHoweverLinesWrap) {
     }
 }
 
-TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilThePersonIsIdle) {
+TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilTheUserIsIdle) {
     QWidget& viewport = *view.viewport();
     const std::pair<const char*, std::function<void()>> interactions[] = {
         {"wheel over the text", [&] { wheelUp(viewport); }},
@@ -103,6 +114,78 @@ TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilThePersonIsIdle) 
         EXPECT_FALSE(view.isFollowingLatest());
         EXPECT_TRUE(resumes());
         EXPECT_GE(idle.elapsed(), pause.count());
+    }
+}
+
+TEST_F(OperationLogViewTests, aPausedLogStaysWhereItIsWhileLinesComeAndWrap) {
+    std::string text = linesUpTo(100);
+    for (std::size_t step = 0; step < 20; ++step) {
+        type(Qt::Key_Shift);
+        scroller().setValue(scroller().maximum() * static_cast<int>(step % 10) / 12);
+        const QString place = firstLineInView();
+        text += "\n" + std::string(40 * step, 'x') + " end";
+        view.setLog(text, 101 + step);
+        letPendingScrollsHappen();
+        ASSERT_EQ(firstLineInView(), place) << "line added in step " << step;
+        view.resize(step % 2 == 0 ? 80 : 300, 200);
+        letPendingScrollsHappen();
+        ASSERT_EQ(firstLineInView(), place) << "wrapped anew in step " << step;
+    }
+    EXPECT_FALSE(view.isFollowingLatest());
+    EXPECT_TRUE(resumes());
+}
+
+TEST_F(OperationLogViewTests, aSelectionIsKeptWhenLinesComeAndClampedOnReplacement) {
+    const int end = view.document()->characterCount() - 1;
+    const std::string shorter = "No operation messages yet.";
+    const int shorterEnd = static_cast<int>(shorter.size());
+    const std::pair<std::pair<int, int>, std::pair<int, int>> cases[] = {
+        {{4, 9}, {4, 9}},
+        {{end, 3}, {shorterEnd, 3}},
+        {{3, end}, {3, shorterEnd}},
+        {{40, 60}, {shorterEnd, shorterEnd}},
+        {{end, end}, {shorterEnd, shorterEnd}},
+    };
+    for (const auto& [selected, clamped] : cases) {
+        SCOPED_TRACE(testing::PrintToString(selected));
+        view.setLog(linesUpTo(100), 100);
+        select(selected.first, selected.second);
+        view.setLog(linesUpTo(102), 102);
+        EXPECT_EQ(view.toPlainText().toStdString(), linesUpTo(102));
+        EXPECT_EQ(selection(), selected);
+        view.setLog(shorter, 0);
+        EXPECT_EQ(view.toPlainText().toStdString(), shorter);
+        EXPECT_EQ(selection(), clamped);
+    }
+}
+
+TEST_F(OperationLogViewTests, aButtonHeldLongerThanThePauseKeepsItPausedUntilThePauseAfterItsRelease) {
+    for (const QWidget* part : {view.viewport(), static_cast<QWidget*>(&scroller())}) {
+        QTest::mousePress(view.windowHandle(), Qt::LeftButton, {}, inWindow(*part));
+        QTest::qWait(static_cast<int>(2.5 * pause.count()));
+        EXPECT_FALSE(view.isFollowingLatest());
+        QElapsedTimer idle;
+        idle.start();
+        QTest::mouseRelease(view.windowHandle(), Qt::LeftButton, {}, inWindow(*part));
+        EXPECT_TRUE(resumes());
+        EXPECT_GE(idle.elapsed(), pause.count());
+    }
+}
+
+TEST_F(OperationLogViewTests, staleScrollRequestsDoNothing) {
+    view.setLog(linesUpTo(101), 101);
+    wheelUp(*view.viewport());
+    const int place = scroller().value();
+    letPendingScrollsHappen();
+    EXPECT_EQ(scroller().value(), place);
+}
+
+TEST_F(OperationLogViewTests, theSameTextScrollsOnlyWithAnotherEntryCount) {
+    for (const auto& [entryCount, scrolls] : {std::pair(100, false), {101, true}}) {
+        scroller().setValue(0);
+        view.setLog(linesUpTo(100), static_cast<std::size_t>(entryCount));
+        letPendingScrollsHappen();
+        EXPECT_EQ(isAtEnd(), scrolls) << entryCount;
     }
 }
 
