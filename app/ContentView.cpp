@@ -24,7 +24,7 @@
 #include "app/WriteCard.h"
 #include "views/accessibility/Accessibility.h"
 #include "views/alerts/AlertDialog.h"
-#include "views/controls/Divider.h"
+#include "views/controls/Card.h"
 
 namespace tessel {
 

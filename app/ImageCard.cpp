@@ -5,7 +5,6 @@
 #include "app/Keys.h"
 #include "foundation/ByteCount.h"
 #include "views/controls/Card.h"
-#include "views/controls/Divider.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 #include "views/controls/Button.h"
 #include "views/controls/Card.h"
 #include "views/controls/InfoRow.h"
-#include "views/controls/SymbolLabel.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

@@ -4,7 +4,7 @@
 
 #include "app/StatusTexts.h"
 #include "views/controls/FoldingRow.h"
-#include "views/controls/SymbolLabel.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

@@ -9,7 +9,7 @@
 #include "views/controls/Button.h"
 #include "views/controls/Card.h"
 #include "views/controls/Switch.h"
-#include "views/controls/SymbolLabel.h"
+#include "views/controls/TextLabel.h"
 #include "views/disks/CompactDiskTable.h"
 #include "views/disks/DiskDetailsDisclosure.h"
 

@@ -7,7 +7,7 @@
 #include "views/controls/Card.h"
 #include "views/controls/InfoRow.h"
 #include "views/controls/Switch.h"
-#include "views/controls/SymbolLabel.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 

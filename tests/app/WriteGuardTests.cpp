@@ -6,7 +6,7 @@
 #include "tests/app/WindowTest.h"
 #include "views/controls/Switch.h"
 #include "views/controls/TextLabel.h"
-#include "views/disks/DiskTargetSelector.h"
+#include "views/disks/DiskCells.h"
 
 namespace tessel {
 

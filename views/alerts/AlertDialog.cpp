@@ -5,7 +5,7 @@
 #include <QKeyEvent>
 
 #include "views/accessibility/Accessibility.h"
-#include "views/controls/SymbolView.h"
+#include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 
 namespace tessel {

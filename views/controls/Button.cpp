@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "views/accessibility/AccessibleControl.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"

@@ -1,11 +1,25 @@
 #include "views/controls/Card.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include "views/accessibility/Accessibility.h"
-#include "views/controls/SymbolLabel.h"
+#include "views/controls/Painting.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
+
+Box::Box(const Look& look) : look(look), column(new QVBoxLayout(this)) {
+    column->setContentsMargins(look.padding, look.padding, look.padding, look.padding);
+}
+
+void Box::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Colors colors = currentColors();
+    paintBox(
+        painter,
+        {.bounds = rect(), .radius = look.radius, .fill = look.fill(colors), .stroke = look.stroke(colors)});
+}
 
 Card::Card(const QString& name) :
     Box({.radius = 16,

@@ -1,12 +1,36 @@
 #pragma once
 
+#include <QPainter>
 #include <QString>
+#include <QVBoxLayout>
+#include <QWidget>
 
-#include "views/controls/Box.h"
-
-class QVBoxLayout;
+#include "views/controls/Style.h"
 
 namespace tessel {
+
+/// Draws a rounded box around other widgets. Lengths are in pixels.
+class Box : public QWidget {
+  public:
+    struct Look {
+        double radius;
+        int padding;  ///< lies between the box and its content
+        QColor (*fill)(const Colors& colors);
+        QColor (*stroke)(const Colors& colors);
+    };
+
+    explicit Box(const Look& look);
+
+    /// Takes the content, laid out top to bottom.
+    [[nodiscard]] QVBoxLayout& content() { return *column; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Look look;
+    QVBoxLayout* column;
+};
 
 /// Frames one group of the window's content, which screen readers announce by its name.
 class Card : public Box {
@@ -17,5 +41,16 @@ class Card : public Box {
 /// Lays out a card's symbol and title above its explanation.
 [[nodiscard]] QVBoxLayout* cardHeading(const QString& symbol, const QString& title,
                                        const QString& explanation);
+
+/// Draws a fine horizontal line.
+class Divider : public QWidget {
+  public:
+    Divider() { setFixedHeight(1); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(rect(), withOpacity(currentColors().primary, 0.1));
+    }
+};
 
 }  // namespace tessel

@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "views/accessibility/AccessibleControl.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"

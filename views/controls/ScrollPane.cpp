@@ -1,8 +1,60 @@
 #include "views/controls/ScrollPane.h"
 
-#include "views/controls/ScrollBar.h"
+#include <QPainter>
+#include <QStyleOptionSlider>
+#include <QTimerEvent>
+
+#include "views/controls/Painting.h"
+#include "views/controls/Style.h"
 
 namespace tessel {
+
+namespace {
+
+constexpr int barWidth = 12;
+constexpr int handleMargin = 3;
+constexpr int visibleMilliseconds = 1500;
+
+}  // namespace
+
+ScrollBar::ScrollBar(Qt::Orientation orientation, Hides hides) : QScrollBar(orientation), hides(hides) {
+    setAttribute(Qt::WA_Hover);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+}
+
+QSize ScrollBar::sizeHint() const {
+    const QSize usual = QScrollBar::sizeHint();
+    return orientation() == Qt::Vertical ? QSize(barWidth, usual.height()) : QSize(usual.width(), barWidth);
+}
+
+void ScrollBar::sliderChange(SliderChange change) {
+    QScrollBar::sliderChange(change);
+    if (hides == Hides::whenUnused) use.start(visibleMilliseconds, this);
+}
+
+void ScrollBar::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != use.timerId()) return QScrollBar::timerEvent(event);
+    use.stop();
+    update();
+}
+
+void ScrollBar::paintEvent(QPaintEvent*) {
+    const bool isUsed = hides == Hides::never || use.isActive() || underMouse() || isSliderDown();
+    if (minimum() == maximum() || !isUsed) return;
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QRectF handle =
+        style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
+    QPainter painter(this);
+    const double opacity = isSliderDown() ? 0.65 : underMouse() ? 0.55 : 0.42;
+    const bool isVertical = orientation() == Qt::Vertical;
+    const QMarginsF margins = isVertical ? QMarginsF(handleMargin, 0, handleMargin, 0)
+                                         : QMarginsF(0, handleMargin, 0, handleMargin);
+    paintBox(painter, {.bounds = handle.marginsRemoved(margins),
+                       .radius = barWidth / 2.0 - handleMargin,
+                       .fill = withOpacity(currentColors().primary, opacity)});
+}
 
 ScrollPane::ScrollPane(QWidget* content) {
     setFrameShape(QFrame::NoFrame);

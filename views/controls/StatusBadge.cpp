@@ -4,11 +4,67 @@
 #include <QPainter>
 
 #include "views/accessibility/Accessibility.h"
-#include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
-#include "views/controls/StatusSign.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
+
+namespace {
+
+constexpr int signSize = 14;
+constexpr int dotSize = 8;
+constexpr int turnMilliseconds = 50;
+constexpr int turnDegrees = 18;
+
+}  // namespace
+
+StatusSign::StatusSign() {
+    setFixedSize(dotSize, signSize);
+}
+
+void StatusSign::display(Tone newTone, bool busy) {
+    tone = newTone;
+    isBusy = busy;
+    setFixedWidth(isBusy ? signSize : dotSize);
+    turnWhileSeen();
+    update();
+}
+
+void StatusSign::hideEvent(QHideEvent*) {
+    turnWhileSeen();
+}
+
+void StatusSign::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor color = currentColors().of(tone);
+    if (!isBusy) {
+        const QRectF dot(0, (signSize - dotSize) / 2.0, dotSize, dotSize);
+        paintBox(painter, {.bounds = dot, .radius = dotSize / 2.0, .fill = color});
+        return;
+    }
+    const QRectF circle(1.5, 1.5, signSize - 3, signSize - 3);
+    painter.setPen(QPen(withOpacity(color, 0.22), 2));
+    painter.drawEllipse(circle);
+    painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(circle, angle * 16, -100 * 16);
+}
+
+void StatusSign::showEvent(QShowEvent*) {
+    turnWhileSeen();
+}
+
+void StatusSign::timerEvent(QTimerEvent*) {
+    angle = (angle + 360 - turnDegrees) % 360;
+    update();
+}
+
+void StatusSign::turnWhileSeen() {
+    if (!isBusy || !isVisible())
+        turn.stop();
+    else if (!turn.isActive())
+        turn.start(turnMilliseconds, this);
+}
 
 StatusBadge::StatusBadge() :
     sign(new StatusSign),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QWidget>
 
 #include "views/controls/Style.h"
@@ -7,7 +8,28 @@
 namespace tessel {
 
 class ElidedLabel;
-class StatusSign;
+
+/// Stands before a status: it shows a turning arc while the program is busy, otherwise a dot.
+class StatusSign : public QWidget {
+  public:
+    StatusSign();
+
+    void display(Tone newTone, bool busy);
+
+  protected:
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+  private:
+    void turnWhileSeen();
+
+    Tone tone = Tone::secondary;
+    bool isBusy = false;
+    int angle = 90;  ///< is where the arc begins, in degrees
+    QBasicTimer turn;
+};
 
 /// Shows the live status of the program as a sign and a text in one colour. A text that does not fit is
 /// shortened.

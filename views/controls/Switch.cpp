@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
-#include "views/accessibility/AccessibleControl.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Style.h"
 

@@ -7,6 +7,8 @@
 #include <QSvgRenderer>
 #include <cmath>
 
+#include "views/accessibility/Accessibility.h"
+
 namespace tessel {
 
 namespace {
@@ -36,6 +38,17 @@ QPixmap drawn(const QString& path, int pixels, const QColor& color) {
     return QPixmap::fromImage(drawing);
 }
 
+class AccessibleSymbol : public QAccessibleWidget {
+  public:
+    explicit AccessibleSymbol(SymbolView& symbol) : QAccessibleWidget(&symbol, QAccessible::Graphic) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (widget()->accessibleName().isEmpty()) state.invisible = true;
+        return state;
+    }
+};
+
 }  // namespace
 
 QPixmap symbolPixmap(const QString& name, int size, const QColor& color, double devicePixelRatio) {
@@ -55,6 +68,27 @@ QPixmap symbolPixmap(const QString& name, int size, const QColor& color, double 
 void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, int size, const QColor& color) {
     const QPoint corner(bounds.x() + (bounds.width() - size) / 2, bounds.y() + (bounds.height() - size) / 2);
     painter.drawPixmap(corner, symbolPixmap(name, size, color, painter.device()->devicePixelRatioF()));
+}
+
+SymbolView::SymbolView(const Fields& fields) : shown(fields) {
+    presentToScreenReaders<SymbolView, AccessibleSymbol>();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void SymbolView::display(const Fields& fields) {
+    if (fields == shown) return;
+    shown = fields;
+    updateGeometry();
+    update();
+}
+
+QSize SymbolView::sizeHint() const {
+    return {shown.size, shown.size};
+}
+
+void SymbolView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintSymbol(painter, shown.symbol, rect(), shown.size, currentColors().of(shown.tone));
 }
 
 }  // namespace tessel

@@ -4,6 +4,9 @@
 #include <QPixmap>
 #include <QRect>
 #include <QString>
+#include <QWidget>
+
+#include "views/controls/Style.h"
 
 class QPainter;
 
@@ -17,5 +20,29 @@ namespace tessel {
 
 /// Paints a symbol in the middle of the bounds, at the resolution of the painter's device.
 void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, int size, const QColor& color);
+
+/// Shows a symbol on its own. Screen readers are silent about it unless it is given an accessible name.
+class SymbolView : public QWidget {
+  public:
+    struct Fields {
+        QString symbol;
+        Tone tone = Tone::primary;
+        int size = 16;  ///< is the edge length of the drawing, in pixels
+
+        bool operator==(const Fields&) const = default;
+    };
+
+    explicit SymbolView(const Fields& fields);
+    void display(const Fields& fields);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Fields shown;
+};
 
 }  // namespace tessel

@@ -1,9 +1,15 @@
 #include "views/controls/TextLabel.h"
 
 #include <QEvent>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "views/accessibility/Accessibility.h"
+#include "views/controls/Symbol.h"
 
 namespace tessel {
 
@@ -67,6 +73,76 @@ TextLabel* wrappedLabel(const QString& text, const TextLook& look) {
     auto* label = new TextLabel(text, look);
     label->setWordWrap(true);
     return label;
+}
+
+SymbolLabel::SymbolLabel(const QString& symbol, const QString& text, const TextLook& look) :
+    TextLabel(text, look),
+    symbol(symbol) {
+    setWordWrap(true);
+    makeRoomForSymbol();
+}
+
+void SymbolLabel::setSymbol(const QString& name) {
+    symbol = name;
+    update();
+}
+
+void SymbolLabel::paintEvent(QPaintEvent* event) {
+    TextLabel::paintEvent(event);
+    QPainter painter(this);
+    const int top = (height() - heightForWidth(width())) / 2;
+    const QRect beforeFirstLine(0, std::max(top, 0), symbolSize(), fontMetrics().height());
+    paintSymbol(painter, symbol, beforeFirstLine, symbolSize(), palette().color(QPalette::WindowText));
+}
+
+void SymbolLabel::applyLook() {
+    TextLabel::applyLook();
+    makeRoomForSymbol();
+}
+
+int SymbolLabel::symbolSize() const {
+    return fontMetrics().ascent() + spacing::tight;
+}
+
+void SymbolLabel::makeRoomForSymbol() {
+    setContentsMargins(symbolSize() + fontMetrics().height() / 2, 0, 0, 0);
+}
+
+ElidedLabel::ElidedLabel(const TextLook& look, Qt::TextElideMode mode) : TextLabel({}, look), mode(mode) {}
+
+bool ElidedLabel::isElided() const {
+    return fontMetrics().horizontalAdvance(text()) > width();
+}
+
+QString ElidedLabel::shownText() const {
+    constexpr QChar isolateBegin(u'\u2068');
+    constexpr QChar isolateEnd(u'\u2069');
+    const QString whole = text();
+    const QString shown = fontMetrics().elidedText(whole, mode, width());
+    const auto ellipsis = std::ranges::mismatch(shown, whole).in1 - shown.begin();
+    const auto unended = shown.count(isolateBegin) - shown.count(isolateEnd);
+    return unended > 0 ? QString(shown).insert(ellipsis, QString(unended, isolateEnd)) : shown;
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+    return {std::min(sizeHint().width(), fontMetrics().horizontalAdvance("mmm…")), sizeHint().height()};
+}
+
+bool ElidedLabel::event(QEvent* event) {
+    return (isElided() && showPlainToolTip(*this, *event, text())) || TextLabel::event(event);
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine, shownText());
+}
+
+bool showPlainToolTip(QWidget& widget, const QEvent& event, const QString& text) {
+    if (event.type() != QEvent::ToolTip) return false;
+    QToolTip::showText(static_cast<const QHelpEvent&>(event).globalPos(), Qt::convertFromPlainText(text),
+                       &widget);
+    return true;
 }
 
 QVBoxLayout* stackedTexts(QWidget* above, QWidget* below) {

@@ -8,12 +8,10 @@
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "model/SDWholeDisk.h"
-#include "views/accessibility/AccessibleControl.h"
-#include "views/controls/ElidedLabel.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
 #include "views/controls/TextLabel.h"
-#include "views/disks/DiskMediaCell.h"
-#include "views/disks/DiskTargetSelector.h"
+#include "views/disks/DiskCells.h"
 
 namespace tessel {
 

@@ -11,7 +11,6 @@
 #include "views/controls/ScrollPane.h"
 #include "views/controls/Style.h"
 #include "views/disks/DiskTableHeader.h"
-#include "views/disks/SortableDiskHeader.h"
 
 namespace tessel {
 

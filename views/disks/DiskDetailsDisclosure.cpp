@@ -6,10 +6,8 @@
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "views/controls/DisclosureButton.h"
-#include "views/controls/ElidedLabel.h"
 #include "views/controls/Painting.h"
-#include "views/controls/SymbolLabel.h"
-#include "views/controls/SymbolView.h"
+#include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 #include "views/disks/DiskInspectorContent.h"
 

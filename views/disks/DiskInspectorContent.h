@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <optional>
 
+#include "model/SDDiskPartition.h"
 #include "model/SDWholeDisk.h"
 
 namespace tessel {
@@ -12,6 +13,15 @@ class DisclosureButton;
 class InfoRow;
 class SymbolLabel;
 class TextLabel;
+
+/// Shows one partition of the inspected disk.
+class DiskPartitionRow : public QWidget {
+  public:
+    explicit DiskPartitionRow(const SDDiskPartition& partition);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
 
 /// Shows everything that is known about one disk, and whether it may be the target.
 class DiskInspectorContent : public QWidget {

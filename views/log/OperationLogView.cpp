@@ -4,7 +4,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "views/controls/ScrollBar.h"
+#include "views/controls/ScrollPane.h"
 
 namespace tessel {
 

@@ -1,4 +1,4 @@
-#include "views/controls/ElidedLabel.h"
+#include "views/controls/TextLabel.h"
 
 #include <gtest/gtest.h>
 

@@ -120,7 +120,7 @@ TEST_F(OperationLogViewTests, everyKindOfInteractionPausesUntilTheUserIsIdle) {
 TEST_F(OperationLogViewTests, aPausedLogStaysWhereItIsWhileLinesComeAndWrap) {
     std::string text = linesUpTo(100);
     for (std::size_t step = 0; step < 20; ++step) {
-        type(Qt::Key_Shift);
+        type(Qt::Key_C, Qt::ControlModifier);
         scroller().setValue(scroller().maximum() * static_cast<int>(step % 10) / 12);
         const QString place = firstLineInView();
         text += "\n" + std::string(40 * step, 'x') + " end";

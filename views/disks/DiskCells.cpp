@@ -1,18 +1,20 @@
-#include "views/disks/DiskTargetSelector.h"
+#include "views/disks/DiskCells.h"
 
+#include <QHBoxLayout>
 #include <QPainter>
 #include <QRadioButton>
 
 #include "model/DiskTexts.h"
-#include "views/accessibility/AccessibleControl.h"
+#include "model/SDCardPolicy.h"
+#include "views/accessibility/Accessibility.h"
 #include "views/controls/Symbol.h"
-#include "views/controls/SymbolView.h"
+#include "views/controls/TextLabel.h"
 
 namespace tessel {
 
 namespace {
 
-constexpr int symbolSize = 18;
+constexpr int radioSymbolSize = 18;
 
 /// Shows what it is told and never changes by itself: whether a disk is the target is decided elsewhere.
 class TargetRadioButton : public QRadioButton {
@@ -33,7 +35,7 @@ class TargetRadioButton : public QRadioButton {
         painter.setOpacity(isEnabled() ? 1 : 0.45);
         const Colors colors = currentColors();
         const QColor unselected = underMouse() && isEnabled() ? colors.green : colors.secondary;
-        paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(), symbolSize,
+        paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(), radioSymbolSize,
                     isChecked() ? colors.green : unselected);
     }
 };
@@ -44,6 +46,8 @@ QString accessibilityText(const SDWholeDisk& disk, bool isProtected, bool isSele
     return isSelectedTarget ? "Selected SD-card target " + summary
                             : "Select " + summary + " as the SD-card target";
 }
+
+constexpr int mediaSymbolSize = 17;
 
 }  // namespace
 
@@ -82,6 +86,26 @@ QString DiskTargetSelector::accessibilityLabel() const {
 void DiskTargetSelector::resizeEvent(QResizeEvent*) {
     radio->setGeometry(rect());
     lock->setGeometry(rect());
+}
+
+DiskMediaCell::DiskMediaCell() :
+    symbol(new SymbolView({.symbol = {}, .size = mediaSymbolSize})),
+    kind(new ElidedLabel({.font = FontRole::caption, .weight = QFont::DemiBold}, Qt::ElideRight)),
+    connection(
+        new ElidedLabel({.font = FontRole::smallestCaption, .tone = Tone::secondary}, Qt::ElideRight)) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing::small);
+    row->addWidget(symbol);
+    row->addLayout(stackedTexts(kind, connection), 1);
+}
+
+void DiskMediaCell::display(const SDWholeDisk& disk) {
+    symbol->display({.symbol = QString::fromStdString(mediaSymbol(disk)),
+                     .tone = eligibilityFailureReason(disk) ? Tone::secondary : Tone::blue,
+                     .size = mediaSymbolSize});
+    kind->setText(QString::fromStdString(mediaKindText(disk)));
+    connection->setText(QString::fromStdString(connectionText(disk)));
 }
 
 }  // namespace tessel

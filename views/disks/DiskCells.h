@@ -9,6 +9,7 @@ class QRadioButton;
 
 namespace tessel {
 
+class ElidedLabel;
 class SymbolView;
 
 /// Lets the person choose the write target. It shows a radio control for an eligible disk and a lock for
@@ -37,6 +38,19 @@ class DiskTargetSelector : public QWidget {
   private:
     QRadioButton* radio;
     SymbolView* lock;
+};
+
+/// Shows what kind of medium a disk is and how it is connected.
+class DiskMediaCell : public QWidget {
+  public:
+    DiskMediaCell();
+
+    void display(const SDWholeDisk& disk);
+
+  private:
+    SymbolView* symbol;
+    ElidedLabel* kind;
+    ElidedLabel* connection;
 };
 
 }  // namespace tessel
