@@ -14,7 +14,7 @@
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
-#include "app/Keys.h"
+#include "app/Keyboard.h"
 #include "app/LogCard.h"
 #include "app/Panes.h"
 #include "app/ProgressCard.h"

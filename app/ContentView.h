@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "app/ConfirmationTexts.h"
-#include "app/FocusMemory.h"
+#include "app/Keyboard.h"
 #include "viewmodel/TesselViewModel.h"
 
 namespace tessel {

@@ -2,7 +2,7 @@
 
 #include <QHBoxLayout>
 
-#include "app/Keys.h"
+#include "app/Keyboard.h"
 #include "foundation/ByteCount.h"
 #include "views/controls/Card.h"
 

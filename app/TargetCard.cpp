@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/Keys.h"
+#include "app/Keyboard.h"
 #include "model/DiskTexts.h"
 #include "model/SDCardPolicy.h"
 #include "model/VisibleDisks.h"

@@ -6,7 +6,6 @@
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
-#include "platform/FileAdvice.h"
 #include "platform/Transfer.h"
 
 namespace tessel {

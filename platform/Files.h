@@ -27,6 +27,13 @@ struct FileStatus {
 /// Returns whether the path leads to a regular file that this program may execute.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
+/// Advises the system before the first read that the file is read once, from its beginning to its end. A
+/// system that can't take advice ignores it, here and below.
+void adviseReadingOnce(int descriptor);
+
+/// Advises that this part is not needed again, so that the system's cache may forget it.
+void adviseFinished(int descriptor, uint64_t offset, uint64_t length);
+
 /// A file that is read at offsets. Its operations block, and may be called on any thread.
 class ReadOnlyFile {
   public:

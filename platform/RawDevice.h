@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
@@ -62,6 +63,20 @@ class RawDevice {
     /// Each makes a single system call, which may be interrupted or move only some of the bytes.
     virtual SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) = 0;
     virtual SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) = 0;
+};
+
+/// Does what is the same for every device with a descriptor; derived classes add the rest.
+class DescriptorDevice : public RawDevice {
+  public:
+    explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
+
+    SystemResult synchronize() override;
+
+  protected:
+    SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override;
+    SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) override;
+
+    FileDescriptor descriptor;
 };
 
 /// Makes a device of an open descriptor, which the device then owns.

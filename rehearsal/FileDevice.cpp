@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/BlockDevice.h"
-#include "platform/DescriptorDevice.h"
 #include "platform/Files.h"
 
 namespace tessel {

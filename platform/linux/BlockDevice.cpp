@@ -6,7 +6,6 @@
 
 #include <utility>
 
-#include "platform/DescriptorDevice.h"
 #include "platform/SleepWatch.h"
 #include "platform/linux/BlockDescriptor.h"
 #include "platform/linux/DiskStatistics.h"

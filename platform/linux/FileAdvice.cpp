@@ -1,4 +1,4 @@
-#include "platform/FileAdvice.h"
+#include "platform/Files.h"
 
 #include <fcntl.h>
 

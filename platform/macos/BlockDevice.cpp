@@ -11,7 +11,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/DescriptorDevice.h"
 #include "platform/SleepWatch.h"
 
 namespace tessel {

@@ -6,8 +6,7 @@
 #include <QStandardPaths>
 #include <utility>
 
-#include "platform/qt/Notification.h"
-#include "platform/qt/SleepBlock.h"
+#include "platform/qt/DesktopServices.h"
 
 namespace tessel {
 

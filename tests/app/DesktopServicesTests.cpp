@@ -3,7 +3,7 @@
 #include <QStandardPaths>
 #include <QWindow>
 
-#include "platform/qt/SleepBlock.h"
+#include "platform/qt/DesktopServices.h"
 #include "tests/app/StandInServices.h"
 #include "tests/app/WindowTest.h"
 

@@ -1,4 +1,4 @@
-#include "app/Keys.h"
+#include "app/Keyboard.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -51,6 +51,17 @@ void KeyGuard::noteAppearance(QObject* watched, const QEvent& event) {
 bool KeyGuard::isUnexpected(const QWidget& button) const {
     return appeared && (appeared == &button || appeared->isAncestorOf(&button)) &&
            sinceThen.elapsed() < timeToNotice;
+}
+
+void FocusMemory::settle(QWidget* focusedBefore) {
+    if (focusedBefore && focusedBefore != &window) home = focusedBefore;
+    if (!home) return;
+    QWidget* const place = isUsable(home) ? home.data() : &window;
+    if (window.focusWidget() != place) place->setFocus(Qt::OtherFocusReason);
+}
+
+bool FocusMemory::isUsable(const QWidget* control) const {
+    return control->isEnabled() && control->isVisibleTo(&window);
 }
 
 }  // namespace tessel

@@ -1,4 +1,4 @@
-#include "platform/qt/SleepBlock.h"
+#include "platform/qt/DesktopServices.h"
 
 #include <unistd.h>
 
@@ -18,6 +18,10 @@ struct Caffeinate : TemporaryActivity {
 };
 
 }  // namespace
+
+/// Does nothing: Qt can only show a notification there through an icon in the menu bar, which nobody asked
+/// for.
+void showNotification(const Desktop::Notification&) {}
 
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string&) {
     try {

@@ -1,4 +1,4 @@
-#include "platform/qt/SleepBlock.h"
+#include "platform/qt/DesktopServices.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -132,6 +132,19 @@ class SleepBlock : public TemporaryActivity {
 };
 
 }  // namespace
+
+void showNotification(const Desktop::Notification& notification) {
+    constexpr uint replacesNone = 0;
+    constexpr int shownAsLongAsUsual = -1;
+    auto call =
+        QDBusMessage::createMethodCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                                       "org.freedesktop.Notifications", "Notify");
+    call << programName << replacesNone << "velmora-tessel" << QString::fromStdString(notification.title)
+         << QString::fromStdString(notification.text).toHtmlEscaped()  // the text is read as markup
+         << QStringList() << QVariantMap{{"desktop-entry", "velmora-tessel"}} << shownAsLongAsUsual;
+    // The window says the same, so a desktop that shows no notifications costs nobody anything.
+    QDBusConnection::sessionBus().send(call);
+}
 
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason) {
     return std::make_unique<SleepBlock>(QString::fromStdString(reason));
