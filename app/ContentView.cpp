@@ -16,15 +16,15 @@
 #include "app/ImageCard.h"
 #include "app/Keyboard.h"
 #include "app/LogCard.h"
-#include "app/Panes.h"
 #include "app/ProgressCard.h"
 #include "app/StatusTexts.h"
 #include "app/TargetCard.h"
-#include "app/WindowSizes.h"
+#include "app/WindowLayout.h"
 #include "app/WriteCard.h"
 #include "views/accessibility/Accessibility.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Card.h"
+#include "views/controls/ScrollPane.h"
 
 namespace tessel {
 
@@ -32,7 +32,9 @@ namespace {
 
 QVBoxLayout* columnOfCards(QWidget* pane) {
     auto* column = new QVBoxLayout(pane);
-    column->setContentsMargins(spacing::page, spacing::page, spacing::page, spacing::page);
+    // The scroll bar stands in the right margin.
+    column->setContentsMargins(spacing::page, spacing::page, spacing::page - ScrollBar::thickness,
+                               spacing::page);
     column->setSpacing(spacing::card);
     return column;
 }
@@ -59,6 +61,8 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     column->addWidget(new Divider);
     column->addWidget(new Panes(makeLeftCards(), makeRightCards()), 1);
     followScreen(screen());
+    followApplicationFont(*this, [this] { fitInto(room); });
+    passOnApplicationFont(*this);
 
     auto* closingKeys = new QShortcut(this);
     closingKeys->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
@@ -92,17 +96,17 @@ QWidget* ContentView::makeRightCards() {
 }
 
 void ContentView::followScreen(QScreen* screen) {
-    fitInto(screen->availableSize());
+    fitInto(WindowSizes::Room::on(*screen));
     disconnect(screenChanges);
     screenChanges = connect(screen, &QScreen::availableGeometryChanged, this,
-                            [this](const QRect& available) { fitInto(available.size()); });
+                            [this, screen] { fitInto(WindowSizes::Room::on(*screen)); });
 }
 
-void ContentView::fitInto(const QSize& room) {
+void ContentView::fitInto(const WindowSizes::Room& newRoom) {
+    room = newRoom;
     const auto sizes = WindowSizes::fitting(room);
     setMinimumSize(sizes.minimum);
-    const bool hasOutgrownIt =
-        size().boundedTo(WindowSizes::largest(room)) != size() && !isMaximized() && !isFullScreen();
+    const bool hasOutgrownIt = size().boundedTo(sizes.largest) != size() && !isMaximized() && !isFullScreen();
     if (!isVisible() || hasOutgrownIt) resize(sizes.usual);
 }
 

@@ -6,6 +6,7 @@
 
 #include "app/ConfirmationTexts.h"
 #include "app/Keyboard.h"
+#include "app/WindowLayout.h"
 #include "viewmodel/TesselViewModel.h"
 
 namespace tessel {
@@ -27,9 +28,9 @@ class ContentView : public QWidget {
     explicit ContentView(std::shared_ptr<TesselViewModel> viewModel);
     ~ContentView() override;
 
-    /// Has the window fit on a screen with that much room for windows and their frames. It does so by itself
-    /// for the screen that it opens on, and whenever that screen changes.
-    void fitInto(const QSize& room);
+    /// Makes the window fit on a screen with that much room. It does so by itself for the screen that it
+    /// opens on, and whenever that screen changes.
+    void fitInto(const WindowSizes::Room& newRoom);
 
     /// Closes the window without asking or saying anything as soon as no write is running. A running write is
     /// asked to stop.
@@ -64,6 +65,7 @@ class ContentView : public QWidget {
     ProgressCard* progressCard;
     LogCard* logCard;
     FocusMemory focusMemory;
+    WindowSizes::Room room;
     QMetaObject::Connection screenChanges;
     QPointer<AlertDialog> stopAlert;
     StopQuestion askedQuestion;

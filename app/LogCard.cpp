@@ -18,7 +18,7 @@ Box* boxAround(OperationLogView* logView) {
                          .padding = 4,
                          .fill = [](const Colors& colors) { return colors.textBackground; },
                          .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.07); }});
-    box->setMinimumHeight(180);
+    followApplicationFont(*box, [box] { box->setMinimumHeight(scaledWithFont(180)); });
     box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
     box->content().addWidget(logView);
     return box;
@@ -37,7 +37,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
                             .symbol = "trash",
                             .look = Button::Look::destructive,
                             .size = Button::Size::small})),
-    status(new TextLabel({}, {.font = FontRole::caption, .weight = QFont::DemiBold})),
+    status(new ElidedLabel({.font = FontRole::caption, .weight = QFont::DemiBold}, Qt::ElideRight)),
     entryCount(new TextLabel({}, {.font = FontRole::smallestCaption, .tone = Tone::secondary})),
     logView(new OperationLogView(interactionPauseDuration)) {
     connect(stopButton, &Button::clicked, this, [this] { this->viewModel.requestStop(); });

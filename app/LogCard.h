@@ -21,7 +21,7 @@ class LogCard : public Card {
     TesselViewModel& viewModel;
     Button* stopButton;
     Button* clearButton;
-    TextLabel* status;
+    ElidedLabel* status;
     TextLabel* entryCount;
     OperationLogView* logView;
 };

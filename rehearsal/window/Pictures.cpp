@@ -11,6 +11,9 @@ namespace tessel {
 
 namespace {
 
+constexpr QSize tile(683, 740);    // half of a 1366 x 768 screen
+constexpr double largeText = 1.4;  // what desktops call large text
+
 QPalette darkPalette() {
     QPalette palette(QColor("#2b2d30"), QColor("#26282b"));
     palette.setColor(QPalette::Base, QColor("#1c1e20"));
@@ -55,7 +58,7 @@ void Pictures::take(const QString& stage) const {
     for (auto* bar : window.findChildren<QScrollBar*>())
         scrollPositions[bar] = bar->value();
     const auto returnToUsualSize = [&] {
-        window.fitInto(largeScreen);
+        window.fitInto({largeScreen});
         window.resize(usualSize);
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         for (const auto [bar, position] : scrollPositions)
@@ -66,11 +69,20 @@ void Pictures::take(const QString& stage) const {
         save(stage + "-" + name);
         window.resize(window.minimumSize());
         save(stage + "-" + name + "-minimum");
-        window.fitInto(smallScreen);
+        window.fitInto({smallScreen});
         save(stage + "-" + name + "-small-screen");
+        window.resize(tile);
+        save(stage + "-" + name + "-tile");
         returnToUsualSize();
     }
     QApplication::setPalette(usualPalette);
+    const QFont usualFont = QApplication::font();
+    QFont largeFont = usualFont;
+    largeFont.setPointSizeF(usualFont.pointSizeF() * largeText);
+    QApplication::setFont(largeFont);
+    save(stage + "-large-text");
+    QApplication::setFont(usualFont);
+    returnToUsualSize();
 }
 
 void Pictures::save(const QString& name) const {

@@ -1,6 +1,6 @@
 #include <QSplitterHandle>
 
-#include "app/WindowSizes.h"
+#include "app/WindowLayout.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/Card.h"
 #include "views/controls/DisclosureButton.h"
@@ -19,8 +19,8 @@ class SmallScreenTests : public WindowTest {
         auto& handle = the<QSplitterHandle>();
         const QPoint grip = handle.rect().center();
         QTest::mousePress(&handle, Qt::LeftButton, {}, grip);
-        QTest::mouseMove(&handle, grip + QPoint(distance, 0));
-        QTest::mouseRelease(&handle, Qt::LeftButton, {}, grip + QPoint(distance, 0));
+        QTest::mouseMove(&handle, grip + QPoint(distance, distance));
+        QTest::mouseRelease(&handle, Qt::LeftButton, {}, grip + QPoint(distance, distance));
         QTest::qWait(20);
     }
 
@@ -46,10 +46,20 @@ TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
     QTest::qWait(1);
     click(the<DisclosureButton>());
     click(button("Stop"));
-    const std::pair<QSize, QSize> smallestOn[] = {{largeScreen, {1080, 720}}, {smallScreen, {800, 560}}};
-    for (const auto& [screen, smallest] : smallestOn) {
-        window().fitInto(screen);
-        window().resize(10, 10);
+    struct Case {
+        WindowSizes::Room room;
+        QSize size, expectedSize;
+        Qt::Orientation expectedPanes;
+    };
+    const Case cases[] = {
+        {{largeScreen}, {10, 10}, {1080, 720}, Qt::Horizontal},
+        {{largeScreen, false}, {800, 10}, {800, 400}, Qt::Horizontal},
+        {{smallScreen}, {799, 10}, {799, 400}, Qt::Vertical},
+        {{smallScreen}, {10, 10}, {480, 400}, Qt::Vertical},
+    };
+    for (const auto& [room, size, smallest, panes] : cases) {
+        window().fitInto(room);
+        window().resize(size);
         QTest::qWait(20);
         EXPECT_EQ(window().size(), smallest);
         for (const int drag : {0, -1000, 1000}) {
@@ -57,7 +67,7 @@ TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
             dragPanes(drag);
             expectNothingCutOff();
         }
-        EXPECT_EQ(the<QSplitter>().sizes().back(), 340);
+        EXPECT_EQ(the<QSplitter>().orientation(), panes);
     }
 }
 
@@ -80,7 +90,7 @@ TEST_F(SmallScreenTests, theKeysLeadThroughTheTableAndWhatHasTheFocusIsInView) {
         EXPECT_TRUE(row(disk).fields().isInspected);
         EXPECT_FALSE(row(disk).visibleRegion().isEmpty());
     }
-    window().fitInto(tinyScreen);
+    window().fitInto({tinyScreen});
     QTest::qWait(20);
     const auto expectFocusInView = [this] {
         QTest::qWait(1);

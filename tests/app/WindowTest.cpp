@@ -53,7 +53,7 @@ void WindowTest::open() {
     };
     application =
         std::make_unique<VelmoraTesselApp>(VelmoraTesselApp::Disks{reader.utilities(), makeDevice, watch});
-    window().fitInto({1920, 1080});
+    window().fitInto({{1920, 1080}});
     window().show();
     window().activateWindow();
     if (!QTest::qWaitForWindowActive(&window())) throw std::runtime_error("the window is not active");

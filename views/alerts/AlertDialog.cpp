@@ -27,7 +27,7 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     symbol->setAccessibleName(fields.symbolDescription);
     auto* message = wrappedLabel(fields.message, {.font = FontRole::headline, .weight = QFont::Bold});
     auto* text = wrappedLabel(fields.informativeText, {.font = FontRole::body});
-    text->setFixedWidth(scaledWithFont(textWidth));
+    followApplicationFont(*text, [text] { text->setFixedWidth(scaledWithFont(textWidth)); });
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
     auto* grid = new QGridLayout(this);

@@ -1,6 +1,5 @@
 #include "views/controls/Button.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -41,7 +40,10 @@ Button::Button(const Fields& fields) : symbol(fields.symbol), look(fields.look),
     setAttribute(Qt::WA_Hover);
     setAutoDefault(true);  // so that Return presses it too
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    applyFont();
+    followApplicationFont(*this, [this] {
+        setFont(styledFont(measuresOf(size).font, isProminent() ? QFont::DemiBold : QFont::Medium));
+        updateGeometry();
+    });
     if (fields.key.isEmpty()) return;
     setShortcut(fields.key);
     setToolTip(withKey(fields.text));
@@ -68,11 +70,6 @@ QSize Button::minimumSizeHint() const {
     return sizeHint() - QSize(std::max(textWidth - fewLetters, 0), 0);
 }
 
-void Button::changeEvent(QEvent* event) {
-    QPushButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) applyFont();
-}
-
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintBackground(painter);
@@ -82,11 +79,6 @@ void Button::paintEvent(QPaintEvent*) {
 
 bool Button::isProminent() const {
     return look == Look::prominent || look == Look::destructiveProminent;
-}
-
-void Button::applyFont() {
-    setFont(styledFont(measuresOf(size).font, isProminent() ? QFont::DemiBold : QFont::Medium));
-    updateGeometry();
 }
 
 int Button::symbolSize() const {

@@ -31,12 +31,10 @@ class Button : public QPushButton {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
-    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     [[nodiscard]] bool isProminent() const;
-    void applyFont();
     [[nodiscard]] int symbolSize() const;
     [[nodiscard]] int contentWidth() const;
     [[nodiscard]] QColor ink() const;

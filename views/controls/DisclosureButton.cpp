@@ -35,7 +35,10 @@ class AccessibleDisclosure : public AccessibleButton {
 
 DisclosureButton::DisclosureButton() : row(new QHBoxLayout(this)) {
     presentToScreenReaders<DisclosureButton, AccessibleDisclosure>();
-    row->setContentsMargins(chevronSize + spacing::small, spacing::hair, spacing::tight, spacing::hair);
+    followApplicationFont(*this, [this] {
+        row->setContentsMargins(scaledWithFont(chevronSize) + spacing::small, spacing::hair, spacing::tight,
+                                spacing::hair);
+    });
     row->setSpacing(spacing::small);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setCheckable(true);
@@ -52,8 +55,8 @@ DisclosureButton::DisclosureButton() : row(new QHBoxLayout(this)) {
 
 void DisclosureButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QRect beforeLabel(spacing::hair, 0, chevronSize, height());
-    paintSymbol(painter, isChecked() ? "chevron.down" : "chevron.right", beforeLabel, chevronSize,
+    const QRect beforeLabel(spacing::hair, 0, scaledWithFont(chevronSize), height());
+    paintSymbol(painter, isChecked() ? "chevron.down" : "chevron.right", beforeLabel, beforeLabel.width(),
                 currentColors().secondary);
     if (showsKeyboardFocus(*this)) paintFocusRing(painter, rect(), 6);
 }

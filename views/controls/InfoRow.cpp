@@ -24,7 +24,7 @@ SelectableValue::SelectableValue() {
     setReadOnly(true);
     setFrame(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    applyLook();
+    followApplicationFont(*this, [this] { applyLook(); });
 }
 
 void SelectableValue::setValue(const QString& value) {
@@ -54,7 +54,7 @@ bool SelectableValue::event(QEvent* event) {
 
 void SelectableValue::changeEvent(QEvent* event) {
     QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) applyLook();
+    if (event->type() == QEvent::PaletteChange) applyLook();
 }
 
 void SelectableValue::contextMenuEvent(QContextMenuEvent* event) {
@@ -117,7 +117,7 @@ InfoRow::InfoRow(const QString& title) :
     row->addWidget(titleLabel);
     row->addWidget(valueField, 1);
     valueField->setAccessibleName(title);
-    alignTitle();
+    followApplicationFont(*this, [this] { titleLabel->setFixedWidth(scaledWithFont(titleWidth)); });
 }
 
 void InfoRow::setValue(const QString& value) {
@@ -126,15 +126,6 @@ void InfoRow::setValue(const QString& value) {
 
 QString InfoRow::value() const {
     return valueField->text();
-}
-
-void InfoRow::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) alignTitle();
-}
-
-void InfoRow::alignTitle() {
-    titleLabel->setFixedWidth(scaledWithFont(titleWidth));
 }
 
 }  // namespace tessel

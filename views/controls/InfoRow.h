@@ -44,12 +44,7 @@ class InfoRow : public QWidget {
     void setValue(const QString& value);
     [[nodiscard]] QString value() const;
 
-  protected:
-    void changeEvent(QEvent* event) override;
-
   private:
-    void alignTitle();
-
     TextLabel* titleLabel;
     SelectableValue* valueField;
 };

@@ -11,8 +11,7 @@ namespace tessel {
 
 namespace {
 
-constexpr int barWidth = 12;
-constexpr int handleMargin = 3;
+constexpr double handleMargin = 3.5;
 constexpr int visibleMilliseconds = 1500;
 
 }  // namespace
@@ -25,7 +24,7 @@ ScrollBar::ScrollBar(Qt::Orientation orientation, Hides hides) : QScrollBar(orie
 
 QSize ScrollBar::sizeHint() const {
     const QSize usual = QScrollBar::sizeHint();
-    return orientation() == Qt::Vertical ? QSize(barWidth, usual.height()) : QSize(usual.width(), barWidth);
+    return orientation() == Qt::Vertical ? QSize(thickness, usual.height()) : QSize(usual.width(), thickness);
 }
 
 void ScrollBar::sliderChange(SliderChange change) {
@@ -47,12 +46,12 @@ void ScrollBar::paintEvent(QPaintEvent*) {
     const QRectF handle =
         style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
     QPainter painter(this);
-    const double opacity = isSliderDown() ? 0.65 : underMouse() ? 0.55 : 0.42;
+    const double opacity = isSliderDown() ? 0.6 : underMouse() ? 0.45 : 0.25;
     const bool isVertical = orientation() == Qt::Vertical;
     const QMarginsF margins = isVertical ? QMarginsF(handleMargin, 0, handleMargin, 0)
                                          : QMarginsF(0, handleMargin, 0, handleMargin);
     paintBox(painter, {.bounds = handle.marginsRemoved(margins),
-                       .radius = barWidth / 2.0 - handleMargin,
+                       .radius = thickness / 2.0 - handleMargin,
                        .fill = withOpacity(currentColors().primary, opacity)});
 }
 

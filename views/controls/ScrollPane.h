@@ -12,6 +12,8 @@ class ScrollBar : public QScrollBar {
     /// Tells whether the handle hides a moment after its last use.
     enum class Hides { never, whenUnused };
 
+    static constexpr int thickness = 12;  ///< in pixels
+
     explicit ScrollBar(Qt::Orientation orientation, Hides hides = Hides::never);
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -19,15 +19,19 @@ constexpr int turnDegrees = 18;
 }  // namespace
 
 StatusSign::StatusSign() {
-    setFixedSize(dotSize, signSize);
+    followApplicationFont(*this, [this] { fitSize(); });
 }
 
 void StatusSign::display(Tone newTone, bool busy) {
     tone = newTone;
     isBusy = busy;
-    setFixedWidth(isBusy ? signSize : dotSize);
+    fitSize();
     turnWhileSeen();
     update();
+}
+
+void StatusSign::fitSize() {
+    setFixedSize(scaledWithFont(isBusy ? signSize : dotSize), scaledWithFont(signSize));
 }
 
 void StatusSign::hideEvent(QHideEvent*) {
@@ -39,11 +43,11 @@ void StatusSign::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor color = currentColors().of(tone);
     if (!isBusy) {
-        const QRectF dot(0, (signSize - dotSize) / 2.0, dotSize, dotSize);
-        paintBox(painter, {.bounds = dot, .radius = dotSize / 2.0, .fill = color});
+        const QRectF dot(0, (height() - width()) / 2.0, width(), width());
+        paintBox(painter, {.bounds = dot, .radius = width() / 2.0, .fill = color});
         return;
     }
-    const QRectF circle(1.5, 1.5, signSize - 3, signSize - 3);
+    const QRectF circle = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     painter.setPen(QPen(withOpacity(color, 0.22), 2));
     painter.drawEllipse(circle);
     painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap));

@@ -23,6 +23,7 @@ class StatusSign : public QWidget {
     void timerEvent(QTimerEvent* event) override;
 
   private:
+    void fitSize();
     void turnWhileSeen();
 
     Tone tone = Tone::secondary;

@@ -1,13 +1,16 @@
 #include "views/controls/Style.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QWidget>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <span>
+#include <utility>
 
 namespace tessel {
 
@@ -73,6 +76,21 @@ Hues darkHues() {
     return {QColor(0x57cc75), QColor(0x6fb3ff), QColor(0xf2a54e), QColor(0xff8178)};
 }
 
+/// Calls a function when a widget is told that the application's font has changed.
+class FontFollower : public QObject {
+  public:
+    FontFollower(QWidget& widget, std::function<void()> apply) : QObject(&widget), apply(std::move(apply)) {}
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationFontChange) apply();
+        return false;
+    }
+
+  private:
+    std::function<void()> apply;
+};
+
 }  // namespace
 
 QFont styledFont(FontRole role, QFont::Weight weight) {
@@ -83,8 +101,22 @@ QFont styledFont(FontRole role, QFont::Weight weight) {
     return font;
 }
 
-int scaledWithFont(int width) {
-    return width * bodySize() / designedBodySize;
+int scaledWithFont(int length) {
+    return length * bodySize() / designedBodySize;
+}
+
+void followApplicationFont(QWidget& widget, std::function<void()> apply) {
+    apply();
+    widget.installEventFilter(new FontFollower(widget, std::move(apply)));
+}
+
+void passOnApplicationFont(QWidget& window) {
+    window.installEventFilter(new FontFollower(window, [&window] {
+        for (auto* widget : window.findChildren<QWidget*>()) {
+            QEvent change(QEvent::ApplicationFontChange);
+            QCoreApplication::sendEvent(widget, &change);
+        }
+    }));
 }
 
 QColor Colors::of(Tone tone) const {

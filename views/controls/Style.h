@@ -2,6 +2,9 @@
 
 #include <QColor>
 #include <QFont>
+#include <functional>
+
+class QWidget;
 
 /// Everything in the window takes its looks from here: from one scale of distances, one set of fonts and one
 /// set of colours. Fonts and colours follow the desktop's application font and palette. Use it on the main
@@ -33,8 +36,15 @@ enum class FontRole {
 /// Derives the font for a use from the application's font. It is never smaller than 10 pixels.
 [[nodiscard]] QFont styledFont(FontRole role, QFont::Weight weight = QFont::Normal);
 
-/// Scales a width that was designed for the default font to the application's font. Both are in pixels.
-[[nodiscard]] int scaledWithFont(int width);
+/// Scales a length that was designed for the default font to the application's font. Both are in pixels.
+[[nodiscard]] int scaledWithFont(int length);
+
+/// Calls the function now, and again each time the application's font has changed, while the widget exists.
+/// Requires: the widget is a window, or in one to which passOnApplicationFont() was applied.
+void followApplicationFont(QWidget& widget, std::function<void()> apply);
+
+/// Passes each change of the application's font on to the widgets in the window, since Qt tells only windows.
+void passOnApplicationFont(QWidget& window);
 
 /// What a colour says. Each can be read as text on every background below.
 enum class Tone { primary, secondary, green, blue, orange, red, accent };

@@ -1,6 +1,5 @@
 #include "views/controls/Switch.h"
 
-#include <QEvent>
 #include <QPainter>
 
 #include "views/accessibility/Accessibility.h"
@@ -21,18 +20,16 @@ Switch::Switch(const QString& text, Size size) : size(size) {
     setText(text);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    applyFont();
+    followApplicationFont(*this, [this] {
+        setFont(styledFont(this->size == Size::small ? FontRole::caption : FontRole::body));
+        updateGeometry();
+    });
 }
 
 QSize Switch::sizeHint() const {
     const int textWidth = fontMetrics().horizontalAdvance(text());
     return {trackBounds().right() + 1 + ringWidth + spacing::small + textWidth,
             std::max(fontMetrics().height() + spacing::tight, trackBounds().height() + 2 * ringWidth)};
-}
-
-void Switch::changeEvent(QEvent* event) {
-    QCheckBox::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange) applyFont();
 }
 
 void Switch::paintEvent(QPaintEvent*) {
@@ -44,13 +41,8 @@ void Switch::paintEvent(QPaintEvent*) {
     painter.drawText(textBounds, Qt::AlignLeft | Qt::AlignVCenter, text());
 }
 
-void Switch::applyFont() {
-    setFont(styledFont(size == Size::small ? FontRole::caption : FontRole::body));
-    updateGeometry();
-}
-
 QRect Switch::trackBounds() const {
-    const int trackHeight = size == Size::small ? 16 : 20;
+    const int trackHeight = scaledWithFont(size == Size::small ? 16 : 20);
     return {ringWidth, (height() - trackHeight) / 2, trackHeight * 7 / 4, trackHeight};
 }
 

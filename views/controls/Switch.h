@@ -15,12 +15,10 @@ class Switch : public QCheckBox {
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
-    void changeEvent(QEvent* event) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    void applyFont();
     [[nodiscard]] QRect trackBounds() const;
     void paintTrack(QPainter& painter) const;
 

@@ -73,6 +73,7 @@ void paintSymbol(QPainter& painter, const QString& name, const QRect& bounds, in
 SymbolView::SymbolView(const Fields& fields) : shown(fields) {
     presentToScreenReaders<SymbolView, AccessibleSymbol>();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    followApplicationFont(*this, [this] { updateGeometry(); });
 }
 
 void SymbolView::display(const Fields& fields) {
@@ -83,12 +84,13 @@ void SymbolView::display(const Fields& fields) {
 }
 
 QSize SymbolView::sizeHint() const {
-    return {shown.size, shown.size};
+    const int edge = scaledWithFont(shown.size);
+    return {edge, edge};
 }
 
 void SymbolView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintSymbol(painter, shown.symbol, rect(), shown.size, currentColors().of(shown.tone));
+    paintSymbol(painter, shown.symbol, rect(), scaledWithFont(shown.size), currentColors().of(shown.tone));
 }
 
 }  // namespace tessel

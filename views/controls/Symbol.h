@@ -27,7 +27,7 @@ class SymbolView : public QWidget {
     struct Fields {
         QString symbol;
         Tone tone = Tone::primary;
-        int size = 16;  ///< is the edge length of the drawing, in pixels
+        int size = 16;  ///< edge length of the drawing at the usual font, in pixels
 
         bool operator==(const Fields&) const = default;
     };

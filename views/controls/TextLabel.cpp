@@ -43,7 +43,7 @@ TextLabel::TextLabel(const QString& text, const TextLook& look) : currentLook(lo
     setTextFormat(Qt::PlainText);
     // Otherwise a label in a button would take the button's colour.
     setForegroundRole(QPalette::WindowText);
-    TextLabel::applyLook();
+    followApplicationFont(*this, [this] { applyLook(); });
 }
 
 void TextLabel::setLook(const TextLook& look) {
@@ -55,7 +55,7 @@ void TextLabel::setLook(const TextLook& look) {
 
 void TextLabel::changeEvent(QEvent* event) {
     QLabel::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) applyLook();
+    if (event->type() == QEvent::PaletteChange) applyLook();
 }
 
 void TextLabel::applyLook() {

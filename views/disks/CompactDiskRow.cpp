@@ -42,20 +42,17 @@ class AccessibleDiskRow : public AccessibleControl {
 
 }  // namespace
 
-CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent) :
+CompactDiskRow::CompactDiskRow(const Actions& actions, QWidget* parent) :
     QWidget(parent),
     actions(actions),
     selector(new DiskTargetSelector(actions.selectAction)),
     name(new ElidedLabel({.font = FontRole::subheadline, .weight = QFont::DemiBold}, Qt::ElideRight)),
-    device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideRight)),
+    device(new ElidedLabel({.font = FontRole::smallMonospaced, .tone = Tone::secondary}, Qt::ElideMiddle)),
     size(new ElidedLabel({.font = FontRole::monospaced, .weight = QFont::Medium}, Qt::ElideRight)),
     media(new DiskMediaCell) {
     presentToScreenReaders<CompactDiskRow, AccessibleDiskRow>();
     setAttribute(Qt::WA_Hover);
-    selector->setFixedWidth(widths.targetColumnWidth);
-    size->setFixedWidth(widths.sizeColumnWidth);
     auto* diskCell = new QWidget;
-    diskCell->setFixedWidth(widths.diskColumnWidth);
     diskCell->setLayout(stackedTexts(name, device));
     diskCell->layout()->setContentsMargins(0, 0, cellSpacing, 0);
     auto* row = new QHBoxLayout(this);
@@ -65,7 +62,13 @@ CompactDiskRow::CompactDiskRow(const DiskColumnWidths& widths, const Actions& ac
     row->addWidget(diskCell);
     row->addWidget(size);
     row->addWidget(media, 1);
-    setMinimumHeight(minimumRowHeight);
+    followApplicationFont(*this, [=, this] {
+        const DiskColumnWidths widths;
+        setMinimumHeight(scaledWithFont(minimumRowHeight));
+        selector->setFixedWidth(widths.targetColumnWidth);
+        diskCell->setFixedWidth(widths.diskColumnWidth);
+        size->setFixedWidth(widths.sizeColumnWidth);
+    });
 }
 
 void CompactDiskRow::display(const Fields& fields) {

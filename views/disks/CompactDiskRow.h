@@ -30,9 +30,9 @@ class CompactDiskRow : public QWidget {
         std::function<void()> selectAction;
     };
 
-    static constexpr int minimumRowHeight = 50;
+    static constexpr int minimumRowHeight = 50;  ///< at the usual font, in pixels
 
-    CompactDiskRow(const DiskColumnWidths& widths, const Actions& actions, QWidget* parent);
+    CompactDiskRow(const Actions& actions, QWidget* parent);
 
     [[nodiscard]] const Fields& fields() const { return shown; }
     void display(const Fields& fields);

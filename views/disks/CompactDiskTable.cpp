@@ -20,11 +20,6 @@ constexpr int dividerHeight = 1;
 constexpr int mostRowsAtOnce = 6;
 constexpr double cornerRadius = 10;
 
-int tableHeight(size_t disks) {
-    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(disks, 1, mostRowsAtOnce));
-    return DiskTableHeader::headerHeight + dividerHeight + CompactDiskRow::minimumRowHeight * rowsAtOnce;
-}
-
 class DiskRowList : public QWidget {};
 
 /// Draws the rounded outline over the rows and hides their square corners.
@@ -50,7 +45,7 @@ class TableFrame : public QWidget {
 
 CompactDiskTable::CompactDiskTable(const Actions& actions) :
     actions(actions),
-    header(new DiskTableHeader(widths, actions.sortAction)),
+    header(new DiskTableHeader(actions.sortAction)),
     rowList(new DiskRowList),
     scrollPane(new ScrollPane(rowList)) {
     presentToScreenReadersAs<DiskRowList, QAccessible::List>();
@@ -62,6 +57,7 @@ CompactDiskTable::CompactDiskTable(const Actions& actions) :
     column->addWidget(scrollPane, 1);
     scrollPane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollPane->viewport()->installEventFilter(this);
+    rowList->installEventFilter(this);
     frame = new TableFrame(this);
     showFields();
 }
@@ -73,7 +69,6 @@ void CompactDiskTable::display(const Fields& fields) {
 }
 
 void CompactDiskTable::showFields() {
-    setFixedHeight(tableHeight(shown.disks.size()));
     header->display(shown.sortField, shown.sortAscending);
     showRows();
 }
@@ -86,7 +81,7 @@ CompactDiskRow* CompactDiskTable::makeRow(const std::string& diskID) {
     };
     const CompactDiskRow::Actions rowActions{.inspectAction = [=, this] { withDisk(actions.inspectAction); },
                                              .selectAction = [=, this] { withDisk(actions.selectAction); }};
-    auto* row = new CompactDiskRow(widths, rowActions, rowList);
+    auto* row = new CompactDiskRow(rowActions, rowList);
     row->setFocusPolicy(Qt::ClickFocus);
     row->installEventFilter(this);
     row->show();
@@ -106,7 +101,7 @@ void CompactDiskTable::showRows() {
         rows.push_back(row);
         rowsByID.emplace(disk.id, row);
     }
-    placeRows();
+    fitRows();
     chooseTabStop();
     retire(previous);
 }
@@ -120,16 +115,22 @@ void CompactDiskTable::retire(const RowsByID& retired) {
     }
 }
 
-void CompactDiskTable::placeRows() {
+/// Makes the table as high as its rows, and the rows as wide as the table.
+void CompactDiskTable::fitRows() {
+    const int rowsAtOnce = static_cast<int>(std::clamp<size_t>(rows.size(), 1, mostRowsAtOnce));
+    setFixedHeight(header->minimumHeight() + dividerHeight + rowHeight() * rowsAtOnce);
     const int width = scrollPane->viewport()->width();
-    int rowHeight = CompactDiskRow::minimumRowHeight;
-    if (!rows.empty()) rowHeight = std::max(rowHeight, rows.front()->minimumSizeHint().height());
-    rowList->resize(width, rowHeight * static_cast<int>(rows.size()));
+    rowList->resize(width, rowHeight() * static_cast<int>(rows.size()));
     int top = 0;
     for (CompactDiskRow* row : rows) {
-        row->setGeometry(0, top, width, rowHeight);
-        top += rowHeight;
+        row->setGeometry(0, top, width, rowHeight());
+        top += rowHeight();
     }
+}
+
+int CompactDiskTable::rowHeight() const {
+    const int usual = scaledWithFont(CompactDiskRow::minimumRowHeight);
+    return rows.empty() ? usual : std::max(usual, rows.front()->minimumSizeHint().height());
 }
 
 void CompactDiskTable::chooseTabStop() {
@@ -147,7 +148,11 @@ void CompactDiskTable::chooseTabStop() {
 
 bool CompactDiskTable::eventFilter(QObject* object, QEvent* event) {
     if (object == scrollPane->viewport()) {
-        if (event->type() == QEvent::Resize) placeRows();
+        if (event->type() == QEvent::Resize) fitRows();
+        return false;
+    }
+    if (object == rowList) {
+        if (event->type() == QEvent::LayoutRequest) fitRows();  // a row's font has changed
         return false;
     }
     if (event->type() == QEvent::FocusIn) chooseTabStop();

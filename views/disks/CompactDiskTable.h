@@ -57,13 +57,13 @@ class CompactDiskTable : public QWidget {
     CompactDiskRow* makeRow(const std::string& diskID);
     void showRows();
     void retire(const RowsByID& retired);
-    void placeRows();
+    void fitRows();
+    [[nodiscard]] int rowHeight() const;
     void chooseTabStop();
     bool handleKey(int key);
     void moveTo(size_t index);
     [[nodiscard]] std::optional<size_t> focusedIndex() const;
 
-    DiskColumnWidths widths;
     Actions actions;
     Fields shown;
     DiskTableHeader* header;

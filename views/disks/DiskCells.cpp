@@ -35,8 +35,8 @@ class TargetRadioButton : public QRadioButton {
         painter.setOpacity(isEnabled() ? 1 : 0.45);
         const Colors colors = currentColors();
         const QColor unselected = underMouse() && isEnabled() ? colors.green : colors.secondary;
-        paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(), radioSymbolSize,
-                    isChecked() ? colors.green : unselected);
+        paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(),
+                    scaledWithFont(radioSymbolSize), isChecked() ? colors.green : unselected);
     }
 };
 

@@ -46,7 +46,8 @@ QVBoxLayout* columnOf(std::initializer_list<InfoRow*> rows) {
 
 DiskPartitionRow::DiskPartitionRow(const SDDiskPartition& partition) {
     ElidedLabel* identifier = elidedLabel(partition.id, identifierLook);
-    identifier->setFixedWidth(scaledWithFont(identifierWidth));
+    followApplicationFont(*this,
+                          [identifier] { identifier->setFixedWidth(scaledWithFont(identifierWidth)); });
 
     ElidedLabel* name = elidedLabel(partition.displayName(), nameLook);
     ElidedLabel* detail = elidedLabel(partition.detailText(), detailLook);

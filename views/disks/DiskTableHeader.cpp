@@ -1,6 +1,5 @@
 #include "views/disks/DiskTableHeader.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 
@@ -23,7 +22,7 @@ SortableDiskHeader::SortableDiskHeader(const QString& title, DiskSortField field
     field(field) {
     presentButtonToScreenReaders<SortableDiskHeader, QAccessible::Button>();
     setText(title);
-    setFont(styledFont(FontRole::caption, QFont::DemiBold));
+    followApplicationFont(*this, [this] { setFont(styledFont(FontRole::caption, QFont::DemiBold)); });
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
     connect(this, &QPushButton::clicked, [field, action = std::move(action)] { action(field); });
@@ -39,13 +38,8 @@ void SortableDiskHeader::display(DiskSortField activeField, bool ascending) {
 }
 
 QSize SortableDiskHeader::sizeHint() const {
-    return {fontMetrics().horizontalAdvance(text()) + spacing::tight + chevronSize, fontMetrics().height()};
-}
-
-void SortableDiskHeader::changeEvent(QEvent* event) {
-    QPushButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange)
-        setFont(styledFont(FontRole::caption, QFont::DemiBold));
+    return {fontMetrics().horizontalAdvance(text()) + spacing::tight + scaledWithFont(chevronSize),
+            fontMetrics().height()};
 }
 
 void SortableDiskHeader::paintEvent(QPaintEvent*) {
@@ -55,19 +49,17 @@ void SortableDiskHeader::paintEvent(QPaintEvent*) {
     painter.setPen(ink);
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, text());
     const int afterTitle = fontMetrics().horizontalAdvance(text()) + spacing::tight;
-    paintSymbol(painter, chevron, QRect(afterTitle, 0, chevronSize, height()), chevronSize, ink);
+    const int edge = scaledWithFont(chevronSize);
+    paintSymbol(painter, chevron, QRect(afterTitle, 0, edge, height()), edge, ink);
     if (showsKeyboardFocus(*this)) paintFocusRing(painter, QRectF(rect()).adjusted(-1, 4, 0, -4), 5);
 }
 
-DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
-                                 const std::function<void(DiskSortField)>& sortAction) {
-    setFixedHeight(headerHeight);
+DiskTableHeader::DiskTableHeader(const std::function<void(DiskSortField)>& sortAction) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(spacing::small, 0, spacing::small, 0);
     row->setSpacing(0);
     auto* target = new TextLabel(
         "Target", {.font = FontRole::caption, .tone = Tone::secondary, .weight = QFont::DemiBold});
-    target->setFixedWidth(widths.targetColumnWidth);
     row->addWidget(target);
     const auto addHeading = [&](const QString& title, DiskSortField field) {
         auto* heading = new SortableDiskHeader(title, field, sortAction);
@@ -76,9 +68,16 @@ DiskTableHeader::DiskTableHeader(const DiskColumnWidths& widths,
         headings.push_back(heading);
         return heading;
     };
-    addHeading("Disk", DiskSortField::disk)->setFixedWidth(widths.diskColumnWidth);
-    addHeading("Size", DiskSortField::size)->setFixedWidth(widths.sizeColumnWidth);
+    auto* disk = addHeading("Disk", DiskSortField::disk);
+    auto* size = addHeading("Size", DiskSortField::size);
     addHeading("Media", DiskSortField::media);
+    followApplicationFont(*this, [=, this] {
+        const DiskColumnWidths widths;
+        setFixedHeight(scaledWithFont(headerHeight));
+        target->setFixedWidth(widths.targetColumnWidth);
+        disk->setFixedWidth(widths.diskColumnWidth);
+        size->setFixedWidth(widths.sizeColumnWidth);
+    });
 }
 
 void DiskTableHeader::display(DiskSortField activeField, bool ascending) {

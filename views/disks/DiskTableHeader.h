@@ -12,7 +12,7 @@
 
 namespace tessel {
 
-/// Gives the widths of the disk table's columns in pixels. The media column gets what is left.
+/// The widths of the disk table's columns at the present font, in pixels. The media column gets what is left.
 struct DiskColumnWidths {
     /// Leaves room for the column's heading, which is wider than its controls in most fonts.
     int targetColumnWidth =
@@ -35,7 +35,6 @@ class SortableDiskHeader : public QPushButton {
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
-    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
@@ -46,10 +45,10 @@ class SortableDiskHeader : public QPushButton {
 /// Shows the headings above the rows of the disk table.
 class DiskTableHeader : public QWidget {
   public:
-    static constexpr int headerHeight = 34;  ///< is in pixels
+    static constexpr int headerHeight = 34;  ///< at the usual font, in pixels
 
     /// `sortAction` is called with the field of the heading that is pressed.
-    DiskTableHeader(const DiskColumnWidths& widths, const std::function<void(DiskSortField)>& sortAction);
+    explicit DiskTableHeader(const std::function<void(DiskSortField)>& sortAction);
 
     void display(DiskSortField activeField, bool ascending);
 

@@ -1,16 +1,15 @@
 #include "views/log/OperationLogView.h"
 
-#include <QFontDatabase>
 #include <QWheelEvent>
 #include <algorithm>
 
 #include "views/controls/ScrollPane.h"
+#include "views/controls/Style.h"
 
 namespace tessel {
 
 namespace {
 
-constexpr int fontPixelSize = 11;
 constexpr int textInset = 10;
 
 QString toQString(std::string_view text) {
@@ -26,9 +25,7 @@ OperationLogView::OperationLogView(std::chrono::milliseconds interactionPauseDur
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
 
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(fontPixelSize);
-    setFont(font);
+    followApplicationFont(*this, [this] { setFont(styledFont(FontRole::monospaced)); });
     document()->setDocumentMargin(textInset);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 

@@ -87,9 +87,10 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
         std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
         std::printf("A card is out of the reader while its folder holds a file \"ejected\": %s\n",
                     (readerFolder / usbReaderCard).c_str());
+        std::fflush(stdout);
         return application.run(terminationSignal);
     }
-    application.window().fitInto(Pictures::largeScreen);
+    application.window().fitInto({Pictures::largeScreen});
     std::optional<int> status;
     auto performance = startTask(application.mainThread(), play(application, stage, image, status));
     application.run(terminationSignal);
