@@ -27,13 +27,13 @@ if(NOT TESSEL_WINDOW)
     return()
 endif()
 
-# Qt paints large areas on threads of its own, which the thread sanitizer can't follow. No other tests ask it to
-# overlook anything.
+# Qt paints large areas on threads of its own, which the thread sanitizer can't follow. All other tests run without
+# exceptions.
 set(testEnvironment "TSAN_OPTIONS=ignore_noninstrumented_modules=1")
 tessel_tests(views tessel-views Qt6::Test)
 tessel_tests(app tessel-window-rehearsal Qt6::Test)
-foreach(floor views app)
-    target_sources(${floor}-tests PRIVATE support/OffscreenMain.cpp)
+foreach(folder views app)
+    target_sources(${folder}-tests PRIVATE support/OffscreenMain.cpp)
 endforeach()
 
 add_test(NAME packaging/installation
