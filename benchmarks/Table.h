@@ -9,13 +9,13 @@ namespace tessel::benchmark {
 /// Returns how many seconds the work takes.
 double secondsOf(const std::function<void()>& work);
 
-/// Describes one line of the table: what was measured, what it is compared with, and the target ratio.
+/// One line of the table: what was measured, what it is compared with, and the target ratio.
 struct Row {
     std::string name;
     double ours;
     double theirs;
     std::string unit;
-    std::optional<double> limit;  ///< is the largest acceptable ratio
+    std::optional<double> limit;  ///< the largest acceptable ratio
 };
 
 void printHeader(const std::string& title);

@@ -1,4 +1,4 @@
-/// Measures how soon the window appears, and the longest time that it ever keeps a person waiting.
+/// Measures how soon the window appears, and the longest time that it ever keeps the user waiting.
 
 #include <unistd.h>
 
@@ -28,7 +28,7 @@ namespace {
 
 constexpr int rounds = 5;
 
-/// Ends the process as soon as the window has been painted and its picture handed on.
+/// Ends the process as soon as the first frame of the window has been painted.
 class EndAtFirstPaint : public QObject {
   public:
     explicit EndAtFirstPaint(QWidget& window) { window.installEventFilter(this); }
@@ -65,8 +65,8 @@ void measureFirstPaint(const std::filesystem::path& program) {
     printRow({"process start to first painted window / 300 ms", best * 1000, 300, "ms", 1.0});
 }
 
-/// Measures the longest time, in milliseconds, that the event loop was away from its timers while `counts`
-/// held.
+/// Measures the longest time, in milliseconds, between two timer events of the event loop while `counts`
+/// holds.
 class LongestTurn {
   public:
     explicit LongestTurn(std::function<bool()> counts) : counts(std::move(counts)) {
@@ -90,7 +90,7 @@ class LongestTurn {
     std::chrono::duration<double, std::milli> longest{0};
 };
 
-/// Plays a person who has the disks scanned again and then writes the card.
+/// Plays a user who rescans the disks and then writes the card.
 struct Play {
     VelmoraTesselApp& application;
     bool isScanning = false;

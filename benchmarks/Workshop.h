@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr uint64_t MiB = uint64_t{1} << 20;
 
-/// Keeps a folder below another one, and removes it at the end.
+/// A folder below another one, which is removed with this object.
 class Workshop {
   public:
     explicit Workshop(const fs::path& parent) :

@@ -1,4 +1,4 @@
-/// Compares the write path with the commands that a person would type instead, side by side in one run.
+/// Compares the write path with the commands that a user would type instead, side by side in one run.
 
 #include <fcntl.h>
 #include <linux/loop.h>
@@ -61,14 +61,14 @@ void transfer(const fs::path& image, const fs::path& device) {
     runUntilFinished(loop, transferInBackground({image, fs::file_size(image), handle, true}, loop));
 }
 
-/// Returns what a person would type to write, flush and read back without any proof.
+/// Returns what a user would type to write, flush and read back without any proof.
 std::string bareCopy(const fs::path& image, const fs::path& device) {
     return "dd bs=8M oflag=direct conv=fsync if=" + image.string() + " of=" + device.string() +
            " && dd bs=8M iflag=direct,count_bytes count=" + std::to_string(fs::file_size(image)) +
            " if=" + device.string() + " of=/dev/null";
 }
 
-/// Returns what a person would type to write, flush and verify.
+/// Returns what a user would type to write, flush and verify.
 std::string typedCommands(const fs::path& image, const fs::path& device) {
     return "sha256sum " + image.string() + " && dd bs=8M conv=fsync if=" + image.string() +
            " of=" + device.string() + " && cmp -n " + std::to_string(fs::file_size(image)) + " " +
@@ -76,7 +76,7 @@ std::string typedCommands(const fs::path& image, const fs::path& device) {
 }
 
 /// Keeps both contenders from using huge pages. The throttle holds a whole request back and then performs it
-/// at full speed, so the longer requests of huge pages would lose time that no card makes them lose.
+/// at full speed, so it would slow down the longer requests of huge pages, which a card does not.
 class OrdinaryPages {
   public:
     OrdinaryPages() { prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0); }
@@ -100,8 +100,8 @@ double median(std::vector<double> seconds) {
     return *middle;
 }
 
-/// Has both contenders write, flush and read back the same image in turns, each with the image in the cache.
-/// The median counts, because the disk that plays the card is at times faster than it can be for long.
+/// Makes both contenders write, flush and read back the same image in turns, each with the image in the
+/// cache. Compares the medians, because the disk that plays the card is at times faster than it can sustain.
 void compare(const Comparison& comparison) {
     std::vector<double> ours;
     std::vector<double> theirs;
@@ -128,8 +128,8 @@ void compareAtSpeed(const Workshop& workshop, const fs::path& device, uint64_t m
              .limit = limit});
 }
 
-/// Compares transfers of an image that does not lie on the disk that plays the card: elsewhere a card is a
-/// disk of its own, and reading the image a second time costs it nothing.
+/// Compares transfers of an image in memory. A real card is a disk of its own, so reading the image a second
+/// time costs it nothing; a disk that holds both the image and the card would be slowed down.
 void compareWithImageInMemory(const fs::path& device) {
     const Workshop memory("/dev/shm");
     const auto image = memory.makeImage("large.img", 1024 * MiB);
@@ -277,7 +277,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     const auto program = fs::read_symlink("/proc/self/exe");
-    const Workshop workshop("/var/tmp");  // on a disk, since memory is no card
+    const Workshop workshop("/var/tmp");  // on a disk, since memory is much faster than a card
     compareTransfers(workshop);
     compareProcessorTime(workshop);
     compareMemory(workshop, program);

@@ -10,7 +10,7 @@ namespace {
 struct Unit {
     std::string_view name;
     uint64_t bytes;
-    uint64_t parts;  ///< of a unit that are told apart: 10 show one digit after the point, 100 show two
+    uint64_t parts;  ///< the steps in a unit: 10 for one digit after the point, 100 for two
 };
 
 constexpr auto units = std::to_array<Unit>({
@@ -36,7 +36,7 @@ std::string byteCountText(uint64_t bytes) {
 
     const Unit* unit = units.data();
     while (roundedParts(bytes, *unit) >= 1'000 * unit->parts)
-        ++unit;  // ends in time, because 64 bits reach no further than 18.45 EB
+        ++unit;  // never passes the last unit, because 64 bits hold at most 18.45 EB
 
     const uint64_t parts = roundedParts(bytes, *unit);
     std::string text = std::to_string(parts / unit->parts);

@@ -4,8 +4,7 @@
 
 namespace tessel {
 
-/// Returns whether the text is "disk" and a number, and nothing else. A partition's identifier goes on:
-/// "disk4s1".
+/// Returns whether the text is exactly "disk" and a number. A partition's identifier has a suffix: "disk4s1".
 [[nodiscard]] bool isWholeDiskIdentifier(std::string_view text);
 
 }  // namespace tessel

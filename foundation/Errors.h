@@ -40,7 +40,7 @@ class CancellationError : public Error {
     CancellationError() : Error("The operation was cancelled.") {}
 };
 
-/// Returns the error if it is of that type, otherwise nothing. There may be no error at all.
+/// Returns the error if it is of that type, otherwise nothing. The pointer may be null.
 template <typename Type>
 std::optional<Type> errorOfType(const std::exception_ptr& error) {
     if (!error) return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<Type> errorOfType(const std::exception_ptr& error) {
 /// text.
 [[nodiscard]] std::string localizedDescription(const std::exception_ptr& error);
 
-/// Returns the system's text for an `errno` value, as strerror words it: "No such file or directory".
+/// Returns the system's text for an `errno` value, such as "No such file or directory".
 [[nodiscard]] std::string systemErrorText(int code);
 
 /// Returns a PlatformError that reads `subject`, ": ", the system's text and a full stop.

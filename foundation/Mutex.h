@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// A mutex that the compiler understands: it refuses code that uses data marked `guarded_by` without holding
-/// the mutex.
+/// A mutex known to the compiler's thread-safety analysis, which rejects code that uses data marked
+/// `guarded_by` without holding the mutex.
 class __attribute__((capability("mutex"))) Mutex {
   public:
     void lock() __attribute__((acquire_capability())) { mutex.lock(); }
@@ -17,7 +17,7 @@ class __attribute__((capability("mutex"))) Mutex {
     std::mutex mutex;
 };
 
-/// Holds a mutex for as long as this exists.
+/// Holds a mutex for as long as this object exists.
 class __attribute__((scoped_lockable)) MutexLock {
   public:
     explicit MutexLock(Mutex& mutex) __attribute__((acquire_capability(mutex))) : mutex(mutex) {
@@ -27,11 +27,11 @@ class __attribute__((scoped_lockable)) MutexLock {
     MutexLock& operator=(const MutexLock&) = delete;
     ~MutexLock() __attribute__((release_capability())) { mutex.unlock(); }
 
-    /// Sleeps until the condition may have changed. The mutex is free in the meantime and held again
+    /// Waits until the condition may have changed. Releases the mutex meanwhile and holds it again
     /// afterwards.
     void wait(std::condition_variable_any& condition) { condition.wait(mutex); }
 
-    /// Does the same, but not beyond that time. Returns whether there is still time left.
+    /// Waits likewise, but at most until `end`. Returns whether there is still time left.
     bool waitUntil(std::condition_variable_any& condition, std::chrono::steady_clock::time_point end) {
         return condition.wait_until(mutex, end) == std::cv_status::no_timeout;
     }

@@ -11,7 +11,7 @@
 namespace tessel {
 
 /// A property-list value: a text, a boolean, a whole or real number, a list, or a dictionary with text keys.
-/// Dates, data and other kinds are kept as `Other`, because nobody asks for their contents.
+/// Dates, data and other kinds are kept as `Other`, because their contents are never needed.
 class PropertyList {
   public:
     using List = std::vector<PropertyList>;
@@ -29,7 +29,7 @@ class PropertyList {
     PropertyList(List list) : value(std::move(list)) {}
     PropertyList(Dictionary dictionary) : value(std::move(dictionary)) {}
 
-    /// Each gives the value if it is of that kind, otherwise null.
+    /// Returns the value if it is of that kind, otherwise null. So do the functions below.
     [[nodiscard]] const bool* asFlag() const { return std::get_if<bool>(&value); }
     [[nodiscard]] const uint64_t* asWholeNumber() const { return std::get_if<uint64_t>(&value); }
     [[nodiscard]] const double* asReal() const { return std::get_if<double>(&value); }

@@ -99,7 +99,7 @@ class BinaryWalk {
     size_t expandedBytes = 0;
 };
 
-/// Returns what stands between the "<" and ">" of a tag. Refuses quoted angle brackets and embedded document
+/// Returns the text between the "<" and ">" of a tag. Refuses quoted angle brackets and embedded document
 /// types: property lists don't have them, and the library would read them differently.
 std::string_view tagAt(std::string_view xml, size_t start) {
     const size_t end = xml.find('>', start);

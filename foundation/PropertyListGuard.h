@@ -10,8 +10,8 @@
 /// library wherever the two might read the same bytes differently.
 namespace tessel {
 
-/// Says why the library must not be given these bytes, worded to follow "it" ("is nested too deeply"). Absent
-/// when it may have them, which does not yet make them a property list.
+/// Returns why the library must not be given these bytes, phrased to follow "it" ("is nested too deeply"), or
+/// nothing if it may parse them. They may still turn out not to be a property list.
 [[nodiscard]] std::optional<std::string> propertyListFault(std::string_view bytes);
 
 /// Returns whether the bytes claim to be the binary encoding.

@@ -9,7 +9,7 @@ namespace tessel {
 template <typename T>
 class Published {
   public:
-    /// Several values may share one observer, which may be empty and must outlive them.
+    /// Takes the observer, which may be empty, may be shared by several values and must outlive them.
     Published(const std::function<void()>& observer, T initial) :
         observer(observer),
         value(std::move(initial)) {}

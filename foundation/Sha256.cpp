@@ -9,7 +9,8 @@ namespace tessel {
 
 namespace {
 
-/// OpenSSL answers 1 for success. These calls fail only when memory or the algorithm itself is missing.
+/// Throws PlatformError unless OpenSSL answered 1, which means success. These calls fail only when memory or
+/// the algorithm itself is missing.
 void require(int answer) {
     if (answer != 1) throw PlatformError(answer, "The SHA-256 digest could not be computed.");
 }
@@ -34,7 +35,7 @@ Sha256::Digest Sha256::finish() {
     Digest digest{};
     require(
         EVP_DigestFinal_ex(state->context.get(), reinterpret_cast<unsigned char*>(digest.data()), nullptr));
-    // This begins anew with the same algorithm, in the same memory.
+    // This restarts the same algorithm in the same memory.
     require(EVP_DigestInit_ex(state->context.get(), nullptr, nullptr));
     return digest;
 }

@@ -17,7 +17,7 @@ class Sha256 {
 
     void update(std::span<const std::byte> bytes);
 
-    /// Returns the digest of everything since the beginning or the last call.
+    /// Returns the digest of all bytes since the beginning or the previous call.
     [[nodiscard]] Digest finish();
 
   private:

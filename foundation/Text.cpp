@@ -30,7 +30,8 @@ icu::UnicodeSet characterSet(const char16_t* pattern) {
     return set;
 }
 
-/// Counts the leading bytes whose characters are in the set, or are not.
+/// Returns the number of leading bytes whose characters are in the set or, with the opposite condition, are
+/// not.
 size_t span(const icu::UnicodeSet& set, std::string_view text, USetSpanCondition condition) {
     return static_cast<size_t>(set.spanUTF8(text.data(), static_cast<int32_t>(text.size()), condition));
 }
@@ -64,7 +65,7 @@ icu::UnicodeString withoutMarks(const icu::UnicodeString& text) {
     return result;
 }
 
-constexpr char16_t isolateBegin = u'\u2068';  ///< makes a part of a text take its own direction
+constexpr char16_t isolateBegin = u'\u2068';  ///< gives a part of a text its own direction
 constexpr char16_t isolateEnd = u'\u2069';
 
 const icu::UnicodeSet& unprintable() {
@@ -77,7 +78,7 @@ const icu::UnicodeSet& rightToLeft() {
     return set;
 }
 
-/// Returns the length of the isolate that begins there, or 0 where none does that printable() could have
+/// Returns the length of the isolate that begins there, or 0 if there is none that printable() could have
 /// made.
 int32_t isolateLength(const icu::UnicodeString& text, int32_t begin) {
     if (text[begin] != isolateBegin) return 0;
@@ -157,7 +158,7 @@ std::string printable(std::string_view text) {
     }
     if (!turnsAround) return utf8(result);
 
-    // One isolate around everything takes the place of those within.
+    // A single isolate around everything replaces those within.
     result.findAndReplace(isolateBegin, {});
     result.findAndReplace(isolateEnd, {});
     return utf8(result.insert(0, isolateBegin).append(isolateEnd));

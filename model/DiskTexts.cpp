@@ -43,7 +43,7 @@ std::optional<std::string> protectionText(const SDWholeDisk& disk) {
 }
 
 std::optional<std::string> imageOnDiskText(const SDImageFile& image, const SDWholeDisk& disk) {
-    // A partition's record has its mount point as it is shown.
+    // A partition's record holds its mount point in printable form.
     const auto holds = [&disk](const std::filesystem::path& folder) {
         const std::string shown = printable(folder.string());
         return !shown.empty() && std::ranges::find(disk.partitions, shown, &SDDiskPartition::mountPoint) !=

@@ -6,10 +6,11 @@
 #include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
 
-/// These pure functions say how the table and the inspector word a disk, beyond the record's own texts.
+/// The texts by which the table and the inspector describe a disk, beyond those of its record. All functions
+/// are pure.
 namespace tessel {
 
-/// Tells whether the bus or the name says that the disk is a mounted image file.
+/// Returns whether the bus or the name shows that the disk is a mounted image file.
 [[nodiscard]] bool isDiskImage(const SDWholeDisk& disk);
 
 /// Returns the kind of medium, such as "SD Card" or "USB Storage".
@@ -18,7 +19,7 @@ namespace tessel {
 /// Returns the bus as reported, or "Unknown connection".
 [[nodiscard]] std::string connectionText(const SDWholeDisk& disk);
 
-/// Returns why the disk may not be chosen, in full, or nothing if it may.
+/// Returns the full explanation of why the disk may not be chosen, or nothing if it may.
 [[nodiscard]] std::optional<std::string> protectionText(const SDWholeDisk& disk);
 
 /// Returns why the image can't be written to the disk if it lies on that disk, or nothing if it doesn't.
@@ -27,11 +28,12 @@ namespace tessel {
 /// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);
 
-/// Returns the path and, where the system has its own, that name: "/dev/disk4 · mmcblk0".
+/// Returns the device path, followed by the system's own name for the disk if it has one: "/dev/disk4 ·
+/// mmcblk0".
 [[nodiscard]] std::string devicePathAndName(const SDWholeDisk& disk);
 
-/// Returns what stands in the place of a table without rows: one text if no disk was found at all, another if
-/// all that were found are hidden.
+/// Returns the text shown in place of an empty table: one if no disk was found at all, another if all found
+/// disks are hidden.
 [[nodiscard]] std::string emptyTableText(size_t foundDisks);
 
 }  // namespace tessel

@@ -24,7 +24,8 @@ struct ImageWriteProgress {
 
     bool operator==(const ImageWriteProgress&) const = default;
 
-    /// Returns 0 to 1. Where there is nothing to write, only the completed phase counts as finished.
+    /// Returns the finished fraction of the phase, from 0 to 1. If there is nothing to write, only the
+    /// completed phase counts as finished.
     [[nodiscard]] double fractionCompleted() const {
         if (totalBytes == 0) return phase == ImageWritePhase::completed ? 1.0 : 0.0;
         return std::min(1.0, static_cast<double>(completedBytes) / static_cast<double>(totalBytes));

@@ -5,13 +5,13 @@
 
 namespace tessel {
 
-/// Describes one partition or volume of a disk.
+/// One partition or volume of a disk.
 struct SDDiskPartition {
-    std::string id;          ///< is a device identifier such as "disk4s1"
-    std::string content;     ///< is a partition type, file-system name or volume role; may be empty
+    std::string id;          ///< a device identifier such as "disk4s1"
+    std::string content;     ///< a partition type, file-system name or volume role; may be empty
     std::string volumeName;  ///< may be empty
-    uint64_t sizeBytes = 0;  ///< is 0 when unknown
-    std::string mountPoint;  ///< is empty when not mounted
+    uint64_t sizeBytes = 0;  ///< 0 when unknown
+    std::string mountPoint;  ///< empty when not mounted
 
     bool operator==(const SDDiskPartition&) const = default;
 

@@ -8,12 +8,12 @@
 
 namespace tessel {
 
-/// Names the image that was chosen, and keeps the size that it had at that moment.
+/// The chosen image, with the size in bytes that it had at that moment.
 struct SDImageFile {
     std::filesystem::path url;
     uint64_t sizeBytes = 0;
 
-    /// Both return texts that can be shown to a person, whatever characters the path has.
+    /// Returns the name in a form that is safe to show, whatever characters it has. So does displayPath().
     std::string displayName() const { return printable(url.filename().string()); }
     std::string displayPath() const { return printable(url.string()); }
 

@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// A failure that the program words itself, in the sentence that is shown to the user.
+/// A failure that the program describes itself, in the sentence that is shown to the user.
 class TesselError : public Error {
   public:
     enum class Case {
@@ -25,9 +25,9 @@ class TesselError : public Error {
 
     /// Makes an error of a case without payload.
     explicit TesselError(Case kind);
-    /// The message is a complete sentence and is shown unchanged.
+    /// Makes a commandFailed. The message is a complete sentence and is shown unchanged.
     static TesselError commandFailed(const std::string& message);
-    /// The reason is one of the policy's messages.
+    /// Makes an unsafeDisk. The reason is one of the policy's messages.
     static TesselError unsafeDisk(const std::string& reason);
     static TesselError confirmationRequired(const std::string& expectedText);
     /// Makes a diskChanged for a disk that the system no longer lists at all.

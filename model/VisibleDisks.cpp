@@ -12,7 +12,7 @@ namespace tessel {
 
 namespace {
 
-/// Keeps a disk with the text that it is compared by, which is built once instead of at each comparison.
+/// A disk with the text that it is sorted by, which is built once instead of at each comparison.
 struct Entry {
     SDWholeDisk disk;
     std::string key;
@@ -31,7 +31,8 @@ std::string sortKey(const SDWholeDisk& disk, DiskSortField field) {
     return {};
 }
 
-/// Returns a negative number, zero or a positive number, as in ascending order.
+/// Returns a negative number, zero or a positive number if, in ascending order, `one` comes before, with or
+/// after `other`.
 int compare(const Entry& one, const Entry& other, DiskSortField field) {
     if (field == DiskSortField::size) {
         const uint64_t size = one.disk.sizeBytes;

@@ -8,11 +8,11 @@
 namespace tessel {
 
 /// Memory for uncached transfers. It is zero-filled at first, aligned as devices need it, and physically
-/// contiguous where the system has such memory to spare, so that a device is handed a few long pieces instead
+/// contiguous where the system has such memory to spare, so that a device receives a few long pieces instead
 /// of thousands of short ones.
 class AlignedBuffer {
   public:
-    /// Takes the size in bytes.
+    /// Allocates that many bytes. Throws std::bad_alloc.
     AlignedBuffer(size_t size, std::align_val_t alignment);
 
     [[nodiscard]] std::span<std::byte> first(size_t count) const {

@@ -6,9 +6,9 @@
 
 namespace tessel {
 
-/// Makes a device of an open whole disk, and locks it against other programs where the system has such a
-/// lock. Whatever else was opened has no block size, nor has a disk that another program keeps locked, so
-/// neither is ever written to.
+/// Returns a device for an open whole disk, locked against other programs where the system has such a lock.
+/// For anything else, and for a disk that another program keeps locked, the device reports no block size, so
+/// it is never written to.
 [[nodiscard]] std::unique_ptr<RawDevice> makeBlockDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

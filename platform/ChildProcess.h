@@ -4,19 +4,19 @@
 
 #include "platform/FileDescriptor.h"
 
-/// What each system does in its own way when a program is started.
+/// The steps of starting a program that differ between systems.
 namespace tessel {
 
-/// Has posix_spawn keep every descriptor from the child that it is not explicitly given. The flags are those
-/// of the attributes so far, which the caller sets. Returns 0 or the number of an error.
+/// Makes posix_spawn keep every descriptor from the child that is not explicitly given to it. Adds to the
+/// flags of the attributes, which the caller then sets. Returns 0 or an error number.
 [[nodiscard]] int keepOtherDescriptors(posix_spawn_file_actions_t& actions, short& flags);
 
-/// Has posix_spawn give the child one of this program's descriptors under a number that may be its own.
-/// Returns 0 or the number of an error.
+/// Makes posix_spawn give the child one of this program's descriptors under the given number, which may be
+/// the same. Returns 0 or an error number.
 [[nodiscard]] int giveDescriptor(posix_spawn_file_actions_t& actions, int descriptor, int numberInChild);
 
-/// A descriptor that poll(2) finds readable once the child has ended, whether or not it has already. Not open
-/// when there is none to be had, for the reason in errno.
+/// Returns a descriptor that poll(2) reports as readable once the child has ended, even if it already has. If
+/// none is to be had, the result is not open and errno says why.
 FileDescriptor openExitSignal(pid_t child);
 
 }  // namespace tessel

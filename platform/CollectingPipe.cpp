@@ -10,7 +10,7 @@
 namespace tessel {
 
 CollectingPipe::CollectingPipe() {
-    // Reading must not throw, so it must find all its memory allocated.
+    // Reading must not throw, so all the memory is allocated beforehand.
     bytes.reserve(Process::outputLimit);
     DescriptorPair ends = makePipe();
     reader = std::move(ends.first);
@@ -25,7 +25,7 @@ Process::Stream CollectingPipe::stream() {
 Process::Stream::State CollectingPipe::readMore() {
     std::array<char, size_t{64} << 10> chunk;
     const ssize_t count = read(reader.get(), chunk.data(), chunk.size());
-    // Taken for the end of the stream, an interruption would make part of the output pass for the whole.
+    // If an interruption counted as the end of the stream, part of the output would pass for the whole.
     if (count < 0 && errno == EINTR) return Process::Stream::State::open;
     if (count <= 0) return Process::Stream::State::finished;
     if (bytes.size() + static_cast<size_t>(count) > Process::outputLimit) return Process::Stream::State::full;

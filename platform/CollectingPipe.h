@@ -7,19 +7,18 @@
 
 namespace tessel {
 
-/// Keeps what a child prints into a pipe, up to `Process::outputLimit`.
+/// Keeps what a child prints into a pipe, up to `Process::outputLimit` bytes.
 class CollectingPipe {
   public:
-    /// Throws PlatformError when there are no descriptors left.
+    /// Opens the pipe. Throws PlatformError when there are no descriptors left.
     CollectingPipe();
     CollectingPipe(const CollectingPipe&) = delete;
     CollectingPipe& operator=(const CollectingPipe&) = delete;
 
     [[nodiscard]] int writingEnd() const { return writer.get(); }
 
-    /// Returns the reading end, which may be used for as long as the pipe exists. Call it after the child
-    /// has been launched: it closes the writing end, since the stream finishes only when nobody is left who
-    /// could write.
+    /// Returns the reading end, which may be used for as long as the pipe exists. Closes the writing end,
+    /// since the stream finishes only when no writer is left. Requires: the child has been launched.
     [[nodiscard]] Process::Stream stream();
     [[nodiscard]] const std::string& collected() const { return bytes; }
 

@@ -28,7 +28,7 @@ std::optional<int> findDescriptor(std::span<const std::byte> controlData) {
             std::memcpy(&descriptor, controlData.data() + CMSG_LEN(0), sizeof descriptor);
             return descriptor;
         }
-        // The space that an entry of this length takes, in the alignment of the system.
+        // The space that an entry of this length takes, in the system's alignment.
         const size_t space = CMSG_SPACE(header.cmsg_len - CMSG_LEN(0));
         controlData = controlData.subspan(std::min(space, controlData.size()));
     }
@@ -38,7 +38,7 @@ std::optional<int> findDescriptor(std::span<const std::byte> controlData) {
 ReceivedDescriptor receiveDescriptor(int socket) {
     using enum ReceivedDescriptor::Outcome;
     std::array<std::byte, 16> data{};
-    // CMSG_SPACE is rounded up and would let two descriptors in.
+    // CMSG_SPACE is rounded up and would admit two descriptors.
     alignas(cmsghdr) std::array<std::byte, CMSG_LEN(sizeof(int))> control{};
     std::array vectors{iovec{.iov_base = data.data(), .iov_len = data.size()}};
     msghdr message{};

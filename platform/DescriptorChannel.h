@@ -11,13 +11,13 @@ namespace tessel {
 /// Two connected sockets over which another program hands back an open descriptor.
 struct DescriptorChannel {
     FileDescriptor receivingEnd;
-    FileDescriptor sendingEnd;  ///< becomes the other program's standard output
+    FileDescriptor sendingEnd;  ///< the other program's standard output
 
-    /// Throws PlatformError.
+    /// Opens both sockets. Throws PlatformError.
     [[nodiscard]] static DescriptorChannel create();
 };
 
-/// What one message on a channel brought.
+/// The result of receiving one message on a channel.
 struct ReceivedDescriptor {
     enum class Outcome {
         received,
@@ -33,10 +33,10 @@ struct ReceivedDescriptor {
     int errorCode = 0;
 };
 
-/// Waits for one message. Whatever descriptor arrives in a refused message is closed.
+/// Waits for one message. Closes any descriptor that arrives in a refused message.
 [[nodiscard]] ReceivedDescriptor receiveDescriptor(int socket);
 
-/// Finds the descriptor in the first well-formed rights entry of a message's control data, if there is one.
+/// Returns the descriptor in the first well-formed rights entry of a message's control data, if there is one.
 [[nodiscard]] std::optional<int> findDescriptor(std::span<const std::byte> controlData);
 
 }  // namespace tessel

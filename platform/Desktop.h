@@ -10,18 +10,18 @@
 
 namespace tessel {
 
-/// Something that goes on until this is dropped.
+/// An activity that lasts until this object is destroyed.
 class TemporaryActivity {
   public:
     virtual ~TemporaryActivity() = default;
 };
 
-/// What the program asks of the desktop that it runs on. Called on the main thread only.
+/// The services of the desktop that the program runs on. They may be called on the main thread only.
 class Desktop {
   public:
     struct OpenPanel {
         std::string title;
-        std::string prompt;  ///< on the button that confirms
+        std::string prompt;  ///< the text of the button that confirms
         std::string message;
         std::vector<std::string> extensions;  ///< of the files that may be chosen, without the dot
     };
@@ -31,7 +31,7 @@ class Desktop {
         std::string informativeText;
         std::string button;
         std::string symbol;             ///< the name of a picture
-        std::string symbolDescription;  ///< for people who can't see it
+        std::string symbolDescription;  ///< the alternative text for screen readers
     };
 
     struct Notification {
@@ -41,8 +41,8 @@ class Desktop {
 
     virtual ~Desktop() = default;
 
-    /// Lets the user choose one file, starting in their Desktop folder, and ends once they have. The path
-    /// may be a link; it is absent when the user cancels.
+    /// Lets the user choose one file, starting in their Desktop folder, and returns its path, which may be a
+    /// link. Returns nothing if the user cancels.
     virtual Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) = 0;
 
     /// Shows an alert above the window and returns at once.
@@ -50,12 +50,12 @@ class Desktop {
 
     virtual void beep() = 0;
 
-    /// Has the desktop point at the program once and show the notification, unless the user is looking at the
-    /// program anyway. Returns at once. Where the desktop can't do that, nothing happens.
+    /// Draws the user's attention to the program once and shows the notification, unless the user is already
+    /// looking at the program. Returns at once. Does nothing where the desktop has no means for it.
     virtual void requestUserAttention(const Notification& notification) = 0;
 
-    /// Keeps the computer awake for as long as the activity lasts. Where the desktop can't do that, nothing
-    /// happens.
+    /// Keeps the computer awake for as long as the activity lasts. Does nothing where the desktop has no
+    /// means for it.
     [[nodiscard]] virtual std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) = 0;
 };
 

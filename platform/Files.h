@@ -15,29 +15,30 @@ struct FileStatus {
     uint64_t sizeBytes = 0;
 };
 
-/// Inspects the path itself: a link is not followed, and is not a regular file. Throws PlatformError.
+/// Returns the status of the path itself: a link is not followed, and is not a regular file. Throws
+/// PlatformError.
 [[nodiscard]] FileStatus fileStatus(const std::filesystem::path& path);
 
-/// Inspects an open file. Throws PlatformError.
+/// Returns the status of an open file. Throws PlatformError.
 [[nodiscard]] FileStatus fileStatus(const FileDescriptor& descriptor);
 
-/// Returns the path with its links resolved, or as it is where they lead nowhere.
+/// Returns the path with its links resolved, or unchanged where they lead nowhere.
 [[nodiscard]] std::filesystem::path withLinksResolved(const std::filesystem::path& path);
 
 /// Returns whether the path leads to a regular file that this program may execute.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
-/// Advises the system before the first read that the file is read once, from its beginning to its end. A
+/// Advises the system before the first read that the file will be read once, from its beginning to its end. A
 /// system that can't take advice ignores it, here and below.
 void adviseReadingOnce(int descriptor);
 
-/// Advises that this part is not needed again, so that the system's cache may forget it.
+/// Advises the system that this part is not needed again and may be dropped from its cache.
 void adviseFinished(int descriptor, uint64_t offset, uint64_t length);
 
 /// A file that is read at offsets. Its operations block, and may be called on any thread.
 class ReadOnlyFile {
   public:
-    /// Opens the path, unless a link stands at its end. On failure the file stays closed.
+    /// Opens the path, unless its last component is a link. On failure the file stays closed.
     SystemResult open(const std::filesystem::path& path);
 
     SystemResult size() const;
@@ -45,7 +46,7 @@ class ReadOnlyFile {
     /// Fills the span. Throws TransferError, with code 0 where the file ends too early.
     void read(std::span<std::byte> bytes, uint64_t offset) const;
 
-    /// Tells the system that it may forget this part, since it isn't needed again.
+    /// Advises the system that this part is not needed again and may be dropped from its cache.
     void adviseFinished(uint64_t offset, uint64_t length) const;
 
   private:

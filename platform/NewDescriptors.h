@@ -12,13 +12,13 @@ struct DescriptorPair {
     FileDescriptor second;
 };
 
-/// What is written to the second can be read from the first. Throws PlatformError.
+/// Returns a pipe: what is written to the second descriptor can be read from the first. Throws PlatformError.
 DescriptorPair makePipe();
 
-/// Two stream sockets that are connected with each other. Throws PlatformError.
+/// Returns two stream sockets that are connected with each other. Throws PlatformError.
 DescriptorPair makeSocketPair();
 
-/// As recvmsg(2).
+/// Receives a message as recvmsg(2) does.
 ssize_t receiveMessage(int socket, msghdr& message);
 
 }  // namespace tessel

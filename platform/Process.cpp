@@ -86,8 +86,8 @@ std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// Whoever started this program may have left SIGCHLD ignored, in which case the system forgets how children
-/// end.
+/// Makes the system remember how children end, which it does not if this program was started with SIGCHLD
+/// ignored.
 void keepEndingsOfChildren() {
     struct sigaction current{};
     sigaction(SIGCHLD, nullptr, &current);
@@ -147,7 +147,7 @@ Process::~Process() {
             return;
         }
     } catch (const PlatformError&) {
-        // What can't be watched is not waited for either.
+        // A child that can't be watched is not waited for either.
     }
     giveUp();
 }
@@ -194,7 +194,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
     std::vector<pollfd> watched;
     for (const auto& stream : streams)
         watched.push_back({stream.descriptor, POLLIN, 0});
-    // Once the child is reaped this is not a descriptor any more, and poll passes it over.
+    // Once the child is reaped this is -1, which poll(2) ignores.
     watched.push_back({exitSignal.get(), POLLIN, 0});
     if (poll(watched.data(), static_cast<nfds_t>(watched.size()), millisecondsUntil(deadline)) < 0) {
         // Some systems answer EAGAIN while they are short of memory; the next call may succeed.
@@ -212,7 +212,7 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
     return watched.back().revents != 0;
 }
 
-/// Leaves the killed child to a thread, which reaps it once it ends. The number is that thread's alone.
+/// Hands the killed child over to a thread of its own, which reaps it once it ends.
 void Process::giveUp() {
     const int child = std::exchange(identifier, std::nullopt).value();
     try {

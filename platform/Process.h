@@ -14,7 +14,7 @@
 
 namespace tessel {
 
-/// A program to start, and with what.
+/// A program to start, with its arguments and environment.
 struct Command {
     std::filesystem::path executable;
     std::vector<std::string> arguments;              ///< without the program's name
@@ -22,13 +22,13 @@ struct Command {
 };
 
 /// A child process. Its standard input is the null device, and apart from its two outputs no descriptor of
-/// this program reaches it. A child that is still running when its Process is dropped is killed. One that
+/// this program reaches it. A child that is still running when its Process is destroyed is killed. One that
 /// does not end `killDelay` after it was killed, because it waits for a device in the kernel, is given up:
 /// nothing waits for it any longer, and it is reaped when it ends. A Process must not be used on several
 /// threads at once.
 class Process {
   public:
-    /// These become the child's own; the caller still has to close its copies.
+    /// The child's own standard output and standard error; the caller still has to close its copies.
     struct Outputs {
         int standardOutput;
         int standardError;
@@ -56,21 +56,21 @@ class Process {
 
     struct WaitOptions {
         std::span<const Stream> streams;
-        /// When it elapses the child is asked to end (SIGTERM), `killDelay` later it is killed, and another
+        /// The time until the child is asked to end (SIGTERM). `killDelay` later it is killed, and another
         /// `killDelay` later it is given up, which counts as an ending by that signal.
         std::optional<std::chrono::nanoseconds> timeout;
     };
 
     struct Ending {
         Termination termination;
-        bool didTimeOut = false;  ///< the child was still running when the time-out elapsed
+        bool didTimeOut = false;  ///< whether the child was still running when the time-out elapsed
     };
 
     static constexpr std::chrono::milliseconds killDelay{500};
-    /// How long streams are still read once the child has ended. All that it wrote itself is in the pipe by
-    /// then, so only a descendant can need this.
+    /// The time for which streams are still read once the child has ended. All that it wrote itself is in the
+    /// pipe by then, so only a descendant can need this.
     static constexpr std::chrono::milliseconds streamGrace{1000};
-    /// How many bytes of a stream are kept; a child that prints more is ended.
+    /// The number of bytes kept of a stream; a child that prints more is ended.
     static constexpr size_t outputLimit = size_t{16} << 20;
 
     /// Starts the child. Throws PlatformError when it can't be started.
@@ -79,10 +79,10 @@ class Process {
     Process& operator=(const Process&) = delete;
     ~Process();
 
-    /// Reads the streams until the child has ended and they have finished. Call it only once. A descendant
-    /// that keeps a stream open delays the result by `streamGrace` at most; what was read by then is kept.
-    /// Throws PlatformError when a stream is full or the child can't be watched any more; the child is then
-    /// killed as the Process is dropped.
+    /// Reads the streams until the child has ended and they have finished. A descendant that keeps a stream
+    /// open delays the result by `streamGrace` at most; what was read by then is kept. Throws PlatformError
+    /// when a stream is full or the child can't be watched any more; the child is then killed as the Process
+    /// is destroyed. Requires: it was not called before.
     [[nodiscard]] Ending waitUntilExit(const WaitOptions& options);
 
   private:
@@ -97,7 +97,7 @@ class Process {
     void giveUp();
     Termination reap();
 
-    std::string name;               ///< in quotation marks, for error texts
+    std::string name;               ///< the program in quotation marks, for error texts
     std::optional<int> identifier;  ///< of a child that must still be reaped
     FileDescriptor exitSignal;      ///< open until the child is reaped; readable once it has ended
 };

@@ -32,15 +32,15 @@ class DisturbedMediumError : public Error {
 };
 
 /// An open device that is read and written past every cache. Calls block; buffers, offsets and lengths must
-/// be aligned to the block size. Dropping the device closes it.
+/// be aligned to the block size. Destroying the device closes it.
 class RawDevice {
   public:
     virtual ~RawDevice() = default;
 
-    virtual SystemResult blockSize() = 0;   ///< of a logical block, in bytes
-    virtual SystemResult blockCount() = 0;  ///< of the whole medium, in logical blocks
+    virtual SystemResult blockSize() = 0;   ///< returns the size of a logical block in bytes
+    virtual SystemResult blockCount() = 0;  ///< returns the size of the medium in logical blocks
 
-    /// Makes sure that from now on nothing is answered from, or kept in, the system's cache.
+    /// Makes sure that from now on nothing is read from, or kept in, the system's cache.
     virtual SystemResult disableCaching() = 0;
 
     /// Writes all the bytes. Throws TransferError, and DisturbedMediumError before any byte goes to a medium
@@ -49,7 +49,7 @@ class RawDevice {
     /// Fills the span. Throws as write() does.
     void read(std::span<std::byte> bytes, uint64_t offset);
 
-    /// Returns once the medium itself has everything that was written.
+    /// Waits until the medium itself holds everything that was written.
     virtual SystemResult synchronize() = 0;
 
     /// Returns what has happened to the medium since the device was opened. Once there is no medium, it
@@ -60,12 +60,13 @@ class RawDevice {
     void requireUndisturbed();
 
   protected:
-    /// Each makes a single system call, which may be interrupted or move only some of the bytes.
+    /// Makes a single system call, which may be interrupted or move only some of the bytes. So does
+    /// readSome().
     virtual SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) = 0;
     virtual SystemResult readSome(std::span<std::byte> bytes, uint64_t offset) = 0;
 };
 
-/// Does what is the same for every device with a descriptor; derived classes add the rest.
+/// The functions that are the same for every device with a descriptor; derived classes add the rest.
 class DescriptorDevice : public RawDevice {
   public:
     explicit DescriptorDevice(FileDescriptor descriptor) : descriptor(std::move(descriptor)) {}
@@ -79,7 +80,7 @@ class DescriptorDevice : public RawDevice {
     FileDescriptor descriptor;
 };
 
-/// Makes a device of an open descriptor, which the device then owns.
+/// Makes a device from an open descriptor, which the device then owns.
 using RawDeviceFactory = std::function<std::unique_ptr<RawDevice>(FileDescriptor)>;
 
 }  // namespace tessel

@@ -9,10 +9,10 @@ namespace tessel {
 /// Returns the system's clock that counts from the start of the computer and is never set back.
 [[nodiscard]] clockid_t clockSinceStart();
 
-/// Returns the system's clock that counts so, too, but stands still while the computer sleeps.
+/// Returns the clock that counts likewise but stands still while the computer sleeps.
 [[nodiscard]] clockid_t clockAwake();
 
-/// Notices that the computer has slept since this object was made. May be used on any thread.
+/// Detects that the computer has slept since this object was made. May be used on any thread.
 class SleepWatch {
   public:
     SleepWatch();
@@ -20,7 +20,7 @@ class SleepWatch {
     [[nodiscard]] bool hasSlept() const;
 
   private:
-    std::chrono::nanoseconds mostTimeAsleep;  ///< since the computer was started, at the beginning
+    std::chrono::nanoseconds mostTimeAsleep;  ///< the time asleep until construction, at most
 };
 
 }  // namespace tessel

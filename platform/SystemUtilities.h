@@ -10,7 +10,7 @@ struct SystemUtilities {
     std::filesystem::path authorizationUtility;
 };
 
-/// Those of this computer. Nothing but the system and the place of this program chooses them.
+/// Returns the utilities of this computer. Only the system and the program's own location choose them.
 SystemUtilities installedUtilities();
 
 }  // namespace tessel

@@ -6,8 +6,8 @@
 
 namespace tessel {
 
-/// Lets a regular file play a card of 512-byte blocks where block devices can't be had. A block device stays
-/// what it is.
+/// Returns a device for the descriptor. Without block devices, a regular file plays a card of 512-byte
+/// blocks; a block device is used as it is.
 [[nodiscard]] std::unique_ptr<RawDevice> makeRehearsalDevice(FileDescriptor descriptor);
 
 }  // namespace tessel

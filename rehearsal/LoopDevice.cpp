@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* controlPath = "/dev/loop-control";
 
-/// Names a device that is free at this moment. Throws PlatformError.
+/// Returns the path of a device that is free at this moment. Throws PlatformError.
 std::filesystem::path freeDevice() {
     const FileDescriptor control(open(controlPath, O_RDWR | O_CLOEXEC));
     const int number = control.isOpen() ? ioctl(control.get(), LOOP_CTL_GET_FREE) : -1;

@@ -7,8 +7,8 @@
 
 namespace tessel {
 
-/// A file attached as a block device. It is detached once this object is gone, or the process has ended in
-/// whatever way, and nobody else has it open.
+/// A file attached as a block device. It is detached once this object is gone or the process has ended in
+/// whatever way, and no other program has it open.
 class LoopDevice {
   public:
     struct Options {
@@ -19,7 +19,7 @@ class LoopDevice {
     /// Returns whether this user may attach files.
     [[nodiscard]] static bool isAvailable();
 
-    /// Throws PlatformError.
+    /// Attaches the file. Throws PlatformError.
     [[nodiscard]] explicit LoopDevice(const Options& options);
 
     /// Returns the path of the device, such as "/dev/loop3".

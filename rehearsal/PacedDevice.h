@@ -6,7 +6,8 @@
 
 namespace tessel {
 
-/// Makes a device no faster than a card: it passes at most the given number of bytes per second, each way.
+/// Returns the device slowed down to the speed of a card: at most the given number of bytes per second, each
+/// way.
 [[nodiscard]] std::unique_ptr<RawDevice> makePacedDevice(std::unique_ptr<RawDevice> device,
                                                          double bytesPerSecond);
 

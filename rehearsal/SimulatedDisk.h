@@ -28,7 +28,7 @@ struct SimulatedDisk {
 
     std::string identifier;
     std::string mediaName;
-    uint64_t sizeBytes = 0;  ///< also of the medium
+    uint64_t sizeBytes = 0;  ///< in bytes, also of the medium
     std::string busProtocol = "USB";
     std::string deviceLocation = "External";
     std::string partitionScheme = "FDisk_partition_scheme";

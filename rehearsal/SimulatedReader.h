@@ -13,7 +13,7 @@
 
 namespace tessel {
 
-/// A simulated card reader. Its loop devices are detached when it is dropped, but its folder stays.
+/// A simulated card reader. Its loop devices are detached when it is destroyed, but its folder stays.
 /// Operations throw PlatformError or std::filesystem::filesystem_error.
 class SimulatedReader {
   public:
@@ -34,7 +34,7 @@ class SimulatedReader {
     /// Returns the identifiers of the disks that are in the reader.
     [[nodiscard]] std::vector<std::string> disks() const;
     [[nodiscard]] const std::filesystem::path& path() const { return folder; }
-    /// Returns what the authorization utility opens for the disk.
+    /// Returns the path that the authorization utility opens for the disk.
     [[nodiscard]] std::filesystem::path mediumPath(const std::string& identifier) const;
     /// Returns every run of the utilities so far, such as "diskutil eject /dev/disk4".
     [[nodiscard]] std::vector<std::string> calls() const;

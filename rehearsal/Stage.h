@@ -10,7 +10,7 @@ namespace tessel {
 /// sample image. It all lies in a folder that is removed with this object.
 class Stage {
   public:
-    /// Throws PlatformError or std::filesystem::filesystem_error.
+    /// Makes the folder, the reader and the disks. Throws PlatformError or std::filesystem::filesystem_error.
     Stage();
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;

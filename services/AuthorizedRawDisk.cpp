@@ -20,7 +20,7 @@ namespace {
 constexpr uint64_t smallestBlockSize = 512;
 constexpr uint64_t largestBlockSize = 1'048'576;
 
-/// Returns what the device answered. Throws commandFailed if the call failed or the answer is 0.
+/// Returns the device's answer. Throws commandFailed if the call failed or the answer is 0.
 uint64_t required(const SystemResult& answer, const std::string& failure) {
     if (answer.isSuccess() && answer.value != 0) return answer.value;
     throw TesselError::commandFailed(failure + systemErrorText(answer.error) + ".");
@@ -42,7 +42,7 @@ DescriptorChannel createChannel() {
     }
 }
 
-/// Returns what the step returns, and words its failure as a failure of the launch.
+/// Returns what the step returns, and reports its failure as a failure of the launch.
 template <typename Step>
 auto launching(Step step) {
     try {
@@ -131,7 +131,7 @@ FileDescriptor RawDiskOpener::launchAuthorizationUtility(const std::string& devi
 TesselError authorizationFailure(const std::string& errorText) {
     struct Refusal {
         std::string_view words;
-        std::string_view message;  ///< is empty for a cancellation
+        std::string_view message;  ///< empty for a cancellation
     };
     const std::string_view denied = systemWords().rawAccessDenied;
     static constexpr std::string_view busy =

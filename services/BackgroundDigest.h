@@ -23,7 +23,7 @@ class BackgroundDigest {
         helper.begin();
     }
 
-    /// Returns the digest of everything since the beginning or the last call.
+    /// Returns the digest of all bytes since the beginning or the previous call.
     [[nodiscard]] Sha256::Digest finish() {
         helper.finish();
         return digest.finish();

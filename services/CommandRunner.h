@@ -11,24 +11,24 @@
 
 namespace tessel {
 
-/// What is left of a command that has ended.
+/// The result of a finished command.
 struct CommandResult {
     int32_t status = 0;  ///< the exit status, or the number of the signal that ended the command
     std::string standardOutput;
     std::string standardError;
-    bool didTimeOut = false;  ///< the command was still running when its time-out elapsed
+    bool didTimeOut = false;  ///< whether the command was still running when its time-out elapsed
 
-    /// Joins both streams as trimmed text, output first. A stream that is not UTF-8 counts as empty.
+    /// Returns both streams as trimmed text, output first. A stream that is not UTF-8 counts as empty.
     [[nodiscard]] std::string combinedOutput() const;
 
-    /// Says what to tell the user about a command that failed: its own words, or else the fallback.
+    /// Returns the text that tells the user why a command failed: the command's own, or else the fallback.
     [[nodiscard]] std::string failureMessage(std::string_view fallback) const;
 };
 
-/// Runs external commands. It has no state, and one command knows nothing of another.
+/// Runs external commands. It has no state, and the commands do not affect each other.
 class CommandRunner {
   public:
-    /// Counts seconds. There is no time-out when it is absent, zero or negative.
+    /// The time-out in seconds. There is none if it is absent, zero or negative.
     using Timeout = std::optional<std::chrono::duration<double>>;
 
     /// Runs the command on a thread of its own. A non-zero status or a time-out is a result, not an error. A

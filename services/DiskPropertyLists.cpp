@@ -46,7 +46,8 @@ std::optional<std::string> stringValue(const Dictionary& dictionary, Keys keys) 
     });
 }
 
-/// A number that can't be a count, such as a negative one, is passed over like a value of another type.
+/// Returns the value of the first key whose value is a count. A number that can't be one, such as a negative
+/// number, is passed over like a value of another type.
 std::optional<uint64_t> unsignedValue(const Dictionary& dictionary, Keys keys) {
     return firstValue<uint64_t>(dictionary, keys, [](const PropertyList& value) -> std::optional<uint64_t> {
         const uint64_t* whole = value.asWholeNumber();

@@ -30,7 +30,7 @@ struct DiskList {
 [[nodiscard]] std::optional<SDWholeDisk> parseDiskInfo(std::string_view output, std::string_view identifier,
                                                        const DiskLayout* layout);
 
-/// Returns the words for a disk's location where the report has none.
+/// Returns the text for a disk's location if the report has none.
 [[nodiscard]] std::string locationByFlag(std::optional<bool> isInternal);
 
 }  // namespace tessel

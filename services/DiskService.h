@@ -16,13 +16,13 @@
 
 namespace tessel {
 
-/// Tells what was seen in the search for an expected disk.
+/// The results of the search for an expected disk.
 struct DiskSearch {
-    std::optional<SDWholeDisk> found;      ///< is the fresh record; absent if no attempt found the disk
-    int attempts = 0;                      ///< counts the attempts
-    bool isListed = false;                 ///< tells whether the last list still had its identifier
-    std::optional<SDWholeDisk> otherDisk;  ///< is the last disk seen in its place
-    std::exception_ptr readError;          ///< is the last error that another attempt might have avoided
+    std::optional<SDWholeDisk> found;      ///< the fresh record; absent if no attempt found the disk
+    int attempts = 0;                      ///< the number of attempts
+    bool isListed = false;                 ///< whether the last list still had its identifier
+    std::optional<SDWholeDisk> otherDisk;  ///< the last disk seen in its place
+    std::exception_ptr readError;          ///< the last error that another attempt might have avoided
 };
 
 /// Returns the error for a disk that was not found: diskGone if it is no longer listed, otherwise
@@ -50,10 +50,10 @@ class DiskService {
 
     /// Looks for the expected disk until it is found, up to three times and 0.2 seconds apart. The caller
     /// must check whether the disk may still be written to. Throws CancellationError, and TesselError where
-    /// another attempt can't help; any other error becomes part of what was seen.
+    /// another attempt can't help; any other error becomes part of the result.
     Task<DiskSearch> findAgain(SDWholeDisk expected) const;
 
-    /// Returns whether the list of disks lacks this one; false if there is no list to be had. Never throws.
+    /// Returns whether the list of disks lacks this one; false if the list can't be read. Never throws.
     Task<bool> isGone(std::string identifier) const;
 
     /// Returns every whole disk in display order. A disk whose details can't be read becomes a placeholder.
@@ -63,7 +63,7 @@ class DiskService {
     /// eligible. Throws TesselError: operationCancelled, diskChanged, unsafeDisk, or what findAgain() throws.
     Task<SDWholeDisk> revalidateDisk(SDWholeDisk selected) const;
 
-    /// Makes the record of a listed disk whose details can't be read. Such a disk is never eligible.
+    /// Returns the record of a listed disk whose details can't be read. Such a disk is never eligible.
     static SDWholeDisk placeholderDisk(const std::string& identifier, const DiskLayout* layout);
 
   private:

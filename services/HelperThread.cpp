@@ -11,7 +11,7 @@ namespace tessel {
 struct HelperThread::Shared {
     enum class State { idle, working, ended };
 
-    std::function<void()> work;  ///< of the thread alone
+    std::function<void()> work;  ///< used by the thread alone
     Mutex mutex;
     std::condition_variable_any changed;
     State state __attribute__((guarded_by(mutex))) = State::idle;
@@ -19,7 +19,7 @@ struct HelperThread::Shared {
 
     explicit Shared(std::function<void()> work) : work(std::move(work)) {}
 
-    /// Does the work each time it is told to, until the owner is gone. What the work owns then goes here,
+    /// Does the work each time it is told to, until the owner is gone. Then destroys what the work owns,
     /// since that may take as long as the work itself.
     void run() {
         while (isToldToWork())
@@ -64,7 +64,7 @@ struct HelperThread::Shared {
         return std::exchange(error, nullptr);
     }
 
-    /// Returns whether the work is done by then.
+    /// Waits until `end` at the latest. Returns whether the work is done.
     bool isDoneBy(std::chrono::steady_clock::time_point end) {
         MutexLock lock(mutex);
         while (state == State::working && lock.waitUntil(changed, end)) {

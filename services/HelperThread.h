@@ -23,7 +23,7 @@ class HelperThread {
     /// Leaves everything that the work owns to the thread, together with the work if it is unfinished.
     ~HelperThread();
 
-    /// Begins the work. Any work begun earlier must have been waited for.
+    /// Begins the work. Requires: any work begun earlier has been waited for.
     void begin();
 
     /// Waits until the work is done; returns at once when none was begun. Throws CancellationError as soon as
@@ -42,10 +42,10 @@ class HelperThread {
     std::thread thread;
 };
 
-/// Makes a blocking call that may never return, such as one that asks a disk which hangs, one that a stop
-/// ends: the result waits for the function on a thread of its own and returns or throws what it does, or
-/// throws CancellationError as soon as a stop is requested. The function is then left behind. Requires: it
-/// owns everything that it uses.
+/// Calls a blocking function that may never return, for instance because a disk hangs, in such a way that a
+/// stop ends the call. The function runs on a thread of its own; the result waits for it and returns or
+/// throws what it does, or throws CancellationError as soon as a stop is requested. The function is then left
+/// behind. Requires: it owns everything that it uses.
 template <typename Function>
 auto interruptible(Function function) {
     return [function = std::move(function)](const std::stop_token& stop) {
@@ -54,7 +54,7 @@ auto interruptible(Function function) {
         HelperThread helper([outcome, function] { *outcome = Outcome<Result>::of(function); });
         helper.begin();
         helper.wait(stop);
-        // The thread must not be the last to let go of an error.
+        // The thread must not be the last to release an error.
         return std::exchange(*outcome, {}).value();
     };
 }

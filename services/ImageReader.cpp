@@ -36,8 +36,8 @@ ReadOnlyFile openImageForReading(const std::filesystem::path& url, uint64_t expe
     return file;
 }
 
-/// Reads the open image file, and throws TesselError for whatever goes wrong with it. May be used on any
-/// thread, but on only one at a time.
+/// The open image file. Throws TesselError for every failure. May be used on any thread, but on only one at a
+/// time.
 class ImageSource {
   public:
     /// Opens the file. Throws imageChanged if it does not have the expected size in bytes.
@@ -87,14 +87,14 @@ size_t ChunkGeometry::padded(size_t length) const {
     return static_cast<size_t>((length + blockSize - 1) / blockSize * blockSize);
 }
 
-/// Holds what a read uses. The reader and its helper thread use it in turns.
+/// What a read uses. The reader and its helper thread use it in turns.
 struct ImageReader::Reading {
     ImageSource source;
     ChunkGeometry geometry;
     std::array<AlignedBuffer, 2> buffers;
-    uint64_t offset = 0;    ///< is where the next chunk begins
-    size_t nextBuffer = 0;  ///< is free; the other one is still being digested
-    ImageChunk chunk = {};  ///< is the one that was read last
+    uint64_t offset = 0;    ///< the beginning of the next chunk, in bytes
+    size_t nextBuffer = 0;  ///< the index of the free buffer; the other one is still being digested
+    ImageChunk chunk = {};  ///< the chunk that was read last
 
     Reading(const std::filesystem::path& url, const ChunkGeometry& geometry) :
         source(url, geometry.imageSize),
@@ -143,7 +143,7 @@ ImageChunk ImageReader::next(const std::stop_token& stop) {
 
 Sha256::Digest ImageReader::finishPass(const std::stop_token& stop) {
     readAhead.begin();
-    // A stop is too late by now, unless the disk of the image does not answer.
+    // A stop comes too late by now, unless the disk of the image does not answer.
     if (!readAhead.isDoneWithin(timeToAnswer)) readAhead.wait(stop);
     readAhead.finish();
     return digest.finish();

@@ -14,7 +14,7 @@ namespace {
 
 using enum ImageWritePhase;
 
-/// In bytes; a whole number of blocks, whatever size a card's blocks may have.
+/// The size of a chunk in bytes: a whole number of blocks, whatever size a card's blocks have.
 constexpr size_t chunkSize = size_t{8} << 20;
 
 void transferImage(const ImageTransfer& transfer, const std::stop_token& stop,

@@ -10,23 +10,23 @@
 
 namespace tessel {
 
-/// Takes one report of a write. The writer waits until it returns, so reports never overlap.
+/// Receives one report of a write. The writer waits until it returns, so reports never overlap.
 using ImageWriteProgressHandler = std::function<void(const ImageWriteProgress&)>;
 
-/// Describes what is to be written and where.
+/// What is to be written and where.
 struct ImageTransfer {
     std::filesystem::path imageURL;
     uint64_t imageSize;                     ///< in bytes, as it was when the image was selected
-    const AuthorizedRawDiskHandle& handle;  ///< stays open, and must outlive the transfer
-    bool verify;                            ///< asks for everything to be read back and compared
+    const AuthorizedRawDiskHandle& handle;  ///< the open device, which must outlive the transfer
+    bool verify;                            ///< whether everything is read back and compared
 };
 
 /// Copies the image onto the device, byte for byte from offset 0, flushes it and, if asked to, reads
-/// everything back and compares it chunk by chunk and by SHA-256. Blocks, so call it on a background thread;
-/// the reports come on that thread too. Acquires all the buffers and threads that it needs before it writes
-/// the first byte. Throws TesselError, PlatformError or std::bad_alloc, and CancellationError at a
-/// checkpoint: before each chunk, until the image's disk has delivered it, and while it waits to read a
-/// differing chunk again. What was written before an error stays written.
+/// everything back and compares it chunk by chunk and by SHA-256. Blocks, and reports on the calling thread.
+/// Acquires all the buffers and threads that it needs before it writes the first byte. Throws TesselError,
+/// PlatformError or std::bad_alloc, and CancellationError at a checkpoint: before each chunk, until the
+/// image's disk has delivered it, and while it waits to read a differing chunk again. What was written before
+/// an error stays written. Requires: it is called on a background thread.
 void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
                 const ImageWriteProgressHandler& report);
 

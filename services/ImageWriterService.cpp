@@ -31,7 +31,7 @@ TesselError cancelled() {
     return TesselError(TesselError::Case::operationCancelled);
 }
 
-/// Returns the error that is thrown in place of the one that ended a write.
+/// Returns the error to throw in place of the one that ended a write.
 TesselError mapped(const std::exception_ptr& error) {
     if (errorOfType<CancellationError>(error)) return cancelled();
     if (const auto own = errorOfType<TesselError>(error)) return *own;

@@ -13,14 +13,14 @@
 
 namespace tessel {
 
-/// Hears how a write goes, on the main thread.
+/// Receives the events of a write, on the main thread.
 class ImageWriteListener {
   public:
     virtual ~ImageWriteListener() = default;
 
     virtual void onProgress(const ImageWriteProgress& report) = 0;
-    /// Hears the error as soon as an unmounted card could not be written to its end. The card is only then
-    /// ejected, and what is thrown in the end may be a cancellation that came meanwhile.
+    /// Receives the error as soon as an unmounted card could not be written to its end. The card is ejected
+    /// only after that, and what is thrown in the end may be a cancellation that came meanwhile.
     virtual void onFailure(const TesselError& error) = 0;
     /// Follows onFailure() if the card was ejected.
     virtual void onEjected(const SDWholeDisk& card) = 0;
@@ -36,16 +36,16 @@ class ImageWriterService {
     struct Write {
         SDImageFile image;
         SDWholeDisk target;  ///< the record of the last revalidation
-        bool verify;         ///< whether to read the card back after writing
+        bool verify;         ///< whether the card is read back after writing
     };
 
     ImageWriterService(DiskService diskService, RawDiskOpener opener) :
         diskService(std::move(diskService)),
         opener(std::move(opener)) {}
 
-    /// Returns once the image was written, flushed and, if requested, verified, and the card was ejected.
-    /// Throws TesselError, which is operationCancelled after a stop or a dismissed prompt, and
-    /// CancellationError if the task is cancelled before it begins. The listener must outlive the write.
+    /// Writes the image, flushes it and, if requested, verifies it, and then ejects the card. Throws
+    /// TesselError, which is operationCancelled after a stop or a dismissed prompt, and CancellationError if
+    /// the task is cancelled before it begins. The listener must outlive the write.
     Task<> write(Write request, ImageWriteListener& listener) const;
 
   private:

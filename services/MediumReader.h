@@ -29,8 +29,8 @@ class MediumReader {
   private:
     RawDevice& device;
     std::array<AlignedBuffer, 2> buffers;
-    size_t nextBuffer = 0;    ///< is free; the other one is still being digested
-    BackgroundDigest digest;  ///< is the last member, so that it ends before the memory that it reads
+    size_t nextBuffer = 0;    ///< the index of the free buffer; the other one is still being digested
+    BackgroundDigest digest;  ///< the last member, so that it ends before the memory that it reads
 };
 
 }  // namespace tessel

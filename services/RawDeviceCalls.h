@@ -7,7 +7,7 @@
 #include "model/TesselError.h"
 #include "platform/RawDevice.h"
 
-/// The calls on a raw device that a transfer makes, with their failures in the words of a TesselError. A
+/// The calls on a raw device that a transfer makes, which report their failures as a TesselError. A
 /// DisturbedMediumError passes through.
 namespace tessel {
 
@@ -18,7 +18,7 @@ void readForVerification(RawDevice& device, std::span<std::byte> bytes, uint64_t
 /// Flushes what was written, so that the medium itself holds it.
 void synchronizeDevice(RawDevice& device);
 
-/// Returns the error that a disturbance ends a transfer with.
+/// Returns the error that ends a transfer after a disturbance.
 [[nodiscard]] TesselError disturbanceFailure(const DisturbedMediumError& error);
 
 /// Returns the error for an offset that the system can't address.

@@ -14,8 +14,8 @@ class DiskOpener {
     virtual ~DiskOpener() = default;
 
     /// Opens a whole disk such as "disk4" for reading and writing once the user has agreed, however long that
-    /// takes. Throws PlatformError, whose description the utility prints; it is "User canceled." when the
-    /// user did not agree.
+    /// takes. Throws PlatformError, whose description the utility prints; it is "User canceled." if the user
+    /// did not agree.
     [[nodiscard]] virtual FileDescriptor open(const std::string& identifier) = 0;
 };
 

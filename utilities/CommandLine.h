@@ -13,8 +13,8 @@ enum ExitStatus : int {
     wrongUsage = 64,
 };
 
-/// Returns the "disk4" of "/dev/disk4" (prefix "/dev/") or "/dev/rdisk4" (prefix "/dev/r"). Absent when the
-/// path is anything but the prefix and the identifier of a whole disk.
+/// Returns the "disk4" of "/dev/disk4" (prefix "/dev/") or "/dev/rdisk4" (prefix "/dev/r"). Returns nothing
+/// for a path that is not the prefix and the identifier of a whole disk.
 [[nodiscard]] std::optional<std::string> wholeDiskIn(std::string_view path, std::string_view prefix);
 
 }  // namespace tessel

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// Does for the disk utility what concerns disks. Identifiers are those of whole disks, such as "disk4".
-/// Every operation may block, and throws PlatformError, whose description the utility prints.
+/// The operations of the disk utility on disks. Identifiers are those of whole disks, such as "disk4". Every
+/// operation may block, and throws PlatformError, whose description the utility prints.
 class DiskUtility {
   public:
     virtual ~DiskUtility() = default;
@@ -24,7 +24,7 @@ class DiskUtility {
 
 /// Runs the disk utility: "list -plist", "info -plist /dev/diskN", "unmountDisk force /dev/diskN" or "eject
 /// /dev/diskN". Prints answers on `output` and failures on `errors`. Returns the exit status: 0, or 1 when
-/// the source failed, or 64 when the arguments are none of these.
+/// the operation failed, or 64 when the arguments are none of these.
 [[nodiscard]] int runDiskUtility(std::span<const std::string> arguments, DiskUtility& disks,
                                  std::ostream& output, std::ostream& errors);
 

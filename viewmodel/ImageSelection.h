@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-/// The image that is to be written. Use it on the main thread only.
+/// The image that is to be written. It may be used on the main thread only.
 class ImageSelection {
   public:
     explicit ImageSelection(const std::function<void()>& onChange) : selectedImage(onChange, std::nullopt) {}
@@ -21,10 +21,10 @@ class ImageSelection {
     /// Returns the image at that path if it can be written. Throws TesselError or PlatformError otherwise,
     /// and CancellationError as soon as a stop is requested, since the disk of the image may never answer.
     static Task<SDImageFile> inspectImage(std::filesystem::path url);
-    /// Does the same with the file that the path leads to once its links are resolved.
+    /// Inspects likewise the file that the path leads to once its links are resolved.
     static Task<SDImageFile> inspectLinkedImage(std::filesystem::path url);
 
-    /// Describes the panel that asks the user for an image.
+    /// Returns the panel that asks the user for an image.
     static Desktop::OpenPanel openPanel();
 };
 

@@ -10,8 +10,8 @@
 
 namespace tessel {
 
-/// Records what the program has done, as lines with the time of day. It only grows until it is cleared. Use
-/// it on the main thread only.
+/// Records what the program has done, as lines with the time of day. It only grows until it is cleared. It
+/// may be used on the main thread only.
 class OperationLog {
   public:
     explicit OperationLog(const std::function<void()>& onChange) : logLines(onChange, {}) {}

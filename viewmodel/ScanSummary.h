@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Sums up the disks that a scan found: the state to show, then the lines to log.
+/// A summary of the disks that a scan found: the state to show, then the lines to log.
 struct ScanSummary {
     TesselOperationState state;
     std::vector<std::string> messages;

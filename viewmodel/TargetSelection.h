@@ -10,8 +10,8 @@
 
 namespace tessel {
 
-/// The disks that the last scan found, and the one among them that is to be written. Only a disk that
-/// may be written to can be the target. Use it on the main thread only.
+/// The disks that the last scan found, and the one among them that is to be written. Only a disk that may be
+/// written to can be the target. It may be used on the main thread only.
 class TargetSelection {
   public:
     explicit TargetSelection(const std::function<void()>& onChange) :
@@ -28,8 +28,8 @@ class TargetSelection {
     /// written to. Requires: the watch was made before the scan began.
     void replaceDisks(std::vector<SDWholeDisk> scanned, const SleepWatch& sinceScan);
 
-    /// Returns whether the computer has slept since the scan, when readers do not notice that their card is
-    /// exchanged.
+    /// Returns whether the computer has slept since the scan; readers don't notice an exchange of cards
+    /// meanwhile.
     [[nodiscard]] bool mayBeExchanged() const { return sleepWatch.hasSlept(); }
 
     /// Makes the disk the target and returns it. Returns null and changes nothing if the disk may not be

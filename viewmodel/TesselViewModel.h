@@ -21,8 +21,9 @@
 
 namespace tessel {
 
-/// Holds everything that the window shows, and offers every operation. It lives on the main thread, in a
-/// shared pointer. Only one operation runs at a time, and calls that arrive meanwhile are ignored.
+/// Holds everything that the window shows, and offers every operation. It may be used on the main thread
+/// only, and is held in a shared pointer. Only one operation runs at a time, and calls that arrive meanwhile
+/// are ignored.
 class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
   public:
     struct Environment {
@@ -36,7 +37,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     TesselViewModel(const TesselViewModel&) = delete;
     TesselViewModel& operator=(const TesselViewModel&) = delete;
 
-    /// Called after every change to what can be read here.
+    /// The function that is called after every change to what can be read here.
     std::function<void()> onChange;
 
     // What is shown
@@ -59,21 +60,22 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
 
     /// Clears the log, unless the program is busy.
     void clearLog();
-    /// Begins to scan all disks. The state tells when the scan has ended.
+    /// Begins to scan all disks. The state shows when the scan has ended.
     void refreshDisks();
-    /// Takes the hint that a disk has come or gone. Nothing is scanned for that.
+    /// Notes that a disk has come or gone, without scanning.
     void noteDiskChange() { disksChanged = true; }
     /// Makes an eligible disk the target; ignores any other.
     void selectDisk(const std::string& id);
-    /// Lets the user choose an image in a panel. The state tells when they have.
+    /// Lets the user choose an image in a panel. The state shows when they have.
     void chooseImage();
     /// Chooses this file, or the one that it links to, as if the user had done so in the panel.
     void chooseImage(const std::filesystem::path& file);
     /// Gives up a chosen file whose disk does not answer. An open panel stays.
     void cancelImageChoice();
-    /// Does nothing while the program is busy, so that what is reported of a write is what it did.
+    /// Sets whether the next write is verified. Does nothing while the program is busy, so that the report of
+    /// a write stays true.
     void setVerifyAfterWrite(bool verify);
-    /// Begins the destructive operation. Call it only once the user has confirmed it.
+    /// Begins the destructive operation. Requires: the user has confirmed it.
     void startWrite();
     void requestStop() { currentWrite.requestStop(); }
     void applyWriteProgress(const ImageWriteProgress& report,

@@ -13,7 +13,8 @@ using namespace std::chrono_literals;
 constexpr auto leastTimeToJudge = 2s;
 constexpr int fewestAdvancesToJudge = 2;
 constexpr auto timeBetweenWords = 1s;
-/// Outlasts the pauses in which a card tidies up, and forgets an old speed within a minute.
+/// A time in seconds that outlasts the pauses in which a card tidies up, but forgets an old speed within a
+/// minute.
 constexpr double averagedSeconds = 20;
 constexpr double clearlyLonger = 1.2;
 
@@ -28,8 +29,8 @@ bool countsBytes(ImageWritePhase phase) {
     return phase == ImageWritePhase::writingImage || phase == ImageWritePhase::verifyingImage;
 }
 
-/// Rounds to a time that people say, which differs from the true one by a fifth at most. Less than a minute
-/// becomes 0.
+/// Returns a round time for a sentence, which differs from the true one by a fifth at most. Less than a
+/// minute becomes 0.
 double roundedTime(double seconds) {
     if (seconds < minute) return 0;
     const double step = seconds < 2 * minute    ? minute / 2
@@ -74,7 +75,7 @@ void TransferRate::begin(const ImageWriteProgress& report, TimePoint now) {
     phaseBegan = now;
 }
 
-/// Averages with weights that fade with age, so that no speed leaves the average from one moment to the next.
+/// Averages with weights that fade with age, so that no speed drops out of the average abruptly.
 void TransferRate::average(double bytes, double seconds) {
     const double kept = std::exp(-seconds / averagedSeconds);
     const double weight = averagedSeconds * (1 - kept);

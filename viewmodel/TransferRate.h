@@ -8,9 +8,9 @@
 
 namespace tessel {
 
-/// Words how fast a phase goes and how long it will still take, from the reports of a write and the times at
-/// which they came. What it says is calm: the speed is a moving average, the words change once a second at
-/// most, and the time left rises only when it has clearly become longer.
+/// Describes how fast a phase goes and how long it will still take, from the reports of a write and their
+/// times. The text is calm: the speed is a moving average, the text changes once a second at most, and the
+/// time left rises only when it has clearly become longer.
 class TransferRate {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -18,9 +18,9 @@ class TransferRate {
     void note(const ImageWriteProgress& report, TimePoint now);
     void reset() { *this = {}; }
 
-    /// Returns words such as "12.4 MB/s · about 2 minutes left". At a steady speed the time is right to
-    /// within a quarter. Returns an empty text in phases that do not count bytes, and as long as there is
-    /// little to judge by.
+    /// Returns a text such as "12.4 MB/s · about 2 minutes left". At a steady speed the time is right to
+    /// within a quarter. Returns an empty text in phases that do not count bytes, and until the reports
+    /// suffice for an estimate.
     [[nodiscard]] const std::string& text() const { return words; }
 
   private:
@@ -35,7 +35,7 @@ class TransferRate {
     };
     std::optional<Mark> latest;
     TimePoint phaseBegan;
-    int advances = 0;  ///< counts the reports of this phase that told of more bytes than the one before
+    int advances = 0;  ///< the number of reports of this phase with more bytes than the one before
     double recentBytes = 0;
     double recentSeconds = 0;
     std::optional<TimePoint> lastSaid;

@@ -14,9 +14,9 @@ namespace {
 
 using enum ImageWritePhase;
 
-/// Describes how a phase is shown.
+/// How a phase is shown.
 struct PhasePresentation {
-    /// Computes a progress value: `start` plus `share` times the finished fraction of the phase.
+    /// A progress value: `start` plus `share` times the finished fraction of the phase.
     struct Value {
         double start;
         double share = 0;
@@ -28,7 +28,7 @@ struct PhasePresentation {
     std::string_view title;
     Value overall;
     Value preparationAndWriting;
-    std::string_view detail;  ///< follows the byte counts in the phases that count bytes
+    std::string_view detail;  ///< the sentence after the byte counts, in phases that count bytes
     bool countsBytes = false;
     std::string_view logSentence = {};
 };

@@ -7,17 +7,17 @@
 
 namespace tessel {
 
-/// How far a write has come, in numbers and in words.
+/// The progress of a write, in numbers and in words.
 struct WriteProgress {
     double writeOperationProgress = 0;         ///< of the whole write, from 0 to 1
     double sdPreparationAndWriteProgress = 0;  ///< up to the flush, from 0 to 1
     std::string writePhaseTitle = "Waiting to Start";
     std::string writeProgressDetail = "Select an image and a recognized SD card.";
     std::string writeHint = {};          ///< what else the user should know or do; may be empty
-    std::string writeTransferRate = {};  ///< speed and time left; empty as long as nothing can be said
+    std::string writeTransferRate = {};  ///< speed and time left; empty while there is no estimate
     std::optional<ImageWritePhase> currentWritePhase = {};  ///< of the last report
 
-    /// Returns what a report shows, apart from the transfer rate.
+    /// Returns the progress that a report shows, apart from the transfer rate.
     [[nodiscard]] static WriteProgress of(const ImageWriteProgress& report);
 
     /// Returns the title for a write that has failed in its present phase.

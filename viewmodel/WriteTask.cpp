@@ -30,7 +30,7 @@ std::string revalidationDescription(const SDWholeDisk& disk) {
            ", size=" + std::to_string(disk.sizeBytes);
 }
 
-/// Explains why the expected disk was not found.
+/// Returns the reason why the expected disk was not found.
 std::string revalidationFailure(const SDWholeDisk& expected, const DiskSearch& search) {
     if (search.otherDisk) {
         return "Disk revalidation mismatch. Expected " + revalidationDescription(expected) + "; observed " +
@@ -127,7 +127,7 @@ Task<> WriteTask::writeSelectedImage() {
 
 void WriteTask::applyWriteProgress(const ImageWriteProgress& report, TransferRate::TimePoint now) {
     if (isCancellationRequested()) {
-        // The words about the stop remain until the outcome replaces them.
+        // The text about the stop remains until the outcome replaces it.
         auto shown = progress();
         shown.currentWritePhase = report.phase;
         progress = std::move(shown);
@@ -184,7 +184,7 @@ Task<SDWholeDisk> WriteTask::revalidateSelectedDisk(SDWholeDisk expected) {
     co_return std::move(*search.found);
 }
 
-/// Shows these words in place of what the last report said.
+/// Shows these texts in place of the last report's.
 void WriteTask::say(const std::string& title, const std::string& detail, const std::string& hint) {
     rate.reset();
     auto shown = progress();
@@ -218,7 +218,7 @@ void WriteTask::logFailure(const std::exception_ptr& error) {
 
 void WriteTask::onDiskGone() {
     const auto& id = surroundings.targets.selectedDiskID();
-    // An eject that seemed to fail may have let go of the card all the same.
+    // An eject that seemed to fail may have released the card nevertheless.
     if (progress().currentWritePhase == ImageWritePhase::ejecting) ejectedDiskID = id;
     if (isDiskLoggedAsGone || ejectedDiskID == id) return;
     surroundings.log.appendLog(devicePath(id) +
@@ -249,7 +249,7 @@ void WriteTask::finishCancelledWrite() {
     surroundings.log.appendLog("Operation cancelled. " + message);
     surroundings.log.appendLog("Refresh the disk list before attempting another write.");
     if (!hint.empty()) surroundings.log.appendLog(hint);
-    // A user who pressed Stop knows, unless the write had failed already.
+    // A user who pressed Stop knows why the write ended, unless it had failed already.
     if (!isCancellationRequested() || isFailureLogged)
         surroundings.desktop.requestUserAttention({.title = "Operation Cancelled", .text = message});
 }

@@ -19,8 +19,8 @@
 
 namespace tessel {
 
-/// Owns a write: what is to be done, how far it has come, its stop and its outcome. Use it on the main thread
-/// only.
+/// Owns a write: what is to be done, how far it has come, its stop and its outcome. It may be used on the
+/// main thread only.
 class WriteTask : private ImageWriteListener {
   public:
     /// What a write uses and changes. All of it must outlive the write.
@@ -38,7 +38,7 @@ class WriteTask : private ImageWriteListener {
 
     Published<std::optional<TaskHandle>> writeTask;  ///< from the start of a write until it has ended
     Published<bool> verifyAfterWrite;
-    /// Shows the end of the last write until the next selection or write.
+    /// The progress of the current write or, until the next selection or write, of the last one.
     Published<WriteProgress> progress;
 
     [[nodiscard]] bool exists() const { return writeTask().has_value(); }
@@ -50,7 +50,7 @@ class WriteTask : private ImageWriteListener {
     /// Shows that nothing was written yet.
     void resetWriteProgress();
 
-    /// Takes the handle of the task that will call performWrite().
+    /// Keeps the handle of the task that will call performWrite().
     void begin(TaskHandle task);
     /// Writes the selected image to the target and applies the outcome. Never throws.
     Task<> performWrite();
@@ -80,7 +80,7 @@ class WriteTask : private ImageWriteListener {
     TransferRate rate;
     bool isFailureLogged = false;
     bool isDiskLoggedAsGone = false;
-    std::optional<std::string> ejectedDiskID;  ///< since a failure, and not found again yet
+    std::optional<std::string> ejectedDiskID;  ///< the card ejected after a failure, until it is found again
 };
 
 }  // namespace tessel

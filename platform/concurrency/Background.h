@@ -46,10 +46,11 @@ detail::BackgroundCall<Function> inBackground(Function function) {
     return {std::move(function)};
 }
 
-/// Throws CancellationError if a stop was requested. For blocking functions.
+/// Throws CancellationError if a stop was requested. Meant for blocking functions.
 void checkCancellation(const std::stop_token& stop);
 
-/// Sleeps that long, or throws CancellationError as soon as a stop is requested. For blocking functions.
+/// Sleeps that long, or throws CancellationError as soon as a stop is requested. Meant for blocking
+/// functions.
 void sleepFor(std::chrono::nanoseconds duration, const std::stop_token& stop);
 
 namespace detail {
@@ -100,7 +101,7 @@ class [[nodiscard]] Sleep {
 
 }  // namespace detail
 
-/// Do the same in a task, for its own cancellation.
+/// Throws CancellationError if the current task was cancelled. In the same way, sleepFor() ends early.
 inline detail::CancellationCheck checkCancellation() {
     return {};
 }

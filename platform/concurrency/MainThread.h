@@ -18,7 +18,7 @@ class MainThread {
     /// work that is posted once the main thread has ended. May be called on any thread.
     virtual void post(std::function<void()> work) = 0;
 
-    /// Does the same once the delay has passed. Called on the main thread only.
+    /// Runs the work likewise once the delay has passed. May be called on the main thread only.
     virtual void postAfter(std::chrono::nanoseconds delay, std::function<void()> work) = 0;
 
     /// Runs the work on the main thread, waits for it, and throws what it threw; throws std::future_error if

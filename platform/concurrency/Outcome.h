@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// Holds the value that some work ended with, or the error that it threw; nothing before it has ended.
+/// The value that some work returned, or the error that it threw; empty until the work has ended.
 template <typename T>
 class Outcome {
   public:
@@ -38,7 +38,7 @@ class Outcome {
         return thrown ? *thrown : nullptr;
     }
 
-    /// Moves the value out, or throws the error. The work must have ended.
+    /// Moves the value out, or throws the error. Requires: the work has ended.
     T value() && {
         if (const auto thrown = error()) std::rethrow_exception(thrown);
         if constexpr (!std::is_void_v<T>) return std::get<1>(std::move(content));

@@ -9,16 +9,16 @@
 #include "platform/concurrency/Outcome.h"
 
 /// A Task is a coroutine that starts when it is awaited. It takes all of its steps on the main thread, and it
-/// can be cancelled; a task that is awaited inherits both from its waiter. Whatever blocks is an ordinary
+/// can be cancelled; a task that is awaited inherits both from its waiter. Blocking work is an ordinary
 /// function that runs on a thread of its own while a task waits for it: see inBackground().
 ///
-/// Cancellation is cooperative: a cancelled task learns of it only from checkCancellation(), isCancelled() or
-/// an interrupted sleepFor(). Waiting for work that has begun is never cut short.
+/// Cancellation is cooperative: a cancelled task notices it only through checkCancellation(), isCancelled()
+/// or an interrupted sleepFor(). Waiting for work that has begun is never cut short.
 ///
 /// A coroutine lambda must not capture, since its captures would die before it ends. Pass parameters instead.
 namespace tessel {
 
-/// Holds what a task inherits from its waiter.
+/// What a task inherits from its waiter.
 struct TaskContext {
     std::shared_ptr<MainThread> mainThread;
     std::stop_token cancellation;
@@ -26,7 +26,7 @@ struct TaskContext {
 
 namespace detail {
 
-/// Ends every task: its waiter resumes, and a task that nobody waits for frees itself.
+/// Ends every task: resumes its waiter, or frees a task that has none.
 struct Finish {
     bool await_ready() const noexcept { return false; }
     void await_resume() const noexcept {}
@@ -34,7 +34,7 @@ struct Finish {
     template <typename Promise>
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> task) const noexcept {
         if (const auto waiter = task.promise().waiter) return waiter;
-        // An error that nobody can learn of is a bug in the program.
+        // An error without a waiter to receive it is a bug in the program.
         if (task.promise().outcome.error()) std::terminate();
         task.destroy();
         return std::noop_coroutine();
@@ -48,7 +48,7 @@ struct PromiseBase {
     void unhandled_exception() { outcome = std::current_exception(); }
 
     TaskContext context;
-    std::coroutine_handle<> waiter;  ///< is null if nobody waits
+    std::coroutine_handle<> waiter;  ///< null if there is none
     Outcome<T> outcome;
 };
 
@@ -64,8 +64,8 @@ struct Promise<void> : PromiseBase<void> {
 
 }  // namespace detail
 
-/// Represents work that starts when it is awaited, which may happen only once. Awaiting it returns its value
-/// or throws its error. The Task owns the coroutine, and must not be destroyed while it runs.
+/// Work that starts when it is awaited, which may happen only once. Awaiting it returns its value or throws
+/// its error. The Task owns the coroutine, and must not be destroyed while it runs.
 template <typename T = void>
 class [[nodiscard]] Task {
   public:
@@ -94,7 +94,7 @@ class [[nodiscard]] Task {
 
     T await_resume() { return std::move(coroutine.promise().outcome).value(); }
 
-    /// Starts the task on the main thread, with nobody waiting for it. The task must not throw.
+    /// Starts the task on the main thread, without a waiter. Requires: the task does not throw.
     void detach(TaskContext context) && {
         const auto started = std::exchange(coroutine, nullptr);
         const auto mainThread = context.mainThread;
@@ -108,8 +108,8 @@ class [[nodiscard]] Task {
     std::coroutine_handle<promise_type> coroutine;
 };
 
-/// Returns how the task ended as a value. Nothing can be awaited in a catch handler, so clean-up that has to
-/// wait is written after this.
+/// Returns how the task ended as a value. A catch handler can't await anything, so clean-up that has to wait
+/// comes after this.
 template <typename T>
 Task<Outcome<T>> outcomeOf(Task<T> task) {
     try {
@@ -124,8 +124,8 @@ Task<Outcome<T>> outcomeOf(Task<T> task) {
     }
 }
 
-/// Cancels a task that was started on its own. Nobody can wait for such a task, so it reports what it has to
-/// before it ends. Handles may be copied and destroyed freely, which does not cancel it.
+/// Cancels a task that was started by startTask(). Such a task has no waiter, so it reports its results
+/// before it ends. Handles may be copied and destroyed freely, which does not cancel the task.
 class TaskHandle {
   public:
     explicit TaskHandle(std::stop_source cancellation) : cancellation(std::move(cancellation)) {}
@@ -141,7 +141,8 @@ class TaskHandle {
     std::stop_source cancellation;
 };
 
-/// Starts a task on the main thread, and returns the handle that cancels it. The task must not throw.
+/// Starts a task on the main thread, and returns the handle that cancels it. Requires: the task does not
+/// throw.
 inline TaskHandle startTask(std::shared_ptr<MainThread> mainThread, Task<> task) {
     const std::stop_source cancellation;
     std::move(task).detach({std::move(mainThread), cancellation.get_token()});

@@ -8,7 +8,8 @@ namespace tessel {
 
 namespace {
 
-/// The kernel uses a huge page only for memory that begins at a multiple of its size.
+/// Returns the alignment for huge pages, which the kernel uses only for memory that begins at a multiple of
+/// their size.
 std::align_val_t hugePageAlignment(std::align_val_t alignment) {
     constexpr std::align_val_t hugePage{2 << 20};
     return std::max(alignment, hugePage);

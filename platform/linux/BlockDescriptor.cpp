@@ -15,7 +15,7 @@ namespace tessel {
 
 namespace {
 
-/// This is BLKGETDISKSEQ, which older headers lack.
+/// BLKGETDISKSEQ, which older headers lack.
 constexpr unsigned long getDiskSequenceNumber = _IOR(0x12, 128, uint64_t);
 
 SystemResult askNumber(int descriptor, unsigned long request) {
@@ -51,7 +51,7 @@ SystemResult mediumSize(int descriptor) {
 }
 
 SystemResult lockExclusively(int descriptor) {
-    // The device manager holds the lock for a moment while it looks at a disk that has just changed.
+    // udev holds the lock for a moment while it inspects a disk that has just changed.
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     for (;;) {
         const auto locked = SystemResult::from(flock(descriptor, LOCK_EX | LOCK_NB));

@@ -20,7 +20,7 @@ SystemResult diskSequenceNumber(int descriptor);
 SystemResult mediumSize(int descriptor);
 
 /// Takes the lock by which disk programs tell each other to leave a disk alone. Waits for at most two
-/// seconds; the error is EBUSY when another program keeps the lock. The lock belongs to the open device,
+/// seconds; the error is EBUSY if another program keeps the lock. The lock belongs to the open device,
 /// wherever its descriptor is sent.
 SystemResult lockExclusively(int descriptor);
 

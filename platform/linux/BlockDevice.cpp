@@ -64,7 +64,7 @@ class LockedBlockDevice : public DescriptorDevice {
     }
 
   private:
-    SystemResult medium;  ///< holds its sequence number from when the device was made
+    SystemResult medium;  ///< the sequence number when the device was made
     SystemResult lock;
     SleepWatch sleepWatch;
     DiskStatistics statistics;

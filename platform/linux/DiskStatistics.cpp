@@ -19,7 +19,7 @@ FileDescriptor openAttribute(const std::filesystem::path& path) {
 
 using Buffer = std::array<char, 512>;
 
-/// Returns what the attribute says at this moment; empty when it can't be read.
+/// Returns the current text of the attribute; empty when it can't be read.
 std::string_view read(const FileDescriptor& attribute, Buffer& buffer) {
     const ssize_t count = pread(attribute.get(), buffer.data(), buffer.size(), 0);
     return count > 0 ? std::string_view(buffer.data(), static_cast<size_t>(count)) : std::string_view();

@@ -7,10 +7,10 @@
 
 namespace tessel {
 
-/// The kernel's counts of what has been done to a disk, by any program. Every user may read them.
+/// The kernel's statistics of a disk, which count the transfers of every program. Every user may read them.
 class DiskStatistics {
   public:
-    /// Takes the disk's folder in sysfs, such as "/sys/block/sdb".
+    /// Opens the statistics in the disk's folder in sysfs, such as "/sys/block/sdb".
     explicit DiskStatistics(const std::filesystem::path& folder);
 
     /// Returns how many bytes have been written to the disk and its partitions. Fails where the kernel does

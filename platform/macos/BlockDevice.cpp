@@ -17,12 +17,12 @@ namespace tessel {
 
 namespace {
 
-// The requests of <sys/disk.h>, written out, since not every set of this system's headers has that file.
+// The requests of <sys/disk.h>, repeated here because some sets of this system's headers lack that file.
 constexpr unsigned long synchronizeCache = _IO('d', 22);
 constexpr unsigned long getBlockSize = _IOR('d', 24, uint32_t);
 constexpr unsigned long getBlockCount = _IOR('d', 25, uint64_t);
 
-/// Tells whether the descriptor belongs to a whole disk, such as "/dev/rdisk4", and not to a part of one.
+/// Returns whether the descriptor belongs to a whole disk, such as "/dev/rdisk4", and not to a part of one.
 bool isWholeDisk(int descriptor) {
     struct stat status{};
     char buffer[MAXPATHLEN];
@@ -36,7 +36,7 @@ bool isWholeDisk(int descriptor) {
         });
 }
 
-/// Tells whether a request failed for no other reason than that it is not known here or not allowed.
+/// Returns whether a request failed only because it is unknown or not allowed here.
 bool isRefusal(int error) {
     const auto refusals = {ENOTTY, ENOTSUP, EOPNOTSUPP, EINVAL, EPERM, EACCES};
     return std::ranges::find(refusals, error) != refusals.end();
@@ -58,7 +58,7 @@ class DiskDevice : public DescriptorDevice {
     SystemResult synchronize() override {
         const auto flushed = DescriptorDevice::synchronize();
         if (!flushed.isSuccess() || fcntl(descriptor.get(), F_FULLFSYNC, 0) == 0) return flushed;
-        // File systems know the request above, devices know this one, and neither has to be known.
+        // File systems support the request above and devices this one; either may be missing.
         SystemResult flushedMedium;
         do {
             flushedMedium = SystemResult::from(ioctl(descriptor.get(), synchronizeCache));

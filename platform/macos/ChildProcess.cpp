@@ -12,7 +12,7 @@ namespace tessel {
 
 namespace {
 
-/// The reading end of a pipe whose other end is closed always has its end to be read.
+/// Returns the reading end of a pipe whose other end is closed, so it always has an end-of-file to be read.
 FileDescriptor readableForEver() {
     try {
         return std::move(makePipe().first);
@@ -40,7 +40,7 @@ FileDescriptor openExitSignal(pid_t child) {
     struct kevent exit{};
     EV_SET(&exit, child, EVFILT_PROC, EV_ADD, NOTE_EXIT, 0, nullptr);
     if (queue.isOpen() && kevent(queue.get(), &exit, 1, nullptr, 0, nullptr) == 0) return queue;
-    // A child that has already ended is not known here, although it is still to be waited for.
+    // The queue does not know a child that has already ended, although it still has to be waited for.
     if (queue.isOpen() && errno == ESRCH) return readableForEver();
     return {};
 }

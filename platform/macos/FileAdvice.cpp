@@ -9,7 +9,7 @@ void adviseReadingOnce(int descriptor) {
 }
 
 void adviseFinished(int, uint64_t, uint64_t) {
-    // What is read without the cache leaves next to nothing to forget.
+    // Reading past the cache leaves next to nothing to drop.
 }
 
 }  // namespace tessel

@@ -14,8 +14,8 @@ namespace tessel {
 
 namespace {
 
-/// In a second call, since this system has none that does both. A child that this
-/// program starts in between gets nothing all the same: see keepOtherDescriptors.
+/// Marks the descriptor close-on-exec in a second call, since this system has no call that does both. A child
+/// that this program starts in between still gets nothing: see keepOtherDescriptors.
 FileDescriptor closedOnExec(int descriptor) {
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
     return FileDescriptor(descriptor);
@@ -37,9 +37,9 @@ DescriptorPair makeSocketPair() {
 }
 
 ssize_t receiveMessage(int socket, msghdr& message) {
-    // This system also opens the descriptors that there is no room for, and says of none which it is. So
-    // there is room for the longest message here, and one that is too long for the caller is closed as a
-    // whole.
+    // This system also opens the descriptors that don't fit into the buffer, and does not report them. So the
+    // buffer fits the longest message, and all descriptors of a message that is too long for the caller are
+    // closed.
     alignas(cmsghdr) std::array<unsigned char, 2048> control{};
     msghdr whole = message;
     whole.msg_control = control.data();

@@ -7,12 +7,12 @@
 
 namespace tessel {
 
-/// Has the desktop show the notification, and does not wait for it. Where there is nobody to show it, nothing
-/// happens.
+/// Asks the desktop to show the notification, without waiting. Does nothing if no service shows
+/// notifications.
 void showNotification(const Desktop::Notification& notification);
 
-/// Keeps the computer from falling asleep until the result is dropped. Where that can't be had, nothing
-/// happens.
+/// Keeps the computer from falling asleep until the result is destroyed. Does nothing where that is
+/// impossible.
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason);
 
 }  // namespace tessel

@@ -7,9 +7,9 @@
 
 namespace tessel {
 
-/// Has the event loop call the handler each time a disk or a medium has come or gone, until the result is
-/// dropped. The system tells of it: nothing polls, and no disk is read. Where the system can't be asked to,
-/// the handler is never called.
+/// Calls the handler from the event loop each time a disk or a medium has come or gone, until the result is
+/// destroyed. The system reports the changes: nothing polls, and no disk is read. On a system without such
+/// reports the handler is never called.
 [[nodiscard]] std::unique_ptr<TemporaryActivity> watchDisks(std::function<void()> onChange);
 
 }  // namespace tessel

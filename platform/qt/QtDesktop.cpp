@@ -32,14 +32,14 @@ QString nameFilter(const Desktop::OpenPanel& panel) {
     return QString::fromStdString(panel.message) + " (" + patterns.join(' ') + ")";
 }
 
-/// Keeps Qt's own dialog from noting in the person's settings what they have looked at: there is no folder
-/// where it would, nor can one be made. On a Mac, whose settings lie in no folder, this has no effect.
+/// Keeps Qt's own dialog from recording in the settings what the user has looked at: points them to a folder
+/// that does not exist and can't be made. Has no effect on a Mac, where settings lie in no folder.
 void forgetSettings() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null");
 }
 
 /// Opens the dialog, and resumes its waiter in a later turn of the event loop than the one that closes it. No
-/// loop runs within another: that would leave people who use assistive technology without a keyboard.
+/// event loop runs within another, since that would leave users of assistive technology without a keyboard.
 struct Answer {
     QFileDialog& dialog;
 

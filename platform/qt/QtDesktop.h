@@ -11,12 +11,12 @@ namespace tessel {
 /// Provides the desktop's services by means of Qt and of the services that desktops run.
 class QtDesktop : public Desktop {
   public:
-    /// Shows an alert. What the alert looks like is up to the presenter.
+    /// Shows an alert. The presenter decides what it looks like.
     using AlertPresenter = std::function<void(const Alert& alert, QWidget* window)>;
 
     explicit QtDesktop(AlertPresenter presenter) : presenter(std::move(presenter)) {}
 
-    /// Takes the window that panels and alerts belong to.
+    /// Sets the window that panels and alerts belong to.
     void setWindow(QWidget* mainWindow) { window = mainWindow; }
 
     /// Makes panels open at this file instead of in the user's Desktop folder.

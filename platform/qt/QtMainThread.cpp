@@ -12,8 +12,8 @@
 
 namespace tessel {
 
-/// Holds the work that was posted and is not done yet. The application destroys the receiver when it ends, so
-/// a thread that posts late may find it gone.
+/// The work that was posted and is not done yet. The application destroys the receiver when it ends, so a
+/// thread that posts late may find it gone.
 class QtMainThread::Inbox {
   public:
     using Work = std::function<void()>;

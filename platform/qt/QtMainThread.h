@@ -8,8 +8,8 @@
 namespace tessel {
 
 /// Runs work on the thread of Qt's event loop, which must also create this object. No work is done before the
-/// loop runs. Work is destroyed on that thread too, whoever posted it; work that is posted after the end of
-/// the application is dropped at once. Needs a QCoreApplication.
+/// loop runs. Work is destroyed on that thread too, whichever thread posted it; work that is posted after the
+/// end of the application is destroyed at once. Requires: a QCoreApplication exists.
 class QtMainThread : public MainThread {
   public:
     QtMainThread();
@@ -24,8 +24,8 @@ class QtMainThread : public MainThread {
     std::shared_ptr<Inbox> inbox;
 };
 
-/// Handles the events of Qt's event loop until the condition holds. Call it on the loop's thread, where the
-/// loop itself does not run.
+/// Handles the events of Qt's event loop until the condition holds. Requires: it is called on the loop's
+/// thread, and the loop itself is not running.
 void handleEventsUntil(const std::function<bool()>& isOver);
 
 }  // namespace tessel

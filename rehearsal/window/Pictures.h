@@ -8,10 +8,10 @@
 namespace tessel {
 
 /// Saves pictures of the window and of the dialogs above it, in light, dark and high-contrast colours, each
-/// at the window's current size, at its smallest, and on the smallest screen that has room for all of it.
+/// at the window's current size, at its smallest, and on the smallest screen that it fits.
 class Pictures {
   public:
-    /// The screens that it is shown on; both are in device-independent pixels.
+    /// The screens that the window is shown on, in device-independent pixels.
     static constexpr QSize largeScreen{1920, 1080};
     static constexpr QSize smallScreen{812, 608};
 

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// Has the event loop call the handler each time a disk has come into or gone from a simulated reader, until
-/// the result is dropped.
+/// Calls the handler from the event loop each time a disk has come into or gone from a simulated reader,
+/// until the result is destroyed.
 [[nodiscard]] std::unique_ptr<TemporaryActivity> watchReader(const std::filesystem::path& readerFolder,
                                                              std::function<void()> onChange);
 

@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Tells whether such a dialog is open above the window.
+/// Returns whether such a dialog is open above the window.
 template <typename Dialog>
 bool isOpen() {
     return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
@@ -120,8 +120,8 @@ Task<> ScriptedUser::watchTheWrite() {
     audience.watch("10-done");
 }
 
-/// Checks at short intervals. Throws std::runtime_error if an operation fails, or if neither the progress nor
-/// the log moves for a minute.
+/// Waits until the condition holds, which it checks at short intervals. Throws std::runtime_error if an
+/// operation fails, or if neither the progress nor the log moves for a minute.
 Task<> ScriptedUser::until(std::string expectation, std::function<bool()> isFulfilled) const {
     const auto& viewModel = application.viewModel();
     const auto position = [&viewModel] {

@@ -11,12 +11,12 @@
 
 namespace tessel {
 
-/// Plays a person who takes the window through a whole write with the mouse.
+/// Plays a user who takes the window through a whole write with the mouse.
 class ScriptedUser {
   public:
     struct Audience {
-        std::function<void(const QString& stage)> watch;  ///< is called at each stage while it can be seen
-        std::function<void()> listen;                     ///< is called often, and finally at the end
+        std::function<void(const QString& stage)> watch;  ///< called at each stage while it can be seen
+        std::function<void()> listen;                     ///< called often, and finally at the end
     };
 
     ScriptedUser(VelmoraTesselApp& application, Audience audience) :
@@ -24,7 +24,7 @@ class ScriptedUser {
         audience(std::move(audience)) {}
 
     /// Writes the image that the open panel suggests to the card. Throws std::runtime_error if an operation
-    /// fails, or if nothing moves for a minute. Await it on the main thread.
+    /// fails, or if nothing moves for a minute. Requires: it is awaited on the main thread.
     Task<> writeSuggestedImage(std::string diskID);
 
   private:

@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// Finds the visible widgets of a class below another widget. Works even for classes that Qt's own search
+/// Returns the visible widgets of a class below another widget. Works even for classes that Qt's own search
 /// can't tell apart.
 template <typename T>
 std::vector<T*> shownWidgets(const QWidget& ancestor) {

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// What the operating system can tell about its block devices and do with them. Devices go by the kernel's
+/// The operating system's view of its block devices, and the operations on them. Devices go by the kernel's
 /// names. Calls may wait for the user, without a limit where they take no deadline. They throw PlatformError:
 /// "User canceled." after a dismissed dialog, a text with "Resource busy" when another program uses the
 /// device.
@@ -24,11 +24,11 @@ class BlockSystem {
 
     virtual ~BlockSystem() = default;
 
-    /// Reads what there is. Of the disk with this identifier alone it also finds out whether a file system on
-    /// it is in use where this program can't look; that may take a second.
+    /// Reads all block devices. Only for the disk with this identifier it also finds out whether a file
+    /// system is in use where this program can't look, such as in a container; that may take a second.
     [[nodiscard]] virtual DiskSnapshot read(const std::string& identifier = {}) = 0;
 
-    /// Ends one mount of the device. Fails while that is in use.
+    /// Removes one mount of the device. Fails while that is in use.
     virtual void unmount(const std::string& device, Time deadline) = 0;
 
     /// Opens the device for reading and writing past the caches. Fails while another program has claimed it.

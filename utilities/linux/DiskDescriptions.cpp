@@ -14,7 +14,7 @@ namespace {
 
 using Names = std::pair<std::string_view, std::string_view>;
 
-/// Returns the name that belongs to the first part that occurs in the text, or else `otherwise`.
+/// Returns the name that belongs to the first part found in the text, or else `otherwise`.
 template <size_t count>
 std::string nameFor(std::string_view text, const std::array<Names, count>& names,
                     std::string_view otherwise) {
@@ -23,7 +23,7 @@ std::string nameFor(std::string_view text, const std::array<Names, count>& names
     return std::string(otherwise);
 }
 
-/// Derives the bus from the disk's path in the kernel's device tree.
+/// Returns the bus, which the disk's path in the kernel's device tree shows.
 std::string busOf(const KernelDevice& disk) {
     // A slot may itself be connected through USB or PCI, so it is asked about first.
     static constexpr auto buses = std::to_array<Names>({
@@ -51,9 +51,9 @@ std::string mediumKindOf(const DiskSnapshot& snapshot, const KernelDevice& disk)
         {"optical", "Optical Disc"},
         {"floppy", "Floppy Disk"},
     });
-    // In a native slot the kernel knows best: UDisks2 takes soldered flash for a card.
+    // In a native slot the kernel is more reliable: UDisks2 takes soldered flash for a card.
     if (isInCardSlot(disk)) return isSDCardInSlot(disk) ? "SD Card" : "";
-    // What UDisks2 said about the last medium, or about one in another reader, says nothing about this one.
+    // UDisks2 may describe the last medium, or one in another reader, which says nothing about this one.
     const bool isAboutThisMedium = disk.udisks.isMediaAvailable &&
                                    disk.udisks.sequenceNumber == disk.sequenceNumber &&
                                    !sharesDrive(snapshot, disk);
@@ -75,9 +75,9 @@ bool mentionsOtherMedia(const std::string& name) {
                                [&](std::string_view card) { return words.find(card) != std::string::npos; });
 }
 
-/// Returns what the reader and the slot are called, without names that would pass for a word about this
-/// medium: the device database names the USB device, that is, all of its slots at once, and perhaps a flash
-/// drive as well.
+/// Returns the names of the reader and the slot, without those that could be mistaken for the kind of this
+/// medium: udev's hardware database names the USB device, that is, all of its slots at once, and perhaps a
+/// flash drive as well.
 std::vector<std::string> slotNamesOf(const KernelDevice& disk, bool isKnownAsSDCard) {
     std::vector<std::string> names{disk.udisks.vendor, disk.udisks.model};
     const std::string ownName = joined(names, " ");
@@ -89,7 +89,7 @@ std::vector<std::string> slotNamesOf(const KernelDevice& disk, bool isKnownAsSDC
     return names;
 }
 
-/// Joins the parts, each unless the name already contains it.
+/// Joins the parts, and leaves out any that the name already contains.
 std::string joinedName(const std::vector<std::string>& parts) {
     std::string name;
     for (const std::string& part : parts) {
@@ -100,8 +100,8 @@ std::string joinedName(const std::vector<std::string>& parts) {
     return name;
 }
 
-/// Returns a name that mentions SD cards only where this medium or this slot is known to be one. A medium of
-/// another kind in a reader goes by its kind, whatever the reader calls itself.
+/// Returns a name that mentions SD cards only if this medium or this slot is known to be one. Another kind of
+/// medium in a reader is named by its kind, whatever the reader calls itself.
 std::string mediaNameOf(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     const std::string kind = mediumKindOf(snapshot, disk);
     const bool isKnownAsSDCard = kind.starts_with("SD");
@@ -165,7 +165,7 @@ PropertyList::Dictionary diskDetailsOf(const DiskSnapshot& snapshot, const Kerne
         {"MediaName", mediaNameOf(snapshot, disk)},
         {"TotalSize", disk.sizeBytes},
         {"BusProtocol", busOf(disk)},
-        // People know their disks by the kernel's names.
+        // Users recognize their disks by the kernel's names.
         {"DeviceLocation", place + " (/dev/" + disk.name + ")"},
         {"Internal", !isExternal(disk)},
         {"VirtualOrPhysical", isVirtual(disk) ? "Virtual" : "Physical"},

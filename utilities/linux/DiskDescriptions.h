@@ -5,11 +5,11 @@
 
 namespace tessel {
 
-/// Lists the snapshot's disks as the disk utility does.
+/// Returns the list of the snapshot's disks in the disk utility's format.
 [[nodiscard]] PropertyList::Dictionary diskListOf(const DiskSnapshot& snapshot);
 
-/// Gives one disk's details as the disk utility does. A disk is called a card only where the kernel or
-/// UDisks2 says so about the medium, or the device database about the reader.
+/// Returns one disk's details in the disk utility's format. A disk is called a card only if the kernel or
+/// UDisks2 says so about the medium, or udev's hardware database about the reader.
 [[nodiscard]] PropertyList::Dictionary diskDetailsOf(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 }  // namespace tessel

@@ -6,12 +6,12 @@
 
 namespace tessel {
 
-/// Returns whether another program works on the disk, or may do so, and wants to be alone.
+/// Returns whether another program has locked the disk, or may have done so.
 [[nodiscard]] bool isLocked(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 /// Reads the snapshot as soon as no other program is working on the disk, such as another copy of this
-/// program or a partitioning tool. Throws PlatformError when there is no such disk, or when it is still
-/// locked after two seconds.
+/// program or a partitioning tool. Throws PlatformError if there is no such disk, or if it is still locked
+/// after two seconds.
 [[nodiscard]] DiskSnapshot readUnlocked(BlockSystem& system, const std::string& identifier);
 
 }  // namespace tessel

@@ -41,7 +41,7 @@ constexpr auto diskChecks = std::to_array<DiskCheck>({
      },
      "the disk service has not recognized its medium yet"},
 
-    // Names are not enough: a disk that calls itself an SD card must also be one that can be taken out.
+    // Names are not enough: a disk that calls itself an SD card must also be removable.
     {[](const DiskSnapshot&, const KernelDevice& disk) { return !disk.isRemovable && !isSDCardInSlot(disk); },
      "it is not a removable medium"},
 });
@@ -70,7 +70,7 @@ constexpr auto partChecks = std::to_array<PartCheck>({
      "Detach the loop device, or stop the program that uses it."},
 
     {[](const DiskSnapshot& snapshot, const KernelDevice& part) {
-         // The kernel doesn't tell which devices the pools of ZFS lie on.
+         // The kernel doesn't report which devices the pools of ZFS lie on.
          return part.spansDisks || (part.udisks.fileSystem == "zfs_member" && snapshot.hasZFSPools);
      },
      "it is part of a file system that may span several disks",

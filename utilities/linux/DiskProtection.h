@@ -8,17 +8,17 @@
 
 namespace tessel {
 
-/// Says why a disk is never unmounted, opened or ejected, and is reported as not writable.
+/// The reason why a disk is never unmounted, opened or ejected, and is reported as not writable.
 struct Protection {
     std::string reason;   ///< such as "it is used as swap space"
-    std::string remedy;   ///< a sentence that says how to end it; empty where the user should not
-    bool mayEnd = false;  ///< the disk may yet become unused
+    std::string remedy;   ///< a sentence about how to end it; empty where the user should not
+    bool mayEnd = false;  ///< whether the disk may yet become unused
 };
 
-/// Absent only when nothing speaks against using the disk; every doubt does.
+/// Returns nothing only if there is no objection to using the disk; every doubt is one.
 [[nodiscard]] std::optional<Protection> protectionOf(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
-/// Returns the error that tells the user about it.
+/// Returns the error that reports the protection to the user.
 [[nodiscard]] PlatformError protectedDisk(const DiskSnapshot& snapshot, const KernelDevice& disk,
                                           const Protection& protection);
 
@@ -26,10 +26,10 @@ struct Protection {
 [[nodiscard]] std::optional<std::string> whyNotWritable(const DiskSnapshot& snapshot,
                                                         const KernelDevice& disk);
 
-/// Returns whether nothing on the disk is mounted and nothing else speaks against using it.
+/// Returns whether nothing on the disk is mounted and there is no other objection to using it.
 [[nodiscard]] bool isUnused(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
-/// Throws the error when the disk is protected.
+/// Throws PlatformError if the disk is protected.
 void requireUnprotected(const DiskSnapshot& snapshot, const KernelDevice& disk);
 
 }  // namespace tessel

@@ -28,8 +28,8 @@ bool isAmong(const std::vector<const KernelDevice*>& disks, const KernelDevice& 
     return std::ranges::find(disks, &disk) != disks.end();
 }
 
-/// Descends from a device to everything below it, the device included. Readings of several moments may
-/// contradict each other, and even lead in a circle.
+/// Collects the device and everything below it. Readings at different moments may contradict each other, and
+/// even lead in a circle.
 void collectDevicesBelow(const DiskSnapshot& snapshot, std::string_view name,
                          std::vector<const KernelDevice*>& devices) {
     const KernelDevice* device = deviceNamed(snapshot, name);

@@ -7,26 +7,26 @@
 #include <vector>
 
 /// A computer's disks as the kernel, udev's database and the desktop's disk service (UDisks2) described them
-/// at one moment. Plain values, and pure functions of them: all that decides about a disk decides on these
-/// alone.
+/// at one moment. These are plain values and pure functions of them. All decisions about a disk are based on
+/// these alone.
 namespace tessel {
 
 struct Mount {
     std::string target;       ///< the folder
-    bool isByUDisks = false;  ///< UDisks2 made it at the request of a user
+    bool isByUDisks = false;  ///< whether UDisks2 made it at the request of a user
 };
 
-/// What UDisks2 says about a block device and its drive.
+/// The record of UDisks2 about a block device and its drive.
 struct UDisksRecord {
-    /// The identity of the drive. Readers of one make that have the same serial number, or none, are one
-    /// drive to UDisks2.
+    /// The identity of the drive. To UDisks2, readers of one make that have the same serial number, or none,
+    /// are one drive.
     std::string drive;
-    /// The disk sequence number in the links that udev made. Absent when it made none.
+    /// The disk sequence number in the links that udev made; absent if there are none.
     std::optional<uint64_t> sequenceNumber;
     std::string vendor;
     std::string model;
     std::string media;              ///< the kind of the present medium, such as "flash_sd"; mostly empty
-    bool isMediaAvailable = false;  ///< a medium is in the drive
+    bool isMediaAvailable = false;  ///< whether a medium is in the drive
     bool isMediaRemovable = false;
     bool isEjectable = false;
     std::string fileSystem;      ///< such as "vfat"
@@ -36,31 +36,32 @@ struct UDisksRecord {
 
 /// A disk, one of its partitions, or another part of it such as an eMMC's boot area.
 struct KernelDevice {
-    std::string name;  ///< the kernel's, such as "sdb1"
+    std::string name;  ///< the kernel's name, such as "sdb1"
     std::string path;  ///< in the kernel's device tree: "/sys/devices/…/block/sdb/sdb1"
-    /// The number that the kernel gives to each medium it meets, and never gives twice. 0 for a part of a
-    /// disk.
+    /// The number that the kernel gives to each new medium, and never gives twice; 0 for a part of a disk.
     uint64_t sequenceNumber = 0;
     uint64_t sequenceNumberAfterwards = 0;  ///< the same, read again after everything else
     uint64_t sizeBytes = 0;
     bool isReadOnly = false;
-    bool isRemovable = false;      ///< in the kernel's view its medium can be taken out
-    unsigned partitionNumber = 0;  ///< 0 when it isn't a partition
-    std::string cardType;          ///< in a native slot: "SD", or "MMC" for soldered flash
+    bool isRemovable = false;      ///< whether its medium can be taken out, according to the kernel
+    unsigned partitionNumber = 0;  ///< 0 if it isn't a partition
+    std::string cardType;          ///< the type in a native slot: "SD", or "MMC" for soldered flash
     std::string databaseName;      ///< the name of the reader in udev's hardware database
     std::vector<std::string> holders;
     std::vector<std::string> slaves;  ///< the devices below a device-mapper or RAID device
-    /// What uses it without being a holder, such as "loop3", directly or through a file that lies on it.
+    /// The users in the kernel that are no holders, such as "loop3", of the device or of a file that lies on
+    /// it.
     std::vector<std::string> users;
-    bool isSwap = false;      ///< or a file on it is swap space
-    bool spansDisks = false;  ///< a mounted file system lies on this device and on others
+    bool isSwap = false;      ///< whether it, or a file on it, is swap space
+    bool spansDisks = false;  ///< whether a mounted file system lies on this device and on others
     std::vector<Mount> mounts;
-    /// A file system on it is in use, be it where this program can't look: in a container, or hidden by a
-    /// lazy unmount.
+    /// Whether a file system on it is in use, even where this program can't look: in a container, or hidden
+    /// by a lazy unmount.
     bool isFileSystemActive = false;
-    bool isLocked = false;      ///< a program is working on it and wants to be alone
-    bool isUseUnknown = false;  ///< something that would show its use could not be read
-    /// What any program has written to it since the kernel knows it. Absent where the kernel does not count.
+    bool isLocked = false;      ///< whether a program has locked it for itself alone
+    bool isUseUnknown = false;  ///< whether some sign of its use could not be read
+    /// The bytes that all programs have written to it since the kernel found it; absent where the kernel does
+    /// not count.
     std::optional<uint64_t> bytesWritten;
     UDisksRecord udisks = {};
 };
@@ -68,10 +69,10 @@ struct KernelDevice {
 struct DiskSnapshot {
     std::vector<KernelDevice> devices;
     std::string rootDevice;    ///< the name of the device that is mounted at "/"; empty when there is none
-    bool isSettling = false;   ///< udev has yet to look at devices that have changed
-    bool hasZFSPools = false;  ///< ZFS has imported pools; which devices they lie on is not known
-    /// A program that has a /dev of its own, such as a virtual machine, has locked a disk in it. Which one is
-    /// not known.
+    bool isSettling = false;   ///< whether udev has yet to process devices that have changed
+    bool hasZFSPools = false;  ///< whether ZFS has imported pools; the devices that they lie on are not known
+    /// Whether a program that has a /dev of its own, such as a virtual machine, has locked a disk in it; the
+    /// disk is not known.
     bool isDiskLockedElsewhere = false;
 };
 
@@ -79,8 +80,8 @@ struct DiskSnapshot {
 /// memory.
 [[nodiscard]] bool isVirtual(const KernelDevice& device);
 
-/// Returns whether the device sits in a slot of the computer itself that speaks the cards' protocol. Soldered
-/// flash does, too.
+/// Returns whether the device sits in a slot of the computer itself that uses the cards' protocol, as
+/// soldered flash does, too.
 bool isInCardSlot(const KernelDevice& device);
 
 /// Returns whether the device is an SD card in such a slot.
@@ -94,11 +95,11 @@ bool isInCardSlot(const KernelDevice& device);
 [[nodiscard]] std::vector<const KernelDevice*> partsOf(const DiskSnapshot& snapshot,
                                                        const KernelDevice& disk);
 
-/// Returns those of them that are mounted.
+/// Returns the parts of the disk that are mounted.
 [[nodiscard]] std::vector<const KernelDevice*> mountedParts(const DiskSnapshot& snapshot,
                                                             const KernelDevice& disk);
 
-/// Returns the physical disks that hold "/", ordered by their numbers. Empty when "/" leads to none.
+/// Returns the physical disks that hold "/", ordered by their numbers. Returns none if "/" lies on no disk.
 [[nodiscard]] std::vector<const KernelDevice*> systemDisks(const DiskSnapshot& snapshot);
 
 /// Returns the disks that have a medium and whose records are consistent.

@@ -18,7 +18,7 @@ using EjectOutcome = BlockSystem::EjectOutcome;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-/// The program gives an eject 60 seconds. The last reading of the computer may itself take 15 of them.
+/// The program allows an eject 60 seconds. The last reading of the computer may itself take 15 of them.
 constexpr seconds timeToEject{40};
 
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk. On a
@@ -31,26 +31,27 @@ constexpr milliseconds timeToActivate{3500};
 
 constexpr milliseconds pauseBetweenReadings{200};
 
-/// The drive may be busy for a moment, because udev looks at the new contents. What keeps it busy for longer,
-/// with nothing mounted, is a claim that the kernel does not show, and waiting ends none of those.
+/// The drive may be busy for a moment, because udev reads the new contents. A drive that stays busy with
+/// nothing mounted has a claim that the kernel does not show, and waiting never ends such a claim.
 constexpr int mostBusyAnswers = 10;
 
 PlatformError claimed(const std::string& identifier) {
     return {EBUSY, "Resource busy: another program or file system uses " + identifier + "."};
 }
 
-/// UDisks2 ejects drives. Where two disks have one drive, it might eject the other disk.
+/// Returns whether UDisks2 can eject the disk. It ejects drives: if two disks have one drive, it might eject
+/// the other disk.
 bool hasEjectMechanism(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     return disk.udisks.isEjectable && !isInCardSlot(disk) && !sharesDrive(snapshot, disk);
 }
 
-/// Returns whether nothing of the disk is in use, and no program has locked it.
+/// Returns whether no part of the disk is in use, and no program has locked it.
 bool isAtRest(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     return isUnused(snapshot, disk) && !isLocked(snapshot, disk);
 }
 
-/// Returns whether the contents are of a kind that computers activate without being asked, and desktops
-/// unlock if they remember the password.
+/// Returns whether the contents are of a kind that computers activate automatically, and desktops unlock if
+/// they remember the password.
 bool mayBeActivated(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     return std::ranges::any_of(partsOf(snapshot, disk), [](const KernelDevice* part) {
         const std::string& kind = part->udisks.fileSystem;
@@ -89,7 +90,7 @@ Ejection::State Ejection::next(State state) {
     return State::released;
 }
 
-/// Waits until those who use the disk have let go of it. What stays in use then protects it.
+/// Waits until the disk is released by its users. A use that does not end protects the disk.
 Ejection::State Ejection::awaitRelease() {
     for (; system.now() < deadline; system.wait(pauseBetweenReadings)) {
         const DiskSnapshot& snapshot = read();
@@ -137,8 +138,8 @@ Ejection::State Ejection::settle() {
     const KernelDevice* disk = diskInPlace(snapshot);
     if (!disk || isAtRest(snapshot, *disk)) return State::released;
     if (identifierOf(snapshot, *disk) == identifier) return startOver();
-    // The reader has announced its medium anew, or the user has inserted another one, which is not ours to
-    // touch.
+    // The reader has announced its medium anew, or the user has inserted another one, which must not be
+    // touched.
     if (system.now() >= deadline) throw remounted(identifier);
     system.wait(pauseBetweenReadings);
     return State::settling;
@@ -152,13 +153,12 @@ Ejection::State Ejection::startOver() {
     throw isLocked(latest, disk) ? claimed(identifier) : remounted(identifier);
 }
 
-/// Waits until udev and the desktop have made of the new contents what they will, since the medium may stay
-/// in its slot.
+/// Waits until udev and the desktop have reacted to the new contents, since the medium may stay in its slot.
 void Ejection::awaitSettling() {
     if (!diskInPlace(read())) return;
     const Time begin = system.now();
     const auto timeToMount = std::max<Duration>(timeToMountAgain, readingsToMountAgain * longestReading);
-    // However late it is, the desktop has its usual time.
+    // Even after the deadline, the desktop has its usual time.
     const auto wait = std::max<Duration>(timeToMountAgain, std::min(timeToMount, deadline - begin));
     const Time end = std::min(deadline, begin + wait + timeToActivate);
     system.wait(std::chrono::ceil<milliseconds>(wait));
@@ -177,8 +177,7 @@ const DiskSnapshot& Ejection::read() {
     return latest;
 }
 
-/// Returns the disk in the place of the one that is ejected, whatever its number, or null when no medium is
-/// there.
+/// Returns the disk in the place of the ejected one, whatever its number, or null if there is no medium.
 const KernelDevice* Ejection::diskInPlace(const DiskSnapshot& snapshot) const {
     const auto disks = listedDisks(snapshot);
     const auto found = std::ranges::find(disks, place, &KernelDevice::path);

@@ -6,14 +6,14 @@
 
 namespace tessel {
 
-/// Lets go of one disk, so that its medium may be pulled. What has been activated since the image was written
-/// is waited for, but never ended. Power is never cut, because other slots may depend on it.
+/// Releases one disk, so that its medium may be pulled out. Anything activated since the image was written is
+/// waited for, but never ended. Power is never cut, because other slots may depend on it.
 class Ejection {
   public:
     Ejection(BlockSystem& system, std::string identifier);
 
-    /// Returns once the medium may be pulled: no part of it is in use, everything has been written, and it
-    /// has been ejected if the reader has a mechanism for that. Throws PlatformError.
+    /// Ejects the disk. Returns once the medium may be pulled out: no part of it is in use, everything has
+    /// been written, and it has been ejected if the reader has a mechanism for that. Throws PlatformError.
     void run();
 
   private:
@@ -45,7 +45,7 @@ class Ejection {
     const std::string identifier;
     const Time deadline;
     std::string place;          ///< the path of the disk in the kernel's device tree
-    DiskSnapshot latest;        ///< as it was last read
+    DiskSnapshot latest;        ///< the last reading
     Duration longestReading{};  ///< a measure of how slow this computer is
     bool hasBeenEjected = false;
     int busyAnswers = 0;

@@ -11,8 +11,8 @@ namespace tessel {
 
 namespace {
 
-/// UDisks2 may have to ask before it unmounts. The program that runs the utility knows how long that may
-/// take.
+/// UDisks2 may have to ask the user before it unmounts. The program that runs the utility limits the time for
+/// that.
 constexpr std::chrono::hours timeToAnswer{24};
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// The disks of this computer. Each operation reads them anew and judges anew: a protected disk is neither
+/// The disks of this computer. Each operation reads and checks them anew: a protected disk is neither
 /// unmounted nor ejected, nor is one that another program is writing to.
 class LinuxDiskUtility : public DiskUtility {
   public:

@@ -34,7 +34,7 @@ bool isAtRest(BlockSystem& system, const std::string& identifier) {
 
 void unmountDisk(BlockSystem& system, const std::string& identifier, Time deadline) {
     const Time endOfMarking = system.now() + timeToMark;
-    std::optional<Time> end;  // however late unmounting begins, it has its time
+    std::optional<Time> end;  // set when unmounting begins, so that a late beginning does not shorten it
     for (;;) {
         const DiskSnapshot snapshot = readUnlocked(system, identifier);
         const KernelDevice& disk = listedDisk(snapshot, identifier);

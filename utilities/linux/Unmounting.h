@@ -8,11 +8,11 @@
 
 namespace tessel {
 
-/// Returns once nothing on the disk is mounted any more. Never touches a protected or locked disk; what may
-/// end its protection is waited for a few seconds. Throws PlatformError.
+/// Unmounts everything on the disk. Never touches a protected or locked disk, but waits a few seconds for a
+/// protection that may end. Throws PlatformError.
 void unmountDisk(BlockSystem& system, const std::string& identifier, BlockSystem::Time deadline);
 
-/// Returns the error that tells the user that something keeps the disk mounted.
+/// Returns the error that tells the user that a volume on the disk keeps being remounted.
 [[nodiscard]] PlatformError remounted(const std::string& identifier);
 
 }  // namespace tessel

@@ -9,19 +9,19 @@ namespace tessel {
 
 /// How a simulated disk misbehaves; by default it doesn't.
 struct DiskBehaviour {
-    std::string refusesUnmount = {};  ///< unless empty, said instead of unmounting
-    std::string ejectFails = {};      ///< unless empty, said instead of ejecting
-    /// Unless empty, "dismissed", "denied", "busy", or else what is said instead of opening.
+    std::string refusesUnmount = {};  ///< the message that replaces unmounting, unless empty
+    std::string ejectFails = {};      ///< the message that replaces ejecting, unless empty
+    /// The result that replaces opening, unless empty: "dismissed", "denied", "busy" or any other message.
     std::string authorization = {};
     /// The details that change while the user is being asked.
     PropertyList::Dictionary exchangedDuringPrompt = {};
-    /// How many seconds "list", "info", "unmountDisk", "eject" or "authopen" waits before it does anything.
+    /// The seconds that "list", "info", "unmountDisk", "eject" or "authopen" waits before it does anything.
     std::map<std::string, double> delays = {};
 
     [[nodiscard]] static DiskBehaviour from(const PropertyList::Dictionary& dictionary);
     [[nodiscard]] PropertyList::Dictionary dictionary() const;
 
-    /// Sleeps for as long as this command is to wait.
+    /// Sleeps for the delay of this command.
     void waitBefore(const std::string& command) const;
 };
 

@@ -43,7 +43,7 @@ void writeDictionary(const std::filesystem::path& path, const PropertyList::Dict
 void ReaderFolder::logCall(std::string_view line) const {
     const std::filesystem::path path = folder / callsFile;
     const FileDescriptor log(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644));
-    // A single write keeps the lines of programs apart that run at the same time.
+    // A single write keeps the lines of concurrent programs apart.
     const std::string bytes = std::string(line) + '\n';
     if (!log.isOpen()) throw posixError(path.string() + " could not be opened", errno);
     if (write(log.get(), bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))

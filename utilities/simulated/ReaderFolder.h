@@ -29,7 +29,7 @@ class ReaderFolder {
 
     /// Returns the identifiers of the disks that are in the reader, ordered by their numbers.
     [[nodiscard]] std::vector<std::string> disks() const;
-    /// These work for a disk outside the reader, too.
+    /// Sets the details, even of a disk outside the reader. The functions below work for such a disk, too.
     void setDetails(const std::string& disk, const PropertyList::Dictionary& details) const;
     void setBehaviour(const std::string& disk, const DiskBehaviour& behaviour) const;
     void putIn(const std::string& disk) const;
@@ -38,7 +38,8 @@ class ReaderFolder {
         return folder / disk / "medium";
     }
 
-    /// Each fails as the disk utility does when the disk is not in the reader.
+    /// Returns the details. Fails as the disk utility does when the disk is not in the reader; so do the
+    /// functions below.
     [[nodiscard]] PropertyList::Dictionary details(const std::string& disk) const;
     [[nodiscard]] DiskBehaviour behaviour(const std::string& disk) const;
 

@@ -46,14 +46,14 @@ PropertyList withoutMountPoints(const PropertyList& value) {
     return unmounted;
 }
 
-/// Throws while a program has the medium open: no system lets go of it then.
+/// Throws while a program has the medium open, since no system would eject it then.
 void requireClosed(const std::filesystem::path& medium) {
     const FileDescriptor descriptor(open(medium.c_str(), O_RDONLY | O_CLOEXEC));
     if (descriptor.isOpen() && !lockExclusively(descriptor.get()).isSuccess())
         throw refusal("Resource busy: a program still has the card open.");
 }
 
-/// Returns what the list says about a disk, under the keys that the list uses.
+/// Returns a disk's entry in the list, under the keys that the list uses.
 PropertyList::Dictionary listEntry(const PropertyList::Dictionary& details) {
     constexpr std::pair<const char*, const char*> keys[] = {
         {identifierKey, identifierKey},    {"Content", "Content"},         {"TotalSize", "Size"},

@@ -14,7 +14,7 @@ namespace tessel {
 
 namespace {
 
-/// Returns what the user or the system says instead of opening.
+/// Returns the message of the user or the system that replaces opening.
 std::string refusalText(const std::string& authorization) {
     constexpr std::pair<const char*, const char*> texts[] = {
         {"dismissed", "User canceled."},

@@ -5,8 +5,8 @@
 
 namespace tessel {
 
-/// Opens the media of a folder that plays a card reader: files, and loop devices that no other program
-/// has open. Any other device is refused, wherever a link leads.
+/// Opens the media of a folder that plays a card reader: files, and loop devices that no other program has
+/// open. Any other device is refused, wherever a link leads.
 class SimulatedRawDiskOpener : public DiskOpener {
   public:
     explicit SimulatedRawDiskOpener(const ReaderFolder& reader) : reader(reader) {}

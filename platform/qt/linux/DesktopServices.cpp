@@ -20,16 +20,17 @@ constexpr auto methodCall = QDBusMessage::createMethodCall;
 
 constexpr auto programName = "Velmora Tessel";
 
-/// The flag of session managers and of the portal that keeps a session from counting as idle, which is what
-/// they put a computer to sleep for. The one for suspending would refuse the user's own wish to suspend, too.
+/// The flag of session managers and of the portal that keeps a session from counting as idle, after which
+/// they would put the computer to sleep. The flag against suspending would also block a suspend that the user
+/// requests.
 constexpr uint idleFlag = 8;
 
 /// A service that may decide when the computer falls asleep.
 struct Service {
     QDBusConnection bus;
     QDBusMessage request;
-    QString answer;  ///< the type of what it grants
-    /// Makes the call that gives back what was granted. Absent for a descriptor, which only has to be closed.
+    QString answer;  ///< the D-Bus signature of the answer
+    /// The call that gives back what was granted; empty for a descriptor, which only has to be closed.
     std::function<QDBusMessage(const QVariant& granted)> giveBack;
 };
 
@@ -41,7 +42,8 @@ Service loginService(const QString& reason) {
     return {QDBusConnection::systemBus(), request, "h", nullptr};
 }
 
-/// The only service that may be started for this: a desktop that has a portal starts it with its first call.
+/// Returns the only service that may be started for this: a desktop that has a portal starts it with its
+/// first call.
 Service portal(const QString& reason) {
     auto request = methodCall("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                               "org.freedesktop.portal.Inhibit", "Inhibit");
@@ -54,7 +56,7 @@ Service portal(const QString& reason) {
     return {QDBusConnection::sessionBus(), request, "o", close};
 }
 
-/// Returns a service of the session that answers the request with a number, by which it is given back.
+/// Returns a service of the session that answers a request with a number, which gives the grant back.
 Service numberingService(QDBusMessage request, const QString& giveBack) {
     request.setAutoStartService(false);
     const auto call = [request, giveBack](const QVariant& granted) {
@@ -78,7 +80,7 @@ Service powerManager(const QString& reason) {
     return numberingService(request, "UnInhibit");
 }
 
-/// What a service has granted, until this is dropped.
+/// A grant of a service, which is given back when this object is destroyed.
 class Grant {
   public:
     Grant(const Service& service, QVariant granted) : service(service), granted(std::move(granted)) {}
@@ -96,12 +98,12 @@ class Grant {
     QVariant granted;
 };
 
-/// Asks every service that may decide, since each desktop has its own: GNOME, MATE and Cinnamon look only at
-/// what their session manager granted, KDE and Xfce at their power manager, and a computer without any of
-/// these at the locks of the login service. A portal grants the wish even where nothing behind it fulfils it,
-/// so its answer is no reason to leave out the others. Being asked twice harms none of them.
+/// Asks every service that may decide, since each desktop has its own: GNOME, MATE and Cinnamon heed only
+/// their session manager, KDE and Xfce their power manager, and a computer without any of these the locks of
+/// the login service. A portal grants the request even if nothing behind it fulfils it, so its answer is no
+/// reason to leave out the others. Being asked twice harms none of them.
 ///
-/// What is granted after this was dropped is given back at once.
+/// A grant that arrives after this object is destroyed is given back at once.
 class SleepBlock : public TemporaryActivity {
   public:
     explicit SleepBlock(const QString& reason) {
@@ -114,7 +116,8 @@ class SleepBlock : public TemporaryActivity {
     using Grants = std::vector<std::unique_ptr<Grant>>;
 
     void ask(const Service& service) {
-        // The call outlives this object, however late its answer comes, because that must be given back.
+        // The call outlives this object, however late its answer comes, because a late grant must be given
+        // back.
         constexpr int withoutLimit = std::numeric_limits<int>::max();
         auto* request = new QDBusPendingCallWatcher(service.bus.asyncCall(service.request, withoutLimit),
                                                     QCoreApplication::instance());
@@ -142,7 +145,7 @@ void showNotification(const Desktop::Notification& notification) {
     call << programName << replacesNone << "velmora-tessel" << QString::fromStdString(notification.title)
          << QString::fromStdString(notification.text).toHtmlEscaped()  // the text is read as markup
          << QStringList() << QVariantMap{{"desktop-entry", "velmora-tessel"}} << shownAsLongAsUsual;
-    // The window says the same, so a desktop that shows no notifications costs nobody anything.
+    // The window says the same, so the user misses nothing on a desktop that shows no notifications.
     QDBusConnection::sessionBus().send(call);
 }
 

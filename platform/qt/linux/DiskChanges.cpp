@@ -18,7 +18,8 @@ struct Unreference {
 template <typename T>
 using Referenced = std::unique_ptr<T, Unreference>;
 
-/// The kernel calls almost everything that happens to a disk a change, even the end of a write to it.
+/// Returns whether the event means that a disk or a medium has come or gone. The kernel reports almost
+/// everything that happens to a disk as a change, even the end of a write to it.
 bool tellsOfComingOrGoing(udev_device* disk) {
     const std::string_view path = udev_device_get_syspath(disk);
     const bool isVirtual = path.find("/devices/virtual/") != path.npos;  // a mounted disk image, for example
@@ -27,7 +28,7 @@ bool tellsOfComingOrGoing(udev_device* disk) {
                           udev_device_get_property_value(disk, "DISK_MEDIA_CHANGE"));
 }
 
-/// Listens to what the device manager tells once it has dealt with an event of the kernel.
+/// Listens to udev's reports, which follow its own handling of the kernel's events.
 class DeviceManagerMonitor : public TemporaryActivity {
   public:
     explicit DeviceManagerMonitor(std::function<void()> onChange) : onChange(std::move(onChange)) {

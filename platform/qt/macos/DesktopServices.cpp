@@ -9,7 +9,7 @@ namespace tessel {
 
 namespace {
 
-/// Runs the system's own program for this, which ends with this one at the latest.
+/// Runs the system's own program that keeps the computer awake, which ends with this one at the latest.
 struct Caffeinate : TemporaryActivity {
     Process process{{.executable = "/usr/bin/caffeinate",
                      .arguments = {"-i", "-w", std::to_string(getpid())},
@@ -19,8 +19,8 @@ struct Caffeinate : TemporaryActivity {
 
 }  // namespace
 
-/// Does nothing: Qt can only show a notification there through an icon in the menu bar, which nobody asked
-/// for.
+/// Does nothing: Qt can only show a notification there through an icon in the menu bar, which this program
+/// lacks.
 void showNotification(const Desktop::Notification&) {}
 
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string&) {

@@ -2,7 +2,7 @@
 
 namespace tessel {
 
-/// Does nothing: only frameworks of the system tell of disks there.
+/// Does nothing: only frameworks of the system report such changes there.
 std::unique_ptr<TemporaryActivity> watchDisks(std::function<void()>) {
     return nullptr;
 }

@@ -1,5 +1,5 @@
-/// Shows the window on a simulated card reader. Where there is a display, a person operates it; where there
-/// is none, a scripted user does so off screen.
+/// Shows the window on a simulated card reader. On a display the user operates it; without one, a scripted
+/// user does so off screen.
 
 #include <QApplication>
 #include <cstdio>
@@ -65,7 +65,7 @@ Task<> play(VelmoraTesselApp& application, Stage& stage, std::filesystem::path i
     application.window().closeWhenWriteEnds();
 }
 
-/// Returns the image that the person named, or else a sample.
+/// Returns the image that the user named, or else a sample.
 std::filesystem::path imageToTry(const Stage& stage, std::span<char* const> arguments) {
     if (arguments.empty()) return stage.makeSampleImage();
     const std::filesystem::path image = arguments.front();
@@ -107,7 +107,7 @@ int main(int argc, char* argv[]) {
     tessel::TerminationSignal terminationSignal;
     if (!tessel::hasDisplay()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        qputenv("QT_LOGGING_RULES", "default.warning=false");  // these warn of what only a real screen has
+        qputenv("QT_LOGGING_RULES", "default.warning=false");  // these concern real screens only
     }
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();

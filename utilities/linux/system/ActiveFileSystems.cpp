@@ -19,8 +19,8 @@ using Time = BlockSystem::Time;
 constexpr char active = '1';
 constexpr char inactive = '0';
 
-/// Returns 0 or the errno of a question that the kernel answers without any rights: which format the quotas
-/// of the device's file system have.
+/// Asks the kernel which format the quotas of the device's file system have, a question that needs no rights.
+/// Returns 0 or the errno of the answer.
 int askForQuotas(const char* device) {
     int format = 0;
     const int result = quotactl(QCMD(Q_GETFMT, USRQUOTA), device, 0, reinterpret_cast<char*>(&format));
@@ -38,7 +38,7 @@ void writeAnswers(const std::vector<std::string>& devices, int answers) {
 }  // namespace
 
 bool noteActiveFileSystems(DiskSnapshot& snapshot, const KernelDevice& disk, Time deadline) {
-    // A kernel without quotas says the same of everything.
+    // A kernel without quotas gives the same answer for every device.
     if (askForQuotas("/dev/null") == ENOSYS) return true;
     std::vector<std::string> names;
     std::vector<std::string> paths;

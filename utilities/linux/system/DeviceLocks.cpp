@@ -23,14 +23,14 @@ namespace tessel {
 
 namespace {
 
-/// Returns the number of a file system as the table of locks has it: the "00:05" of "00:05:345".
+/// Returns the number of a file system as in the table of locks: the "00:05" of "00:05:345".
 std::string fileSystemNumber(dev_t number) {
     char text[32];
     std::snprintf(text, sizeof text, "%02x:%02x", major(number), minor(number));
     return text;
 }
 
-/// Returns how the table names a file.
+/// Returns the name of a file in the table of locks.
 std::string nameInTable(const struct stat& status) {
     return fileSystemNumber(status.st_dev) + ":" + std::to_string(status.st_ino);
 }
@@ -40,8 +40,8 @@ std::string fileSystemOf(const std::string& lockedFile) {
     return lockedFile.substr(0, lockedFile.rfind(':'));
 }
 
-/// Returns which file systems are mounted where for the process with this folder in /proc; nothing if it has
-/// ended.
+/// Returns the file systems by the folders where they are mounted, for the process with this folder in /proc;
+/// none if it has ended.
 std::map<std::string, std::string> fileSystemsByTarget(const std::filesystem::path& process) {
     std::map<std::string, std::string> fileSystems;
     std::ifstream mounts(process / "mountinfo");
@@ -56,13 +56,13 @@ std::map<std::string, std::string> fileSystemsByTarget(const std::filesystem::pa
     return fileSystems;
 }
 
-/// Removes the files of those file systems that this process sees, too: their nodes are already known.
+/// Removes the files of file systems that this process sees, too: their nodes have been checked already.
 void removeOwnFiles(std::set<std::string>& files) {
     for (const auto& [target, fileSystem] : fileSystemsByTarget("/proc/self"))
         std::erase_if(files, [&](const std::string& file) { return fileSystemOf(file) == fileSystem; });
 }
 
-/// Returns the processes, as their folders in /proc.
+/// Returns the folders of the processes in /proc.
 std::vector<std::filesystem::path> processes() {
     std::vector<std::filesystem::path> folders;
     for (const std::string& name : namesIn("/proc"))
@@ -104,13 +104,13 @@ bool mayOwnDeviceNodes(const std::filesystem::path& process) {
     return firstLineOf(process / "uid_map") == firstLineOf("/proc/self/uid_map");
 }
 
-/// A folder of device nodes, on a path by which this process can look into it.
+/// A folder of device nodes, by a path on which this process can read it.
 struct NodeFolder {
     std::filesystem::path path;
     std::string fileSystem;
 };
 
-/// Returns every folder of device nodes that some process has, several times where processes share it.
+/// Returns every folder of device nodes that some process has, several times if processes share it.
 std::vector<NodeFolder> nodeFolders() {
     std::vector<NodeFolder> folders;
     for (const auto& process : processes()) {
@@ -122,8 +122,8 @@ std::vector<NodeFolder> nodeFolders() {
     return folders;
 }
 
-/// Looks for a locked file in these folders, and notes that its device is locked. Where the file may be one
-/// that this user is not shown, some disk is noted as locked.
+/// Looks for a locked file in these folders, and marks its device as locked. If this user is not allowed to
+/// see where the file is, marks some disk as locked.
 void addLockOfNode(DiskSnapshot& snapshot, const std::vector<NodeFolder>& folders,
                    const std::string& lockedFile) {
     bool isDoubtful = !std::filesystem::exists("/proc/1");  // /proc may show only the user's own processes
@@ -141,7 +141,7 @@ void addLockOfNode(DiskSnapshot& snapshot, const std::vector<NodeFolder>& folder
     snapshot.isDiskLockedElsewhere |= isDoubtful;
 }
 
-/// Returns how the table names the file at this path; empty when there is none.
+/// Returns the name in the table of locks of the file at this path; empty when there is none.
 std::string nameInTable(const std::string& path) {
     struct stat status{};
     return stat(path.c_str(), &status) == 0 ? nameInTable(status) : "";
@@ -168,8 +168,7 @@ void addLocks(DiskSnapshot& snapshot) {
     if (table.bad() || !table.eof()) throw posixError("/proc/locks could not be read", errno);
     for (KernelDevice& device : snapshot.devices)
         device.isLocked = files.erase(nameInTable("/dev/" + device.name)) > 0;
-    // What is left may be locked through a node that system virtual machines and containers have of their
-    // own.
+    // The remaining locks may be held through device nodes of system virtual machines and containers.
     removeOwnFiles(files);
     if (files.empty()) return;
     const auto folders = nodeFolders();

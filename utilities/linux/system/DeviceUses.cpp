@@ -42,8 +42,8 @@ std::string blockDeviceAt(const char* path) {
     return isBlockDevice ? blockDeviceName(status.st_rdev) : "";
 }
 
-/// Returns whether a program or another computer answers for what is mounted there. There are no devices of
-/// this computer, and looking for some might wait for ever.
+/// Returns whether another program or computer serves the file system. Such a mount has no device of this
+/// computer, and looking for one might hang forever.
 bool isAnsweredElsewhere(libmnt_fs* entry) {
     const char* const type = mnt_fs_get_fstype(entry);
     return mnt_fs_is_netfs(entry) || (type && std::string_view(type).starts_with("fuse"));
@@ -65,7 +65,7 @@ std::string deviceUnder(libmnt_table* mounts, const char* path) {
     libmnt_fs* const mount = mnt_table_find_mountpoint(mounts, path, MNT_ITER_BACKWARD);
     std::string name = mount && isAnsweredElsewhere(mount) ? "" : blockDeviceAt(path);
     if (name.empty() && mount) name = deviceNameOf(mount);
-    // A node that exists only in another container is most likely named as it is here.
+    // A node that exists only in another container most likely has the same name here.
     return name.empty() && words.starts_with("/dev/") ? std::string(words.substr(5)) : name;
 }
 
@@ -94,7 +94,7 @@ void forEachEntry(libmnt_table* table, Action act) {
 
 struct Source {
     const char* pattern;  ///< of the files that name a device or file
-    size_t namePlace;     ///< which folder of the path names the user, counted from the root
+    size_t namePlace;     ///< the folder of the path that names the user, counted from the root
 };
 
 constexpr auto sources = std::to_array<Source>({
@@ -113,8 +113,8 @@ std::string folderAt(size_t place, const std::string& path) {
     return path.substr(begin, path.find('/', begin) - begin);
 }
 
-/// Returns the path that the line is or, where it is the number of a device such as "8:1f" (hexadecimal), the
-/// path of that device in sysfs. Absent where nothing is used.
+/// Returns the path that the line holds or, if it is the number of a device such as "8:1f" (hexadecimal), the
+/// path of that device in sysfs. Returns nothing if no device is used.
 std::optional<std::string> pathIn(const std::string& line) {
     unsigned major = 0;
     unsigned minor = 0;
@@ -196,8 +196,7 @@ void addSpanningFileSystems(DiskSnapshot& snapshot, const std::string& root) {
             members.push_back(blockDeviceInSysfs(link));
         addMembers(snapshot, members);
     }
-    // An ext4 file system may have its journal on another device, which then has an entry of its own name
-    // here.
+    // An ext4 file system may have its journal on another device, which then has an entry of its own here.
     for (const std::string& journal : namesIn(root + "/proc/fs/jbd2"))
         changeDevice(snapshot, journal, [](KernelDevice& device) { device.spansDisks = true; });
 

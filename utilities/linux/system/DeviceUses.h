@@ -32,12 +32,12 @@ struct DeviceUser {
     std::string path;  ///< of the device, in /dev or in sysfs, or of the file
 };
 
-/// Reads all that the kernel's files reveal; the paths of those files begin with `root`. Throws PlatformError
-/// when one of them can't be read.
+/// Returns all users that the kernel's files reveal; the paths of those files begin with `root`. Throws
+/// PlatformError when one of them can't be read.
 [[nodiscard]] std::vector<DeviceUser> readDeviceUsers(const std::string& root = "");
 
-/// Notes what in the kernel uses the devices, or a file on them, without being a holder. Throws PlatformError
-/// when that can't be read.
+/// Notes the users in the kernel of the devices, or of a file on them, that are no holders. Throws
+/// PlatformError when they can't be read.
 void addUsers(DiskSnapshot& snapshot, libmnt_table* mounts);
 
 /// Notes which devices belong to mounted file systems that may span several, and whether ZFS has pools. Reads

@@ -38,7 +38,7 @@ uint64_t readNumber(const std::filesystem::path& attribute) {
 using Database = std::unique_ptr<udev, Release<udev_unref>>;
 using DatabaseEntry = std::unique_ptr<udev_device, Release<udev_device_unref>>;
 
-/// Looks up the device database's name for the USB device that the block device belongs to.
+/// Returns the name that udev's hardware database has for the USB device that the block device belongs to.
 std::string readDatabaseName(udev* database, const std::string& name) {
     const DatabaseEntry entry(udev_device_new_from_subsystem_sysname(database, "block", name.c_str()));
     udev_device* const reader =
@@ -47,12 +47,12 @@ std::string readDatabaseName(udev* database, const std::string& name) {
     return text ? text : "";
 }
 
-/// Notes what lies upon the device and below it.
+/// Notes the devices that lie upon this one and below it.
 void addStack(KernelDevice& device) {
     const std::filesystem::path path = device.path;
     device.holders = namesIn(path / "holders");
     device.slaves = namesIn(path / "slaves");
-    // What caches onto a device holds it, but is not listed among its holders.
+    // A cache that uses a device is not listed among its holders.
     if (!namesIn(path / "bcache").empty()) device.users.emplace_back("bcache");
 }
 
@@ -77,8 +77,7 @@ KernelDevice readDevice(udev* database, const std::filesystem::path& path) {
     };
 }
 
-/// Runs the reading of some signs of use. If they can't be read, every sign may be missing from any of these
-/// devices.
+/// Runs a function that reads signs of use. If it fails, the use of all these devices is unknown.
 template <typename Reading>
 void readOrDoubt(std::span<KernelDevice> devices, Reading reading) {
     try {
@@ -101,7 +100,7 @@ DiskSnapshot readKernelDevices() {
     }
     for (KernelDevice& device : snapshot.devices)
         readOrDoubt({&device, 1}, [&] { addStack(device); });
-    const MountTable mounts = readMounts();  // without it, no device is known to be unused
+    const MountTable mounts = readMounts();  // without this table, every device might be in use
     addUses(snapshot, mounts.get(), readSwaps().get());
     readOrDoubt(snapshot.devices, [&] { addUsers(snapshot, mounts.get()); });
     readOrDoubt(snapshot.devices, [&] { addSpanningFileSystems(snapshot); });

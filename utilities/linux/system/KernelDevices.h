@@ -6,13 +6,13 @@
 
 namespace tessel {
 
-/// Reads what the kernel and the device database say about all block devices and their use. The records of
-/// UDisks2 and the second reading of the sequence numbers remain to be filled in. Throws PlatformError when
-/// the table of mounts can't be read.
+/// Returns what the kernel and udev's database report about all block devices and their use, without the
+/// records of UDisks2 and the second reading of the sequence numbers. Throws PlatformError if the table of
+/// mounts can't be read.
 [[nodiscard]] DiskSnapshot readKernelDevices();
 
-/// Reads the disk sequence number that the device with this path in the kernel's tree has at this moment; 0
-/// when it has none.
+/// Returns the current disk sequence number of the device with this path in the kernel's tree; 0 if it has
+/// none.
 [[nodiscard]] uint64_t readSequenceNumber(const std::filesystem::path& device);
 
 }  // namespace tessel

@@ -14,8 +14,8 @@ namespace tessel {
 
 namespace {
 
-/// Returns whether the error says that something isn't there. A device that is being removed and a process
-/// that has ended have answers of their own.
+/// Returns whether the error means that something isn't there. The kernel has answers of its own for a device
+/// that is being removed and a process that has ended.
 bool isAbsence(int error) {
     return error == ENOENT || error == ENOTDIR || error == ENODEV || error == ENXIO || error == ESRCH;
 }
@@ -28,7 +28,7 @@ int refuseUnlessAbsent(const char*, int error) {
 
 std::optional<std::string> firstLineOf(const std::filesystem::path& file) {
     const FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    std::array<char, 4096> bytes{};  // the kernel tells no more at once
+    std::array<char, 4096> bytes{};  // the kernel returns no more at once
     const ssize_t count = descriptor.isOpen() ? read(descriptor.get(), bytes.data(), bytes.size()) : -1;
     if (count < 0) {
         if (isAbsence(errno)) return std::nullopt;

@@ -18,7 +18,8 @@ namespace {
 constexpr std::chrono::seconds timeToAnswer{1};
 constexpr int mostSilences = 5;
 
-/// What was read before this counts only if it was all about the same medium.
+/// Reads the sequence numbers again. What was read before counts only if both readings agree, and so concern
+/// the same medium.
 void readSequenceNumbersAgain(DiskSnapshot& snapshot) {
     for (KernelDevice& device : snapshot.devices)
         device.sequenceNumberAfterwards = readSequenceNumber(device.path);
@@ -31,9 +32,9 @@ DiskSnapshot LinuxSystem::read(const std::string& identifier) {
     UDisksConnection().describe(snapshot.devices);
     readSequenceNumbersAgain(snapshot);
     const KernelDevice* disk = findListedDisk(snapshot, identifier);
-    // This comes after the mounts, so that what was unmounted in between is not taken for mounted elsewhere.
+    // This comes after the mounts, so that a volume unmounted in between does not count as mounted elsewhere.
     if (disk && !protectionOf(snapshot, *disk)) {
-        // Each unanswered question leaves a process behind, so a kernel that stays silent is asked no more.
+        // Each unanswered question leaves a process behind, so a kernel that stays silent is not asked again.
         const auto deadline = now() + (silences < mostSilences ? timeToAnswer : std::chrono::seconds(0));
         if (!noteActiveFileSystems(snapshot, *disk, deadline)) ++silences;
         readSequenceNumbersAgain(snapshot);

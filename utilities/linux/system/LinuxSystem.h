@@ -5,7 +5,7 @@
 namespace tessel {
 
 /// This computer. UDisks2 does everything that needs rights, and without it every operation fails; the rest
-/// is read from the kernel and the device database.
+/// is read from the kernel and udev's database.
 class LinuxSystem : public BlockSystem {
   public:
     DiskSnapshot read(const std::string& identifier) override;
@@ -17,7 +17,7 @@ class LinuxSystem : public BlockSystem {
     void wait(std::chrono::milliseconds duration) override;
 
   private:
-    int silences = 0;  ///< how often the kernel did not answer about a file system
+    int silences = 0;  ///< the number of times that the kernel did not answer about a file system
 };
 
 }  // namespace tessel

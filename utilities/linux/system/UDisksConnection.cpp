@@ -27,7 +27,7 @@ using Object = std::unique_ptr<Type, Release<g_object_unref>>;
 using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
 using Text = std::unique_ptr<char, Release<g_free>>;
 
-/// Cancels what is still waiting for the bus or UDisks2 when the limit has passed.
+/// Cancels a pending call to the bus or UDisks2 once the limit has passed.
 class TimeLimit {
   public:
     explicit TimeLimit(UDisksConnection::Duration limit) :
@@ -42,10 +42,10 @@ class TimeLimit {
 
   private:
     Object<GCancellable> cancellable{g_cancellable_new()};
-    std::jthread canceller;  ///< must come last, so that it ends before what it cancels
+    std::jthread canceller;  ///< the last member, so that it ends before what it cancels
 };
 
-/// Runs a call that reports its failure through a GError, which becomes an exception.
+/// Runs a call that reports its failure through a GError, and throws that as an exception.
 template <typename Call>
 auto checked(Call call) {
     GError* error = nullptr;
@@ -88,8 +88,7 @@ UDisksObject* objectOf(UDisksBlock* block) {
     return UDISKS_OBJECT(g_dbus_interface_get_object(G_DBUS_INTERFACE(block)));
 }
 
-/// Returns the number in a link such as "/dev/disk/by-diskseq/12", which the device database makes for a
-/// whole disk.
+/// Returns the number in a link such as "/dev/disk/by-diskseq/12", which udev makes for a whole disk.
 std::optional<uint64_t> sequenceNumberInLinks(const char* const* links) {
     constexpr std::string_view prefix = "/dev/disk/by-diskseq/";
     for (; links && *links; ++links) {
@@ -112,7 +111,7 @@ void describeDrive(UDisksDrive* drive, UDisksRecord& record) {
     record.isEjectable = udisks_drive_get_ejectable(drive);
 }
 
-/// Counts the whole disks that have this drive. Readers that UDisks2 can't tell apart share one.
+/// Returns the number of whole disks that have this drive. Readers that UDisks2 can't tell apart share one.
 size_t countDisksWith(UDisksClient* client, const std::string& drivePath) {
     GList* const objects = g_dbus_object_manager_get_objects(udisks_client_get_object_manager(client));
     size_t count = 0;
@@ -129,7 +128,7 @@ size_t countDisksWith(UDisksClient* client, const std::string& drivePath) {
 UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
     const std::string drivePath = text(udisks_block_get_drive(block));
     UDisksRecord record{
-        .drive = drivePath == "/" ? "" : drivePath,  // that is how UDisks2 says that there is none
+        .drive = drivePath == "/" ? "" : drivePath,  // "/" means none to UDisks2
         .sequenceNumber = sequenceNumberInLinks(udisks_block_get_symlinks(block)),
         .fileSystem = text(udisks_block_get_id_type(block)),
         .volumeName = text(udisks_block_get_id_label(block)),
@@ -144,7 +143,8 @@ UDisksRecord describeBlock(UDisksClient* client, UDisksBlock* block) {
 }  // namespace
 
 UDisksConnection::UDisksConnection() {
-    // The user is not asked anything yet, and a service that is only now being started needs a second or two.
+    // The user is not asked anything here, but a service that is only now being started needs a second or
+    // two.
     const TimeLimit limit(std::chrono::seconds(15));
     GError* error = nullptr;
     client.reset(udisks_client_new_sync(limit.get(), &error));
@@ -199,7 +199,7 @@ FileDescriptor UDisksConnection::open(const std::string& device) const {
     const Variant indexHolder(index);
     const Object<GUnixFDList> listHolder(descriptors);
     const int place = g_variant_get_handle(index);
-    // The library would read outside the list.
+    // The library itself would read outside the list.
     if (!descriptors || place < 0 || place >= g_unix_fd_list_get_length(descriptors))
         throw PlatformError(EBADMSG, "The disk service UDisks2 did not hand over what it opened.");
     return FileDescriptor(

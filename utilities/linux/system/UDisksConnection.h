@@ -24,13 +24,13 @@ class UDisksConnection {
   public:
     using Duration = std::chrono::steady_clock::duration;
 
-    /// Throws PlatformError when UDisks2 is not running.
+    /// Connects. Throws PlatformError if UDisks2 is not running.
     UDisksConnection();
 
-    /// Fills in what UDisks2 says about each device.
+    /// Fills in the record of UDisks2 for each device.
     void describe(std::vector<KernelDevice>& devices) const;
 
-    /// Returns what UDisks2 says about the block device with this number; absent when it knows none.
+    /// Returns the record of UDisks2 for the block device with this number, or nothing if it has none.
     [[nodiscard]] std::optional<UDisksRecord> recordOf(dev_t number) const;
 
     void unmount(const std::string& device, Duration limit) const;

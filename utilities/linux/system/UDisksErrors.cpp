@@ -26,8 +26,8 @@ std::string ownWords(const GError& error) {
     return copy->message;
 }
 
-/// Returns what UDisks2 leaves out: it has the same words whether no user could be asked, authentication
-/// failed or the rules forbid it. A dismissed dialog is another error.
+/// Returns advice that the message of UDisks2 lacks: it is the same whether no user could be asked,
+/// authentication failed or the rules forbid it. A dismissed dialog is another error.
 std::optional<std::string> adviceOnAuthorization(const GError& error) {
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_CAN_OBTAIN))
         return "Nobody could be asked, because no authentication agent is running in this session. Start the "
@@ -38,7 +38,7 @@ std::optional<std::string> adviceOnAuthorization(const GError& error) {
     return std::nullopt;
 }
 
-/// Returns the languages in which the programs of this computer may speak, besides English: the user's and
+/// Returns the languages, besides English, in which the programs of this computer may report: the user's and
 /// the system's own.
 std::vector<std::string> localeNames() {
     std::vector<std::string> names;
@@ -53,7 +53,7 @@ std::vector<std::string> localeNames() {
     return names;
 }
 
-/// Returns whether the text contains the system's words for this errno, in whichever of those languages.
+/// Returns whether the text contains the system's text for this errno, in any of those languages.
 bool mentions(const std::string& text, int error) {
     if (text.find(systemErrorText(error)) != std::string::npos) return true;
     const auto names = localeNames();
@@ -69,7 +69,7 @@ bool mentions(const std::string& text, int error) {
 }  // namespace
 
 bool isBusy(const GError& error) {
-    // A failed exclusive opening has no code of its own, only the system's words, in the language of the
+    // A failed exclusive opening has no code of its own, only the system's text in the language of the
     // service.
     return hasCode(error, UDISKS_ERROR_DEVICE_BUSY) ||
            (hasCode(error, UDISKS_ERROR_FAILED) && mentions(ownWords(error), EBUSY));

@@ -17,10 +17,10 @@ using OwnedError = std::unique_ptr<GError, Release<g_error_free>>;
 /// Returns whether UDisks2 tried and failed, rather than refused or disappeared.
 [[nodiscard]] bool isFailedAttempt(const GError& error);
 
-/// Returns whether UDisks2, or the bus to it, stayed silent or disappeared.
+/// Returns whether UDisks2, or the bus to it, did not answer or disappeared.
 [[nodiscard]] bool isWithoutAnswer(const GError& error);
 
-/// Words the refusal so that a dismissed dialog, and nothing else, reads as a cancellation.
+/// Returns the error to throw, whose text reads as a cancellation only after a dismissed dialog.
 [[nodiscard]] PlatformError refusal(const GError& error);
 
 }  // namespace tessel
