@@ -1,4 +1,4 @@
-"""What a screen reader knows of a running program, over the accessibility bus."""
+"""Reads a running program over the accessibility bus, as a screen reader does."""
 import re
 import time
 
@@ -15,12 +15,12 @@ def reading(interface, name):
 
 
 class Node:
-    """One thing on the screen, as it was when it was looked at."""
+    """One accessible object, as it was when it was read."""
 
     def __init__(self, path, answers):
         self.path = path
         states, self.role, self.name, children = answers
-        if None in (states, self.role, self.name):  # it went while it was being asked, and is not shown any more
+        if None in (states, self.role, self.name):  # it disappeared while it was being read
             states, self.role, self.name = (0, 0), "", ""
         self.states = states[0] | states[1] << 32
         self.child_paths = [child for _, child in children or []]
@@ -39,7 +39,7 @@ class ScreenReader:
         flags = Gio.DBusConnectionFlags
         self.bus = Gio.DBusConnection.new_for_address_sync(
             address.unpack()[0], flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION)
-        self.announced = []  # every change of a state, as (path, state, value), and every announcement
+        self.announced = []  # every state change and announcement, as (path, state, value)
         for signal, event in (("StateChanged", "object:state-changed"), ("Announcement", "object:announcement")):
             self.bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", signal, None, None, 0, self.note_event)
             self.bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
@@ -60,7 +60,7 @@ class ScreenReader:
         return self.name
 
     def ask(self, questions):
-        """The answers to all questions, which are sent at once; none to those that can't be answered."""
+        """Returns the answers to all questions, which are sent at once; None for those that fail."""
         answers = {}
 
         def take(bus, result, index):
@@ -76,7 +76,7 @@ class ScreenReader:
         return [answers[index] for index in range(len(questions))]
 
     def shown(self, root=ROOT):
-        """Everything that is shown below the root, in reading order."""
+        """Returns everything that is shown below the root, in reading order."""
         nodes, level = {}, [root]
         while level:
             found = self.look_at(level)
@@ -91,12 +91,12 @@ class ScreenReader:
         return [Node(path, answers[index * len(questions):][:len(questions)]) for index, path in enumerate(paths)]
 
     def ask_of(self, paths, questions):
-        """The first part of each answer, in the order of the paths."""
+        """Returns the first part of each answer, in the order of the paths."""
         return [answer and answer[0] for answer in self.ask([(self.name, path, *question)
                                                              for path in paths for question in questions])]
 
     def operable(self, root=ROOT):
-        """What is shown below the root and offers actions, which it then has."""
+        """Returns everything shown below the root that offers actions, and fills them in."""
         nodes = self.shown(root)
         for node, actions in zip(nodes, self.ask_of([node.path for node in nodes], [(ACTION, "GetActions")])):
             node.actions = [name for name, _, _ in actions or []]

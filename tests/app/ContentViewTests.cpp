@@ -1,4 +1,4 @@
-// Disks in the window: which are listed, which stays inspected, and the hint at those that came or went.
+// Disks in the window: which are listed, which stays inspected, and the hint that disks have come or gone.
 
 #include "tests/app/WindowTest.h"
 #include "views/controls/DisclosureButton.h"

@@ -19,14 +19,14 @@ using testing::UnorderedElementsAreArray;
 
 class DesktopServicesTests : public WindowTest {
   protected:
-    /// Qt asks for a bus once a process.
+    /// Skips the test unless the process is its own, because Qt looks for a bus once per process.
     void SetUp() override {
         if (testing::UnitTest::GetInstance()->test_to_run_count() != 1 ||
             QStandardPaths::findExecutable("dbus-daemon").isEmpty())
             GTEST_SKIP() << "needs dbus-daemon and a process of its own";
     }
 
-    /// Has the card written while that window, or else the program's own, is in front.
+    /// Writes the card while that window, or else the program's own, is in front.
     void writeBehind(QWindow* other) {
         reader.reinsert("disk4");
         startWrite();
@@ -38,7 +38,7 @@ class DesktopServicesTests : public WindowTest {
     }
 };
 
-/// A wish to stay awake, and how it is given back.
+/// A request to stay awake, and the call that gives it back.
 struct Wish {
     std::string service;
     std::string wish;
@@ -156,7 +156,7 @@ TEST_F(DesktopServicesTests, everyServiceThatMayDecideIsAskedToStayAwakeAndRelea
             EXPECT_THAT(calls(), UnorderedElementsAreArray(expected));
         }
     }
-    // A service that has gone is not started again to be told of the end.
+    // A service that has ended is not started again for the end of the activity.
     session.run({sessionManager.service});
     auto block = blockSleep("Writing");
     until([&] { return !session.calls.empty(); });
@@ -165,7 +165,7 @@ TEST_F(DesktopServicesTests, everyServiceThatMayDecideIsAskedToStayAwakeAndRelea
     session.run({});
     block.reset();
     QTest::qWait(50);
-    // Only a portal is started for the wish.
+    // Only a portal is started for the request.
     EXPECT_TRUE(session.wasStarted(portal.service));
     EXPECT_FALSE(session.wasStarted(sessionManager.service));
     EXPECT_FALSE(session.wasStarted(powerManager.service));

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Holds up the transfers beyond the first chunk of a card, as long as wanted.
+/// Delays the transfers beyond the first chunk of a card for as long as it is told to.
 class CardHold {
   public:
     void hold() { isHolding = true; }

@@ -11,7 +11,7 @@ namespace {
 
 class ImageChoiceTests : public WindowTest {
   protected:
-    /// Drops them onto the log, and tells whether they were taken.
+    /// Drops the files onto the log. Returns whether they were accepted.
     bool dropFiles(const std::vector<std::filesystem::path>& files) {
         QMimeData data;
         QList<QUrl> urls;

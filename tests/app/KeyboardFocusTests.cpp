@@ -11,7 +11,7 @@ namespace {
 
 class KeyboardFocusTests : public WindowTest {
   protected:
-    /// Which control of the window has the focus, or would have it if the window were active.
+    /// Returns the text of the control that has the focus, or would have it if the window were active.
     std::string focused() {
         const auto* control = window().focusWidget();
         if (const auto* button = dynamic_cast<const QAbstractButton*>(control))
@@ -20,7 +20,7 @@ class KeyboardFocusTests : public WindowTest {
     }
 };
 
-/// Sends the key again and again, as a keyboard does while it is held down.
+/// Sends the key repeatedly, as a keyboard does while it is held down.
 void hold(QWidget& widget, Qt::Key key, int repetitions) {
     for (int i = 0; i < repetitions; ++i) {
         for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {

@@ -13,7 +13,7 @@ CardHold slowImage;
 
 }  // namespace tessel
 
-// Takes the place of the system's library in this program.
+// This replaces the function of the system's library in this program.
 extern "C" int lstat(const char* path, struct stat* status) noexcept {
     if (std::string_view(path).ends_with("/slow.img")) tessel::slowImage.waitWhileHeld();
     return static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));

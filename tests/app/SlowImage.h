@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// Holds up every look at a file that is called "slow.img", as a disk does that no longer answers.
+/// Delays every inspection of a file named "slow.img", like a disk that no longer answers.
 extern CardHold slowImage;
 
 }  // namespace tessel

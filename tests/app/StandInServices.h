@@ -22,11 +22,11 @@
 
 namespace tessel {
 
-/// Plays the services of a desktop, which show notifications and grant every wish to stay awake. They are on
-/// a bus of their own, to which this process is led by the variable.
+/// Plays the services of a desktop, which show notifications and grant every request to stay awake. They are
+/// on a bus of their own, which this process finds by the environment variable.
 class StandInServices : public QDBusVirtualObject {
   public:
-    /// The bus can start the services itself as well, which only leaves a mark here.
+    /// Starts the bus, which can start the services itself as well; that only leaves a mark here.
     StandInServices(const char* variable, const std::set<std::string>& services) : name(variable) {
         for (const auto& service : services)
             folder.write(service + ".service", "[D-BUS Service]\nName=" + service + "\nExec=/bin/sh -c '>" +
@@ -56,7 +56,7 @@ class StandInServices : public QDBusVirtualObject {
         kill(bus, SIGTERM);
     }
 
-    /// Has exactly these services run.
+    /// Makes exactly these services run.
     void run(const std::set<std::string>& services) {
         for (const auto& service : std::exchange(running, services))
             connection().unregisterService(QString::fromStdString(service));
@@ -64,7 +64,7 @@ class StandInServices : public QDBusVirtualObject {
             connection().registerService(QString::fromStdString(service));
     }
 
-    /// Tells whether the bus was made to start the service.
+    /// Returns whether the bus was told to start the service.
     bool wasStarted(const std::string& service) const {
         return std::filesystem::exists(folder.path() / service);
     }
@@ -88,14 +88,14 @@ class StandInServices : public QDBusVirtualObject {
             connection().send(answerTo(message));
     }
 
-    /// Tells whether the lock that was granted last is still held.
+    /// Returns whether the lock that was granted last is still held.
     bool isLockHeld() const {
         pollfd lock{.fd = watched.get(), .events = 0, .revents = 0};
         return watched.isOpen() && poll(&lock, 1, 0) == 0;
     }
 
     std::vector<std::string> calls;  ///< "path interface.method | argument | argument"
-    bool isAnswering = true;         ///< else calls wait for answer()
+    bool isAnswering = true;         ///< whether calls are answered at once, without answer()
     std::string refused;             ///< an interface that is not offered
 
   private:

@@ -89,7 +89,7 @@ void WindowTest::until(const Condition& holdsNow, std::source_location caller) {
 
 void WindowTest::untilIdle() {
     until([this] { return !viewModel().isBusy() && !viewModel().write().exists(); });
-    QTest::qWait(1);  // what has changed is shown in the next turn
+    QTest::qWait(1);  // changes are shown in the next turn
 }
 
 std::vector<std::string> WindowTest::textsIn(const QWidget& widget) {
@@ -158,7 +158,7 @@ void WindowTest::click(QWidget& widget, QPoint position) {
 void WindowTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     auto* dialog = QApplication::activeModalWidget();
     auto* active = dialog ? dialog : &window();
-    active->activateWindow();  // off screen no window manager does it when a dialog closes
+    active->activateWindow();  // off screen no window manager does this when a dialog closes
     until([active] { return active->isActiveWindow(); });
     QTest::keyClick(active->focusWidget() ? active->focusWidget() : active, key, modifiers);
 }

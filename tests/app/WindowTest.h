@@ -22,25 +22,25 @@
 
 namespace tessel {
 
-/// The program's window on a simulated reader, worked with real mouse and key events. The reader has a system
-/// disk (disk0), two cards (disk4, disk5) and a USB stick (disk7). What is searched for and not found throws.
+/// The program's window on a simulated reader, operated with real mouse and key events. The reader has a
+/// system disk (disk0), two cards (disk4, disk5) and a USB stick (disk7). Searches that find nothing throw.
 class WindowTest : public testing::Test {
   protected:
     using Condition = std::function<bool()>;
 
     static constexpr uint64_t cardSize = uint64_t{600'000'000} / 512 * 512;
-    static constexpr size_t imageSize = 20'000'001;  ///< three chunks
+    static constexpr size_t imageSize = 20'000'001;  ///< in bytes: three chunks
 
     WindowTest();
     ~WindowTest() override;
 
-    /// Makes the program and shows its window, and waits for the first scan to end.
+    /// Starts the program, shows its window and waits for the first scan to end.
     void open();
     /// Opens the window and chooses an image and disk4.
     void openReady();
-    /// Opens the window and has the write confirmed.
+    /// Opens the window and confirms the write.
     void startWrite();
-    /// Does the same, and waits until the first chunk is written.
+    /// Opens the window, confirms the write and waits until the first chunk is written.
     void openWriting();
 
     ContentView& window() { return application->window(); }
@@ -51,7 +51,7 @@ class WindowTest : public testing::Test {
 
     // What can be seen
 
-    /// The only shown widget of a kind.
+    /// Returns the only visible widget of a class.
     template <typename T>
     T& the() {
         const auto found = shownWidgets<T>(window());
@@ -65,32 +65,33 @@ class WindowTest : public testing::Test {
         throw std::runtime_error("no control " + text.toStdString());
     }
     Button& button(const QString& text) { return control<Button>(text); }
-    /// Every text that labels, fields and buttons below the widget show.
+    /// Returns every text that labels, fields and buttons below the widget show.
     static std::vector<std::string> textsIn(const QWidget& widget);
     std::vector<std::string> texts() { return textsIn(window()); }
     std::string badge();
-    /// The lines of the log as the window shows them, without their times.
+    /// Returns the lines of the log as the window shows them, without their times.
     std::vector<std::string> log();
     std::vector<std::string> shownDisks();
     CompactDiskRow& row(const std::string& diskID);
     AlertDialog* alert() const;
     AlertDialog* alertTitled(const QString& title) const;
-    /// What the reader was asked to do to a disk, such as "unmountDisk", "authopen", "eject".
+    /// Returns the operations on a disk that the reader was asked for, such as "unmountDisk", "authopen",
+    /// "eject".
     std::vector<std::string> deeds() const;
 
-    // What a person does
+    // What the user does
 
-    /// Waits until a key is taken to be meant for what has appeared.
+    /// Waits until keys are accepted again after something has appeared.
     static void notice() { QTest::qWait(1100); }
     static void click(QWidget& widget, QPoint position = {12, 12});
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     void clickTarget(const std::string& diskID);
     void clickRow(const std::string& diskID);
-    /// Opens the panel and answers it by its button of that text.
+    /// Opens the panel and answers it with the button of that text.
     void answerPanel(const std::filesystem::path& image, const QString& answer = "Select Image");
     /// Presses "Select Image" and waits for the open panel.
     QWidget& openPanel();
-    /// Scans again by the button.
+    /// Presses the button that scans again.
     void rescan();
 
     TemporaryFolder folder;

@@ -98,7 +98,7 @@ TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
     click(button("Erase and Write to disk4"));
     EXPECT_FALSE(viewModel().isBusy());
 
-    // Asked again, of what there is now; and even that goes past no guard.
+    // The question is asked again about the present disks, and its answer bypasses no guard.
     until([this] { return alertTitled("Confirm Destructive Write"); });
     EXPECT_THAT(textsIn(*alert()), Contains("Select an image and a recognized SD card before continuing."));
     click(button("Erase and Write"));

@@ -1,5 +1,5 @@
-"""Mounts what is plugged in, as the large desktops do in a process that runs all the time. A volume manager that is
-started anew for each disk would take ten times as long on an emulated computer as on a real one."""
+"""Mounts disks that are plugged in, in a process that runs all the time, as the large desktops do. A volume manager
+that is started anew for each disk would take ten times as long on an emulated computer as on a real one."""
 import pathlib
 
 from gi.repository import Gio, GLib

@@ -1,5 +1,5 @@
 """Runs on the computer under test and answers the tests' questions, one JSON line each, through a port of its machine:
-"system" as the administrator, "session" as the person at the desktop, with what is on the screen."""
+"system" as the administrator, "session" as the user at the desktop, including the content of the screen."""
 import json
 import os
 import signal
@@ -8,11 +8,11 @@ import sys
 import time
 
 CLICKABLE = ("frame", "push button", "radio button", "check box", "list item")
-readers = {}  # by the process that they read
+readers = {}  # by the identifier of the process that they read
 
 
 class Running:
-    """What a screen reader must know of a process that it did not start."""
+    """A process that the screen reader did not start."""
 
     def __init__(self, pid):
         self.pid = pid
@@ -27,7 +27,7 @@ def process_of(program):
 
 
 def run(command, timeout=120):
-    """Runs a shell's command to its end."""
+    """Runs a shell command to its end, and returns its status and output."""
     process = subprocess.Popen(["sh", "-c", command], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, text=True, errors="replace", start_new_session=True)
     try:
@@ -40,14 +40,14 @@ def run(command, timeout=120):
 
 
 def start(command):
-    """Starts a shell's command that goes on by itself."""
+    """Starts a shell command without waiting for it."""
     subprocess.Popen(["sh", "-c", "exec " + command], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                      stderr=subprocess.DEVNULL, start_new_session=True)
     return {}
 
 
 def reader_of(program):
-    """Reads the screen of the newest process of the program; None if there is none."""
+    """Returns a screen reader for the newest process of the program; None if there is none."""
     from screen_reader import ScreenReader
 
     pid = process_of(program)
@@ -63,7 +63,7 @@ def places_of(reader, paths):
 
 
 def look(program):
-    """Everything that the program shows, in reading order, and where it can be clicked."""
+    """Returns everything that the program shows, in reading order, and where it can be clicked."""
     from screen_reader import TEXT
     from gi.repository import GLib
 
@@ -81,7 +81,7 @@ def look(program):
 
 
 def place(program, path):
-    """Where something is that was shown a moment ago."""
+    """Returns the place of something that was shown a moment ago."""
     return {"place": places_of(reader_of(program), [path])[0]}
 
 
@@ -89,7 +89,7 @@ def answer(question):
     kinds = {"run": run, "start": start, "look": look, "place": place}
     try:
         return kinds[question.pop("do")](**question)
-    except (Exception, SystemExit) as error:  # whatever goes wrong is for the tests to judge
+    except (Exception, SystemExit) as error:  # the tests decide what a failure means
         return {"error": f"{type(error).__name__}: {error}"}
 
 
@@ -98,7 +98,7 @@ def main(name):
         pending = b""
         while True:
             received = port.read(65536)
-            if not received:  # nobody has connected yet
+            if not received:  # the port is not connected yet
                 time.sleep(0.2)
                 continue
             pending += received

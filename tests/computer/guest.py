@@ -1,4 +1,4 @@
-"""What can be asked of the computer from outside, through two ports of its machine."""
+"""Gives commands to the computer from outside, through two ports of its machine."""
 import re
 import shlex
 import time
@@ -6,7 +6,7 @@ import time
 from machine import Line
 
 PROGRAM = "velmora-tessel"
-AGENT = "polkit-mate-aut"  # the kernel keeps 15 letters of a name
+AGENT = "polkit-mate-aut"  # the kernel keeps 15 characters of a name
 
 
 class GuestError(Exception):
@@ -14,7 +14,7 @@ class GuestError(Exception):
 
 
 class Shown:
-    """One thing on the screen, as a screen reader knows it."""
+    """One object on the screen, as a screen reader sees it."""
 
     def __init__(self, path, role, name, text, states, place):
         self.path, self.role, self.name, self.text, self.states, self.place = path, role, name, text, states, place
@@ -69,7 +69,7 @@ class Guest:
         self.ask(self.session, 60, do="start", command=command)
 
     def look(self, program=PROGRAM):
-        """Everything that the program shows; None if it does not run."""
+        """Returns everything that the program shows; None if it does not run."""
         shown = self.ask(self.session, 90, do="look", program=program)["shown"]
         return None if shown is None else [Shown(**each) for each in shown]
 
@@ -77,7 +77,7 @@ class Guest:
         return self.ask(self.session, 90, do="place", program=program, path=item.path)["place"]
 
     def uses_of(self, disk):
-        """Everything that still uses any part of the disk, which may be gone, as sentences."""
+        """Returns the uses of all parts of the disk, which may be gone, as sentences."""
         script = f"""
             grep -hs " /dev/{disk}" /proc/[0-9]*/mountinfo | cut -d ' ' -f 5 | sort -u | sed 's/^/{disk} is mounted: /'
             find /proc/[0-9]*/fd -lname "/dev/{disk}* (deleted)" 2>/dev/null | while read open; do
@@ -106,5 +106,5 @@ class Guest:
 
 
 def matching(shown, role, name):
-    """The first thing shown with the role whose name begins like that; both are regular expressions."""
+    """Returns the first object shown whose role and beginning of the name match these regular expressions."""
     return next((each for each in shown or [] if re.fullmatch(role, each.role) and re.match(name, each.name)), None)

@@ -1,4 +1,4 @@
-"""Builds what the computer starts from: the disk of a desktop computer, its kernel, and images to be written."""
+"""Builds the disk of a desktop computer, its kernel, and images to be written."""
 import hashlib
 import os
 import pathlib
@@ -25,10 +25,10 @@ HOOKS = [
     f'chroot "$1" useradd --create-home --shell /bin/bash --groups sudo {PERSON}',
     f'echo "{PERSON}:{PASSWORD}" | chroot "$1" chpasswd',
     'chroot "$1" systemctl enable companion.service',
-    # Nothing that runs by the clock may change how long a scenario takes.
+    # Timers would change how long a scenario takes.
     'chroot "$1" systemctl mask apt-daily.timer apt-daily-upgrade.timer e2scrub_all.timer fstrim.timer '
     'man-db.timer systemd-timesyncd.service',
-    # This agent confines itself to its own desktop.
+    # This agent runs only on its own desktop otherwise.
     'sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',
 ]
 
@@ -46,13 +46,13 @@ def digest(*parts):
 
 
 def fixed_files():
-    """The files of the desktop that are not of any package, by their paths on the computer."""
+    """Returns the desktop's files that belong to no package, by their paths on the computer."""
     return {str(path.relative_to(HERE / "desktop")): path
             for path in sorted((HERE / "desktop").rglob("*")) if path.is_file()}
 
 
 def pack(archive, files):
-    """Packs files, which are given by their names in the archive, as if they were the administrator's."""
+    """Packs files, given by their names in the archive, with the administrator as their owner."""
     def as_roots(entry):
         entry.uid = entry.gid = entry.mtime = 0
         entry.uname = entry.gname = "root"
@@ -68,13 +68,13 @@ def newest_package():
 
 
 def packages_needed_by(package):
-    """What the program's package depends on, so that it can be installed later without a network."""
+    """Returns the dependencies of the program's package, so that it can be installed later without a network."""
     depends = run("dpkg-deb", "--field", package, "Depends", capture_output=True, text=True).stdout
     return sorted(each.split("|")[0].split("(")[0].strip() for each in depends.split(","))
 
 
 def content_of(package):
-    """A digest of what the package installs, which unlike the package's own does not change with the time."""
+    """Returns a digest of the files that the package installs, which does not depend on the time of the build."""
     with subprocess.Popen(["dpkg-deb", "--fsys-tarfile", str(package)], stdout=subprocess.PIPE) as process:
         with tarfile.open(fileobj=process.stdout, mode="r|") as files:
             return digest(*[part for entry in files for part in
@@ -114,7 +114,7 @@ class Desktop:
         (self.folder / "key").write_text(self.key)
 
     def make_disk(self, root, log):
-        """Fills the disk without mounting it; owners of files are only those of a namespace when not root."""
+        """Fills the disk without mounting it. Without root, the owners of files are those of a user namespace."""
         unpacked = self.folder / "root"
         script = (f'set -e; rm -rf "{unpacked}"; mkdir "{unpacked}"; tar --extract --file "{root}" '
                   f'--directory "{unpacked}" --numeric-owner --exclude "./dev/*"; '
@@ -126,7 +126,7 @@ class Desktop:
 
 
 def make_image(path, size=24 << 20):
-    """Makes an image as people download them, always the same: two volumes and no empty places. Both are FAT, because
+    """Makes an image like those that users download, always the same: two volumes without gaps. Both are FAT, because
     mounting and unmounting them leaves no trace."""
     noise = random.Random(1)
     with open(path, "wb") as file:

@@ -1,4 +1,4 @@
-"""The machine: an emulator that is controlled through sockets. Card readers, keyboard and mouse are on this side."""
+"""The machine: an emulator that is controlled through sockets, with card readers, keyboard and mouse."""
 import json
 import os
 import pathlib
@@ -8,7 +8,7 @@ import subprocess
 import time
 
 WIDTH, HEIGHT = 1400, 1050
-SLOT = "0000:00:10.0"  # where the guest finds the controller of the native slot
+SLOT = "0000:00:10.0"  # the PCI address of the native slot's controller in the guest
 
 KEYS = {" ": "spc", "/": "slash", ".": "dot", "-": "minus", "\n": "ret", ",": "comma"}
 
@@ -18,7 +18,7 @@ class MachineError(Exception):
 
 
 class Line:
-    """A socket that carries one JSON document in each line."""
+    """A socket that carries one JSON document per line."""
 
     def __init__(self, path):
         self.socket = self.connected(str(path))
@@ -26,7 +26,7 @@ class Line:
 
     @staticmethod
     def connected(path):
-        """Connects, even if the path has come into being a moment before somebody listens there."""
+        """Connects, even if the path appears a moment before its listener."""
         for _ in range(100):
             connection = socket.socket(socket.AF_UNIX)
             try:
@@ -41,7 +41,7 @@ class Line:
         self.socket.sendall(json.dumps(document).encode() + b"\n")
 
     def receive(self, timeout):
-        """The next document; None if the time runs out."""
+        """Returns the next document; None if the time runs out."""
         end = time.monotonic() + timeout
         while b"\n" not in self.pending:
             if not select.select([self.socket], [], [], max(0.0, end - time.monotonic()))[0]:
@@ -55,7 +55,7 @@ class Line:
 
 
 class Machine:
-    """Runs from construction until `stop`. Its disk is a layer above the one that it was given."""
+    """Runs from construction until `stop`. Its disk is a layer above the given one."""
 
     def __init__(self, desktop, accelerator, folder, disk, archive, state=None):
         self.folder = pathlib.Path(folder)
@@ -131,7 +131,7 @@ class Machine:
         raise MachineError(f"{question} does not become {wanted}")
 
     def save(self, state):
-        """Stops the machine and keeps its state in a file, which fits the disk as it is then."""
+        """Stops the machine and saves its state in a file, which belongs to the current content of the disk."""
         self.command("stop")
         self.command("migrate-set-parameters", max_bandwidth=1 << 40)
         self.command("migrate", uri=f"exec:cat > {state}")
@@ -140,7 +140,7 @@ class Machine:
         self.process.wait(60)
 
     def resume(self):
-        """Goes on from the state that the machine was started with."""
+        """Continues from the saved state that the machine was started with."""
         self.wait_for_status("query-migrate", "completed", 120)
         if self.command("query-status")["status"] != "running":
             self.command("cont")
@@ -158,7 +158,7 @@ class Machine:
         self.command("eject", id=slot, force=True)
 
     def has_medium(self, slot):
-        """Whether a card is in the slot of a reader that has not ejected it."""
+        """Returns whether the slot holds a card that has not been ejected."""
         [found] = [each for each in self.command("query-block") if each.get("qdev", "").endswith(slot)]
         return "inserted" in found and not found.get("tray_open")
 
@@ -173,7 +173,7 @@ class Machine:
         self.command("qom-set", path=f"/machine/peripheral/{name}", property="attached", value=True)
 
     def add_medium(self, name, path, slow_to=None, fails=None, loses_writes=False, is_locked=False):
-        """Makes a card's file known to the machine, perhaps with a limit in bytes a second, with an access ("read",
+        """Adds a card's file to the machine, perhaps with a limit in bytes per second, with an access ("read",
         "write" or "flush") that fails at a sector or, if that is None, anywhere, without any memory, or with its lock
         switch set."""
         file = {"driver": "file", "filename": str(path), "cache": {"direct": False, "no-flush": True}}
@@ -202,7 +202,7 @@ class Machine:
         return {"type": "key", "data": {"down": down, "key": {"type": "qcode", "data": name}}}
 
     def press(self, *names):
-        """Presses the keys together, the last one last."""
+        """Presses the keys together, in this order."""
         self.events(*[self.key(name, True) for name in names])
         time.sleep(0.05)
         self.events(*[self.key(name, False) for name in reversed(names)])
@@ -240,7 +240,7 @@ def make_layer(path, below, format_below):
 
 
 def runs_accelerated(desktop, folder):
-    """Whether the host's processor runs a kernel by itself; a /dev/kvm alone does not tell."""
+    """Returns whether the host's processor can run a kernel itself; a /dev/kvm alone is no proof."""
     if not os.access("/dev/kvm", os.R_OK | os.W_OK):
         return False
     console = pathlib.Path(folder) / "trial"

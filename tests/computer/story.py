@@ -1,4 +1,4 @@
-"""The words in which scenarios are told: what the person does, and what is then expected."""
+"""The vocabulary of scenarios: what the user does, and what is then expected."""
 import hashlib
 import pathlib
 import re
@@ -10,26 +10,26 @@ from image import PASSWORD, PERSON, run
 from machine import SLOT
 
 PATIENCE = 60  # in seconds
-HEADER, MARGIN = 80, 12  # what of the window's height its cards never take
+HEADER, MARGIN = 80, 12  # the parts of the window's height that its cards never take, in pixels
 IMAGES = f"/home/{PERSON}"
 MOUNTED = f"/media/{PERSON}"
 
 PHASES = {"while-writing": "Writing image data.", "while-verifying": "Verifying the image",
-          "while-ejecting": "Ejecting the SD card."}  # and what the log says when each begins
+          "while-ejecting": "Ejecting the SD card."}  # with the log message when each begins
 CHANGED = "The selected disk changed after it was scanned."
-# What may be shown if the card goes then. A transfer ends by the error or by the kernel's notice, whichever is first.
+# Messages after the card is removed then. A transfer ends by the error or by the kernel's notice, whichever is first.
 GONE = {"before-the-click": [CHANGED],
         "at-the-prompt": ["The authorized raw-device open failed: "],
         "while-writing": ["The SD-card write did not complete at byte offset", CHANGED],
         "while-verifying": ["The SD card could not be read for verification at byte offset", CHANGED]}
 NOT_EJECTED = "The image was written, but the SD card could not be ejected."
-LAYER = "layer"  # the name of a disk that lies over another one
-# How programs lock a disk: as partitioning tools do, and as virtual machines do.
+LAYER = "layer"  # the name of a disk that lies above another one
+# The locks that programs take on a disk: partitioning tools the first kind, virtual machines the second.
 LOCKS = {"exclusive": "flock(disk, fcntl.LOCK_EX)", "byte-range": "lockf(disk, fcntl.LOCK_SH, 1, 100)"}
 
 
 class Unexpected(Exception):
-    """What a scenario expected did not happen."""
+    """Thrown when an expectation of a scenario is not met."""
 
 
 class Card:
@@ -50,7 +50,7 @@ class Computer:
     # Cards
 
     def blank_card(self, size="512M"):
-        """A file that is a card's content, old data at its beginning."""
+        """Makes the file of a card, with old data at its beginning."""
         self.cards += 1
         path = self.folder / f"card-{self.cards}.raw"
         with open(path, "wb") as file:
@@ -63,14 +63,14 @@ class Computer:
         return int(size[:-1]) << {"K": 10, "M": 20, "G": 30}[size[-1]]
 
     def card_with_volume(self, size="512M"):
-        """A card as it comes out of a camera: one partition with a file system."""
+        """Makes a card as it comes out of a camera: one partition with a file system."""
         path = self.card_with_table("label: dos\nstart=2048, type=c\n", size)
         run("/sbin/mkfs.vfat", "-n", "CAMERA", "--offset=2048", path, str((path.stat().st_size >> 10) - 1024),
             capture_output=True)
         return path
 
     def stick_with_volume(self, size="512M"):
-        """A USB stick's content: one file system, whose files the kernel stores when it likes."""
+        """Makes the content of a USB stick: one file system, which the kernel writes with a delay."""
         path = self.blank_card(size)
         run("/sbin/mkfs.ext4", "-q", "-F", "-L", "STICK", path)
         return path
@@ -89,8 +89,8 @@ class Computer:
         return card
 
     def plug_reader(self, *contents, vendor="Generic-", product="SD/MMC", serial=None, **faults):
-        """Plugs in a USB reader with a card in each of its slots, and returns the cards. What is wrong with all of
-        them is said in the words of `Machine.add_medium`."""
+        """Plugs in a USB reader with a card in each of its slots, and returns the cards. All have the
+        faults, which are parameters of `Machine.add_medium`."""
         paths = contents or [self.blank_card()]
         self.readers += 1
         reader = f"reader{self.readers}"
@@ -114,15 +114,15 @@ class Computer:
         return self.plug_reader(content, vendor="Kingston", product="DataTraveler", **faults)[0]
 
     def block_devices(self):
-        """The disks of the computer that hold other than its own files."""
+        """Returns the disks of the computer other than its own."""
         return set(self.guest.run("cd /sys/block; ls -d sd* mmcblk* 2>/dev/null || true").split())
 
     def insert(self, card, where):
-        """Puts a card of either kind where the word says: "slot" or "reader"."""
+        """Puts a card into the "slot" or into a new "reader"."""
         return self.insert_card(card) if where == "slot" else self.plug_reader(card)[0]
 
     def await_devices(self, cards):
-        """Waits until the disk service knows the cards and the desktop has mounted what it will."""
+        """Waits until the disk service lists the cards and the desktop has had time to mount them."""
         for card in cards:
             self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
         self.guest.run("udevadm settle --timeout 60", 90)
@@ -135,7 +135,7 @@ class Computer:
         self.machine.command("device_del", id=card.reader)
 
     def insert_again(self, card):
-        """Puts a card that was pulled back into its slot, in working order whatever was wrong with it."""
+        """Puts a card that was pulled back into its slot, without its faults."""
         self.machine.change_medium(card.slot, card.path)
         self.await_devices([card])
 
@@ -150,7 +150,7 @@ class Computer:
     # The screen
 
     def find(self, role, name, program=PROGRAM, timeout=PATIENCE):
-        """Waits until something that can be used is shown, and returns it and its window."""
+        """Waits until the object is shown and can be used. Returns it and its window."""
         end = time.monotonic() + timeout
         while True:
             shown = self.guest.look(program)
@@ -162,7 +162,7 @@ class Computer:
             time.sleep(0.3)
 
     def click(self, role, name):
-        """Clicks with the mouse, once the place has come to rest and is in sight."""
+        """Clicks with the mouse, once the object is in sight and does not move any more."""
         end = time.monotonic() + PATIENCE
         while True:
             found, window = self.find(role, name)
@@ -185,11 +185,11 @@ class Computer:
         return True
 
     def text_on_screen(self):
-        """Every text that the program shows, the log included."""
+        """Returns every text that the program shows, including the log."""
         return "\n".join(text for each in self.guest.look() or [] for text in (each.name, each.text) if text)
 
     def expect_text(self, *texts, timeout=PATIENCE, never=None):
-        """Waits until one of the texts is shown. It is an error if a certain other one is shown meanwhile."""
+        """Waits until one of the texts is shown. Fails if the text `never` is shown meanwhile."""
         end = time.monotonic() + timeout
         while True:
             shown = self.text_on_screen()
@@ -202,7 +202,7 @@ class Computer:
             time.sleep(0.3)
 
     def expect_match(self, pattern, timeout=PATIENCE):
-        """Waits until a text is shown that a regular expression finds."""
+        """Waits until a text is shown that matches a regular expression."""
         end = time.monotonic() + timeout
         while not re.search(pattern, shown := self.text_on_screen()):
             if time.monotonic() > end:
@@ -220,14 +220,14 @@ class Computer:
         lines = [line for line in shown.splitlines() if re.match(r"\[?\d\d:\d\d", line)]
         return (lines or shown.splitlines() or ["nothing"])[-1]
 
-    # What the person does
+    # What the user does
 
     def refresh(self):
         self.click("push button", "Refresh Disks")
         self.find("push button", "Refresh Disks")
 
     def choose_image(self, name):
-        """Chooses another image than the sample, which is already chosen when a scenario begins."""
+        """Chooses an image other than the sample, which is already chosen when a scenario begins."""
         path = f"{pathlib.PurePosixPath(IMAGES, name)}"
         self.click("push button", "Select Image")
         self.find("text", "File name:|Name")
@@ -236,7 +236,7 @@ class Computer:
         self.expect_text(f"Selected image: {path} ")
 
     def image_on_suspendable_disk(self, size):
-        """Leaves an image on a USB stick, below which a layer can be told to answer no more, and chooses it."""
+        """Puts an image onto a USB stick, on a layer that can be told not to answer any more, and chooses it."""
         self.desktop_mounts_after(10**6)
         disk = f"/dev/{self.plug_stick(self.stick_with_volume()).device}"
         self.guest.run(f"""set -e; echo "0 $(blockdev --getsz {disk}) linear {disk} 0" | dmsetup create {LAYER}
@@ -244,14 +244,14 @@ class Computer:
         self.choose_image("/mnt/large.img")
 
     def hang_disk_of_image(self):
-        """From now on nothing of the image can be read, not even its size."""
+        """Makes every read of the image hang from now on, even of its size."""
         self.guest.run(f"echo 3 > /proc/sys/vm/drop_caches; dmsetup suspend --noflush --nolockfs {LAYER}")
 
     def free_disk_of_image(self):
         self.guest.run(f"dmsetup resume {LAYER}")
 
     def make_large_image(self, size="400M"):
-        """Leaves an image of zeros on the computer that takes a while, and chooses it."""
+        """Puts an image of zeros onto the computer, large enough to take a while, and chooses it."""
         self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
         self.choose_image("large.img")
         self.image = self.folder / "large.raw"
@@ -259,7 +259,7 @@ class Computer:
             file.truncate(self.size_in_bytes(size))
 
     def make_special_image(self, recipe, size="64M"):
-        """Leaves an image on the computer that a command makes of $image, and chooses it. The command may attach it
+        """Puts an image onto the computer that a command makes of $image, and chooses it. The command may attach it
         to a loop device, $disk."""
         self.guest.run(f"""set -e; image={IMAGES}/special.img; truncate --size {size} $image
             {recipe}
@@ -273,7 +273,7 @@ class Computer:
         self.expect_text("Selected SD-card target: ")
 
     def expect_protected(self, reason):
-        """The card is listed after a refresh, can't be chosen, and the log says why."""
+        """Expects that the card is listed after a refresh but can't be chosen, and that the log says why."""
         self.refresh()
         self.expect_text(reason)
         self.expect_none_selectable()
@@ -290,7 +290,7 @@ class Computer:
         self.click("push button", "Erase and Write to ")
 
     def await_dialog(self):
-        """Waits until the desktop's dialog asks for the password, and returns the place where it is typed."""
+        """Waits until the desktop's dialog asks for the password, and returns its text field."""
         field, _ = self.find("password text", "", AGENT)
         time.sleep(1)
         return field
@@ -326,12 +326,12 @@ class Computer:
         self.machine.press("esc")
 
     def write(self):
-        """From the button to the password."""
+        """Presses the button, confirms the write and answers the dialog."""
         self.confirm_write()
         self.answer_dialog()
 
     def write_up_to(self, phase):
-        """Chooses the card and goes on until the phase has begun."""
+        """Chooses the card and writes until the phase has begun."""
         self.choose_target()
         if phase == "before-the-click":
             return
@@ -371,7 +371,7 @@ class Computer:
         self.expect_text("The disk image was written" + (", verified, and" if verified else " and"))
 
     def expect_written(self, card, verified=True):
-        """The write succeeds, and the card holds the image and is used by nobody any more."""
+        """Expects that the write succeeds, and that the card is released and holds the image."""
         self.expect_success(verified)
         self.expect_released(card)
         self.expect_card_holds(card)
@@ -390,7 +390,7 @@ class Computer:
                 offset += len(piece)
 
     def expect_card_holds_image(self, card, name):
-        """Compares the card with an image that only the computer has."""
+        """Compares the card with an image that exists only on the computer."""
         size, digest = self.guest.run(f"cd {IMAGES}; stat --format %s {name}; sha256sum {name} | cut -d ' ' -f 1").split()
         with open(card.path, "rb") as file:
             if hashlib.sha256(file.read(int(size))).hexdigest() != digest:
@@ -405,7 +405,7 @@ class Computer:
 
     @staticmethod
     def content(card):
-        """The beginning of the card's file, longer than any image's first chunk."""
+        """Returns the beginning of the card's file, longer than any image's first chunk."""
         with open(card.path, "rb") as file:
             return file.read(32 << 20)
 
@@ -415,7 +415,7 @@ class Computer:
 
     @staticmethod
     def spoil(card):
-        """Overwrites the card behind everybody's back, so that only another write can make it right again."""
+        """Overwrites the card unnoticed, so that only another write can correct it."""
         with open(card.path, "r+b") as file:
             file.seek(20 << 20)
             file.write(b"spoilt" * 1000)
@@ -430,14 +430,14 @@ class Computer:
 
     @staticmethod
     def forget_beyond(card, offset):
-        """Loses whatever the card holds from the offset on."""
+        """Loses the content of the card from the offset on."""
         size = card.path.stat().st_size
         with open(card.path, "r+b") as file:
             file.truncate(offset)
             file.truncate(size)
 
     def expect_closed(self, card):
-        """No program has the card open, whatever the desktop has mounted of it."""
+        """Expects that no program has the card open; it may be mounted."""
         uses = [use for use in self.guest.uses_of(card.device) if " is open in " in use]
         if uses:
             raise Unexpected("; ".join(uses))
@@ -448,19 +448,19 @@ class Computer:
             raise Unexpected(f"the card's uses are {uses}")
 
     def expect_present(self, card):
-        """The card is still in its slot, and has not been ejected."""
+        """Expects that the card is still in its slot and has not been ejected."""
         if not self.machine.has_medium(card.slot) or not int(self.guest.run(f"cat /sys/block/{card.device}/size")):
             raise Unexpected(f"the card in {card.slot} has been ejected")
 
     def expect_one_drive(self, *cards):
-        """The disk service takes the cards for one drive's."""
+        """Expects that the disk service takes the cards for those of one drive."""
         drives = {self.guest.run("busctl get-property org.freedesktop.UDisks2 /org/freedesktop/UDisks2/block_devices/"
                                  f"{card.device} org.freedesktop.UDisks2.Block Drive") for card in cards}
         if len(drives) > 1:
             raise Unexpected(f"the cards are in different drives: {drives}")
 
     def expect_partitions(self, card, count, timeout=180):
-        """Waits until the computer knows the partitions of what has been written, so that it may mount them."""
+        """Waits until the computer lists the partitions of the written image, so that it may mount them."""
         self.guest.wait_until(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
 
     def expect_disabled(self, role, name):
@@ -473,24 +473,24 @@ class Computer:
             raise Unexpected("a disk can be chosen")
 
     def expect_program_ended(self, timeout=120):
-        # One that has ended may wait in vain for whoever started it to take notice.
+        # An ended process remains a zombie if its parent does not wait for it.
         self.guest.wait_until("! ps -C velmora-tessel -o stat= | grep -v Z", timeout)
 
     def expect_released(self, card):
-        """Nobody on the computer uses the card any more."""
+        """Expects that nothing on the computer uses the card any more."""
         uses = self.guest.uses_of(card.device)
         if uses:
             raise Unexpected("; ".join(uses))
 
     def expect_answer_within(self, seconds):
-        """The window answers whoever asks what it shows."""
+        """Expects the window to answer a screen reader in time."""
         begun = time.monotonic()
         self.text_on_screen()
         if (taken := time.monotonic() - begun) > seconds:
             raise Unexpected(f"the window took {taken:.1f} s to answer")
 
     def expect_safe_only_when_released(self, card, refusal=NOT_EJECTED, seconds=25):
-        """The write ends with the card released, or with the refusal to call it safe; and so it stays."""
+        """Expects that the write ends with the card released for good, or with the refusal to call it safe."""
         end = time.monotonic() + 300
         while True:
             shown = self.text_on_screen()
@@ -510,11 +510,11 @@ class Computer:
     # What else happens on the computer
 
     def desktop_mounts_after(self, seconds):
-        """Slows the desktop down, or makes it never mount."""
+        """Makes the desktop mount after a delay in seconds, or never."""
         self.guest.run(f"echo {seconds} > /tmp/automounter-delay; chmod 644 /tmp/automounter-delay")
 
     def desktop_starts_a_program_for_each_mount(self):
-        """Slows the desktop down by as long as this computer takes to start such a program."""
+        """Delays the desktop's mounts by the time that this computer takes to start a program."""
         begun = time.monotonic()
         self.guest.run_as_person("python3 -c 'from gi.repository import Gio'")
         self.desktop_mounts_after(round(0.5 + time.monotonic() - begun, 1))
@@ -523,19 +523,19 @@ class Computer:
         return self.guest.run(command, timeout)
 
     def leave_running(self, command):
-        """Starts a command that goes on, as the administrator."""
+        """Starts a command as the administrator, without waiting for it."""
         self.guest.run(f"setsid sh -c '{command}' >/dev/null 2>&1 </dev/null & sleep 2")
 
     def as_person(self, command):
         return self.guest.run_as_person(f"cd {IMAGES} && {command}")
 
     def lock(self, card, kind):
-        """A program of the administrator takes a lock on the card's node, and keeps it."""
+        """Locks the card's node by a program of the administrator, which keeps the lock."""
         self.leave_running(f"""exec python3 -c "import fcntl, time; disk = open(\\"/dev/{card.device}\\", \\"r+b\\", 0)
 fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
 
     def overwrite_piece(self, card, at):
-        """The administrator writes a MiB to the card's node, which can't be refused to a program that asks nobody."""
+        """Writes a MiB to the card's node as the administrator, which can't be prevented without a lock."""
         self.guest.run(f"dd if=/dev/zero of=/dev/{card.device} bs=1M count=1 seek={at >> 20} oflag=direct conv=notrunc")
 
     def start_program(self):
@@ -549,14 +549,14 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         self.guest.start_as_person("xfce4-session-logout --logout")
 
     def expect_switched_off(self, timeout=80):
-        """The computer comes to its end by itself. Whoever ignores that it does would hold it up for 90 s."""
+        """Expects that the computer switches itself off. A program that ignored SIGTERM would delay that by 90 s."""
         try:
             self.machine.process.wait(timeout)
         except subprocess.TimeoutExpired:
             raise Unexpected(f"the computer is still on after {timeout} s") from None
 
     def fall_asleep(self):
-        """Puts the computer to sleep. The emulated keyboard's key for that does nothing."""
+        """Puts the computer to sleep by a command, because the emulated keyboard's key has no effect."""
         self.guest.run("systemctl suspend --no-block")
         self.machine.wait_for_status("query-status", "suspended", PATIENCE)
         time.sleep(5)
@@ -566,7 +566,7 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         self.machine.wait_for_status("query-status", "running", PATIENCE)
 
     def hold_disk_service(self):
-        """The disk service stops answering until it is let go."""
+        """Stops the disk service from answering until release_disk_service()."""
         self.guest.run("systemctl kill --signal STOP udisks2.service")
 
     def release_disk_service(self):
@@ -579,12 +579,12 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
 
     def await_unmounting(self, stick, timeout=PATIENCE):
-        """Waits until the stick is mounted nowhere any more, but the kernel still has its file system in hand."""
+        """Waits until the stick is mounted nowhere any more, while the kernel still writes its file system."""
         self.guest.wait_until(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
                               timeout)
 
     def number_of(self, card):
-        """The number by which the program calls the card's disk."""
+        """Returns the number in the program's name for the card's disk."""
         return int(self.guest.run(f"cat /sys/class/block/{card.device}/diskseq"))
 
 

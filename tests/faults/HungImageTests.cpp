@@ -7,7 +7,7 @@ namespace tessel {
 
 using testing::ElementsAre;
 
-/// An image on a disk that no longer answers.
+/// Uses an image on a disk that no longer answers.
 class HungImageTests : public ViewModelTest {};
 
 TEST_F(HungImageTests, aChoiceThatHangsLeavesTheWindowAliveAndCanBeCancelled) {

@@ -11,7 +11,7 @@ namespace tessel {
 
 using LoopDeviceTests = LoopDeviceTest;
 
-TEST_F(LoopDeviceTests, anotherDeviceIsTriedWhenSomebodyTookTheFreeOne) {
+TEST_F(LoopDeviceTests, anotherDeviceIsTriedWhenTheFreeOneIsTaken) {
     const auto isAttached = [card = mediumFile("card")] {
         return isWholeBlockDevice(openReadWrite(LoopDevice({.file = card}).path()).get());
     };

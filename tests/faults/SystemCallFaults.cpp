@@ -35,7 +35,7 @@ std::optional<File> fileOf(int folder, const char* path, int flags) {
     return File{status.st_dev, status.st_ino};
 }
 
-/// Is shared by all threads, and by the calls below, which belong to the whole program.
+/// The planted fault. All threads share it, and so do the calls below, which belong to the whole program.
 struct Plan {
     std::mutex mutex;
     std::optional<File> card;
@@ -49,7 +49,7 @@ struct Plan {
 
 Plan plan;
 
-/// Holds how far ahead of the system's clock this thread's clock is, in nanoseconds.
+/// The time by which this thread's clock is ahead of the system's, in nanoseconds.
 thread_local int64_t hurriedTime = 0;
 
 /// Counts a call. Returns the fault if it is this call's turn.
@@ -65,7 +65,7 @@ std::optional<SystemCallFault> faultOf(const std::string& call) {
     return plan.fault;
 }
 
-/// Names what the descriptor leads to, for the calls that are told apart by it.
+/// Returns the call's name with the file that the descriptor leads to, for calls that depend on it.
 std::string withObject(const char* call, int descriptor) {
     const auto file = fileOf(descriptor, "", AT_EMPTY_PATH);
     const std::lock_guard lock(plan.mutex);
@@ -92,7 +92,7 @@ std::optional<SystemCallFault> failureOf(const std::string& call) {
     return std::nullopt;
 }
 
-/// Returns what a faulty call that transfers bytes answers; nothing if it goes on with the new size.
+/// Returns the answer of a faulty call that transfers bytes; nothing if it goes on with the new size.
 std::optional<ssize_t> transferred(const std::optional<SystemCallFault>& fault, size_t& size) {
     if (!fault) return std::nullopt;
     if (fault->error != 0) {
@@ -170,7 +170,7 @@ void SystemCallFaults::setHurried(bool isHurried) {
 
 }  // namespace tessel
 
-// These take the place of the system's library in this program.
+// These replace the functions of the system's library in this program.
 extern "C" {
 
 using namespace tessel;

@@ -7,24 +7,24 @@
 
 namespace tessel {
 
-/// Describes what goes wrong with a system call of this program.
+/// What goes wrong with a system call of this program.
 struct SystemCallFault {
-    /// Names the call and what it is about: "pwrite card", "pread image", "pipe2".
+    /// The call and what it is about: "pwrite card", "pread image", "pipe2".
     std::string call;
-    /// Counts the calls from when the fault was planted; the first is 1.
+    /// The number of the call since the fault was planted; the first is 1.
     int occurrence = 1;
-    /// Has every later call go wrong, too.
+    /// Whether every later call goes wrong, too.
     bool persists = false;
-    /// Is a number from <cerrno>, or 0 for a call that does not tell that it failed.
+    /// A number from <cerrno>, or 0 for a call that does not report a failure.
     int error = 0;
-    /// Says what a call without an error does instead: "zero" moves nothing, "short" moves half, "lie" moves
-    /// nothing and claims to have moved everything, or answers with another number than is true; "is 7"
-    /// answers with that number; "never answers" waits until the fault is removed.
+    /// What a call without an error does instead: "zero" moves nothing, "short" moves half, "lie" moves
+    /// nothing and claims to have moved everything, or answers with a false number; "is 7" answers with that
+    /// number; "never answers" waits until the fault is removed.
     std::string effect;
 };
 
-/// Has the calls of this program fail as they are told to. Descriptors and paths count as the card's or the
-/// image's by the file that they lead to. There can be only one at a time.
+/// Makes calls of this program fail as planted. Descriptors and paths count as the card's or the image's by
+/// the file that they lead to. There can be only one at a time.
 class SystemCallFaults {
   public:
     SystemCallFaults(const std::filesystem::path& card, const std::filesystem::path& image);
@@ -39,7 +39,7 @@ class SystemCallFaults {
     /// Lets every call succeed again. Returns whether the fault ever showed.
     bool remove();
 
-    /// Has threads that wait for a child with a time limit find it elapsed after a moment.
+    /// Makes waits for a child with a time limit find it elapsed after a moment.
     void setHurried(bool isHurried);
 };
 

@@ -76,7 +76,7 @@ std::vector<std::string> callsIn(const std::string& column) {
     return calls;
 }
 
-/// Returns the ending with what depends on the call and the fault filled in.
+/// Returns the ending with the parts filled in that depend on the call and the fault.
 std::string filledIn(const std::string& ending, const std::string& call, const std::string& fault) {
     const bool isSecondChunk = std::stoi(call) % 2 == 0;
     const auto text = replaced(ending, "OFFSET", isSecondChunk ? "8388608" : "0");
@@ -135,7 +135,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         return "exec '" TESSEL_ROGUE_AUTHOPEN "' -stdoutpipe -o 2 '" + fault + "'";
     }
 
-    /// Has a utility go wrong in this call, and behave in all others.
+    /// Makes a utility go wrong in this call, and behave in all others.
     void plantInUtility(const Row& row) {
         const bool isDiskutil = row.call != "authopen";
         const auto command = isDiskutil ? row.call.substr(row.call.find(' ') + 1) : "-stdoutpipe";
@@ -146,7 +146,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
                   isDiskutil ? "diskutil" : "authopen");
     }
 
-    /// Returns the file that holds what is on the card, past the caches of the block device.
+    /// Returns the file with the content of the card, past the caches of the block device.
     std::filesystem::path cardFile() const {
         const auto medium = reader.mediumPath("disk4");
         const std::filesystem::path file = medium.string() + ".img";
@@ -173,7 +173,8 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         return viewModel->state().isSuccessfulCompletion() ? "ok" : viewModel->progress().writeProgressDetail;
     }
 
-    /// A child that could not be watched is reaped by a thread of its own.
+    /// Returns whether every child was reaped. One that could not be watched is reaped by a thread of its
+    /// own.
     static bool hasReapedEveryChild() {
         siginfo_t child{};
         for (int attempt = 0; attempt < 500; ++attempt) {
@@ -190,7 +191,7 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         EXPECT_FALSE(viewModel->isBusy());
     }
 
-    /// A success is one only if the card holds the image; anything else never speaks of one.
+    /// Expects a success only if the card holds the image, and no mention of one otherwise.
     void expectTruth() {
         const auto lines = takeLog();
         const auto log = joined(lines, "\n");
@@ -207,7 +208,8 @@ class WriteFaultTests : public ViewModelTest, public testing::WithParamInterface
         }
     }
 
-    /// In the state, in the title by the phase that was reached, in a notification, and once in the log.
+    /// Expects the failure in the state, in the title by the phase that was reached, in a notification, and
+    /// once in the log.
     void expectFailureIsTold(const Messages& log) {
         static constexpr const char* titles[] = {"Preparing SD Card", "Authorizing Raw Device",
                                                  "Writing Image",     "Synchronizing Media",

@@ -113,7 +113,7 @@ TEST(PropertyListTests, whatIsMalformedNeverReachesTheLibrary) {
         {"the second of two values", binary({"\xD2\1\1\1\7",
                                              "\x51"
                                              "a"})},
-        // The last byte, which says that the offsets begin at 0xA1, is a list of one here.
+        // Here the last byte, which says that the offsets begin at 0xA1, is a list of one.
         {"a list at the very end",
          changed(binary({std::string(0xA1 - 8, '\x08')}), offset, static_cast<char>(0xA1 + 2 + 31))},
     };

@@ -51,7 +51,7 @@ TEST(TextTests, whatWouldMisleadAReaderIsReplacedOrIsolated) {
         {"Foto سلام 2", "\u2068Foto سلام 2\u2069"},
         {"𐤀", "\u2068𐤀\u2069"},
         {"٣ ۳", "٣ ۳"},
-        // Controls of direction turn nothing around once they are replaced.
+        // Direction controls have no effect once they are replaced.
         {"a\u200fb\u061c", "a\ufffdb\ufffd"},
         {"\u2068abc\u2069", "\ufffdabc\ufffd"},
         {"\u2068שלום", "\u2068\ufffdשלום\u2069"},

@@ -23,7 +23,7 @@ bool holdsRightsTo(int descriptor, std::span<const std::byte> data) {
 
 }  // namespace
 
-/// Whatever the bytes are, nothing outside them is read, and a descriptor comes only from a rights entry.
+/// Checks that no bytes outside the message are read, and that a descriptor comes only from a rights entry.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     const auto data = std::as_bytes(std::span(bytes, size));
     const auto descriptor = tessel::findDescriptor(data);

@@ -9,7 +9,7 @@ namespace {
 
 GVariant* objects = nullptr;
 
-/// Answers for the bus and for the disk service on it.
+/// Answers calls in place of the bus and of the disk service on it.
 GDBusMessage* answer(GDBusConnection* bus, GDBusMessage* call, gboolean isIncoming, gpointer) {
     if (!isIncoming) return call;
     const std::string_view method = g_dbus_message_get_member(call);
@@ -29,14 +29,14 @@ gboolean welcome(GDBusServer*, GDBusConnection* bus, gpointer) {
 
 }  // namespace
 
-/// What the bus's own thread still holds after an input is no leak.
+/// Turns the leak check off, because the bus's own thread still holds memory after an input.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer asks for it by this name.
 extern "C" int __lsan_is_turned_off() {
     return 1;
 }
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    // The library complains of each property that lacks the type it should have.
+    // The library logs a warning for each property that lacks the type it should have.
     g_log_set_writer_func([](auto...) { return G_LOG_WRITER_HANDLED; }, nullptr, nullptr);
     GDBusServer* const server =
         g_dbus_server_new_sync("unix:tmpdir=/tmp", G_DBUS_SERVER_FLAGS_NONE,
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     return 0;
 }
 
-/// Whatever objects the disk service has, written as GLib writes values, records are made of them.
+/// Checks that records are made of any objects of the disk service, which are written as GLib writes values.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     const auto* const text = reinterpret_cast<const char*>(bytes);
     objects = g_variant_parse(G_VARIANT_TYPE("a{oa{sa{sv}}}"), text, text + size, nullptr, nullptr);

@@ -3,7 +3,7 @@
 
 #include "utilities/linux/system/DeviceLocks.h"
 
-/// Whatever the kernel's table of locks holds, only words of it are taken for files.
+/// Checks that only words of the kernel's table of locks are taken for files, whatever it holds.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     const std::string text(reinterpret_cast<const char*>(bytes), size);
     std::istringstream table(text);

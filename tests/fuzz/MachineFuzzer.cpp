@@ -10,8 +10,8 @@
 
 using namespace tessel;
 
-/// Whatever a computer looks like, the program reads the same disks that it was told of, and never finds a
-/// protected one writable.
+/// Checks that the program reads exactly the disks that the utility describes, whatever the computer looks
+/// like, and never finds a protected one writable.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     DiskSnapshot snapshot;
     try {

@@ -7,7 +7,7 @@ using namespace tessel;
 
 namespace {
 
-/// Notes the uses of a device that stands for all that this computer lacks.
+/// Returns the uses of a device that stands for all devices that this computer lacks.
 KernelDevice usesOf(const std::string& mounts, const std::string& swaps) {
     DiskSnapshot snapshot{.devices = {KernelDevice{}}};
     addUses(snapshot, mounts, swaps);
@@ -16,7 +16,7 @@ KernelDevice usesOf(const std::string& mounts, const std::string& swaps) {
 
 }  // namespace
 
-/// Whatever the tables hold, they are read; and each folder that the kernel can name is told by its own name.
+/// Checks that any tables are read, and that each folder that the kernel can name keeps its name.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     const std::string text(reinterpret_cast<const char*>(bytes), size);
     static_cast<void>(usesOf(text, text));

@@ -10,7 +10,7 @@ using namespace tessel;
 
 namespace {
 
-/// Copies the bytes to the end of a room behind which nothing can be read, since the library that reads them
+/// Copies the bytes to the end of an area behind which nothing can be read, since the library that reads them
 /// is not instrumented.
 std::string_view atTheEdge(const uint8_t* bytes, size_t size) {
     constexpr size_t pageSize = 4096, roomSize = 1 << 20;
@@ -25,7 +25,7 @@ std::string_view atTheEdge(const uint8_t* bytes, size_t size) {
 
 }  // namespace
 
-/// Whatever the bytes are, they are read or refused, and what was read survives being written and read again.
+/// Checks that any bytes are read or refused, and that what was read survives being written and read again.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     PropertyList value;
     try {

@@ -13,7 +13,7 @@ namespace tessel {
 
 namespace {
 
-/// Lower-cases what can become a letter from a to z, and leaves everything else as it is.
+/// Lowercases only characters that become a letter from a to z, and leaves everything else as it is.
 std::string plainlyLowered(const std::string& text) {
     std::string lowered;
     for (size_t i = 0; i < text.size(); ++i) {
@@ -48,7 +48,7 @@ bool mentions(const std::string& text, std::initializer_list<const char*> words)
     return false;
 }
 
-/// States the rule once more: which disks may ever be written to.
+/// Returns whether a disk may ever be written to, by a second statement of the rule.
 bool mayBeWritten(const SDWholeDisk& disk) {
     const auto bus = plainlyLowered(plainlyTrimmed(disk.busProtocol));
     const auto name = plainlyLowered(plainlyTrimmed(disk.mediaName));
@@ -71,7 +71,7 @@ bool mayBeWritten(const SDWholeDisk& disk) {
            disk.sizeBytes <= 512ULL << 30;
 }
 
-/// Makes records of disks out of the words of real ones, and of what could pass for them.
+/// Makes records of disks from the words of real disks and of lookalikes.
 class RandomDisks {
   public:
     explicit RandomDisks(uint64_t seed) : random(seed) {}

@@ -14,7 +14,7 @@ namespace tessel {
 
 namespace {
 
-/// Whose type is not the same on every system.
+/// A type that differs between systems.
 using Length = decltype(cmsghdr::cmsg_len);
 
 struct Entry {

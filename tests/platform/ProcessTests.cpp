@@ -13,13 +13,13 @@ namespace tessel {
 
 class ProcessTests : public LeavesNothingOpen {};
 
-TEST_F(ProcessTests, aChildThatNobodyWaitedForIsEndedWithItsProcess) {
+TEST_F(ProcessTests, aChildThatWasNotWaitedForIsEndedWithItsProcess) {
     const CollectingPipe output;
     const auto begin = std::chrono::steady_clock::now();
     {
         const Process dropped({.executable = "/bin/sh", .arguments = {"-c", "trap '' TERM; exec sleep 60"}},
                               {.standardOutput = output.writingEnd(), .standardError = STDERR_FILENO});
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));  // until it ignores what is polite
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));  // until it ignores SIGTERM
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }

@@ -109,7 +109,7 @@ TEST_F(CommandRunnerTests, aDescendantThatKeepsAStreamOpenIsNotWaitedFor) {
         const auto begin = std::chrono::steady_clock::now();
         const auto result = runShell(script, Seconds(0.5));
         EXPECT_LT(std::chrono::steady_clock::now() - begin, Seconds(15));
-        // Waiting for the streams alone is no reason to call the command late.
+        // A command is not late if only its streams are waited for.
         EXPECT_EQ(result.didTimeOut, isKilled);
         EXPECT_EQ(result.status, isKilled ? SIGTERM : 5);
         EXPECT_THAT(result.standardOutput, output);

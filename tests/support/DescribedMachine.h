@@ -10,14 +10,14 @@
 namespace tessel {
 
 /// A machine described in a file of sections and keys, together with what is expected of it; see
-/// tests/machines. Each section is a block device. What it leaves out is as on a healthy disk.
+/// tests/machines. Each section is a block device. A missing key has the value of a healthy disk.
 struct DescribedMachine {
     using Section = std::map<std::string, std::string>;
 
     DiskSnapshot snapshot;
-    std::map<std::string, Section> sections;  ///< by the devices' names
+    std::map<std::string, Section> sections;  ///< by the names of the devices
 
-    /// Throws an exception where the text is no description.
+    /// Reads the description. Throws an exception where the text is none.
     static DescribedMachine read(std::istream& text);
     static DescribedMachine read(const std::filesystem::path& file);
 };

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// A described machine that can be operated on and changes as a real one would. A hook, where it is set,
-/// takes part in the call that it is named for.
+/// A described machine that can be operated on and changes as a real one would. A hook that is set takes part
+/// in the call that it is named for.
 class DescribedSystem : public BlockSystem {
   public:
     explicit DescribedSystem(DiskSnapshot snapshot) : snapshot(std::move(snapshot)) {}

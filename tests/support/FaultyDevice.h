@@ -11,8 +11,8 @@
 
 namespace tessel {
 
-/// A device that works but for one kind of call, and must not be closed by the main thread, which it might
-/// hold up.
+/// A device that works except for one kind of call. It must not be closed on the main thread, because that
+/// may block.
 class FaultyDevice : public WrappedDevice {
   public:
     enum class Fault { none, secondWrite, read, synchronize };

@@ -12,7 +12,7 @@ inline FileDescriptor openReadWrite(const std::filesystem::path& path, int flags
     return FileDescriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | flags));
 }
 
-/// Attaches files of its folder as block devices, where this user may.
+/// Attaches files of its folder as block devices, where the user may do so.
 class LoopDeviceTest : public testing::Test {
   protected:
     void SetUp() override {

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// What a device in memory holds, and what was done to it.
+/// The content of a device in memory, and what was done to it.
 struct Medium {
     std::vector<std::byte> bytes;
     uint64_t blockSize = 512;
@@ -17,7 +17,7 @@ struct Medium {
     int writes = 0;
     int synchronizations = 0;
     Disturbance disturbance = Disturbance::none;
-    bool isExchangedDuringWrite = false;  ///< after a write that was short
+    bool isExchangedDuringWrite = false;  ///< whether another medium takes its place after a short write
 };
 
 class MemoryDevice : public RawDevice {
@@ -53,7 +53,7 @@ class MemoryDevice : public RawDevice {
     Medium& medium;
 };
 
-/// Makes bytes that differ from place to place, but are the same for the same seed.
+/// Returns bytes that differ from place to place, but are the same for the same seed.
 inline std::vector<std::byte> patternedBytes(size_t size, uint32_t seed = 1) {
     std::vector<std::byte> bytes(size);
     uint32_t state = seed;

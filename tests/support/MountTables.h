@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// Notes the uses of the devices that these texts of /proc/self/mountinfo and /proc/swaps tell of.
+/// Notes the uses of devices in these texts of /proc/self/mountinfo and /proc/swaps.
 inline void addUses(DiskSnapshot& snapshot, std::string mounts, std::string swaps) {
     const auto read = [](std::string& text) {
         MountTable table(mnt_new_table());

@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");  // the desktop of whoever runs the tests
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");  // hides the desktop of the user
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();

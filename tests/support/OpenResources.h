@@ -12,7 +12,7 @@
 
 namespace tessel {
 
-/// Lists what the open descriptors of this process lead to.
+/// Returns the paths that the open descriptors of this process lead to.
 inline std::vector<std::string> openDescriptors() {
     std::vector<std::string> targets;
     for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
@@ -27,8 +27,8 @@ inline std::vector<std::string> openDescriptors() {
     return targets;
 }
 
-/// Returns the open descriptors, as soon as they are the expected ones: a read of an image that was left
-/// behind closes its file only when it ends.
+/// Returns the open descriptors as soon as they are the expected ones, or after a while: a read of an image
+/// that was left behind closes its file only when it ends.
 inline std::vector<std::string> settledDescriptors(const std::vector<std::string>& expected) {
     for (int attempt = 0; attempt < 200 && openDescriptors() != expected; ++attempt)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -44,7 +44,7 @@ class LeavesNothingOpen : public testing::Test {
     }
 
     std::vector<std::string> before = openDescriptors();
-    bool mayCloseLate = false;  ///< the read of an image may have been left behind
+    bool mayCloseLate = false;  ///< whether the read of an image may have been left behind
 };
 
 }  // namespace tessel

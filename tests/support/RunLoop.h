@@ -14,7 +14,7 @@ namespace tessel {
 /// thread is in run() waits for the next call.
 class RunLoop : public MainThread {
   public:
-    // The clock of the thread that posts may be ahead of this loop's in a test.
+    // A thread that posts may have a clock that is ahead of this loop's in a test.
     void post(std::function<void()> work) override { put({}, std::move(work)); }
 
     void postAfter(std::chrono::nanoseconds delay, std::function<void()> work) override {
@@ -27,7 +27,7 @@ class RunLoop : public MainThread {
             work();
     }
 
-    /// Makes run() return after the work in hand. May be called on any thread, even before run().
+    /// Makes run() return after its current work. May be called on any thread, even before run().
     void stop() {
         const MutexLock lock(mutex);
         isStopped = true;
@@ -60,7 +60,7 @@ class RunLoop : public MainThread {
 
     Mutex mutex;
     std::condition_variable_any changed;
-    /// By the time when it is due; the work for one time is in the order in which it was posted.
+    /// The work by its due time; work for the same time is in the order in which it was posted.
     std::multimap<Clock::time_point, std::function<void()>> pending __attribute__((guarded_by(mutex)));
     bool isStopped __attribute__((guarded_by(mutex))) = false;
 };

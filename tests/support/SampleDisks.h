@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// Describes an SD card that may be chosen.
+/// Returns the record of an SD card that may be chosen.
 inline SDWholeDisk sampleCard(const std::string& id, const std::string& mediaName = "SDXC Reader",
                               uint64_t sizeBytes = 32'000'000'000) {
     return {.id = id,

@@ -8,7 +8,8 @@
 
 namespace tessel {
 
-/// How long the computer has slept so far. One source file of a test program may include this.
+/// The time that the computer has slept so far, in seconds. One source file of a test program may include
+/// this.
 inline std::atomic<time_t> secondsAsleep = 0;
 
 }  // namespace tessel

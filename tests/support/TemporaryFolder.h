@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-/// A new folder that is removed, with everything in it, when this is dropped.
+/// A new folder that is removed, with everything in it, when this object is destroyed.
 class TemporaryFolder {
   public:
     TemporaryFolder() {

@@ -10,7 +10,7 @@
 
 namespace tessel {
 
-/// What a utility answered as a child process.
+/// The answer of a utility that ran as a child process.
 struct UtilityRun {
     int status = 0;
     std::string output = {};

@@ -24,7 +24,7 @@ std::string partsOf(const SDWholeDisk& disk) {
     return joined(parts, "; ");
 }
 
-/// What the window knows about a disk, and why that is so.
+/// The window's record of a disk, and the reason for its protection.
 struct Answer {
     SDWholeDisk disk;
     std::optional<Protection> protection;
@@ -44,7 +44,7 @@ struct Answer {
     }
 };
 
-/// Reads the disks through the very text that the program reads, and keys them by the kernel's names.
+/// Reads the disks through the same text as the program, and returns them by the kernel's names.
 std::map<std::string, Answer> answersOf(const DiskSnapshot& snapshot) {
     const DiskList list = parseDiskList(propertyListXML(diskListOf(snapshot)));
     std::map<std::string, Answer> answers;

@@ -131,7 +131,7 @@ TEST(DeviceUsesTests, onlyWhatIsNotThereIsTakenForUnused) {
     EXPECT_EQ(firstLineOf(root.path() / "missing"), std::nullopt);
     EXPECT_TRUE(namesIn(root.path() / "missing").empty());
     EXPECT_TRUE(filesMatching(root.path() / "missing/*").empty());
-    // A folder can't be read as a file, nor a link to itself as anything.
+    // Neither a folder nor a link to itself can be read as a file.
     std::filesystem::create_symlink("circle", root.path() / "circle");
     EXPECT_THROW(static_cast<void>(firstLineOf(root.path())), PlatformError);
     EXPECT_THROW(static_cast<void>(namesIn(root.path() / "circle")), PlatformError);

@@ -16,7 +16,7 @@ namespace tessel {
 
 namespace {
 
-/// Grows computers at random: disks with partitions, what is stacked upon them, and what uses any of it.
+/// Makes random computers: disks with partitions, what is stacked upon them, and what uses any of it.
 class RandomMachines {
   public:
     explicit RandomMachines(uint64_t seed) : random(seed) {}
@@ -94,7 +94,7 @@ bool isHardware(const KernelDevice& device) {
     return device.path.find("virtual") == std::string::npos;
 }
 
-/// Names a device and everything that lies upon it, however deep.
+/// Returns the names of a device and of everything that lies upon it, however deep.
 std::set<std::string> everythingUpon(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     std::set<std::string> names{disk.name};
     for (size_t known = 0; known != names.size();) {
@@ -110,7 +110,8 @@ std::set<std::string> everythingUpon(const DiskSnapshot& snapshot, const KernelD
     return names;
 }
 
-/// States the rule once more, from the disk upwards: which disks may be unmounted, opened and ejected.
+/// Returns whether a disk may be unmounted, opened and ejected, by a second statement of the rule that starts
+/// from the disk.
 bool mayBeTouched(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     bool isRootKnown = false;
     for (const auto& other : snapshot.devices) {
@@ -135,7 +136,7 @@ bool mayBeTouched(const DiskSnapshot& snapshot, const KernelDevice& disk) {
     return true;
 }
 
-/// Attempts an operation whose outcome does not matter, but what it did to the system.
+/// Attempts an operation and ignores its failure; only its effects on the system matter.
 void attempt(auto operation) {
     try {
         operation();
@@ -152,7 +153,7 @@ TEST(DiskProtectionPropertyTests, nothingProtectedIsEverReachable) {
     for (uint64_t number = 0; number < machines; ++number) {
         const DiskSnapshot snapshot = random.next();
         for (const auto& disk : snapshot.devices) {
-            // What exists only in the kernel is refused as virtual.
+            // Devices that exist only in the kernel are refused as virtual.
             if (disk.partitionNumber != 0 || !isHardware(disk)) continue;
             SCOPED_TRACE("machine " + std::to_string(number) + ", " + disk.name);
             const bool isTouchable = mayBeTouched(snapshot, disk);
@@ -160,7 +161,7 @@ TEST(DiskProtectionPropertyTests, nothingProtectedIsEverReachable) {
             ASSERT_EQ(!protectionOf(snapshot, disk), isTouchable);
             if (isTouchable) continue;
             DescribedSystem system(snapshot);
-            system.readingTime = std::chrono::seconds(30);  // nothing is waited for
+            system.readingTime = std::chrono::seconds(30);  // so long that nothing is waited for
             const auto identifier = identifierOf(snapshot, disk);
             attempt([&] { LinuxDiskUtility(system).unmount(identifier); });
             attempt([&] { LinuxDiskUtility(system).eject(identifier); });

@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// Runs the real disk service, which takes two loop devices for card readers and knows no other disk.
+/// Runs the real disk service, which takes two loop devices for card readers and sees no other disk.
 class DiskServiceTests : public LinuxProgramsTest {
   protected:
     void SetUp() override {
@@ -29,7 +29,7 @@ class DiskServiceTests : public LinuxProgramsTest {
         LinuxProgramsTest::TearDown();
     }
 
-    /// Records in udev's database what a reader says of itself.
+    /// Records the properties of a reader in udev's database.
     void describe(const LoopDevice& device, const std::string& serial,
                   const std::string& properties = "") const {
         const auto sysfs = "/sys/block" / device.path().filename();
@@ -44,7 +44,7 @@ class DiskServiceTests : public LinuxProgramsTest {
             << properties << "V:1\n";
     }
     void start() {
-        // It gets a view of its own of what the kernel lists, in which there are only these two disks.
+        // The service gets a view of its own of the kernel's lists, which holds only these two disks.
         const auto view = folder.path() / "view";
         std::filesystem::create_directories(view);
         for (const auto* device : {&*loop, &*other}) {

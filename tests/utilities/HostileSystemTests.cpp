@@ -12,7 +12,7 @@ namespace tessel {
 
 using testing::HasSubstr;
 
-/// Does to a write under way what a system may do to it.
+/// Disturbs a write in progress as a system may do.
 class HostileSystemTests : public MountedDiskTest {
   protected:
     void SetUp() override {
@@ -22,7 +22,7 @@ class HostileSystemTests : public MountedDiskTest {
         if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     }
 
-    /// Writes two chunks and lets something happen between them.
+    /// Writes two chunks and calls the function between them. Returns the text of the error, or nothing.
     std::string writeWhile(const std::function<void()>& happening) const {
         return write(16 << 20, [&happening](ImageWriteProgress report) {
             const bool isBetweenChunks = report.completedBytes > 0 && report.fractionCompleted() < 1;

@@ -14,7 +14,7 @@ namespace tessel {
 
 inline const std::string notEjected = "The image was written, but the SD card could not be ejected. ";
 
-/// Has a card in the laptop's own slot as disk7, with one volume that the desktop mounted.
+/// A computer with a card in the laptop's own slot as disk7, with one volume that the desktop mounted.
 class LinuxDiskUtilityTest : public testing::Test {
   protected:
     std::string failureOf(void (LinuxDiskUtility::*action)(const std::string&)) {

@@ -25,7 +25,7 @@
 
 namespace tessel {
 
-/// A program that runs until this is dropped.
+/// A program that runs until this object is destroyed.
 class Companion {
   public:
     explicit Companion(std::vector<std::string> command) {
@@ -44,7 +44,7 @@ class Companion {
 
     void pause() const { kill(identifier, SIGSTOP); }
     void resume() const { kill(identifier, SIGCONT); }
-    /// Returns where the kernel tells about it.
+    /// Returns its folder in /proc.
     std::filesystem::path folder() const { return "/proc/" + std::to_string(identifier); }
 
   private:
@@ -58,7 +58,7 @@ inline bool appears(const std::filesystem::path& path) {
 }
 
 /// Runs the real programs on this machine's kernel, with a bus of their own and a stand-in for UDisks2 that
-/// knows one disk: a loop device.
+/// describes one disk: a loop device.
 class LinuxProgramsTest : public LoopDeviceTest {
   protected:
     void SetUp() override {
@@ -71,7 +71,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
         identifier = "disk" + std::to_string(number);
         makeRemovable(*loop);
 
-        // A private bus with nobody on it.
+        // The private bus has no services yet.
         const auto socket = folder.path() / "bus";
         const auto configuration = folder.write(
             "bus.conf",
@@ -82,7 +82,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
         setenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str(), 1);
         // A thread sanitizer in the programs can't see the locks of the bus library.
         setenv("TSAN_OPTIONS", "ignore_noninstrumented_modules=1", 0);
-        // The bus is silenced, since it would complain that it may not raise its limits.
+        // The bus is silenced, since it would warn that it may not raise its limits.
         bus.emplace(std::vector<std::string>{"sh", "-c",
                                              "exec dbus-daemon --nofork --nopidfile --config-file=" +
                                                  configuration.string() + " 2>/dev/null"});
@@ -94,7 +94,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
             umount2(flag.c_str(), MNT_DETACH);
     }
 
-    /// Has the kernel call the medium removable, as that in a card reader is.
+    /// Makes the kernel report the medium as removable, like one in a card reader.
     void makeRemovable(const LoopDevice& device) {
         const auto yes = folder.write("yes", "1\n");
         const auto flag = "/sys/block" / device.path().filename() / "removable";
@@ -125,7 +125,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
     }
 
     /// Opens the disk and writes an image of that many bytes onto it, as the program does once its policy has
-    /// agreed. Calls the hook with each report. Returns the text of the error, or nothing when all is well.
+    /// agreed. Calls the hook with each report. Returns the text of the error, or nothing if there is none.
     std::string write(size_t size, const ImageWriteProgressHandler& onReport) const {
         const auto image = patternedBytes(size);
         const auto file = folder.write("os.img", {reinterpret_cast<const char*>(image.data()), image.size()});
@@ -155,7 +155,8 @@ class LinuxProgramsTest : public LoopDeviceTest {
         if (run.status != 0) return {};
         return parseDiskInfo(run.output, identifier, nullptr).value();
     }
-    /// Nothing may be opened where "/" lies on no disk, as in most containers.
+    /// Returns whether "/" lies on a disk, which it does not in most containers. Otherwise nothing may be
+    /// opened.
     bool isSystemDiskKnown() const { return diskutil({"info", "-plist", "/dev/disk0"}).status == 0; }
 
     static constexpr uint64_t mediumSizeInBytes = 64 << 20;
@@ -170,7 +171,7 @@ class LinuxProgramsTest : public LoopDeviceTest {
     std::optional<Companion> udisks;
 };
 
-/// Makes a file system on the disk, whose mounts only this process and its children see.
+/// Makes a file system on the disk, whose mounts are visible only to this process and its children.
 class MountedDiskTest : public LinuxProgramsTest {
   protected:
     void SetUp() override {

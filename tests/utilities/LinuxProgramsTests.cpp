@@ -72,7 +72,7 @@ TEST_F(LinuxProgramsTests, theDiskIsListedUnderTheKernelsNumber) {
     EXPECT_EQ(diskutil({"info", "-plist", "/dev/disk999999"}).errors, "Could not find disk: disk999999.\n");
 }
 
-TEST_F(LinuxProgramsTests, theDescriptorIsTheDiskAndNobodyElses) {
+TEST_F(LinuxProgramsTests, theDescriptorIsThatOfTheDisk) {
     startUDisks();
     if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     const UtilityRun run = authopen();
@@ -156,7 +156,7 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
 }
 
 TEST_F(LinuxProgramsTests, aBusyReaderIsRecognizedInTheLanguageOfTheService) {
-    // The C library looks for its own texts there, even in a locale that it brings along.
+    // The C library looks for its own texts there, even those of a locale that it contains.
     const std::filesystem::path translations = "/usr/share/locale";
     ASSERT_EQ(::mount("tmpfs", translations.c_str(), "tmpfs", 0, nullptr), 0);
     coveredFlags.push_back(translations);
@@ -193,7 +193,7 @@ TEST_F(LinuxProgramsTests, aLockThroughAnotherDeviceNodeIsSeen) {
     struct stat status{};
     ASSERT_EQ(stat(loop->path().c_str(), &status), 0);
     const auto locked = folder.path() / "locked";
-    // As a system virtual machine does: it has a /dev of its own, and its node there is another file.
+    // A system virtual machine has a /dev of its own, and its node there is another file.
     const Companion container(
         {"unshare", "-m", "--propagation", "private", "sh", "-c",
          "mount -t tmpfs none /dev && mknod /dev/card b " + std::to_string(major(status.st_rdev)) + " " +

@@ -15,7 +15,7 @@ namespace tessel {
 
 using testing::HasSubstr;
 
-/// Describes a machine whose only card is the loop device that gets opened for it.
+/// A machine whose only card is the loop device that is opened for it.
 class LinuxRawDiskOpenerTests : public LoopDeviceTest {
   protected:
     void SetUp() override {
@@ -36,7 +36,7 @@ class LinuxRawDiskOpenerTests : public LoopDeviceTest {
 
     KernelDevice& card() { return system.snapshot.devices.front(); }
 
-    /// Adds or deletes a partition that is the whole loop device, where the kernel can.
+    /// Adds or deletes a partition that spans the whole loop device, if the kernel can.
     void changePartition(int operation) const {
         blkpg_partition partition{.start = 0, .length = mediumSizeInBytes, .pno = 1};
         blkpg_ioctl_arg argument{
@@ -44,7 +44,7 @@ class LinuxRawDiskOpenerTests : public LoopDeviceTest {
         ioctl(openReadWrite(loop->path()).get(), BLKPG, &argument);
     }
 
-    /// Returns what is said instead of opening.
+    /// Returns the message of the failure to open, or nothing.
     std::string refusal() {
         try {
             LinuxRawDiskOpener(system).open(identifier);
@@ -65,7 +65,7 @@ class LinuxRawDiskOpenerTests : public LoopDeviceTest {
     std::string identifier;
 };
 
-TEST_F(LinuxRawDiskOpenerTests, whatSomebodyElseLockedIsBusy) {
+TEST_F(LinuxRawDiskOpenerTests, whatAnotherProgramLockedIsBusy) {
     const FileDescriptor other = openReadWrite(loop->path());
     ASSERT_TRUE(lockExclusively(other.get()).isSuccess());
     EXPECT_THAT(refusal(), HasSubstr("Resource busy"));

@@ -25,8 +25,8 @@ const std::filesystem::path& log() {
 
 }  // namespace
 
-/// Replaces the system's call in this program: records the lowest free descriptor, after a while and once
-/// nobody has locked the log.
+/// Replaces the system's call in this program. Records the lowest free descriptor, after a while and once the
+/// log is not locked.
 extern "C" void sync() noexcept {
     const FileDescriptor lowest = openReadWrite(log(), O_APPEND);
     usleep(100'000);
@@ -34,7 +34,7 @@ extern "C" void sync() noexcept {
     dprintf(lowest.get(), "%d", lowest.get());
 }
 
-/// Replaces the system's call in this program: the kernel does not answer about one disk for a while.
+/// Replaces the system's call in this program. Does not answer about one disk for a while.
 extern "C" int quotactl(int, const char* device, int, caddr_t) noexcept {
     if (std::string_view(device) == "/dev/stuck") sleep(10);
     errno = std::string_view(device) == "/dev/used"  ? ESRCH

@@ -24,7 +24,7 @@ TEST_F(ImageSelectionTests, takesOnlyWhatCanBeWritten) {
                                 "” could not be inspected: No such file or directory.";
     const struct {
         const char* name;
-        std::string error;  ///< empty for an image that is taken
+        std::string error;  ///< empty for an image that is accepted
     } cases[] = {
         {"os.img", ""},
         {"disk.IMG", ""},

@@ -16,7 +16,7 @@ TEST(TransferRateTests, tellsTheTimeCalmlyHoweverTheCardBehaves) {
     const struct {
         ImageWritePhase phase;
         double (*secondsOf)(uint64_t chunk);
-        std::string times;  ///< which time was said, and in which second first
+        std::string times;  ///< each time left that was shown, with the second when it first was
         std::string lastSpeed;
     } rows[] = {
         {writingImage, [](uint64_t) { return 0.79; },

@@ -21,7 +21,7 @@ namespace tessel {
 
 using Messages = std::vector<std::string>;
 
-/// A desktop that notes what is asked of it, and whose user answers as they were told.
+/// A desktop that records what is asked of it, and answers as the test says.
 class ScriptedDesktop : public Desktop {
   public:
     std::function<std::optional<std::filesystem::path>()> onPanel;
@@ -61,13 +61,14 @@ class ScriptedDesktop : public Desktop {
     };
 };
 
-/// A view model whose computer has a card, disk4, and a system disk, disk0. Nothing was done with it yet.
+/// A view model whose computer has a card, disk4, and a system disk, disk0. Nothing has been done with it
+/// yet.
 class ViewModelTest : public LeavesNothingOpen {
   protected:
     static constexpr uint64_t cardSize = 600'000'000;
-    static constexpr uint64_t imageSize = 9'000'001;  ///< two chunks, the second not a whole block
+    static constexpr uint64_t imageSize = 9'000'001;  ///< in bytes: two chunks, the second not a whole block
 
-    /// What is logged on entering a phase, in the order of the phases.
+    /// The messages logged on entering a phase, in the order of the phases.
     static constexpr const char* phaseMessages[] = {
         "Preparing the selected SD card and unmounting its volumes.",
         "Requesting authorized access to the raw SD-card device.",
@@ -107,7 +108,7 @@ class ViewModelTest : public LeavesNothingOpen {
         runUntilIdle();
     }
 
-    /// Goes on until no operation runs.
+    /// Runs the loop until no operation runs.
     void runUntilIdle() {
         isWaiting = true;
         if (isOccupied()) loop->run();
@@ -119,13 +120,13 @@ class ViewModelTest : public LeavesNothingOpen {
         runUntilIdle();
     }
 
-    /// Does it in the moment in which the text has become the last message of the log, or the detail.
+    /// Calls the function at the moment when the text has become the last message of the log, or the detail.
     void when(std::string text, std::function<void()> act) {
         awaitedText = std::move(text);
         onAwaitedText = std::move(act);
     }
 
-    /// Calls every operation. None may have an effect, now or later.
+    /// Calls every operation. Expects that none has an effect, now or later.
     void tryEverything() {
         const auto changesBefore = changes;
         const auto eventsBefore = desktop.events;
@@ -141,8 +142,8 @@ class ViewModelTest : public LeavesNothingOpen {
 
     // What the machine does
 
-    /// Every command of the disk utility, or of another one, goes through these lines of shell first; `$real`
-    /// is the utility itself.
+    /// Runs these lines of shell in place of the disk utility, or of another one; `$real` is the utility
+    /// itself.
     void interpose(const std::string& commands, const std::string& utility = "diskutil") {
         folder.writeScript(utility,
                            "real='" + (folder.path() / "reader" / utility).string() + "'\n" + commands);
@@ -153,7 +154,7 @@ class ViewModelTest : public LeavesNothingOpen {
             interpose("exec $real \"$@\"", utility);
     }
 
-    /// A new image and a new card, both selected; what happened until then is forgotten.
+    /// Makes a new image and a new card and selects both. Forgets what happened until then.
     void prepareWrite() {
         behaveAsUsual();
         for (const auto* disk : {"disk0", "disk4"})
@@ -182,7 +183,7 @@ class ViewModelTest : public LeavesNothingOpen {
         return state.text.empty() ? name : name + ": " + state.text;
     }
 
-    /// The messages that are new since the last call, without their time stamps.
+    /// Returns the messages that are new since the last call, without their time stamps.
     Messages takeLog() {
         static const std::regex stamp(R"(^\[([01]\d|2[0-3])(:[0-5]\d){2}\] )");
         const auto& lines = viewModel->log().logLines();
@@ -195,7 +196,8 @@ class ViewModelTest : public LeavesNothingOpen {
         return messages;
     }
 
-    /// The commands that were run since the last call: a word for each of the usual ones, any other in full.
+    /// Returns the commands that were run since the last call: a word for each of the usual ones, any other
+    /// in full.
     std::string takeCommands() {
         static const std::map<std::string, std::string> names = {
             {"diskutil list -plist", "list"},

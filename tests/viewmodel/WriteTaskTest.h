@@ -30,7 +30,7 @@ inline constexpr auto diskChanged =
 inline constexpr auto diskGone =
     "/dev/disk4 is gone: the SD card was removed, or its reader was disconnected.";
 
-/// What the utilities are asked for a whole write.
+/// The commands that a whole write gives to the utilities.
 inline constexpr auto allCommands = "list info list info unmount authorize list info eject";
 
 inline Messages operator+(Messages messages, const Messages& more) {
@@ -38,12 +38,12 @@ inline Messages operator+(Messages messages, const Messages& more) {
     return messages;
 }
 
-/// What a write says, and how it ends.
+/// Tests the messages of a write, and its end.
 class WriteTaskTest : public ViewModelTest {
   protected:
     using enum ImageWritePhase;
 
-    /// The log of a verified write that got as far as this phase.
+    /// Returns the log of a verified write that got as far as this phase.
     static Messages logUpTo(ImageWritePhase phase) {
         Messages messages{revalidating, writing, verificationEnabled};
         for (size_t i = 0; i <= static_cast<size_t>(phase); ++i)

@@ -233,7 +233,7 @@ TEST_F(WriteTaskTests, anImageOnTheCardItselfIsRefusedBeforeTheUnmount) {
     EXPECT_EQ(takeCommands(), "list diskutil info -plist /dev/disk5");
 }
 
-TEST_F(WriteTaskTests, aWriteIsFinishedThoughNobodyElseHoldsTheViewModel) {
+TEST_F(WriteTaskTests, aWriteIsFinishedThoughNothingElseHoldsTheViewModel) {
     prepareWrite();
     const std::weak_ptr<TesselViewModel> dropped = viewModel;
     desktop.onActivityEnd = [this] { loop->stop(); };

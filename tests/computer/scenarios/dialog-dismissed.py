@@ -1,4 +1,4 @@
-"""Somebody leaves the password dialog open for longer than programs usually wait, and then dismisses it."""
+"""The user leaves the password dialog open for longer than programs usually wait, and then dismisses it."""
 
 
 def play(computer):

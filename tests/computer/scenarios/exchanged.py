@@ -1,4 +1,4 @@
-"""Another card of the same size takes the place of the chosen one. Whenever that happens, the other one stays as it is."""
+"""Another card of the same size takes the place of the chosen one. Whenever that happens, it stays unchanged."""
 from story import GONE
 
 PLACES = ("slot", "reader")

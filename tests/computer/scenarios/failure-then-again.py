@@ -1,4 +1,4 @@
-"""Somebody does not know the password, by which time the card has been unmounted. It is ejected, and can be written after
+"""The user does not know the password. The card, which has been unmounted by then, is ejected, and can be written after
 it has been taken out and put in again."""
 
 

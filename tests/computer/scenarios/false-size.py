@@ -1,4 +1,4 @@
-"""The card is counterfeit: it claims more than it can keep."""
+"""The card is counterfeit: it claims a larger size than it has."""
 
 
 def play(computer):

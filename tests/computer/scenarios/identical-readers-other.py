@@ -1,5 +1,5 @@
 """Two readers have the same names and the same serial number, so that the disk service takes them for one drive. Only the
-chosen card is written and let go, whatever the other one is used for."""
+chosen card is written and released, whatever the other one is used for."""
 CASES = ("idle", "mounted", "written")
 
 

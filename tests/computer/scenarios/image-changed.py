@@ -1,4 +1,4 @@
-"""Something happens to the image between its choice and the write."""
+"""The image changes between its choice and the write."""
 CASES = ("deleted", "grown", "replaced", "unreadable")
 
 COMMANDS = {"deleted": "rm sample.img", "grown": "truncate --size +1M sample.img",
@@ -15,7 +15,7 @@ def play(computer, how):
     computer.choose_target()
     computer.as_person(COMMANDS[how])
     computer.confirm_write()
-    if how in ("replaced", "unreadable"):  # which only the opening of the image can tell
+    if how in ("replaced", "unreadable"):  # which only opening the image reveals
         computer.answer_dialog()
     if how == "replaced":
         computer.expect_success()

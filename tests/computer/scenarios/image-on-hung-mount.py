@@ -1,4 +1,4 @@
-"""The disk that the image lies on answers no more: in the middle of a write, which can be stopped, and before the next
+"""The disk that holds the image no longer answers: in the middle of a write, which can be stopped, and before the next
 one, when the window can be closed."""
 
 

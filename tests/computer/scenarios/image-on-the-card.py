@@ -1,4 +1,4 @@
-"""The image lies on the card that it shall be written to. That is said at once, and refused before anything happens."""
+"""The image lies on the card that it is to be written to. The program says so at once, and refuses the write."""
 PLACES = ("slot", "reader")
 
 ON_THE_CARD = "image (file )?(is|lies|is stored|is located) on (this|the)( selected)? (SD )?card"

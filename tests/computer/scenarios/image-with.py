@@ -1,4 +1,4 @@
-"""What the image contains is of a kind that computers treat in a way of their own."""
+"""The image has a content that computers treat specially."""
 CASES = ("raid-member", "encrypted-volume", "many-partitions", "no-partition")
 
 RECIPES = {
@@ -20,7 +20,7 @@ def play(computer, content):
     card = computer.insert_card()
     computer.choose_target()
     computer.write()
-    if content == "raid-member":  # which the computer activates by itself
+    if content == "raid-member":  # which the computer activates automatically
         computer.expect_safe_only_when_released(card, "part of a volume group, a RAID or an encrypted volume")
     else:
         computer.expect_success()

@@ -1,4 +1,4 @@
-"""The image is larger than 4 GiB, and has something to say beyond that."""
+"""The image is larger than 4 GiB, and has data beyond that."""
 BEYOND, WORDS = (4 << 30) + 12_345, "far behind"
 
 

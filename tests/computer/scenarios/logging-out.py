@@ -1,4 +1,4 @@
-"""Somebody logs out while the image is being written."""
+"""The user logs out while the image is being written."""
 
 
 def play(computer):

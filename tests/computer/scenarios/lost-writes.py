@@ -1,4 +1,4 @@
-"""The card has worn out: it confirms every write, and keeps nothing."""
+"""The card has worn out: it confirms every write, but stores nothing."""
 
 
 def play(computer):

@@ -1,4 +1,4 @@
-"""The card is mounted where nobody at the desktop sees it, as in a container."""
+"""The card is mounted where the desktop can't see it, as in a container."""
 
 
 def play(computer):

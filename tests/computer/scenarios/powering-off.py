@@ -1,4 +1,4 @@
-"""The computer is switched off while the image is being written, which holds nobody up."""
+"""The computer is switched off while the image is being written, and the program does not delay that."""
 
 
 def play(computer):

@@ -7,7 +7,7 @@ def play(computer, when):
     computer.write_up_to(when)
     computer.as_administrator("pkill --signal KILL --exact velmora-tessel")
     if when == "at-the-prompt":
-        computer.answer_dialog()  # which nobody has taken away
+        computer.answer_dialog()  # which is still open
     computer.rest(5)
     computer.expect_closed(card)
     computer.start_program()

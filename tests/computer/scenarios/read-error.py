@@ -1,4 +1,4 @@
-"""The card has a place that can be written, but not read back."""
+"""The card has a sector that can be written, but not read back."""
 
 
 def play(computer):

@@ -1,4 +1,4 @@
-"""The card is slow, and the window stays alive."""
+"""The card is slow, and the window stays responsive."""
 
 
 def play(computer):

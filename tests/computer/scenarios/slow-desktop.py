@@ -1,4 +1,4 @@
-"""The desktop takes its time until it mounts what has been written, because it starts a program for that."""
+"""The desktop mounts the written volumes with a delay, because it starts a program for that."""
 
 
 def play(computer):

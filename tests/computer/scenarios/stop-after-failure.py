@@ -5,7 +5,7 @@ def play(computer):
     [card] = computer.plug_reader(slow_to=2 << 20)
     computer.write_up_to("while-verifying")
     computer.flip_bit(card, at=23 << 20)
-    computer.hold_disk_service()  # nobody asks it while the card is read, but ejecting waits for it
+    computer.hold_disk_service()  # reading the card does not need it, but ejecting does
     computer.await_process("diskutil")
     computer.stop()
     computer.release_disk_service()

@@ -1,4 +1,4 @@
-"""Somebody presses Stop while the password is asked for, which nobody but the person can answer."""
+"""The user presses Stop while the password is asked for. Only the user can close that dialog."""
 CASES = ("then-dismissed", "then-answered")
 
 

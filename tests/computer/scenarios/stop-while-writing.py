@@ -1,4 +1,4 @@
-"""Somebody presses Stop while the image is being written."""
+"""The user presses Stop while the image is being written."""
 PLACES = ("slot", "reader")
 
 

@@ -1,5 +1,5 @@
-"""The computer sleeps while the image is being written. Afterwards nobody can know whether the card is the same, so the
-write fails, and the card is written from the beginning."""
+"""The computer sleeps while the image is being written. Afterwards the card may be another one, so the write fails,
+and the card is written again from the beginning."""
 from story import CHANGED
 
 

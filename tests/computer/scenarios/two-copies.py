@@ -1,4 +1,4 @@
-"""A second copy of the program is started, and shall write the card that the first one is writing."""
+"""A second copy of the program is started, and is told to write the card that the first one is writing."""
 
 
 def play(computer):

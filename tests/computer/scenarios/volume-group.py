@@ -1,4 +1,4 @@
-"""The image holds a volume group, which the computer activates by itself as soon as it sees it."""
+"""The image holds a volume group, which the computer activates as soon as it finds it."""
 PLACES = ("slot", "reader")
 
 RECIPE = """printf 'label: dos\\nstart=2048, type=8e\\n' | sfdisk --quiet $image

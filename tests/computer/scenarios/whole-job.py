@@ -1,4 +1,4 @@
-"""Somebody writes an image onto a card, has it verified, and pulls the card out."""
+"""The user writes an image onto a card, has it verified, and pulls the card out."""
 PLACES = ("slot", "reader")
 
 

@@ -1,4 +1,4 @@
-"""Somebody is in a hurry."""
+"""The user is in a hurry, and writes without verification."""
 
 
 def play(computer):

@@ -1,4 +1,4 @@
-"""The card has a place that can't be written."""
+"""The card has a sector that can't be written."""
 
 
 def play(computer):

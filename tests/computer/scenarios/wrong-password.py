@@ -1,4 +1,4 @@
-"""Somebody mistypes the password, and types it again."""
+"""The user mistypes the password, and types it again."""
 
 
 def play(computer):

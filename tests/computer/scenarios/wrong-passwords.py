@@ -1,4 +1,4 @@
-"""Somebody does not know the password."""
+"""The user does not know the password."""
 
 
 def play(computer):

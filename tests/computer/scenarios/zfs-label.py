@@ -1,6 +1,6 @@
 """The image looks like a part of a ZFS pool, which this computer could not use. The card is written like any other."""
 
-# The numbers that begin a pool's uberblocks, four of which the device database wants to see.
+# The numbers that begin a pool's uberblocks, of which udev's probe requires four.
 RECIPE = """shred --iterations 1 $image
     for block in 128 129 130 131; do
         printf '\\014\\261\\272\\000\\000\\000\\000\\000' | dd of=$image bs=1K seek=$block conv=notrunc status=none; done

@@ -79,7 +79,7 @@ TEST_F(LockedBlockDeviceTests, whatElseHappensToTheMediumIsNoticed) {
 
 TEST_F(LockedBlockDeviceTests, anotherMediumInTheSameDeviceIsNoticed) {
     const FileDescriptor control = openReadWrite("/dev/loop-control");
-    // Whoever else looks for a free slot at this moment is given a lower one.
+    // A program that looks for a free slot at this moment is given a lower one.
     const int number = ioctl(control.get(), LOOP_CTL_ADD, 1000 + getpid() % 1000);
     ASSERT_GE(number, 1000);
     const auto slot = "/dev/loop" + std::to_string(number);

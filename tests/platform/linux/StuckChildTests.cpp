@@ -20,14 +20,14 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 /// Keeps a process from ending, even by SIGKILL, as the kernel does while the process waits for a device.
-/// Lasts until this is dropped, or for 20 s if the test waits for that process.
+/// Lasts until this object is destroyed, or for 20 s if the test waits for that process.
 class Hold {
   public:
     explicit Hold(pid_t process) {
         auto ready = makePipe();
         tracer = fork();
         if (tracer == 0) {
-            // Whatever else ends the process, it still has to pass by its tracer.
+            // However the process ends, it still has to pass its tracer.
             const bool isTracing = ptrace(PTRACE_SEIZE, process, nullptr, PTRACE_O_TRACEEXIT) == 0;
             alarm(20);
             if (isTracing && write(ready.second.get(), "", 1) == 1) pause();
@@ -50,7 +50,7 @@ class Hold {
     pid_t tracer;
 };
 
-/// Returns whether the system still knows the process, if only as one that nothing has reaped.
+/// Returns whether the system still has the process, if only as a zombie.
 bool isKnown(pid_t process) {
     return kill(process, 0) == 0;
 }

@@ -9,7 +9,7 @@ TEST(ElidedLabelTests, whatFollowsANameKeepsItsDirectionWhenTheEndOfTheNameIsLef
     const struct {
         const char* what;
         QString text;
-        QString marks;  ///< that are shown, in their order
+        QString marks;  ///< the visible ones, in their order
     } cases[] = {
         {"the end is left out", name + " · SD card reader (64 GB)", QString::fromUtf8("\u2068\u2069…")},
         {"the beginning is left out", "64 GB SD card reader · " + name, QString::fromUtf8("…\u2069")},
