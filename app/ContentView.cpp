@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "app/About.h"
 #include "app/ConfirmationTexts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
@@ -68,6 +69,8 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     closingKeys->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
                           keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
     connect(closingKeys, &QShortcut::activated, this, &ContentView::close);
+    connect(new QShortcut(keyFor(QKeySequence::HelpContents, Qt::Key_F1), this), &QShortcut::activated, this,
+            [this] { showManual(); });
 
     viewModel->onChange = [this] { scheduleRender(); };
     render();
@@ -179,6 +182,19 @@ void ContentView::showWriteConfirmation() {
                                       .look = Button::Look::destructiveProminent,
                                       .act = writeWhatWasConfirmed}}},
                         this);
+    alert->open();
+}
+
+void ContentView::showManual() {
+    const QString failure = openManual();
+    if (failure.isEmpty()) return;
+    auto* alert = new AlertDialog({.symbol = "info.circle.fill",
+                                   .symbolTone = Tone::blue,
+                                   .symbolDescription = "Information",
+                                   .message = "The Manual Can't Be Shown",
+                                   .informativeText = failure,
+                                   .actions = {{.title = "OK", .look = Button::Look::prominent}}},
+                                  this);
     alert->open();
 }
 

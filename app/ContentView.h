@@ -52,6 +52,7 @@ class ContentView : public QWidget {
     void render();
     void renderCards() const;
     void showWriteConfirmation();
+    void showManual();
     void askToStop();
     [[nodiscard]] bool isAskingToStop() const;
     void reconsiderStopQuestion();

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "app/About.h"
 #include "app/StatusTexts.h"
 #include "views/controls/Painting.h"
 #include "views/controls/Symbol.h"
@@ -31,7 +32,10 @@ class ProductMark : public QWidget {
 HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), badge(new StatusBadge) {
     auto* titles = new QVBoxLayout;
     titles->setSpacing(spacing::hair);
-    titles->addWidget(new TextLabel("Velmora Tessel", {.font = FontRole::title, .weight = QFont::Bold}));
+    auto* title = new TextLabel("Velmora Tessel", {.font = FontRole::title, .weight = QFont::Bold});
+    title->setToolTip(aboutText());
+    title->setAccessibleDescription(aboutText());
+    titles->addWidget(title);
     titles->addWidget(new TextLabel("General-Purpose SD Card Imaging",
                                     {.font = FontRole::caption, .tone = Tone::secondary}));
 

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QSessionManager>
+#include <cstdio>
+#include <cstdlib>
 
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
@@ -27,6 +29,21 @@ void showAlert(const Desktop::Alert& alert, QWidget* window) {
 ImageWriterService makeWriterService(const VelmoraTesselApp::Disks& disks) {
     return {DiskService(disks.utilities.diskUtility),
             RawDiskOpener(disks.utilities.authorizationUtility, disks.makeDevice)};
+}
+
+/// Drops the warnings that lead to a fatal message, which say the same in words that are no use to the user.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type != QtFatalMsg) return;
+    std::fputs("velmora-tessel: There is no display to open a window on.\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+/// Returns the installed icon, or a drawing of it where none is installed.
+QIcon programIcon() {
+    QIcon drawn;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        drawn.addPixmap(symbolPixmap("sdcard.fill", size, QColor("#2f9e5b"), 1));
+    return QIcon::fromTheme("velmora-tessel", drawn);
 }
 
 }  // namespace
@@ -55,17 +72,20 @@ int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {
     return status;
 }
 
+std::unique_ptr<QApplication> connectToDisplay(int& argumentCount, char** arguments) {
+    const auto usualHandler = qInstallMessageHandler(endWithoutDisplay);
+    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    qInstallMessageHandler(usualHandler);
+    return application;
+}
+
 void prepareApplication() {
     QApplication::setApplicationName("velmora-tessel");
     QApplication::setApplicationDisplayName("Velmora Tessel");
     QApplication::setDesktopFileName("velmora-tessel");
     QApplication::setStyle("Fusion");
     QApplication::setCursorFlashTime(0);  // the log has a text cursor, but nothing is ever typed there
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
-        icon.addPixmap(symbolPixmap("sdcard.fill", size, QColor("#2f9e5b"), 1));
-    }
-    QApplication::setWindowIcon(icon);
+    QApplication::setWindowIcon(programIcon());
 }
 
 }  // namespace tessel

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QApplication>
 #include <memory>
 
 #include "app/ContentView.h"
-#include "platform/SystemUtilities.h"
+#include "platform/InstalledFiles.h"
 #include "platform/qt/QtDesktop.h"
 #include "viewmodel/TesselViewModel.h"
 
@@ -43,6 +44,10 @@ class VelmoraTesselApp {
     ContentView contentView;
     std::unique_ptr<TemporaryActivity> diskWatch;
 };
+
+/// Connects to the desktop's display. Where there is none, the program ends with one sentence and status 1;
+/// Qt would leave a core dump. The arguments must outlive the result.
+[[nodiscard]] std::unique_ptr<QApplication> connectToDisplay(int& argumentCount, char** arguments);
 
 /// Sets the name and the look of the whole program. Call it once, before there is any window.
 void prepareApplication();

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/SystemUtilities.h"
+#include "platform/InstalledFiles.h"
 #include "rehearsal/LoopDevice.h"
 #include "rehearsal/SimulatedDisk.h"
 #include "utilities/simulated/DiskBehaviour.h"

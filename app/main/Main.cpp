@@ -1,16 +1,23 @@
 #include <QApplication>
+#include <cstdio>
 #include <span>
 
-#include "app/CommandLine.h"
+#include "app/About.h"
 #include "app/VelmoraTesselApp.h"
 #include "platform/BlockDevice.h"
 #include "platform/qt/DiskChanges.h"
 #include "platform/qt/TerminationSignal.h"
 
 int main(int argc, char* argv[]) {
-    if (const auto status = tessel::answerCommandLine(std::span(argv + 1, argv + argc))) return *status;
+    const auto answer = tessel::answerCommandLine(std::span(argv + 1, argv + argc));
+    if (answer.exitStatus) return *answer.exitStatus;
     tessel::TerminationSignal terminationSignal;
-    const QApplication qtApplication(argc, argv);
+    const auto qtApplication = tessel::connectToDisplay(argc, argv);
+    if (answer.wantsManual) {
+        const auto failure = tessel::openManual();
+        if (!failure.isEmpty()) std::fprintf(stderr, "velmora-tessel: %s\n", qPrintable(failure));
+        return failure.isEmpty() ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
     tessel::prepareApplication();
     tessel::VelmoraTesselApp application({.utilities = tessel::installedUtilities(),
                                           .makeDevice = tessel::makeBlockDevice,

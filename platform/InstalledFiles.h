@@ -11,6 +11,9 @@ struct SystemUtilities {
 };
 
 /// Returns the utilities of this computer. Only the system and the program's own location choose them.
-SystemUtilities installedUtilities();
+[[nodiscard]] SystemUtilities installedUtilities();
+
+/// Returns the page with which the installed manual begins.
+[[nodiscard]] std::filesystem::path installedManual();
 
 }  // namespace tessel
