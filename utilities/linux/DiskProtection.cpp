@@ -23,7 +23,7 @@ struct DiskCheck {
 
 constexpr auto diskChecks = std::to_array<DiskCheck>({
     {[](const DiskSnapshot& snapshot, const KernelDevice&) { return systemDisks(snapshot).empty(); },
-     "it is not known which disk the system runs from"},
+     "it is not known which disk the system runs from, as in a container or sandbox"},
 
     {[](const DiskSnapshot& snapshot, const KernelDevice& disk) {
          const auto disks = systemDisks(snapshot);

@@ -158,7 +158,7 @@ UDisksConnection::UDisksConnection() {
     if (!owner)
         throw PlatformError(ENOENT,
                             "The disk service UDisks2 is not running. Install the package udisks2, or start "
-                            "the service, and try again.");
+                            "the service, and try again. In a container or sandbox it can't be reached.");
 }
 
 void UDisksConnection::describe(std::vector<KernelDevice>& devices) const {
