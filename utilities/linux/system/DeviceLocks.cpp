@@ -13,6 +13,7 @@
 #include <map>
 #include <optional>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "foundation/Errors.h"
@@ -141,6 +142,18 @@ void addLockOfNode(DiskSnapshot& snapshot, const std::vector<NodeFolder>& folder
     snapshot.isDiskLockedElsewhere |= isDoubtful;
 }
 
+/// Throws PlatformError where users or processes have a namespace of their own, as in a sandbox: the table
+/// then lacks the locks of processes outside, or these can't be asked for their device nodes.
+void requireViewOfAllProcesses() {
+    // The kernel gives its first namespaces fixed numbers.
+    for (const auto& [link, first] : {std::pair("/proc/self/ns/pid", "pid:[4026531836]"),
+                                      std::pair("/proc/self/ns/user", "user:[4026531837]")}) {
+        std::error_code failure;
+        if (std::filesystem::read_symlink(link, failure) != first)
+            throw PlatformError(EPERM, "The locks of other processes are hidden by a sandbox.");
+    }
+}
+
 /// Returns the name in the table of locks of the file at this path; empty when there is none.
 std::string nameInTable(const std::string& path) {
     struct stat status{};
@@ -163,6 +176,7 @@ std::set<std::string> lockedFiles(std::istream& table, pid_t self) {
 }
 
 void addLocks(DiskSnapshot& snapshot) {
+    requireViewOfAllProcesses();
     std::ifstream table("/proc/locks");
     auto files = lockedFiles(table, getpid());
     if (table.bad() || !table.eof()) throw posixError("/proc/locks could not be read", errno);

@@ -17,7 +17,8 @@ namespace tessel {
 [[nodiscard]] std::set<std::string> lockedFiles(std::istream& table, pid_t self);
 
 /// Notes which devices another program has locked for itself alone through any node, as partitioning tools
-/// and this program do while they write. Throws PlatformError if the table of locks can't be read.
+/// and this program do while they write. Throws PlatformError if the table of locks can't be read, or a
+/// sandbox hides other processes.
 void addLocks(DiskSnapshot& snapshot);
 
 }  // namespace tessel
