@@ -16,7 +16,7 @@ std::filesystem::path installedManual() {
     uint32_t size = executable.size();
     if (_NSGetExecutablePath(executable.data(), &size) != 0) return {};
     return std::filesystem::path(executable.data()).parent_path().parent_path() / "Resources" / "manual" /
-           "troubleshooting.html";
+           "troubleshooting.md";
 }
 
 }  // namespace tessel
