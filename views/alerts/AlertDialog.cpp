@@ -27,8 +27,8 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     symbol->setAccessibleName(fields.symbolDescription);
     auto* message = wrappedLabel(fields.message, {.font = FontRole::headline, .weight = QFont::Bold});
     auto* text = wrappedLabel(fields.informativeText, {.font = FontRole::body});
+    text->setFocusPolicy(Qt::ClickFocus);  // a click beside the buttons takes the focus from a dangerous one
     followApplicationFont(*text, [text] { text->setFixedWidth(scaledWithFont(textWidth)); });
-    text->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(20, 20, 20, spacing::page);

@@ -4,9 +4,11 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/Symbol.h"
@@ -51,6 +53,49 @@ void TextLabel::setLook(const TextLook& look) {
         currentLook = look;
         applyLook();
     }
+}
+
+int TextLabel::heightForWidth(int width) const {
+    if (!wordWrap()) return QLabel::heightForWidth(width);
+    const QMargins margins = contentsMargins();
+    QTextLayout lines;
+    return breakIntoLines(lines, width - margins.left() - margins.right()) + margins.top() + margins.bottom();
+}
+
+QSize TextLabel::minimumSizeHint() const {
+    if (!wordWrap()) return QLabel::minimumSizeHint();
+    const QMargins margins = contentsMargins();
+    const int fewLetters = fontMetrics().horizontalAdvance("mmmmmmmm");
+    return {margins.left() + std::min(fewLetters, fontMetrics().horizontalAdvance(text())) + margins.right(),
+            fontMetrics().height()};
+}
+
+int TextLabel::breakIntoLines(QTextLayout& lines, int width) const {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(layoutDirection());
+    lines.setTextOption(option);
+    lines.setFont(font());
+    lines.setText(text().replace('\n', QChar::LineSeparator));
+    lines.beginLayout();
+    double height = 0;
+    for (QTextLine line = lines.createLine(); line.isValid(); line = lines.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0, height});
+        height += line.height();
+    }
+    lines.endLayout();
+    return static_cast<int>(std::ceil(height));
+}
+
+void TextLabel::paintEvent(QPaintEvent* event) {
+    if (!wordWrap()) return QLabel::paintEvent(event);
+    const QRect bounds = contentsRect();
+    QTextLayout lines;
+    const int spareHeight = bounds.height() - breakIntoLines(lines, bounds.width());
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    lines.draw(&painter, bounds.topLeft() + QPoint(0, std::max(spareHeight / 2, 0)));
 }
 
 void TextLabel::changeEvent(QEvent* event) {

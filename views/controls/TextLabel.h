@@ -6,6 +6,7 @@
 #include "views/controls/Style.h"
 
 class QEvent;
+class QTextLayout;
 class QVBoxLayout;
 
 namespace tessel {
@@ -20,7 +21,7 @@ struct TextLook {
 };
 
 /// Shows a plain text in one of the window's looks, which follow the application's font and palette. A text
-/// is never read as markup.
+/// is never read as markup. Where it wraps, it does so between words, and within a word that is too long.
 class TextLabel : public QLabel {
   public:
     TextLabel(const QString& text, const TextLook& look);
@@ -28,12 +29,19 @@ class TextLabel : public QLabel {
     [[nodiscard]] const TextLook& look() const { return currentLook; }
     void setLook(const TextLook& look);
 
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
   protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     /// Is called when the look, the application's font or its palette has changed.
     virtual void applyLook();
 
   private:
+    /// Breaks the text into the lines that fit. Returns their height in pixels.
+    int breakIntoLines(QTextLayout& lines, int width) const;
+
     TextLook currentLook;
 };
 
