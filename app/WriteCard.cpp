@@ -41,7 +41,7 @@ WriteCard::WriteCard(TesselViewModel& viewModel, std::function<void()> showWrite
                             .symbol = "square.and.arrow.down.on.square.fill",
                             .look = Button::Look::destructiveProminent,
                             .size = Button::Size::large})),
-    imageHint(new SymbolLabel("info.circle.fill", {}, {.font = FontRole::caption, .tone = Tone::orange})) {
+    hint(new SymbolLabel("info.circle.fill", {}, {.font = FontRole::caption, .tone = Tone::orange})) {
     connect(verifySwitch, &Switch::toggled, this,
             [this](bool verify) { this->viewModel.setVerifyAfterWrite(verify); });
     writeButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -62,7 +62,7 @@ void WriteCard::buildContent() {
     content().addWidget(imageRow);
     content().addWidget(verifySwitch, 0, Qt::AlignLeft);
     content().addWidget(writeButton);
-    content().addWidget(imageHint);
+    content().addWidget(hint);
     content().addWidget(makeWarning());
     content().addWidget(new SymbolLabel("checkmark.shield.fill",
                                         "The confirmation dialog identifies the exact SD card and image "
@@ -90,10 +90,22 @@ void WriteCard::render() const {
     }
     verifySwitch->setChecked(viewModel.write().verifyAfterWrite());
     verifySwitch->setEnabled(!viewModel.isBusy());
-    writeButton->setEnabled(viewModel.canStartWrite());
-    const auto hint = image && target ? imageOnDiskText(*image, *target) : std::nullopt;
-    imageHint->setText(QString::fromStdString(hint.value_or("")));
-    imageHint->setVisible(hint.has_value());
+    renderHint();
+}
+
+void WriteCard::renderHint() const {
+    const auto* target = viewModel.targets().selectedDisk();
+    const auto& image = viewModel.image().selectedImage();
+    const auto obstacle = viewModel.writeObstacle();
+    const auto objection = obstacle || !image || !target ? obstacle : imageOnDiskText(*image, *target);
+    const auto words = QString::fromStdString(objection.value_or(""));
+    writeButton->setEnabled(!obstacle);
+    writeButton->setToolTip(words);
+    if (writeButton->accessibleDescription() != words) writeButton->setAccessibleDescription(words);
+    hint->setText(words);
+    hint->setLook({.font = FontRole::caption, .tone = image && target ? Tone::orange : Tone::secondary});
+    // The badge says that an operation runs. Here the words would come and go with each scan.
+    hint->setVisible(objection && !viewModel.isBusy());
 }
 
 }  // namespace tessel

@@ -21,6 +21,7 @@ class WriteCard : public Card {
 
   private:
     void buildContent();
+    void renderHint() const;
 
     TesselViewModel& viewModel;
     SymbolLabel* targetHint;
@@ -28,7 +29,7 @@ class WriteCard : public Card {
     InfoRow* imageRow;
     Switch* verifySwitch;
     Button* writeButton;
-    SymbolLabel* imageHint;
+    SymbolLabel* hint;  ///< why no write can start, or why one would fail
 };
 
 }  // namespace tessel

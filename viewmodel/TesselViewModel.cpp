@@ -6,8 +6,9 @@
 
 #include "foundation/ByteCount.h"
 #include "foundation/Errors.h"
-#include "model/SDCardPolicy.h"
+#include "model/DiskTexts.h"
 #include "model/SystemWords.h"
+#include "model/TesselError.h"
 #include "viewmodel/ScanSummary.h"
 
 namespace tessel {
@@ -125,11 +126,18 @@ void TesselViewModel::setVerifyAfterWrite(bool verify) {
     if (!isBusy()) currentWrite.verifyAfterWrite = verify;
 }
 
-bool TesselViewModel::canStartWrite() const {
+std::optional<std::string> TesselViewModel::writeObstacle() const {
     const auto& chosen = image().selectedImage();
     const auto* target = targets().selectedDisk();
-    return chosen && target && !isBusy() && !eligibilityFailureReason(*target) && chosen->sizeBytes != 0 &&
-           target->sizeBytes >= chosen->sizeBytes;
+    if (!chosen) return TesselError(TesselError::Case::invalidImage).localizedDescription();
+    if (!target) return TesselError(TesselError::Case::noSelectedDisk).localizedDescription();
+    if (isBusy()) return "Another operation is running.";
+    if (const auto reason = protectionText(*target))
+        return TesselError::unsafeDisk(*reason).localizedDescription();
+    if (chosen->sizeBytes == 0) return "The selected image is empty.";
+    if (target->sizeBytes < chosen->sizeBytes)
+        return TesselError(TesselError::Case::imageTooLarge).localizedDescription();
+    return std::nullopt;
 }
 
 void TesselViewModel::startWrite() {

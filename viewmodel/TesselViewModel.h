@@ -51,7 +51,9 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     [[nodiscard]] const WriteProgress& progress() const { return currentWrite.progress(); }
     /// Returns the progress from the first selection to the end of the write, from 0 to 1.
     [[nodiscard]] double overallWorkflowProgress() const;
-    [[nodiscard]] bool canStartWrite() const;
+    [[nodiscard]] bool canStartWrite() const { return !writeObstacle(); }
+    /// Returns the first condition of a write that is missing, as a sentence.
+    [[nodiscard]] std::optional<std::string> writeObstacle() const;
     [[nodiscard]] bool didPerformInitialScan() const { return hasStartedScan; }
     /// Returns whether a disk has come or gone since the last scan began.
     [[nodiscard]] bool haveDisksChanged() const { return disksChanged(); }

@@ -88,6 +88,33 @@ TEST_F(WriteGuardTests, anImageOnTheChosenCardIsPointedOut) {
     EXPECT_THAT(texts(), Contains(hint));
 }
 
+TEST_F(WriteGuardTests, theFirstMissingConditionIsSaidAtTheButton) {
+    const auto expectHint = [this](const std::string& hint) {
+        QTest::qWait(1);
+        const auto& write = button("Write Disk Image");
+        EXPECT_EQ(write.isEnabled(), hint.empty());
+        EXPECT_EQ(write.toolTip().toStdString(), hint);
+        EXPECT_EQ(write.accessibleDescription().toStdString(), hint);
+        if (!hint.empty()) EXPECT_THAT(texts(), Contains(hint));
+    };
+    open();
+    expectHint("Select an uncompressed raw image with an .img, .raw, or .bin extension.");
+    std::filesystem::resize_file(image, cardSize + 1);
+    answerPanel(image);
+    untilIdle();
+    expectHint("Select a recognized and eligible SD card first.");
+    clickTarget("disk4");
+    expectHint("The selected image is larger than the selected SD card.");
+    std::filesystem::resize_file(image, cardSize);
+    answerPanel(image);
+    untilIdle();
+    expectHint("");
+    viewModel().refreshDisks();
+    QTest::qWait(1);
+    EXPECT_EQ(button("Write Disk Image").toolTip(), "Another operation is running.");
+    untilIdle();
+}
+
 TEST_F(WriteGuardTests, aConfirmationHoldsForWhatItSaysOnly) {
     openReady();
     click(button("Write Disk Image"));
