@@ -22,6 +22,7 @@
 #include "app/TargetCard.h"
 #include "app/WindowLayout.h"
 #include "app/WriteCard.h"
+#include "platform/qt/QtDesktop.h"
 #include "views/accessibility/Accessibility.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Card.h"
@@ -38,6 +39,13 @@ QVBoxLayout* columnOfCards(QWidget* pane) {
                                spacing::page);
     column->setSpacing(spacing::card);
     return column;
+}
+
+/// Returns the file if the drag carries exactly one of this computer.
+std::optional<std::filesystem::path> droppedFile(const QMimeData& dragged) {
+    const auto urls = dragged.urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
+    return localPath(urls.front());
 }
 
 }  // namespace
@@ -263,15 +271,19 @@ bool ContentView::takesDrops() const {
 
 void ContentView::dragEnterEvent(QDragEnterEvent* event) {
     event->setDropAction(Qt::CopyAction);
-    event->setAccepted(takesDrops());
+    event->setAccepted(takesDrops() && droppedFile(*event->mimeData()));
+    imageCard->setHighlighted(event->isAccepted());
+}
+
+void ContentView::dragLeaveEvent(QDragLeaveEvent*) {
+    imageCard->setHighlighted(false);
 }
 
 void ContentView::dropEvent(QDropEvent* event) {
-    if (!takesDrops()) return;
-    const auto files = event->mimeData()->urls();
-    // No file has an empty name, so whatever else was dropped is refused as no image.
-    const auto file = files.size() == 1 ? files.front().toLocalFile() : QString();
-    viewModel->chooseImage(file.toStdString());
+    imageCard->setHighlighted(false);
+    const auto file = droppedFile(*event->mimeData());
+    if (!takesDrops() || !file) return;
+    viewModel->chooseImage(*file);
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

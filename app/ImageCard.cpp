@@ -21,7 +21,9 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
     hint(new SymbolLabel("info.circle.fill",
                          "The file extension is supported. Confirm that this file contains the intended raw "
                          "disk image before writing.",
-                         {.font = FontRole::caption, .tone = Tone::blue})) {
+                         {.font = FontRole::caption, .tone = Tone::blue})),
+    dropHint(wrappedLabel("An image file can also be dropped onto this window.",
+                          {.font = FontRole::smallestCaption, .tone = Tone::secondary})) {
     setFocusProxy(selectButton);
     connect(selectButton, &Button::clicked, this, [this] { this->viewModel.chooseImage(); });
 
@@ -35,6 +37,7 @@ ImageCard::ImageCard(TesselViewModel& viewModel) :
     for (auto* row : {fileRow, pathRow, sizeRow})
         content().addWidget(row);
     content().addWidget(hint);
+    content().addWidget(dropHint);
 }
 
 void ImageCard::render() const {
@@ -44,6 +47,7 @@ void ImageCard::render() const {
     pathRow->setValue(image ? QString::fromStdString(image->displayPath()) : "Not selected");
     sizeRow->setValue(image ? QString::fromStdString(byteCountText(image->sizeBytes)) : "Unknown");
     hint->setVisible(image.has_value());
+    dropHint->setVisible(!image);
 }
 
 }  // namespace tessel

@@ -22,6 +22,7 @@ class ImageCard : public Card {
     InfoRow* pathRow;
     InfoRow* sizeRow;
     SymbolLabel* hint;
+    TextLabel* dropHint;
 };
 
 }  // namespace tessel

@@ -2,10 +2,17 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QHeaderView>
+#include <QIdentityProxyModel>
 #include <QSettings>
+#include <QSplitter>
 #include <QStandardPaths>
+#include <QTreeView>
 #include <utility>
 
+#include "foundation/ByteCount.h"
 #include "platform/qt/DesktopServices.h"
 
 namespace tessel {
@@ -58,7 +65,55 @@ struct Answer {
     }
 };
 
+/// Shows sizes in the units of the rest of the program, in the panel that Qt brings itself.
+class PanelModel : public QIdentityProxyModel {
+  public:
+    using QIdentityProxyModel::QIdentityProxyModel;
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+        const auto* files = qobject_cast<QFileSystemModel*>(sourceModel());
+        const QModelIndex file = mapToSource(index);
+        if (!files || role != Qt::DisplayRole || index.column() != sizeColumn || files->isDir(file))
+            return QIdentityProxyModel::data(index, role);
+        return QString::fromStdString(byteCountText(static_cast<uint64_t>(files->size(file))));
+    }
+
+  private:
+    static constexpr int sizeColumn = 1;
+};
+
+/// Makes the panel that Qt brings itself fit for use. Does nothing to the desktop's own.
+void furnishOwnPanel(QFileDialog& dialog) {
+    QList<QUrl> places;
+    for (const auto location :
+         {QStandardPaths::HomeLocation, QStandardPaths::DesktopLocation, QStandardPaths::DownloadLocation}) {
+        const QString folder = QStandardPaths::writableLocation(location);
+        if (QFileInfo(folder).isDir()) places << QUrl::fromLocalFile(folder);
+    }
+    dialog.setSidebarUrls(places);
+    dialog.setProxyModel(new PanelModel(&dialog));
+    auto* list = dialog.findChild<QTreeView*>();
+    auto* sidebar = dialog.findChild<QSplitter*>();
+    if (!list || !sidebar) return;
+    const int em = dialog.fontMetrics().height();
+    dialog.resize(60 * em, 36 * em);
+    sidebar->setSizes({10 * em, 50 * em});
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 }  // namespace
+
+std::filesystem::path localPath(const QUrl& url) {
+    const auto bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    const std::filesystem::path path = bytes.toStdString();
+    const QString name = QString::fromStdString(path.filename().string());
+    std::error_code failure;
+    if (!name.contains(QChar::ReplacementCharacter) || std::filesystem::exists(path, failure)) return path;
+    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), failure))
+        if (QString::fromStdString(entry.path().filename().string()) == name) return entry.path();
+    return path;
+}
 
 Task<std::optional<std::filesystem::path>> QtDesktop::runOpenPanel(OpenPanel panel) {
     forgetSettings();
@@ -69,8 +124,9 @@ Task<std::optional<std::filesystem::path>> QtDesktop::runOpenPanel(OpenPanel pan
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilter(nameFilter(panel));
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
-    if (!co_await Answer{dialog} || dialog.selectedFiles().isEmpty()) co_return std::nullopt;
-    co_return dialog.selectedFiles().first().toStdString();
+    furnishOwnPanel(dialog);
+    if (!co_await Answer{dialog} || dialog.selectedUrls().isEmpty()) co_return std::nullopt;
+    co_return localPath(dialog.selectedUrls().first());
 }
 
 void QtDesktop::beep() {

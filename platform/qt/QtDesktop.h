@@ -1,12 +1,17 @@
 #pragma once
 
 #include <QPointer>
+#include <QUrl>
 #include <QWidget>
 #include <functional>
 
 #include "platform/Desktop.h"
 
 namespace tessel {
+
+/// Returns the file that a URL names, byte for byte. A name that is not UTF-8 comes from most dialogs with
+/// replacement characters; the file in the same folder that is shown by this name is then the one.
+[[nodiscard]] std::filesystem::path localPath(const QUrl& url);
 
 /// Provides the desktop's services by means of Qt and of the services that desktops run.
 class QtDesktop : public Desktop {

@@ -11,12 +11,9 @@ namespace {
 
 class ImageChoiceTests : public WindowTest {
   protected:
-    /// Drops the files onto the log. Returns whether they were accepted.
-    bool dropFiles(const std::vector<std::filesystem::path>& files) {
+    /// Drops what the URLs name onto the log. Returns whether that was accepted.
+    bool drop(const QList<QUrl>& urls) {
         QMimeData data;
-        QList<QUrl> urls;
-        for (const auto& file : files)
-            urls << QUrl::fromLocalFile(QString::fromStdString(file.string()));
         data.setUrls(urls);
         auto& onto = *the<OperationLogView>().viewport();
         const auto actions = Qt::CopyAction | Qt::MoveAction;
@@ -28,6 +25,10 @@ class ImageChoiceTests : public WindowTest {
         untilIdle();
         return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
     }
+
+    static QUrl url(const std::filesystem::path& file) {
+        return QUrl::fromEncoded("file://" + QByteArray::fromStdString(file.string()).toPercentEncoding("/"));
+    }
 };
 
 }  // namespace
@@ -37,9 +38,9 @@ TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
     const auto other = folder.write("other.iso", "x");
     const auto link = folder.path() / "link.img";
     std::filesystem::create_symlink(image, link);
-    for (const auto& [files, isImage] : std::vector<std::pair<std::vector<std::filesystem::path>, bool>>{
-             {{other}, false}, {{image, image}, false}, {{}, false}, {{link}, true}, {{other}, false}}) {
-        EXPECT_TRUE(dropFiles(files));
+    for (const auto& [file, isImage] : std::vector<std::pair<std::filesystem::path, bool>>{
+             {other, false}, {folder.path(), false}, {link, true}, {other, false}}) {
+        EXPECT_TRUE(drop({url(file)}));
         EXPECT_EQ(badge(), isImage ? "Disk image selected" : "Image selection failed");
         if (!isImage) {
             EXPECT_EQ(log().back(),
@@ -47,6 +48,21 @@ TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
         }
     }
     EXPECT_EQ(viewModel().image().selectedImage()->url, image) << "the image that the link led to";
+    for (const QList<QUrl>& others :
+         {QList<QUrl>{}, QList{url(image), url(image)}, QList{QUrl("https://example.invalid/card.img")}})
+        EXPECT_FALSE(drop(others)) << others.size();
+}
+
+TEST_F(ImageChoiceTests, aNameThatIsNotUtf8IsOpenedAsItIs) {
+    open();
+    const auto latin1 = folder.write("caf\xe9.img", "x");
+    const auto asDialogsNameIt = QUrl::fromLocalFile(QString::fromStdString(latin1.string()));
+    for (const auto& named : {url(latin1), asDialogsNameIt}) {
+        EXPECT_TRUE(drop({named}));
+        EXPECT_EQ(badge(), "Disk image selected");
+        EXPECT_EQ(viewModel().image().selectedImage()->url, latin1);
+        EXPECT_THAT(texts(), testing::Contains("caf\ufffd.img"));
+    }
 }
 
 TEST_F(ImageChoiceTests, nothingCanBeChosenDuringAWriteNorDroppedDuringAQuestion) {
@@ -56,12 +72,12 @@ TEST_F(ImageChoiceTests, nothingCanBeChosenDuringAWriteNorDroppedDuringAQuestion
         EXPECT_FALSE(button(text).isEnabled()) << text;
     for (const char* text : {"Show All Disks", "Verify the written image with SHA-256"})
         EXPECT_FALSE(control<Switch>(text).isEnabled()) << text;
-    EXPECT_FALSE(dropFiles({image}));
+    EXPECT_FALSE(drop({url(image)}));
     holds.writing.release();
     until([this] { return alertTitled("SD Card Is Safe to Remove"); });
-    EXPECT_FALSE(dropFiles({image}));
+    EXPECT_FALSE(drop({url(image)}));
     click(button("Done"));
-    EXPECT_TRUE(dropFiles({image}));
+    EXPECT_TRUE(drop({url(image)}));
 }
 
 TEST_F(ImageChoiceTests, nothingOfItIsNotedInTheUsersSettings) {

@@ -9,6 +9,12 @@
 
 namespace tessel {
 
+namespace {
+
+constexpr double cardRadius = 16;
+
+}  // namespace
+
 Box::Box(const Look& look) : look(look), column(new QVBoxLayout(this)) {
     column->setContentsMargins(look.padding, look.padding, look.padding, look.padding);
 }
@@ -22,13 +28,27 @@ void Box::paintEvent(QPaintEvent*) {
 }
 
 Card::Card(const QString& name) :
-    Box({.radius = 16,
+    Box({.radius = cardRadius,
          .padding = spacing::card,
          .fill = [](const Colors& colors) { return colors.windowBackground; },
          .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.06); }}) {
     presentToScreenReadersAs<Card, QAccessible::Grouping>();
     setAccessibleName(name);
     content().setSpacing(spacing::medium);
+}
+
+void Card::setHighlighted(bool highlight) {
+    isHighlighted = highlight;
+    update();
+}
+
+void Card::paintEvent(QPaintEvent* event) {
+    Box::paintEvent(event);
+    if (!isHighlighted) return;
+    QPainter painter(this);
+    paintBox(painter,
+             {.bounds = rect(), .radius = cardRadius, .fill = withOpacity(currentColors().accent, 0.08)});
+    paintFocusRing(painter, rect(), cardRadius);
 }
 
 QVBoxLayout* cardHeading(const QString& symbol, const QString& title, const QString& explanation) {

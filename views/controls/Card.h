@@ -36,6 +36,15 @@ class Box : public QWidget {
 class Card : public Box {
   public:
     explicit Card(const QString& name);
+
+    /// Shows that the card will take what is held over the window.
+    void setHighlighted(bool highlight);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool isHighlighted = false;
 };
 
 /// Lays out a card's symbol and title above its explanation.
