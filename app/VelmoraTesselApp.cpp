@@ -57,7 +57,8 @@ VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
                                    .imageWriterService = makeWriterService(disks)})),
     contentView(model) {
     qtDesktop.setWindow(&contentView);
-    if (disks.watch) diskWatch = disks.watch([this] { model->noteDiskChange(); });
+    if (disks.watch)
+        diskWatch = disks.watch([this](const DiskChange& change) { model->noteDiskChange(change); });
 }
 
 int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {

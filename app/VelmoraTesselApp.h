@@ -16,7 +16,8 @@ class TerminationSignal;
 class VelmoraTesselApp {
   public:
     /// Has a handler called each time a disk has come or gone, until the result is dropped.
-    using DiskWatch = std::function<std::unique_ptr<TemporaryActivity>(std::function<void()> onChange)>;
+    using DiskWatch =
+        std::function<std::unique_ptr<TemporaryActivity>(std::function<void(const DiskChange&)> onChange)>;
 
     /// Says where the program finds its disks.
     struct Disks {

@@ -16,6 +16,12 @@ class TemporaryActivity {
     virtual ~TemporaryActivity() = default;
 };
 
+/// A disk or a medium that has come or gone.
+struct DiskChange {
+    std::string systemName;  ///< such as "sdb"
+    bool hasGone = false;
+};
+
 /// The services of the desktop that the program runs on. They may be called on the main thread only.
 class Desktop {
   public:

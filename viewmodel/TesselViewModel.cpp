@@ -65,6 +65,23 @@ Task<> TesselViewModel::scanDisks() {
         operationLog.appendLog(message);
 }
 
+void TesselViewModel::noteDiskChange(const DiskChange& change) {
+    // Only at the end of a write it is known whether the program has ejected the disk itself.
+    if (change.hasGone && write().exists()) {
+        goneDuringWrite.push_back(change);
+    } else if (isNews(change)) {
+        disksChanged = true;
+    }
+}
+
+/// Returns whether the list of disks would look different after another scan, as far as is known.
+bool TesselViewModel::isNews(const DiskChange& change) const {
+    if (!change.hasGone) return true;
+    return std::ranges::any_of(targets().disks(), [&](const SDWholeDisk& disk) {
+        return disk.systemName.value_or(disk.id) == change.systemName && !write().hasEjected(disk.id);
+    });
+}
+
 void TesselViewModel::selectDisk(const std::string& id) {
     const auto* disk = isBusy() ? nullptr : targetSelection.select(id);
     if (!disk) return;
@@ -147,6 +164,8 @@ void TesselViewModel::startWrite() {
 
 Task<> TesselViewModel::performWrite() {
     co_await currentWrite.performWrite();
+    for (const auto& change : std::exchange(goneDuringWrite, {}))
+        if (isNews(change)) disksChanged = true;
 }
 
 double TesselViewModel::overallWorkflowProgress() const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "foundation/Published.h"
 #include "platform/Desktop.h"
@@ -65,7 +66,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     /// Begins to scan all disks. The state shows when the scan has ended.
     void refreshDisks();
     /// Notes that a disk has come or gone, without scanning.
-    void noteDiskChange() { disksChanged = true; }
+    void noteDiskChange(const DiskChange& change);
     /// Makes an eligible disk the target; ignores any other.
     void selectDisk(const std::string& id);
     /// Lets the user choose an image in a panel. The state shows when they have.
@@ -94,6 +95,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     Task<> runOpenPanel();
     Task<> takeImage(Task<SDImageFile> inspection);
     void noteCancelledChoice();
+    [[nodiscard]] bool isNews(const DiskChange& change) const;
     Task<> performWrite();
 
     std::shared_ptr<MainThread> mainThread;
@@ -107,6 +109,7 @@ class TesselViewModel : public std::enable_shared_from_this<TesselViewModel> {
     ImageSelection imageSelection{onChange};
     std::optional<TaskHandle> imageChoice;
     Published<bool> disksChanged{onChange, false};
+    std::vector<DiskChange> goneDuringWrite;
     bool hasStartedScan = false;
     WriteTask currentWrite{onChange,
                            {.desktop = desktop,

@@ -47,6 +47,9 @@ class WriteTask : private ImageWriteListener {
     /// Returns whether the write has failed, even if a stop that came later is its outcome.
     [[nodiscard]] bool hasFailed() const { return isFailureLogged; }
 
+    /// Returns whether the program has ejected the disk after a failed write, and not found it again since.
+    [[nodiscard]] bool hasEjected(const std::string& diskID) const { return ejectedDiskID == diskID; }
+
     /// Shows that nothing was written yet.
     void resetWriteProgress();
 

@@ -91,4 +91,18 @@ TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
     EXPECT_EQ(refresh.grab().toImage(), plain);
 }
 
+TEST_F(ContentViewTests, whatTheProgramEjectsItselfIsNoNews) {
+    for (const std::string authorization : {"", "busy"}) {
+        reader.reinsert("disk4");
+        reader.setBehaviour("disk4", {.authorization = authorization});
+        startWrite();
+        untilIdle();
+        QTest::qWait(100);
+        EXPECT_EQ(deeds().back(), "eject");
+        EXPECT_FALSE(viewModel().haveDisksChanged()) << authorization;
+        reader.reinsert("disk4");
+        until([this] { return viewModel().haveDisksChanged(); });
+    }
+}
+
 }  // namespace tessel

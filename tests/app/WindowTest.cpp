@@ -48,7 +48,7 @@ void WindowTest::open() {
     const auto makeDevice = [this](FileDescriptor descriptor) {
         return std::make_unique<HeldCard>(makeRehearsalDevice(std::move(descriptor)), holds);
     };
-    const auto watch = [this](std::function<void()> onChange) {
+    const auto watch = [this](std::function<void(const DiskChange&)> onChange) {
         return watchReader(reader.path(), std::move(onChange));
     };
     application =

@@ -3,7 +3,7 @@
 namespace tessel {
 
 /// Does nothing: only frameworks of the system report such changes there.
-std::unique_ptr<TemporaryActivity> watchDisks(std::function<void()>) {
+std::unique_ptr<TemporaryActivity> watchDisks(std::function<void(const DiskChange&)>) {
     return nullptr;
 }
 
