@@ -12,7 +12,7 @@
 #include <QWindow>
 
 #include "app/About.h"
-#include "app/ConfirmationTexts.h"
+#include "app/ConfirmationAlerts.h"
 #include "app/HeaderBar.h"
 #include "app/ImageCard.h"
 #include "app/Keyboard.h"
@@ -22,9 +22,9 @@
 #include "app/TargetCard.h"
 #include "app/WindowLayout.h"
 #include "app/WriteCard.h"
+#include "platform/qt/DesktopServices.h"
 #include "platform/qt/QtDesktop.h"
 #include "views/accessibility/Accessibility.h"
-#include "views/alerts/AlertDialog.h"
 #include "views/controls/Card.h"
 #include "views/controls/ScrollPane.h"
 
@@ -73,10 +73,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     followApplicationFont(*this, [this] { fitInto(room); });
     passOnApplicationFont(*this);
 
-    auto* closingKeys = new QShortcut(this);
-    closingKeys->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
-                          keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
-    connect(closingKeys, &QShortcut::activated, this, &ContentView::close);
+    addClosingKeys(*this);
     connect(new QShortcut(keyFor(QKeySequence::HelpContents, Qt::Key_F1), this), &QShortcut::activated, this,
             [this] { showManual(); });
 
@@ -121,6 +118,20 @@ void ContentView::fitInto(const WindowSizes::Room& newRoom) {
     if (!isVisible() || hasOutgrownIt) resize(sizes.usual);
 }
 
+void ContentView::addClosingKeys(QWidget& to) {
+    auto* closingKeys = new QShortcut(&to);
+    closingKeys->setKeys({keyFor(QKeySequence::Close, Qt::CTRL | Qt::Key_W),
+                          keyFor(QKeySequence::Quit, Qt::CTRL | Qt::Key_Q)});
+    connect(closingKeys, &QShortcut::activated, this, &ContentView::close);
+}
+
+AlertDialog* ContentView::present(const AlertDialog::Fields& alert) {
+    auto* dialog = new AlertDialog(alert, this);
+    addClosingKeys(*dialog);
+    dialog->open();
+    return dialog;
+}
+
 void ContentView::scheduleRender() {
     if (isRenderScheduled) return;
     isRenderScheduled = true;
@@ -129,7 +140,7 @@ void ContentView::scheduleRender() {
 
 void ContentView::render() {
     isRenderScheduled = false;
-    setWindowTitle(liveWindowTitle(*viewModel));
+    renderTitle();
     auto* focused = focusWidget();
     renderCards();
     focusMemory.settle(focused);
@@ -137,13 +148,23 @@ void ContentView::render() {
     if (!viewModel->write().exists()) closeIfWanted();
 }
 
+/// Tells the dock, too, but only what can be seen of it: every whole per cent.
+void ContentView::renderTitle() {
+    const auto title = liveWindowTitle(*viewModel);
+    if (title == windowTitle()) return;
+    setWindowTitle(title);
+    const bool isWriting = viewModel->write().exists();
+    showDockProgress(isWriting ? std::optional(viewModel->progress().writeOperationProgress) : std::nullopt);
+}
+
 void ContentView::renderCards() const {
-    header->render();
+    const QString note = closing != Closing::no && viewModel->write().exists() ? closingNote : "";
+    header->render(note);
     imageCard->render();
     targetCard->followDisks();
     targetCard->render();
     writeCard->render();
-    progressCard->render();
+    progressCard->render(note);
     logCard->render();
 }
 
@@ -179,31 +200,18 @@ void ContentView::showWriteConfirmation() {
             showWriteConfirmation();
         }
     };
-    auto* alert =
-        new AlertDialog({.symbol = "exclamationmark.triangle.fill",
-                         .symbolTone = Tone::orange,
-                         .symbolDescription = "Warning",
-                         .message = "Confirm Destructive Write",
-                         .informativeText = QString::fromStdString(message),
-                         .actions = {{.title = "Cancel"},
-                                     {.title = QString::fromStdString(confirmationButtonTitle(*viewModel)),
-                                      .look = Button::Look::destructiveProminent,
-                                      .act = writeWhatWasConfirmed}}},
-                        this);
-    alert->open();
+    present(confirmationAlert(*viewModel, writeWhatWasConfirmed));
 }
 
 void ContentView::showManual() {
     const QString failure = openManual();
     if (failure.isEmpty()) return;
-    auto* alert = new AlertDialog({.symbol = "info.circle.fill",
-                                   .symbolTone = Tone::blue,
-                                   .symbolDescription = "Information",
-                                   .message = "The Manual Can't Be Shown",
-                                   .informativeText = failure,
-                                   .actions = {{.title = "OK", .look = Button::Look::prominent}}},
-                                  this);
-    alert->open();
+    present({.symbol = "info.circle.fill",
+             .symbolTone = Tone::blue,
+             .symbolDescription = "Information",
+             .message = "The Manual Can't Be Shown",
+             .informativeText = failure,
+             .actions = {{.title = "OK", .look = Button::Look::prominent}}});
 }
 
 void ContentView::closeEvent(QCloseEvent* event) {
@@ -220,6 +228,7 @@ void ContentView::closeEvent(QCloseEvent* event) {
         askToStop();
     } else {
         closing = Closing::afterLastWords;
+        scheduleRender();
     }
 }
 
@@ -230,23 +239,12 @@ void ContentView::askToStop() {
         viewModel->requestStop();
         scheduleRender();
     };
-    stopAlert =
-        new AlertDialog({.symbol = "exclamationmark.triangle.fill",
-                         .symbolTone = Tone::orange,
-                         .symbolDescription = "Warning",
-                         .message = "A Write Is Running",
-                         .informativeText = QString::fromStdString(askedQuestion.message),
-                         .actions = {{.title = QString::fromStdString(askedQuestion.continueButtonTitle)},
-                                     {.title = "Stop and Quit",
-                                      .look = Button::Look::destructiveProminent,
-                                      .act = stopAndQuit}}},
-                        this);
-    stopAlert->open();
+    shownStopAlert = present(stopAlert(askedQuestion, stopAndQuit));
 }
 
 /// An answered question exists a little longer than it can be seen.
 bool ContentView::isAskingToStop() const {
-    return stopAlert && stopAlert->isVisible();
+    return shownStopAlert && shownStopAlert->isVisible();
 }
 
 /// Asks anew once the write has come to where the answer means something else, and takes the question back
@@ -255,7 +253,7 @@ void ContentView::reconsiderStopQuestion() {
     if (!isAskingToStop()) return;
     const bool canStop = viewModel->write().canRequestStop();
     if (canStop && askedQuestion == stopQuestion(*viewModel)) return;
-    stopAlert->close();
+    shownStopAlert->close();
     if (canStop) askToStop();
 }
 

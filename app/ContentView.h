@@ -4,14 +4,14 @@
 #include <QWidget>
 #include <memory>
 
-#include "app/ConfirmationTexts.h"
+#include "app/ConfirmationAlerts.h"
 #include "app/Keyboard.h"
 #include "app/WindowLayout.h"
 #include "viewmodel/TesselViewModel.h"
+#include "views/alerts/AlertDialog.h"
 
 namespace tessel {
 
-class AlertDialog;
 class HeaderBar;
 class ImageCard;
 class LogCard;
@@ -36,6 +36,9 @@ class ContentView : public QWidget {
     /// asked to stop.
     void closeWhenWriteEnds();
 
+    /// Shows an alert above the window. The keys that close the window work in it, too.
+    AlertDialog* present(const AlertDialog::Fields& alert);
+
   protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -51,7 +54,9 @@ class ContentView : public QWidget {
     void followScreen(QScreen* screen);
     void scheduleRender();
     void render();
+    void renderTitle();
     void renderCards() const;
+    void addClosingKeys(QWidget& to);
     void showWriteConfirmation();
     void showManual();
     void askToStop();
@@ -69,7 +74,7 @@ class ContentView : public QWidget {
     FocusMemory focusMemory;
     WindowSizes::Room room;
     QMetaObject::Connection screenChanges;
-    QPointer<AlertDialog> stopAlert;
+    QPointer<AlertDialog> shownStopAlert;
     StopQuestion askedQuestion;
     bool isRenderScheduled = false;
     /// Tells what happens once no write is running.

@@ -48,9 +48,9 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), b
     row->addWidget(badge);
 }
 
-void HeaderBar::render() const {
+void HeaderBar::render(const QString& note) const {
     badge->display({.text = statusTitle(viewModel.state()),
-                    .announcement = announcement(viewModel),
+                    .announcement = (announcement(viewModel) + " " + note).trimmed(),
                     .tone = statusColor(viewModel.state()),
                     .isBusy = viewModel.isBusy()});
 }

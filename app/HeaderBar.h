@@ -12,7 +12,8 @@ class HeaderBar : public QWidget {
   public:
     explicit HeaderBar(const TesselViewModel& viewModel);
 
-    void render() const;
+    /// Takes what screen readers say in addition; may be empty.
+    void render(const QString& note) const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

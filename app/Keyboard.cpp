@@ -6,19 +6,14 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QList>
-#include <algorithm>
-#include <array>
+
+#include "views/controls/Painting.h"
 
 namespace tessel {
 
 namespace {
 
 constexpr int timeToNotice = 1000;  // in milliseconds
-
-bool isPressing(const QKeyEvent& event) {
-    constexpr std::array keys{Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Select};
-    return std::ranges::find(keys, event.key()) != keys.end();
-}
 
 }  // namespace
 
@@ -36,7 +31,7 @@ bool KeyGuard::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
     const auto* button = qobject_cast<QAbstractButton*>(watched);
-    return button && isPressing(key) && (key.isAutoRepeat() || isUnexpected(*button));
+    return button && isPressingKey(key) && (key.isAutoRepeat() || isUnexpected(*button));
 }
 
 void KeyGuard::noteAppearance(QObject* watched, const QEvent& event) {

@@ -1,9 +1,12 @@
 #include "app/LogCard.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
+#include <QPainter>
 
 #include "app/StatusTexts.h"
 #include "views/controls/FoldingRow.h"
+#include "views/controls/Painting.h"
 #include "views/controls/TextLabel.h"
 
 namespace tessel {
@@ -12,17 +15,39 @@ namespace {
 
 constexpr std::chrono::seconds interactionPauseDuration{5};
 
-/// The padding keeps the square corners of the text inside the round ones of the box.
-Box* boxAround(OperationLogView* logView) {
-    auto* box = new Box({.radius = 11,
-                         .padding = 4,
-                         .fill = [](const Colors& colors) { return colors.textBackground; },
-                         .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.07); }});
-    followApplicationFont(*box, [box] { box->setMinimumHeight(scaledWithFont(180)); });
-    box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
-    box->content().addWidget(logView);
-    return box;
-}
+constexpr double frameRadius = 11;
+
+/// Frames the log, and shows when it has the keyboard focus. The padding keeps the square corners of the text
+/// inside the round ones of the frame.
+class LogFrame : public Box {
+  public:
+    explicit LogFrame(OperationLogView* logView) :
+        Box({.radius = frameRadius,
+             .padding = 4,
+             .fill = [](const Colors& colors) { return colors.textBackground; },
+             .stroke = [](const Colors& colors) { return withOpacity(colors.primary, 0.07); }}),
+        logView(logView) {
+        followApplicationFont(*this, [this] { setMinimumHeight(scaledWithFont(180)); });
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+        content().addWidget(logView);
+        logView->installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+        return false;
+    }
+
+    void paintEvent(QPaintEvent* event) override {
+        Box::paintEvent(event);
+        QPainter painter(this);
+        if (showsKeyboardFocus(*logView)) paintFocusRing(painter, rect(), frameRadius);
+    }
+
+  private:
+    OperationLogView* logView;
+};
 
 }  // namespace
 
@@ -62,7 +87,7 @@ LogCard::LogCard(TesselViewModel& viewModel) :
     content().addLayout(new FoldingRow(titleLine, buttons,
                                        {.besideSpacing = spacing::small, .belowSpacing = spacing::small}));
     content().addLayout(line);
-    content().addWidget(boxAround(logView), 1);
+    content().addWidget(new LogFrame(logView), 1);
 }
 
 void LogCard::render() const {

@@ -62,7 +62,7 @@ void ProgressCard::Gauge::display(double fraction) const {
     bar->setFraction(fraction);
 }
 
-void ProgressCard::render() const {
+void ProgressCard::render(const QString& note) const {
     status->setText(liveStatusTitle(viewModel));
     status->setLook(
         {.font = FontRole::caption, .tone = statusColor(viewModel.state()), .weight = QFont::DemiBold});
@@ -75,7 +75,7 @@ void ProgressCard::render() const {
     // Its line is kept free during a write, so that nothing moves when there is something to say.
     transferRate->setVisible(viewModel.write().exists());
     transferRate->setText(QString::fromStdString(viewModel.progress().writeTransferRate));
-    hint->setText(progressHint(viewModel));
+    hint->setText((progressHint(viewModel) + "\n" + note).trimmed());
     hint->setVisible(!hint->text().isEmpty());
 }
 

@@ -12,7 +12,8 @@ class ProgressCard : public Card {
   public:
     explicit ProgressCard(const TesselViewModel& viewModel);
 
-    void render() const;
+    /// Takes what is said below the hint of the view model; may be empty.
+    void render(const QString& note) const;
 
   private:
     /// Shows a fraction as a percentage, at the end of the line of its title, and as a bar below.

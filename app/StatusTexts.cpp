@@ -65,7 +65,7 @@ QString announcement(const TesselViewModel& viewModel) {
         return sentences.isEmpty() ? statusTitle(state) : statusTitle(state) + ". " + sentences.join(" ");
     }
     if (viewModel.write().isCancellationRequested()) return QString(stoppingTitle) + ". " + hint;
-    const double quarters = std::floor(viewModel.overallWorkflowProgress() * 4) / 4;
+    const double quarters = std::floor(viewModel.progress().writeOperationProgress * 4) / 4;
     const auto title = QString::fromStdString(viewModel.progress().writePhaseTitle);
     const auto phase = viewModel.progress().currentWritePhase;
     const bool countsBytes =
@@ -80,7 +80,7 @@ QString percentText(double fraction) {
 QString liveWindowTitle(const TesselViewModel& viewModel) {
     QString title = "Velmora Tessel";
     if (!viewModel.write().exists()) return title;
-    return percentText(viewModel.overallWorkflowProgress()) + " – " + title;
+    return percentText(viewModel.progress().writeOperationProgress) + " – " + title;
 }
 
 }  // namespace tessel

@@ -22,13 +22,13 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 [[nodiscard]] QString progressHint(const TesselViewModel& viewModel);
 
 /// Returns what screen readers say: each state, the reason of a failed write and what else there is to know
-/// after a write, and during a write each phase and each quarter of the whole workflow that was passed.
+/// after a write, and during a write each phase and each quarter of the write that was passed.
 [[nodiscard]] QString announcement(const TesselViewModel& viewModel);
 
-/// Words a fraction as a percentage such as "42%", rounded half away from zero.
+/// Returns a fraction as a percentage such as "42%", rounded half away from zero.
 [[nodiscard]] QString percentText(double fraction);
 
-/// Returns the title of the window, which carries the percentage of the whole workflow while a write runs.
+/// Returns the title of the window, which carries the percentage of the write while one runs.
 [[nodiscard]] QString liveWindowTitle(const TesselViewModel& viewModel);
 
 }  // namespace tessel

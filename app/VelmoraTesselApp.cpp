@@ -14,16 +14,13 @@ namespace tessel {
 
 namespace {
 
-void showAlert(const Desktop::Alert& alert, QWidget* window) {
-    auto* dialog = new AlertDialog(
-        {.symbol = QString::fromStdString(alert.symbol),
-         .symbolTone = Tone::green,
-         .symbolDescription = QString::fromStdString(alert.symbolDescription),
-         .message = QString::fromStdString(alert.message),
-         .informativeText = QString::fromStdString(alert.informativeText),
-         .actions = {{.title = QString::fromStdString(alert.button), .look = Button::Look::prominent}}},
-        window);
-    dialog->open();
+AlertDialog::Fields fieldsOf(const Desktop::Alert& alert) {
+    return {.symbol = QString::fromStdString(alert.symbol),
+            .symbolTone = Tone::green,
+            .symbolDescription = QString::fromStdString(alert.symbolDescription),
+            .message = QString::fromStdString(alert.message),
+            .informativeText = QString::fromStdString(alert.informativeText),
+            .actions = {{.title = QString::fromStdString(alert.button), .look = Button::Look::prominent}}};
 }
 
 ImageWriterService makeWriterService(const VelmoraTesselApp::Disks& disks) {
@@ -50,7 +47,7 @@ QIcon programIcon() {
 
 VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
     thread(std::make_shared<QtMainThread>()),
-    qtDesktop(showAlert),
+    qtDesktop([this](const Desktop::Alert& alert) { contentView.present(fieldsOf(alert)); }),
     model(TesselViewModel::create({.mainThread = thread,
                                    .desktop = qtDesktop,
                                    .diskService = DiskService(disks.utilities.diskUtility),

@@ -17,7 +17,7 @@ namespace tessel {
 class QtDesktop : public Desktop {
   public:
     /// Shows an alert. The presenter decides what it looks like.
-    using AlertPresenter = std::function<void(const Alert& alert, QWidget* window)>;
+    using AlertPresenter = std::function<void(const Alert& alert)>;
 
     explicit QtDesktop(AlertPresenter presenter) : presenter(std::move(presenter)) {}
 
@@ -28,7 +28,7 @@ class QtDesktop : public Desktop {
     void setSuggestedFile(const std::filesystem::path& file) { suggestedFile = file; }
 
     Task<std::optional<std::filesystem::path>> runOpenPanel(OpenPanel panel) override;
-    void presentAlert(const Alert& alert) override { presenter(alert, window); }
+    void presentAlert(const Alert& alert) override { presenter(alert); }
     void beep() override;
     void requestUserAttention(const Notification& notification) override;
     std::unique_ptr<TemporaryActivity> beginActivity(const std::string& reason) override;

@@ -67,7 +67,7 @@ TEST_F(ImageChoiceTests, aNameThatIsNotUtf8IsOpenedAsItIs) {
 
 TEST_F(ImageChoiceTests, nothingCanBeChosenDuringAWriteNorDroppedDuringAQuestion) {
     openWriting();
-    EXPECT_EQ(window().windowTitle(), "59% – Velmora Tessel");
+    EXPECT_EQ(window().windowTitle(), "31% – Velmora Tessel");
     for (const char* text : {"Select Image", "Refresh Disks", "Write Disk Image", "Clear"})
         EXPECT_FALSE(button(text).isEnabled()) << text;
     for (const char* text : {"Show All Disks", "Verify the written image with SHA-256"})

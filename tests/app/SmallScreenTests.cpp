@@ -1,9 +1,13 @@
 #include <QSplitterHandle>
+#include <array>
 
 #include "app/WindowLayout.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/Card.h"
 #include "views/controls/DisclosureButton.h"
+#include "views/controls/StatusBadge.h"
+#include "views/controls/Switch.h"
+#include "views/log/OperationLogView.h"
 
 namespace tessel {
 
@@ -69,6 +73,31 @@ TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
         }
         EXPECT_EQ(the<QSplitter>().orientation(), panes);
     }
+}
+
+TEST_F(SmallScreenTests, everythingGrowsWithTheFontWhileTheProgramRuns) {
+    openReady();
+    const QFont usual = QApplication::font();
+    const auto heights = [this] {
+        return std::array{button("Select Image").height(), the<OperationLogView>().fontMetrics().height(),
+                          row("disk4").height(), the<StatusSign>().height(),
+                          control<Switch>("Show All Disks").height()};
+    };
+    const auto before = heights();
+    for (const double factor : {1.4, 1.8, 1.0}) {
+        QFont font = usual;
+        font.setPointSizeF(usual.pointSizeF() * factor);
+        QApplication::setFont(font);
+        QTest::qWait(50);
+        SCOPED_TRACE(factor);
+        expectNothingCutOff();
+        for (const auto* disk : {"disk4", "disk5"})
+            EXPECT_EQ(row(disk).visibleRegion().boundingRect(), row(disk).rect()) << "without scrolling";
+        const auto now = heights();
+        for (size_t control = 0; control < before.size(); ++control)
+            EXPECT_NEAR(now[control] / (before[control] * factor), 1, 0.2) << control;
+    }
+    EXPECT_EQ(heights(), before);
 }
 
 TEST_F(SmallScreenTests, theKeysLeadThroughTheTableAndWhatHasTheFocusIsInView) {

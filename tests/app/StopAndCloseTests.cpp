@@ -6,6 +6,7 @@
 #include "platform/qt/TerminationSignal.h"
 #include "tests/app/SlowImage.h"
 #include "tests/app/WindowTest.h"
+#include "views/controls/StatusBadge.h"
 
 namespace tessel {
 
@@ -13,6 +14,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 
 class StopAndCloseTests : public WindowTest {
   protected:
@@ -68,6 +70,39 @@ TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
     EXPECT_FALSE(viewModel().write().exists());
     until([this] { return !window().isVisible(); });
     EXPECT_THAT(deeds(), ElementsAre());
+}
+
+TEST_F(StopAndCloseTests, closingIsNoticedAtOnceWhereNothingCanBeStopped) {
+    const std::string note = "Velmora Tessel quits once the card is closed and ejected.";
+    reader.setBehaviour("disk4", {.delays = {{"eject", 0.5}}});
+    startWrite();
+    until([this] { return viewModel().progress().currentWritePhase == ImageWritePhase::ejecting; });
+    EXPECT_THAT(texts(), Not(Contains(note)));
+    window().close();
+    QTest::qWait(1);
+    EXPECT_THAT(texts(), Contains(note));
+    EXPECT_FALSE(alert());
+    until([this] { return alertTitled("SD Card Is Safe to Remove"); });
+    QTest::qWait(1);
+    EXPECT_THAT(texts(), Not(Contains(note)));
+    click(button("Done"));
+    until([this] { return !window().isVisible(); });
+}
+
+TEST_F(StopAndCloseTests, theSpinnerRestsWhileTheWindowIsMinimized) {
+    openWriting();
+    auto& sign = the<StatusSign>();
+    const auto turns = [&] {
+        const auto before = sign.grab().toImage();
+        QTest::qWait(300);
+        return sign.grab().toImage() != before;
+    };
+    EXPECT_TRUE(turns());
+    window().showMinimized();
+    QTest::qWait(100);
+    EXPECT_FALSE(turns());
+    window().showNormal();
+    until(turns);
 }
 
 TEST_F(StopAndCloseTests, closingDuringAWriteAsksAndMayGoOn) {

@@ -1,6 +1,6 @@
 // What the user confirms before a write, and the disks that the window refuses.
 
-#include "app/ConfirmationTexts.h"
+#include "app/ConfirmationAlerts.h"
 #include "model/SystemWords.h"
 #include "rehearsal/window/WidgetSearch.h"
 #include "tests/app/WindowTest.h"

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 
 #include "views/accessibility/Accessibility.h"
+#include "views/controls/Painting.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 
@@ -48,7 +49,7 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
 /// Return presses the button that has the focus, or else the safe one; Qt would make any button the default
 /// one once it has had the focus.
 void AlertDialog::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) return QDialog::keyPressEvent(event);
+    if (!isReturn(*event)) return QDialog::keyPressEvent(event);
     auto* focused = dynamic_cast<Button*>(focusWidget());
     (focused ? focused : safeButton)->click();
 }

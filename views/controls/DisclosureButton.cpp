@@ -1,5 +1,6 @@
 #include "views/controls/DisclosureButton.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include "views/accessibility/Accessibility.h"
@@ -51,6 +52,18 @@ DisclosureButton::DisclosureButton() : row(new QHBoxLayout(this)) {
         QAccessibleStateChangeEvent event(this, changed);
         QAccessible::updateAccessibility(&event);
     });
+}
+
+void DisclosureButton::keyPressEvent(QKeyEvent* event) {
+    const bool opens = event->key() == Qt::Key_Right;
+    const bool closes = event->key() == Qt::Key_Left;
+    if (opens || closes) {
+        if (opens != isChecked()) click();
+    } else if (isReturn(*event)) {
+        click();
+    } else {
+        QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void DisclosureButton::paintEvent(QPaintEvent*) {

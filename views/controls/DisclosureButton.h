@@ -6,7 +6,8 @@
 namespace tessel {
 
 /// Opens and closes what is below it. It shows a chevron, then a label made of any widgets. Checked means
-/// open, and screen readers announce it as expandable.
+/// open, and screen readers announce it as expandable. Space and Return do what a click does; the right arrow
+/// opens and the left one closes.
 class DisclosureButton : public QAbstractButton {
   public:
     DisclosureButton();
@@ -17,6 +18,7 @@ class DisclosureButton : public QAbstractButton {
     [[nodiscard]] QSize sizeHint() const override { return row->sizeHint(); }
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:

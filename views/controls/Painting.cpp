@@ -1,5 +1,6 @@
 #include "views/controls/Painting.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QWidget>
 
@@ -29,6 +30,14 @@ void paintBox(QPainter& painter, const RoundedBox& box) {
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
     painter.setRenderHint(QPainter::Antialiasing);
     paintOutline(painter, bounds, radius, QPen(currentColors().accent, 2));
+}
+
+bool isReturn(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool isPressingKey(const QKeyEvent& event) {
+    return isReturn(event) || event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
 }
 
 bool showsKeyboardFocus(const QWidget& widget) {

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QRectF>
 
+class QKeyEvent;
 class QPainter;
 class QWidget;
 
@@ -23,5 +24,11 @@ void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius);
 
 /// Tells whether the widget has the focus and the person moves the focus with the keyboard.
 [[nodiscard]] bool showsKeyboardFocus(const QWidget& widget);
+
+/// Returns whether this is one of the two keys of that name.
+[[nodiscard]] bool isReturn(const QKeyEvent& event);
+
+/// Returns whether the key presses the control that has the focus.
+[[nodiscard]] bool isPressingKey(const QKeyEvent& event);
 
 }  // namespace tessel

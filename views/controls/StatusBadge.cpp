@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QWindow>
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
@@ -42,6 +43,7 @@ void StatusSign::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor color = currentColors().of(tone);
+    turnWhileSeen();  // a window that could not be seen is painted when it can be seen again
     if (!isBusy) {
         const QRectF dot(0, (height() - width()) / 2.0, width(), width());
         paintBox(painter, {.bounds = dot, .radius = width() / 2.0, .fill = color});
@@ -59,12 +61,14 @@ void StatusSign::showEvent(QShowEvent*) {
 }
 
 void StatusSign::timerEvent(QTimerEvent*) {
+    turnWhileSeen();
     angle = (angle + 360 - turnDegrees) % 360;
     update();
 }
 
 void StatusSign::turnWhileSeen() {
-    if (!isBusy || !isVisible())
+    const auto* handle = window()->windowHandle();
+    if (!isBusy || !isVisible() || window()->isMinimized() || !handle || !handle->isExposed())
         turn.stop();
     else if (!turn.isActive())
         turn.start(turnMilliseconds, this);

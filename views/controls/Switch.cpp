@@ -1,5 +1,6 @@
 #include "views/controls/Switch.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include "views/accessibility/Accessibility.h"
@@ -30,6 +31,11 @@ QSize Switch::sizeHint() const {
     const int textWidth = fontMetrics().horizontalAdvance(text());
     return {trackBounds().right() + 1 + ringWidth + spacing::small + textWidth,
             std::max(fontMetrics().height() + spacing::tight, trackBounds().height() + 2 * ringWidth)};
+}
+
+void Switch::keyPressEvent(QKeyEvent* event) {
+    if (isReturn(*event)) return click();
+    QCheckBox::keyPressEvent(event);
 }
 
 void Switch::paintEvent(QPaintEvent*) {

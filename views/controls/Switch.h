@@ -4,7 +4,8 @@
 
 namespace tessel {
 
-/// Turns something on or off at once. It shows a small track with a knob, then its text.
+/// Turns something on or off at once, by a click, Space or Return. It shows a small track with a knob, then
+/// its text.
 class Switch : public QCheckBox {
   public:
     enum class Size { small, regular };
@@ -15,6 +16,7 @@ class Switch : public QCheckBox {
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }
     void paintEvent(QPaintEvent* event) override;
 

@@ -96,7 +96,7 @@ void CompactDiskRow::click() {
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space)
+    if (isPressingKey(*event))
         selector->press();
     else
         QWidget::keyPressEvent(event);

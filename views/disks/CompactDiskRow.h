@@ -13,7 +13,7 @@ class DiskTargetSelector;
 class ElidedLabel;
 
 /// Shows one disk of the table. A click inspects the disk; only the radio control chooses it as the target.
-/// The space bar presses the radio control of the row that has the focus.
+/// Space and Return press the radio control of the row that has the focus.
 class CompactDiskRow : public QWidget {
   public:
     struct Fields {

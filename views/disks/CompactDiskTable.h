@@ -19,7 +19,7 @@ class ScrollPane;
 /// given and reports what the person does. It is as high as its rows, up to six of them.
 ///
 /// All rows together are a single stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move
-/// to another row and inspect it; the space bar chooses the disk of the row.
+/// to another row and inspect it; Space and Return choose the disk of the row.
 class CompactDiskTable : public QWidget {
   public:
     struct Fields {

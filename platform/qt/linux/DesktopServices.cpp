@@ -149,6 +149,14 @@ void showNotification(const Desktop::Notification& notification) {
     QDBusConnection::sessionBus().send(call);
 }
 
+void showDockProgress(std::optional<double> progress) {
+    auto update = QDBusMessage::createSignal("/com/canonical/unity/launcherentry/1",
+                                             "com.canonical.Unity.LauncherEntry", "Update");
+    update << "application://velmora-tessel.desktop"
+           << QVariantMap{{"progress", progress.value_or(0)}, {"progress-visible", progress.has_value()}};
+    QDBusConnection::sessionBus().send(update);
+}
+
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason) {
     return std::make_unique<SleepBlock>(QString::fromStdString(reason));
 }

@@ -23,6 +23,9 @@ struct Caffeinate : TemporaryActivity {
 /// lacks.
 void showNotification(const Desktop::Notification&) {}
 
+/// Does nothing: only frameworks of the system draw on the icon in the Dock.
+void showDockProgress(std::optional<double>) {}
+
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string&) {
     try {
         return std::make_unique<Caffeinate>();

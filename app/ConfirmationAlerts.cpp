@@ -1,4 +1,6 @@
-#include "app/ConfirmationTexts.h"
+#include "app/ConfirmationAlerts.h"
+
+#include <utility>
 
 #include "foundation/ByteCount.h"
 #include "model/SDWholeDisk.h"
@@ -11,6 +13,20 @@ namespace {
 /// The dialog that asks for the password knows the card by this name only.
 std::string systemNameSentence(const SDWholeDisk& disk) {
     return disk.systemName ? "\n\n" + systemWords().callsCard + *disk.systemName + "." : "";
+}
+
+/// Returns a warning with a safe answer and a dangerous one.
+AlertDialog::Fields warning(const QString& message, const std::string& text, const QString& safeAnswer,
+                            const QString& dangerousAnswer, std::function<void()> act) {
+    return {
+        .symbol = "exclamationmark.triangle.fill",
+        .symbolTone = Tone::orange,
+        .symbolDescription = "Warning",
+        .message = message,
+        .informativeText = QString::fromStdString(text),
+        .actions = {
+            {.title = safeAnswer},
+            {.title = dangerousAnswer, .look = Button::Look::destructiveProminent, .act = std::move(act)}}};
 }
 
 }  // namespace
@@ -35,8 +51,19 @@ std::string confirmationButtonTitle(const TesselViewModel& viewModel) {
     return disk ? "Erase and Write to " + disk->id : "Erase and Write";
 }
 
+AlertDialog::Fields confirmationAlert(const TesselViewModel& viewModel, std::function<void()> write) {
+    return warning("Confirm Destructive Write", confirmationMessage(viewModel), "Cancel",
+                   QString::fromStdString(confirmationButtonTitle(viewModel)), std::move(write));
+}
+
+AlertDialog::Fields stopAlert(const StopQuestion& question, std::function<void()> stopAndQuit) {
+    return warning("A Write Is Running", question.message,
+                   QString::fromStdString(question.continueButtonTitle), "Stop and Quit",
+                   std::move(stopAndQuit));
+}
+
 StopQuestion stopQuestion(const TesselViewModel& viewModel) {
-    const std::string quitting = "Velmora Tessel quits once the card is closed and ejected.";
+    const std::string quitting = closingNote;
     const bool verifies = viewModel.write().verifyAfterWrite();
     switch (viewModel.progress().currentWritePhase.value_or(ImageWritePhase::preparingTarget)) {
         case ImageWritePhase::preparingTarget:
