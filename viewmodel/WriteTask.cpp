@@ -263,8 +263,8 @@ bool WriteTask::canRequestStop() const {
 
 void WriteTask::requestStop() {
     if (!canRequestStop()) return;
-    auto task = writeTask();
-    task->cancel();
+    auto task = *writeTask();
+    task.cancel();
     say("Stopping Operation",
         "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card when "
         "possible.");
