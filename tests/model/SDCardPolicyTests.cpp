@@ -26,7 +26,7 @@ SDWholeDisk changed(Change change) {
 }  // namespace
 
 TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
-    SDWholeDisk disk = {.id = "disk4s1", .mediaName = "Disk", .busProtocol = "SATA", .isInternal = true};
+    SDWholeDisk candidate = {.id = "disk4s1", .mediaName = "Disk", .busProtocol = "SATA", .isInternal = true};
     const struct {
         std::string reason;
         Change repair;
@@ -54,8 +54,8 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
         {"", [](auto&) {}},
     };
     for (const auto& [reason, repair] : steps) {
-        EXPECT_EQ(eligibilityFailureReason(disk).value_or(""), reason);
-        repair(disk);
+        EXPECT_EQ(eligibilityFailureReason(candidate).value_or(""), reason);
+        repair(candidate);
     }
 }
 

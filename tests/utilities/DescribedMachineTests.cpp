@@ -87,8 +87,8 @@ TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Machines, DescribedMachineTests, testing::ValuesIn(describedMachines()),
-                         [](const auto& info) {
-                             std::string name = info.param;
+                         [](const auto& machine) {
+                             std::string name = machine.param;
                              std::ranges::replace(name, '-', '_');
                              return name;
                          });
