@@ -79,10 +79,12 @@ TEST_P(DescribedMachineTests, everyDiskIsWhatItIsExpectedToBe) {
         SCOPED_TRACE(device);
         const auto answer = answers.find(device);
         ASSERT_EQ(answer != answers.end(), section.contains("expected verdict"));
-        for (const auto& [key, value] : section)
-            if (key.starts_with("expected "))
+        for (const auto& [key, value] : section) {
+            if (key.starts_with("expected ")) {
                 EXPECT_EQ(answer == answers.end() ? std::nullopt : answer->second.property(key), value)
                     << key;
+            }
+        }
     }
 }
 

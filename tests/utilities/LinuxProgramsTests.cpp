@@ -134,7 +134,9 @@ TEST_F(LinuxProgramsTests, whatUDisksSaysOfAnotherMediumIsNotBelieved) {
 TEST_F(LinuxProgramsTests, theSystemsDiskIsNeverTouched) {
     startUDisks();
     identifier = "disk0";
-    if (isSystemDiskKnown()) EXPECT_FALSE(info().isRemovable || info().isEjectable);
+    if (isSystemDiskKnown()) {
+        EXPECT_FALSE(info().isRemovable || info().isEjectable);
+    }
     EXPECT_EQ(authopen().status, 1);
     for (const auto& arguments : {std::vector<std::string>{"unmountDisk", "force", "/dev/disk0"},
                                   std::vector<std::string>{"eject", "/dev/disk0"}})

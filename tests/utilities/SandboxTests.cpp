@@ -61,7 +61,9 @@ TEST_F(SandboxTests, nothingCanBeChosen) {
                 inside(sandbox, programs / "diskutil", {"info", "-plist", "/dev/" + disk}));
             const SDWholeDisk record = parseDiskInfo(details.output, disk, nullptr).value();
             EXPECT_FALSE(record.isWritable) << disk;
-            if (disk == identifier) EXPECT_THAT(record.protectionReason.value_or(""), HasSubstr(sentence));
+            if (disk == identifier) {
+                EXPECT_THAT(record.protectionReason.value_or(""), HasSubstr(sentence));
+            }
         }
         const UtilityRun opening = UtilityRun::ofAuthorizationUtility(
             inside(sandbox, programs / "authopen", {"-stdoutpipe", "-o", "2", "/dev/r" + identifier}));

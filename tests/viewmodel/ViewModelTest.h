@@ -192,7 +192,9 @@ class ViewModelTest : public LeavesNothingOpen {
             EXPECT_TRUE(std::regex_search(lines[linesTaken], stamp)) << lines[linesTaken];
             messages.push_back(std::regex_replace(lines[linesTaken], stamp, ""));
         }
-        if (!lines.empty()) EXPECT_EQ(viewModel->log().logText(), joined(lines, "\n"));
+        if (!lines.empty()) {
+            EXPECT_EQ(viewModel->log().logText(), joined(lines, "\n"));
+        }
         return messages;
     }
 
