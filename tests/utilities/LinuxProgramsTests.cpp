@@ -165,8 +165,13 @@ TEST_F(LinuxProgramsTests, aBusyReaderIsRecognizedInTheLanguageOfTheService) {
     std::filesystem::create_directories(translations / "xx/LC_MESSAGES");
     std::ofstream(translations / "xx/LC_MESSAGES/libc.mo", std::ios::binary)
         << catalogOf("Device or resource busy", "Ledig ist es nicht");
-    setenv("LANG", "C.UTF-8", 1);
-    setenv("LANGUAGE", "xx", 1);
+    // A copy, since newer C libraries translate nothing in a locale that is called C.UTF-8.
+    const std::filesystem::path locales = folder.path() / "locales";
+    std::filesystem::create_directory(locales);
+    std::filesystem::copy("/usr/lib/locale/C.utf8", locales / "xx.utf8",
+                          std::filesystem::copy_options::recursive);
+    setenv("LOCPATH", locales.c_str(), 1);
+    setenv("LANG", "xx.UTF-8", 1);
     startUDisks("eject=Failed\nmessage=eject: Ledig ist es nicht\n");
     if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     EXPECT_THAT(diskutil({"eject", "/dev/" + identifier}).errors, HasSubstr("Resource busy"));
