@@ -40,4 +40,14 @@ Sha256::Digest Sha256::finish() {
     return digest;
 }
 
+std::string hexadecimal(const Sha256::Digest& digest) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const auto byte : digest) {
+        text += digits[std::to_integer<size_t>(byte >> 4)];
+        text += digits[std::to_integer<size_t>(byte & std::byte{0x0f})];
+    }
+    return text;
+}
+
 }  // namespace tessel

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <string>
 
 namespace tessel {
 
@@ -24,5 +25,8 @@ class Sha256 {
     struct State;
     std::unique_ptr<State> state;
 };
+
+/// Returns the digest as 64 hexadecimal digits.
+[[nodiscard]] std::string hexadecimal(const Sha256::Digest& digest);
 
 }  // namespace tessel

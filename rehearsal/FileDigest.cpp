@@ -4,26 +4,11 @@
 #include <fstream>
 #include <span>
 #include <stdexcept>
-#include <string_view>
 #include <vector>
 
 #include "foundation/Sha256.h"
 
 namespace tessel {
-
-namespace {
-
-std::string hexadecimal(const Sha256::Digest& digest) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const auto byte : digest) {
-        text += digits[std::to_integer<size_t>(byte >> 4)];
-        text += digits[std::to_integer<size_t>(byte & std::byte{0x0f})];
-    }
-    return text;
-}
-
-}  // namespace
 
 std::string digestOf(const std::filesystem::path& path, uint64_t length) {
     std::ifstream file(path, std::ios::binary);

@@ -17,8 +17,8 @@ using enum ImageWritePhase;
 /// The size of a chunk in bytes: a whole number of blocks, whatever size a card's blocks have.
 constexpr size_t chunkSize = size_t{8} << 20;
 
-void transferImage(const ImageTransfer& transfer, const std::stop_token& stop,
-                   const ImageWriteProgressHandler& report) {
+Sha256::Digest transferImage(const ImageTransfer& transfer, const std::stop_token& stop,
+                             const ImageWriteProgressHandler& report) {
     const auto size = transfer.imageSize;
     if (size == 0) throw TesselError(TesselError::Case::imageUnavailable);
     if (!transfer.handle.holds(size)) throw TesselError(TesselError::Case::imageTooLarge);
@@ -42,7 +42,7 @@ void transferImage(const ImageTransfer& transfer, const std::stop_token& stop,
     report({synchronizing, size, size});
     synchronizeDevice(device);
     device.requireUndisturbed();
-    if (!medium) return;
+    if (!medium) return writtenDigest;
 
     // A refusal does no harm, because caching has been off since the device was opened.
     static_cast<void>(device.disableCaching());
@@ -62,14 +62,15 @@ void transferImage(const ImageTransfer& transfer, const std::stop_token& stop,
     // What another program has written through the cache reaches the medium, and is counted, only now.
     synchronizeDevice(device);
     device.requireUndisturbed();
+    return writtenDigest;
 }
 
 }  // namespace
 
-void writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
-                const ImageWriteProgressHandler& report) {
+Sha256::Digest writeImage(const ImageTransfer& transfer, const std::stop_token& stop,
+                          const ImageWriteProgressHandler& report) {
     try {
-        transferImage(transfer, stop, report);
+        return transferImage(transfer, stop, report);
     } catch (const DisturbedMediumError& error) {
         throw disturbanceFailure(error);
     }

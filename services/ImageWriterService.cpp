@@ -45,7 +45,7 @@ Task<> close(AuthorizedRawDiskHandle handle) {
 
 }  // namespace
 
-Task<> ImageWriterService::write(Write request, ImageWriteListener& listener) const {
+Task<Sha256::Digest> ImageWriterService::write(Write request, ImageWriteListener& listener) const {
     co_await checkCancellation();
     if (const auto reason = protectionText(request.target)) throw TesselError::unsafeDisk(*reason);
 
@@ -53,13 +53,14 @@ Task<> ImageWriterService::write(Write request, ImageWriteListener& listener) co
     if (prepared.error()) throw co_await isCancelled() ? cancelled() : mapped(prepared.error());
 
     const auto card = std::move(prepared).value();
-    const auto written = co_await outcomeOf(writeUnmountedCard(request, card, listener));
+    auto written = co_await outcomeOf(writeUnmountedCard(request, card, listener));
     if (written.error()) {
         const auto error = mapped(written.error());
         listener.onFailure(error);
         co_await ejectWhenPossible(card, listener);
         throw co_await isCancelled() ? cancelled() : error;
     }
+    co_return std::move(written).value();
 }
 
 /// Takes all the steps up to the unmount. A failure here leaves the card as it was.
@@ -76,8 +77,8 @@ Task<SDWholeDisk> ImageWriterService::prepareTarget(const Write& request,
 }
 
 /// Takes all the steps after the unmount. A failure here is followed by an eject.
-Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWholeDisk& card,
-                                              ImageWriteListener& listener) const {
+Task<Sha256::Digest> ImageWriterService::writeUnmountedCard(const Write& request, const SDWholeDisk& card,
+                                                            ImageWriteListener& listener) const {
     const auto imageSize = request.image.sizeBytes;
     co_await checkCancellation();
     listener.onProgress({authorizingDevice, 0, imageSize});
@@ -87,18 +88,19 @@ Task<> ImageWriterService::writeUnmountedCard(const Write& request, const SDWhol
         [&](const std::stop_token&) { return opener.openAuthorizedRawDisk(rawDevicePath(card.id)); });
     auto transferred = co_await outcomeOf(writeOpenCard(request, card, handle, listener));
     co_await outcomeOf(close(std::move(handle)));
-    std::move(transferred).value();
+    const auto digest = std::move(transferred).value();
     co_await checkCancellation();
     listener.onProgress({ejecting, imageSize, imageSize});
     std::vector<std::string> eject{"eject", devicePath(card.id)};
     co_await require(std::move(eject), "The image was written, but the SD card could not be ejected.");
     listener.onProgress({completed, imageSize, imageSize});
+    co_return digest;
 }
 
 /// Proves that the open card is still the same one, and writes the image to it.
-Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
-                                         const AuthorizedRawDiskHandle& handle,
-                                         ImageWriteListener& listener) const {
+Task<Sha256::Digest> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk& card,
+                                                       const AuthorizedRawDiskHandle& handle,
+                                                       ImageWriteListener& listener) const {
     const auto revalidated = co_await diskService.revalidateDisk(card);
     if (!handle.hasCapacity(revalidated.sizeBytes)) throw TesselError(TesselError::Case::diskChanged);
     co_await verifyImageUnchanged(request.image);
@@ -111,8 +113,8 @@ Task<> ImageWriterService::writeOpenCard(const Write& request, const SDWholeDisk
     const auto reportOnMainThread = [&](const ImageWriteProgress& progress) {
         context.mainThread->call([&] { listener.onProgress(progress); });
     };
-    co_await inBackground(
-        [&](const std::stop_token& stop) { writeImage(transfer, stop, reportOnMainThread); });
+    co_return co_await inBackground(
+        [&](const std::stop_token& stop) { return writeImage(transfer, stop, reportOnMainThread); });
 }
 
 /// Ejects the card that could not be written. The user is about to pull it, so a stop does not interrupt

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/Sha256.h"
 #include "model/SDImageFile.h"
 #include "model/SDWholeDisk.h"
 #include "platform/concurrency/Task.h"
@@ -43,17 +44,19 @@ class ImageWriterService {
         diskService(std::move(diskService)),
         opener(std::move(opener)) {}
 
-    /// Writes the image, flushes it and, if requested, verifies it, and then ejects the card. Throws
-    /// TesselError, which is operationCancelled after a stop or a dismissed prompt, and CancellationError if
-    /// the task is cancelled before it begins. The listener must outlive the write.
-    Task<> write(Write request, ImageWriteListener& listener) const;
+    /// Writes the image, flushes it and, if requested, verifies it, and then ejects the card. Returns the
+    /// digest of the image. Throws TesselError, which is operationCancelled after a stop or a dismissed
+    /// prompt, and CancellationError if the task is cancelled before it begins. The listener must outlive the
+    /// write.
+    Task<Sha256::Digest> write(Write request, ImageWriteListener& listener) const;
 
   private:
     Task<SDWholeDisk> prepareTarget(const Write& request, ImageWriteListener& listener) const;
-    Task<> writeUnmountedCard(const Write& request, const SDWholeDisk& card,
-                              ImageWriteListener& listener) const;
-    Task<> writeOpenCard(const Write& request, const SDWholeDisk& card, const AuthorizedRawDiskHandle& handle,
-                         ImageWriteListener& listener) const;
+    Task<Sha256::Digest> writeUnmountedCard(const Write& request, const SDWholeDisk& card,
+                                            ImageWriteListener& listener) const;
+    Task<Sha256::Digest> writeOpenCard(const Write& request, const SDWholeDisk& card,
+                                       const AuthorizedRawDiskHandle& handle,
+                                       ImageWriteListener& listener) const;
     Task<> ejectWhenPossible(const SDWholeDisk& card, ImageWriteListener& listener) const;
     Task<> require(std::vector<std::string> arguments, std::string fallback) const;
 

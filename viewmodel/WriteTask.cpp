@@ -120,9 +120,9 @@ Task<> WriteTask::writeSelectedImage() {
             "SHA-256 verification is enabled. Verification reads the written image length back through the "
             "same authorized raw-device descriptor.");
     }
-    co_await surroundings.imageWriterService.write(
+    const auto digest = co_await surroundings.imageWriterService.write(
         {.image = image, .target = card, .verify = verifyAfterWrite()}, *this);
-    finishSuccessfulWrite(card.id);
+    finishSuccessfulWrite(card.id, digest);
 }
 
 void WriteTask::applyWriteProgress(const ImageWriteProgress& report, TransferRate::TimePoint now) {
@@ -195,7 +195,7 @@ void WriteTask::say(const std::string& title, const std::string& detail, const s
     progress = std::move(shown);
 }
 
-void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID) {
+void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID, const Sha256::Digest& digest) {
     const bool verified = verifyAfterWrite();
     auto& log = surroundings.log;
     say("Safe to Remove", systemWords().cardEjected);
@@ -205,6 +205,7 @@ void WriteTask::finishSuccessfulWrite(const std::string& writtenDiskID) {
     log.appendLog(verified ? "The disk image was written, verified, and the SD card was ejected."
                            : "The disk image was written and the SD card was ejected.");
     log.appendLog("The SD card is now safe to physically remove.");
+    log.appendLog("SHA-256 of the image: " + hexadecimal(digest));
     showSafeToRemoveAlert(verified);
 }
 

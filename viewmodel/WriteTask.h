@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/Published.h"
+#include "foundation/Sha256.h"
 #include "platform/Desktop.h"
 #include "platform/concurrency/Task.h"
 #include "services/DiskService.h"
@@ -73,7 +74,7 @@ class WriteTask : private ImageWriteListener {
     [[nodiscard]] SDWholeDisk requireWritableTarget(const SDImageFile& image) const;
     Task<SDWholeDisk> revalidateSelectedDisk(SDWholeDisk expected);
     void say(const std::string& title, const std::string& detail, const std::string& hint = "");
-    void finishSuccessfulWrite(const std::string& writtenDiskID);
+    void finishSuccessfulWrite(const std::string& writtenDiskID, const Sha256::Digest& digest);
     void logFailure(const std::exception_ptr& error);
     void finishFailedWrite(const std::exception_ptr& error);
     void finishCancelledWrite();

@@ -47,7 +47,7 @@ TEST_F(WholeWriteTests, withTheMouse) {
                 IsSupersetOf({"Safe to Remove", "100%",
                               "Linux ejected the SD card. It is now safe to physically remove it."}));
     EXPECT_THAT(shownDisks(), ElementsAre("disk5"));
-    EXPECT_EQ(log().back(), "The SD card is now safe to physically remove.");
+    EXPECT_EQ(log().back(), "SHA-256 of the image: " + digestOf(image, imageSize));
     expectCardHoldsImage();
 }
 

@@ -180,7 +180,7 @@ TEST_F(WriteStopTests, nothingElseHappensDuringAWriteAndNoStopDuringTheEject) {
     });
     runUntilIdle();
     EXPECT_EQ(stateText(), "completed: Image written and verified");
-    EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 2);
+    EXPECT_EQ(takeLog().size(), logUpTo(ejecting).size() + 3);
     EXPECT_EQ(takeCommands(), allCommands);
 }
 

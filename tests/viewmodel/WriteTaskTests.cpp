@@ -1,5 +1,6 @@
 #include <chrono>
 
+#include "foundation/Sha256.h"
 #include "model/SystemWords.h"
 #include "tests/support/SleepingComputer.h"
 #include "tests/viewmodel/WriteTaskTest.h"
@@ -28,16 +29,19 @@ TEST_F(WriteTaskTests, nothingIsWrittenOnceTheComputerHasSleptSinceTheScan) {
 }
 
 TEST_F(WriteTaskTests, writesTheCardAndSaysThatItMayBeRemoved) {
+    Sha256 digest;
+    digest.update(std::as_bytes(std::span(imageContent)));
+    const auto digestMessage = "SHA-256 of the image: " + hexadecimal(digest.finish());
     const struct {
         bool verifies;
         Messages log;
     } cases[] = {
         {true,
          logUpTo(ejecting) + Messages{"The disk image was written, verified, and the SD card was ejected.",
-                                      "The SD card is now safe to physically remove."}},
+                                      "The SD card is now safe to physically remove.", digestMessage}},
         {false, unverifiedLogUpTo(synchronizing) +
                     Messages{phaseMessages[5], "The disk image was written and the SD card was ejected.",
-                             "The SD card is now safe to physically remove."}},
+                             "The SD card is now safe to physically remove.", digestMessage}},
     };
     for (const auto& [verifies, log] : cases) {
         SCOPED_TRACE(verifies);
