@@ -34,6 +34,10 @@ ProgressCard::ProgressCard(const TesselViewModel& viewModel) :
     details->addWidget(hint);
     content().addLayout(details);
     hint->setVisible(false);
+    // The line of the rate is kept free, so that nothing moves when there is one.
+    followApplicationFont(*transferRate, [this] {
+        transferRate->setMinimumHeight(QFontMetrics(styledFont(smallLook.font)).height());
+    });
 }
 
 ProgressCard::Gauge ProgressCard::addGauge(const QString& title, TextLabel* subtitle) {
@@ -72,8 +76,6 @@ void ProgressCard::render(const QString& note) const {
     overall.display(viewModel.overallWorkflowProgress());
     writing.display(viewModel.progress().sdPreparationAndWriteProgress);
     detail->setText(QString::fromStdString(viewModel.progress().writeProgressDetail));
-    // Its line is kept free during a write, so that nothing moves when there is something to say.
-    transferRate->setVisible(viewModel.write().exists());
     transferRate->setText(QString::fromStdString(viewModel.progress().writeTransferRate));
     hint->setText((progressHint(viewModel) + "\n" + note).trimmed());
     hint->setVisible(!hint->text().isEmpty());

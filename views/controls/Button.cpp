@@ -95,7 +95,7 @@ int Button::contentWidth() const {
 
 QColor Button::ink() const {
     const Colors colors = currentColors();
-    if (!isEnabled()) return withOpacity(colors.primary, 0.38);
+    if (!isEnabled()) return withOpacity(colors.primary, 0.5);
     if (isProminent()) return Qt::white;
     return look == Look::destructive ? colors.red : colors.primary;
 }
@@ -114,7 +114,7 @@ void Button::paintBackground(QPainter& painter) const {
         box.fill = mixed(fill, Qt::black, isDown() ? 0.24 : isHovered ? 0.12 : 0);
     } else {
         box.fill = withOpacity(colors.primary, isDown() ? 0.16 : isHovered ? 0.1 : 0.05);
-        box.stroke = withOpacity(colors.primary, isEnabled() ? 0.16 : 0.08);
+        box.stroke = withOpacity(colors.primary, isEnabled() ? 0.16 : 0.12);
     }
     paintBox(painter, box);
 }

@@ -12,7 +12,7 @@ namespace tessel {
 namespace {
 
 constexpr int ringWidth = 3;  // leaves room for the focus ring around the track
-constexpr double disabledOpacity = 0.45;
+constexpr double disabledOpacity = 0.6;
 
 }  // namespace
 

@@ -32,7 +32,7 @@ class TargetRadioButton : public QRadioButton {
 
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setOpacity(isEnabled() ? 1 : 0.45);
+        painter.setOpacity(isEnabled() ? 1 : 0.6);
         const Colors colors = currentColors();
         const QColor unselected = underMouse() && isEnabled() ? colors.green : colors.secondary;
         paintSymbol(painter, isChecked() ? "largecircle.fill.circle" : "circle", rect(),
