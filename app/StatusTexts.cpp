@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "views/controls/ProgressBar.h"
+
 namespace tessel {
 
 QString statusTitle(const TesselOperationState& state) {
@@ -74,7 +76,7 @@ QString announcement(const TesselViewModel& viewModel) {
 }
 
 QString percentText(double fraction) {
-    return QString::number(std::lround(fraction * 100)) + "%";
+    return QString::number(percentage(fraction)) + "%";
 }
 
 QString liveWindowTitle(const TesselViewModel& viewModel) {

@@ -41,6 +41,9 @@ namespace tessel {
 /// Concatenates the texts, with the separator between them.
 [[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view separator);
 
+/// Returns whether the text is exactly "disk" and a number. A partition's identifier has a suffix: "disk4s1".
+[[nodiscard]] bool isWholeDiskIdentifier(std::string_view text);
+
 [[nodiscard]] bool isValidUTF8(std::string_view bytes);
 
 }  // namespace tessel

@@ -4,7 +4,6 @@
 #include <array>
 #include <span>
 
-#include "foundation/DiskIdentifier.h"
 #include "foundation/Text.h"
 #include "model/SystemWords.h"
 

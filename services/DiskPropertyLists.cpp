@@ -6,7 +6,6 @@
 #include <ranges>
 #include <set>
 
-#include "foundation/DiskIdentifier.h"
 #include "foundation/PropertyList.h"
 #include "foundation/Text.h"
 #include "model/TesselError.h"

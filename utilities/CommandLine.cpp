@@ -1,6 +1,6 @@
 #include "utilities/CommandLine.h"
 
-#include "foundation/DiskIdentifier.h"
+#include "foundation/Text.h"
 
 namespace tessel {
 

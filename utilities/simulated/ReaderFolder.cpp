@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "foundation/DiskIdentifier.h"
+#include "foundation/Text.h"
 #include "foundation/Errors.h"
 #include "platform/FileDescriptor.h"
 

@@ -15,6 +15,10 @@ constexpr int thickness = 6;
 
 }  // namespace
 
+int percentage(double fraction) {
+    return static_cast<int>(std::lround(fraction * 100));
+}
+
 ProgressBar::ProgressBar() {
     setRange(0, 100);
     setValue(0);
@@ -25,7 +29,7 @@ void ProgressBar::setFraction(double newFraction) {
     const double clamped = std::clamp(newFraction, 0.0, 1.0);
     if (clamped != fraction) {
         fraction = clamped;
-        setValue(static_cast<int>(std::lround(fraction * 100)));
+        setValue(percentage(fraction));
         update();
     }
 }

@@ -4,6 +4,9 @@
 
 namespace tessel {
 
+/// Returns a fraction in whole per cent, rounded half away from zero.
+[[nodiscard]] int percentage(double fraction);
+
 /// Shows a fraction as a slim bar. Screen readers announce it as a percentage; give it an accessible name.
 class ProgressBar : public QProgressBar {
   public:
