@@ -8,8 +8,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "foundation/Text.h"
 #include "foundation/Errors.h"
+#include "foundation/Text.h"
 #include "platform/FileDescriptor.h"
 
 namespace tessel {
