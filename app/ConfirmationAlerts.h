@@ -19,9 +19,9 @@ namespace tessel {
 /// What the window says from the wish to close it during a write until the write has ended.
 inline constexpr const char* closingNote = "Velmora Tessel quits once the card is closed and ejected.";
 
-/// What is asked of a person who closes the window during a write.
+/// The question to a user who closes the window during a write.
 struct StopQuestion {
-    std::string message;  ///< says what becomes of the card if the write is stopped now
+    std::string message;  ///< what becomes of the card if the write is stopped now
     std::string continueButtonTitle;
 
     bool operator==(const StopQuestion&) const = default;

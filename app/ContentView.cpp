@@ -148,7 +148,7 @@ void ContentView::render() {
     if (!viewModel->write().exists()) closeIfWanted();
 }
 
-/// Tells the dock, too, but only what can be seen of it: every whole per cent.
+/// Updates the dock, too, but only by what can be seen there: every whole per cent.
 void ContentView::renderTitle() {
     const auto title = liveWindowTitle(*viewModel);
     if (title == windowTitle()) return;

@@ -77,7 +77,7 @@ class ContentView : public QWidget {
     QPointer<AlertDialog> shownStopAlert;
     StopQuestion askedQuestion;
     bool isRenderScheduled = false;
-    /// Tells what happens once no write is running.
+    /// What happens once no write is running.
     enum class Closing { no, afterLastWords, atOnce } closing = Closing::no;
 };
 

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Shows which image is to be written, and lets the person choose it.
+/// Shows which image is to be written, and the button that chooses it.
 class ImageCard : public Card {
   public:
     explicit ImageCard(TesselViewModel& viewModel);

@@ -8,7 +8,7 @@
 
 namespace tessel {
 
-/// Returns the key that everybody expects for an action, or the desktop's own where that is another one.
+/// Returns the usual key for an action, or the desktop's own where that is another one.
 [[nodiscard]] QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expected);
 
 /// Keeps keys from pressing a button that the user may not mean: a key that is held down presses none, nor

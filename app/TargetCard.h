@@ -15,7 +15,7 @@
 
 namespace tessel {
 
-/// Lists the disks among which the person chooses the target, and shows the details of the one that is
+/// Lists the disks among which the user chooses the target, and shows the details of the one that is
 /// inspected. Which disks are listed, in what order, and which one is inspected is this card's own state; the
 /// target is the view model's.
 class TargetCard : public Card {
@@ -49,7 +49,7 @@ class TargetCard : public Card {
     bool isDiskDetailsExpanded = false;
     DiskSortField diskSortField = DiskSortField::disk;
     bool diskSortAscending = true;
-    std::vector<SDWholeDisk> followedDisks;  ///< were the disks at the last call of followDisks()
+    std::vector<SDWholeDisk> followedDisks;  ///< the disks at the last call of followDisks()
 
     Button* refreshButton;
     Switch* showAllSwitch;
@@ -57,7 +57,7 @@ class TargetCard : public Card {
     TextLabel* selectableCount;
     TextLabel* hiddenCount;
     CompactDiskTable* table;
-    QWidget* emptyNote;  ///< has the label in it
+    QWidget* emptyNote;  ///< the frame of the label
     SymbolLabel* emptyLabel;
     DiskDetailsDisclosure* details;
     SymbolLabel* noDetails;

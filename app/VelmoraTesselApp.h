@@ -15,7 +15,7 @@ class TerminationSignal;
 /// Runs the program: one window on one view model, which works on the given disks. Needs a QApplication.
 class VelmoraTesselApp {
   public:
-    /// Has a handler called each time a disk has come or gone, until the result is dropped.
+    /// Calls a handler each time a disk has come or gone, until the result is destroyed.
     using DiskWatch =
         std::function<std::unique_ptr<TemporaryActivity>(std::function<void(const DiskChange&)> onChange)>;
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr TextLook noteLook{.font = FontRole::smallestCaption, .tone = Tone::secondary};
 
-/// Puts the sentence that everybody should have read into a red frame.
+/// Frames the sentence about the user's own risk in red.
 Box* makeWarning() {
     auto* box = new Box({.radius = 10,
                          .padding = 10,

@@ -39,14 +39,14 @@ TEST_F(KeyboardFocusTests, returnsToWhereItWasWhenAnOperationEnds) {
     open();
     EXPECT_EQ(focused(), "Select Image") << "after the first scan";
     button("Refresh Disks").setFocus();
-    for (const bool personMovesOn : {false, true}) {
+    for (const bool userMovesOn : {false, true}) {
         press(Qt::Key_Space);
         until([this] { return viewModel().isBusy(); });
         QTest::qWait(1);
         EXPECT_EQ(focused(), "the window");
-        if (personMovesOn) the<OperationLogView>().setFocus();
+        if (userMovesOn) the<OperationLogView>().setFocus();
         untilIdle();
-        EXPECT_EQ(focused(), personMovesOn ? "Operation log" : "Refresh Disks");
+        EXPECT_EQ(focused(), userMovesOn ? "Operation log" : "Refresh Disks");
     }
     for (const char* answer : {"Select Image", "Cancel"}) {
         button("Select Image").setFocus();

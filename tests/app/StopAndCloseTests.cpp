@@ -132,7 +132,7 @@ TEST_F(StopAndCloseTests, stopAndQuitEndsOnceTheCardIsEjected) {
     EXPECT_THAT(deeds(), ElementsAre("unmountDisk", "authopen", "eject"));
 }
 
-TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughThePersonWantedToQuit) {
+TEST_F(StopAndCloseTests, aFailureStaysToBeSeenThoughTheUserWantedToQuit) {
     reader.setBehaviour("disk4", {.delays = {{"eject", 1}}});
     holds.reading.hold();
     startWrite();

@@ -18,7 +18,8 @@ void presentToScreenReaders() {
     });
 }
 
-/// Tells screen readers what each `Widget` is. Its name is the accessible one, or the title of a window.
+/// Presents each `Widget` to screen readers in the given role. Its name is the accessible one, or the title
+/// of a window.
 template <typename Widget, QAccessible::Role itsRole>
 void presentToScreenReadersAs() {
     struct Interface : QAccessibleWidget {

@@ -14,7 +14,7 @@ class Box : public QWidget {
   public:
     struct Look {
         double radius;
-        int padding;  ///< lies between the box and its content
+        int padding;  ///< between the box and its content
         QColor (*fill)(const Colors& colors);
         QColor (*stroke)(const Colors& colors);
     };

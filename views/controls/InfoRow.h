@@ -12,7 +12,7 @@ class TextLabel;
 /// if nothing is selected.
 class SelectableValue : public QLineEdit {
   public:
-    static constexpr int textMargin = 2;  ///< is what QLineEdit leaves free beside its text, in pixels
+    static constexpr int textMargin = 2;  ///< the space that QLineEdit leaves beside its text, in pixels
 
     SelectableValue();
 

@@ -14,7 +14,7 @@ struct RoundedBox {
     QRectF bounds;
     double radius = 0;
     QColor fill = Qt::transparent;
-    QColor stroke = Qt::transparent;  ///< is one pixel wide and lies inside the bounds
+    QColor stroke = Qt::transparent;  ///< one pixel wide, inside the bounds
 };
 
 void paintBox(QPainter& painter, const RoundedBox& box);
@@ -22,7 +22,7 @@ void paintBox(QPainter& painter, const RoundedBox& box);
 /// Draws an outline in the accent colour, two pixels wide and inside the bounds.
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius);
 
-/// Tells whether the widget has the focus and the person moves the focus with the keyboard.
+/// Returns whether the widget has the focus and the user moves the focus with the keyboard.
 [[nodiscard]] bool showsKeyboardFocus(const QWidget& widget);
 
 /// Returns whether this is one of the two keys of that name.

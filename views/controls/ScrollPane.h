@@ -9,7 +9,7 @@ namespace tessel {
 /// Shows only a slim handle on whatever is behind it.
 class ScrollBar : public QScrollBar {
   public:
-    /// Tells whether the handle hides a moment after its last use.
+    /// Whether the handle hides a moment after its last use.
     enum class Hides { never, whenUnused };
 
     static constexpr int thickness = 12;  ///< in pixels
@@ -25,7 +25,7 @@ class ScrollBar : public QScrollBar {
 
   private:
     Hides hides;
-    QBasicTimer use;  ///< runs on for a moment after each use
+    QBasicTimer use;  ///< active for a moment after each use
 };
 
 /// Scrolls what does not fit into it, with slim handles, on whatever is behind it. It takes no focus, and

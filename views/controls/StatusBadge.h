@@ -28,7 +28,7 @@ class StatusSign : public QWidget {
 
     Tone tone = Tone::secondary;
     bool isBusy = false;
-    int angle = 90;  ///< is where the arc begins, in degrees
+    int angle = 90;  ///< where the arc begins, in degrees
     QBasicTimer turn;
 };
 
@@ -38,7 +38,7 @@ class StatusBadge : public QWidget {
   public:
     struct Fields {
         QString text;
-        QString announcement;  ///< is what screen readers say, each time that it changes
+        QString announcement;  ///< the words of screen readers each time that it changes
         Tone tone = Tone::secondary;
         bool isBusy = false;
 

@@ -43,7 +43,8 @@ enum class FontRole {
 /// Requires: the widget is a window, or in one to which passOnApplicationFont() was applied.
 void followApplicationFont(QWidget& widget, std::function<void()> apply);
 
-/// Passes each change of the application's font on to the widgets in the window, since Qt tells only windows.
+/// Passes each change of the application's font on to the widgets in the window, since Qt notifies only
+/// windows.
 void passOnApplicationFont(QWidget& window);
 
 /// What a colour says. Each can be read as text on every background below.
@@ -58,10 +59,10 @@ struct Colors {
     QColor orange;
     QColor red;
     QColor accent;
-    QColor accentFill;           ///< lies behind white text
-    QColor redFill;              ///< lies behind white text
+    QColor accentFill;           ///< behind white text
+    QColor redFill;              ///< behind white text
     QColor windowBackground;     ///< fills the header and the cards
-    QColor underPageBackground;  ///< lies behind the cards
+    QColor underPageBackground;  ///< behind the cards
     QColor controlBackground;    ///< fills the disk table
     QColor textBackground;       ///< fills the frame of the operation log
 
@@ -78,7 +79,7 @@ struct Colors {
 /// Mixes a share of another colour, from 0 to 1, into the colour. The result is opaque.
 [[nodiscard]] QColor mixed(const QColor& color, const QColor& other, double share);
 
-/// Tells how well two opaque colours can be told apart, from 1 to 21, as the WCAG define it. Text needs 4.5.
+/// Returns the contrast of two opaque colours, from 1 to 21, as the WCAG define it. Text needs 4.5.
 [[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 
 }  // namespace tessel

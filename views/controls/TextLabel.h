@@ -35,7 +35,7 @@ class TextLabel : public QLabel {
   protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    /// Is called when the look, the application's font or its palette has changed.
+    /// Applies the look after it, the application's font or its palette has changed.
     virtual void applyLook();
 
   private:
@@ -45,7 +45,7 @@ class TextLabel : public QLabel {
     TextLook currentLook;
 };
 
-/// Makes a label whose text wraps at the width that it is given.
+/// Returns a label whose text wraps at the width that it is given.
 [[nodiscard]] TextLabel* wrappedLabel(const QString& text, const TextLook& look);
 
 /// Shows a symbol before the first line of a wrapped text, both in the same colour.

@@ -16,15 +16,15 @@ class DiskTableHeader;
 class ScrollPane;
 
 /// Lists disks below sortable headings, one in each row. It decides nothing: it shows the disks in the order
-/// given and reports what the person does. It is as high as its rows, up to six of them.
+/// given and reports what the user does. It is as high as its rows, up to six of them.
 ///
 /// All rows together are a single stop of the Tab key. The arrow keys, Home, End, Page Up and Page Down move
 /// to another row and inspect it; Space and Return choose the disk of the row.
 class CompactDiskTable : public QWidget {
   public:
     struct Fields {
-        std::vector<SDWholeDisk> disks;  ///< are already filtered and sorted
-        std::string selectedTargetID;    ///< is empty when there is no target
+        std::vector<SDWholeDisk> disks;  ///< already filtered and sorted
+        std::string selectedTargetID;    ///< empty when there is no target
         std::optional<std::string> inspectedDiskID;
         bool isBusy = false;
         DiskSortField sortField = DiskSortField::disk;
@@ -70,7 +70,7 @@ class CompactDiskTable : public QWidget {
     QWidget* rowList;
     ScrollPane* scrollPane;
     QWidget* frame;
-    std::vector<CompactDiskRow*> rows;  ///< are in the order of the disks
+    std::vector<CompactDiskRow*> rows;  ///< in the order of the disks
     RowsByID rowsByID;
 };
 

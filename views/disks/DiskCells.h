@@ -12,7 +12,7 @@ namespace tessel {
 class ElidedLabel;
 class SymbolView;
 
-/// Lets the person choose the write target. It shows a radio control for an eligible disk and a lock for
+/// Chooses the write target. It shows a radio control for an eligible disk and a lock for
 /// every other.
 class DiskTargetSelector : public QWidget {
   public:

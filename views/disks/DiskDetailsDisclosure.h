@@ -26,7 +26,7 @@ class DiskDetailsDisclosure : public QWidget {
         bool operator==(const Fields&) const = default;
     };
 
-    /// `expandAction` is told whether the person wants the details open; `display` opens or closes
+    /// `expandAction` receives whether the user wants the details open; `display` opens or closes
     /// them.
     explicit DiskDetailsDisclosure(std::function<void(bool)> expandAction);
 

@@ -39,7 +39,7 @@ class SortableDiskHeader : public QPushButton {
 
   private:
     DiskSortField field;
-    QString chevron;  ///< names the symbol of the direction; is empty when another column is active
+    QString chevron;  ///< the symbol of the direction; empty when another column is active
 };
 
 /// Shows the headings above the rows of the disk table.
