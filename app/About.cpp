@@ -28,6 +28,7 @@ constexpr int misused = 2;
 }  // namespace
 
 CommandLineAnswer answerCommandLine(std::span<char* const> arguments) {
+    CommandLineAnswer answer;
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
         if (argument == "--help") {
@@ -38,7 +39,10 @@ CommandLineAnswer answerCommandLine(std::span<char* const> arguments) {
             std::puts("Velmora Tessel " TESSEL_VERSION);
             return {.exitStatus = EXIT_SUCCESS};
         }
-        if (argument == "--manual") return {.wantsManual = true};
+        if (argument == "--manual") {
+            answer.wantsManual = true;
+            continue;
+        }
         if (argument == "-session") {
             ++i;  // a session manager names the session that it restores, which is the toolkit's business
             continue;
@@ -46,7 +50,7 @@ CommandLineAnswer answerCommandLine(std::span<char* const> arguments) {
         std::fprintf(stderr, "velmora-tessel: “%s” is not understood; --help says what is.\n", arguments[i]);
         return {.exitStatus = misused};
     }
-    return {};
+    return answer;
 }
 
 QString aboutText() {

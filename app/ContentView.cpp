@@ -44,7 +44,8 @@ QVBoxLayout* columnOfCards(QWidget* pane) {
 /// Returns the file if the drag carries exactly one of this computer.
 std::optional<std::filesystem::path> droppedFile(const QMimeData& dragged) {
     const auto urls = dragged.urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
+    const bool isOne = urls.size() == 1 && urls.front().isLocalFile();
+    if (!isOne || !urls.front().host().isEmpty()) return std::nullopt;
     return localPath(urls.front());
 }
 

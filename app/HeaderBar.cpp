@@ -16,14 +16,16 @@ namespace {
 /// Shows the product's picture, which is a green card on a green tint.
 class ProductMark : public QWidget {
   public:
-    ProductMark() { setFixedSize(48, 48); }
+    ProductMark() {
+        followApplicationFont(*this, [this] { setFixedSize(scaledWithFont(48), scaledWithFont(48)); });
+    }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const QColor green = currentColors().green;
         paintBox(painter, {.bounds = rect(), .radius = 14, .fill = withOpacity(green, 0.12)});
-        paintSymbol(painter, "sdcard.fill", rect(), 26, green);
+        paintSymbol(painter, "sdcard.fill", rect(), scaledWithFont(26), green);
     }
 };
 
@@ -49,10 +51,11 @@ HeaderBar::HeaderBar(const TesselViewModel& viewModel) : viewModel(viewModel), b
 }
 
 void HeaderBar::render(const QString& note) const {
-    badge->display({.text = statusTitle(viewModel.state()),
-                    .announcement = (announcement(viewModel) + " " + note).trimmed(),
-                    .tone = statusColor(viewModel.state()),
-                    .isBusy = viewModel.isBusy()});
+    badge->display(
+        {.text = statusTitle(viewModel.state()),
+         .announcement = note.isEmpty() ? announcement(viewModel) : announcement(viewModel) + ". " + note,
+         .tone = statusColor(viewModel.state()),
+         .isBusy = viewModel.isBusy()});
 }
 
 void HeaderBar::paintEvent(QPaintEvent*) {

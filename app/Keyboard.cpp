@@ -28,6 +28,10 @@ KeyGuard::KeyGuard(QObject* parent) : QObject(parent) {
 
 bool KeyGuard::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Show || event->type() == QEvent::FocusIn) noteAppearance(watched, *event);
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+        event->accept();  // has Qt look for no shortcut
+        return true;
+    }
     if (event->type() != QEvent::KeyPress) return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
     const auto* button = qobject_cast<QAbstractButton*>(watched);

@@ -11,7 +11,8 @@ namespace tessel {
 /// Returns the usual key for an action, or the desktop's own where that is another one.
 [[nodiscard]] QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expected);
 
-/// Keeps keys from pressing a button that the user may not mean: a key that is held down presses none, nor
+/// Keeps keys from pressing a button that the user may not mean: a key that is held down presses none and
+/// is no shortcut, nor
 /// does a key within a second of an alert's appearing or of the focus coming back to a button by itself.
 class KeyGuard : public QObject {
   public:

@@ -29,9 +29,14 @@ ImageWriterService makeWriterService(const VelmoraTesselApp::Disks& disks) {
 }
 
 /// Drops the warnings that lead to a fatal message, which say the same in words that are no use to the user.
-void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
     if (type != QtFatalMsg) return;
-    std::fputs("velmora-tessel: There is no display to open a window on.\n", stderr);
+    const bool isDisplayNamed =
+        qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    const QString reason = isDisplayNamed
+                               ? "No window can be opened on the display: " + message.section('\n', 0, 0)
+                               : "There is no display to open a window on.";
+    std::fprintf(stderr, "velmora-tessel: %s\n", qPrintable(reason));
     std::_Exit(EXIT_FAILURE);
 }
 

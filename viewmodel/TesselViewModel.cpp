@@ -6,6 +6,7 @@
 
 #include "foundation/ByteCount.h"
 #include "foundation/Errors.h"
+#include "foundation/Text.h"
 #include "model/DiskTexts.h"
 #include "model/SystemWords.h"
 #include "model/TesselError.h"
@@ -76,9 +77,13 @@ void TesselViewModel::noteDiskChange(const DiskChange& change) {
 
 /// Returns whether the list of disks would look different after another scan, as far as is known.
 bool TesselViewModel::isNews(const DiskChange& change) const {
-    if (!change.hasGone) return true;
+    if (!change.hasGone || state().kind == scanningDisks) return true;
+    const auto mayBeIt = [&](const SDWholeDisk& disk) {
+        if (disk.systemName) return std::filesystem::path(*disk.systemName).filename() == change.systemName;
+        return disk.id == change.systemName || !isWholeDiskIdentifier(change.systemName);
+    };
     return std::ranges::any_of(targets().disks(), [&](const SDWholeDisk& disk) {
-        return disk.systemName.value_or(disk.id) == change.systemName && !write().hasEjected(disk.id);
+        return mayBeIt(disk) && !write().hasEjected(disk.id);
     });
 }
 

@@ -110,8 +110,9 @@ std::filesystem::path localPath(const QUrl& url) {
     const QString name = QString::fromStdString(path.filename().string());
     std::error_code failure;
     if (!name.contains(QChar::ReplacementCharacter) || std::filesystem::exists(path, failure)) return path;
-    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), failure))
-        if (QString::fromStdString(entry.path().filename().string()) == name) return entry.path();
+    std::filesystem::directory_iterator entry(path.parent_path(), failure);
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure))
+        if (QString::fromStdString(entry->path().filename().string()) == name) return entry->path();
     return path;
 }
 

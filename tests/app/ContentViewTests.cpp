@@ -91,6 +91,24 @@ TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
     EXPECT_EQ(refresh.grab().toImage(), plain);
 }
 
+TEST_F(ContentViewTests, theSystemsOwnNamesSayWhatHasGone) {
+    reader.changeDetails("disk4", {{"VelmoraTesselSystemName", "/dev/mmcblk0"}});
+    for (const auto& [name, isNews] : {std::pair("sdz", true), std::pair("mmcblk0", true)}) {
+        open();
+        EXPECT_FALSE(viewModel().haveDisksChanged());
+        viewModel().noteDiskChange({.systemName = name, .hasGone = true});
+        EXPECT_EQ(viewModel().haveDisksChanged(), isNews) << name;
+        application.reset();
+    }
+    for (const auto* disk : {"disk0", "disk5", "disk7"})
+        reader.changeDetails(disk, {{"VelmoraTesselSystemName", std::string("/dev/sd") + disk[4]}});
+    open();
+    viewModel().noteDiskChange({.systemName = "sdz", .hasGone = true});
+    EXPECT_FALSE(viewModel().haveDisksChanged()) << "was not listed";
+    viewModel().noteDiskChange({.systemName = "sd5", .hasGone = true});
+    EXPECT_TRUE(viewModel().haveDisksChanged());
+}
+
 TEST_F(ContentViewTests, whatTheProgramEjectsItselfIsNoNews) {
     for (const std::string authorization : {"", "busy"}) {
         reader.reinsert("disk4");

@@ -49,7 +49,8 @@ TEST_F(ImageChoiceTests, aDroppedFileIsInspectedAsAChosenOne) {
     }
     EXPECT_EQ(viewModel().image().selectedImage()->url, image) << "the image that the link led to";
     for (const QList<QUrl>& others :
-         {QList<QUrl>{}, QList{url(image), url(image)}, QList{QUrl("https://example.invalid/card.img")}})
+         {QList<QUrl>{}, QList{url(image), url(image)}, QList{QUrl("https://example.invalid/card.img")},
+          QList{QUrl("file://other" + url(image).path())}})
         EXPECT_FALSE(drop(others)) << others.size();
 }
 

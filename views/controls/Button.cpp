@@ -137,7 +137,8 @@ void Button::paintDot(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colors.windowBackground, 1.5));
     painter.setBrush(colors.accent);
-    painter.drawEllipse(center, 4, 4);
+    const double radius = scaledWithFont(4);
+    painter.drawEllipse(center, radius, radius);
 }
 
 }  // namespace tessel

@@ -11,7 +11,11 @@ namespace tessel {
 
 namespace {
 
-constexpr int thickness = 6;
+constexpr int designedThickness = 6;
+
+int thickness() {
+    return scaledWithFont(designedThickness);
+}
 
 }  // namespace
 
@@ -23,6 +27,7 @@ ProgressBar::ProgressBar() {
     setRange(0, 100);
     setValue(0);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    followApplicationFont(*this, [this] { updateGeometry(); });
 }
 
 void ProgressBar::setFraction(double newFraction) {
@@ -35,21 +40,21 @@ void ProgressBar::setFraction(double newFraction) {
 }
 
 QSize ProgressBar::sizeHint() const {
-    return {200, thickness};
+    return {200, thickness()};
 }
 
 QSize ProgressBar::minimumSizeHint() const {
-    return {60, thickness};
+    return {60, thickness()};
 }
 
 void ProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Colors colors = currentColors();
-    const double radius = thickness / 2.0;
+    const double radius = thickness() / 2.0;
     paintBox(painter, {.bounds = rect(), .radius = radius, .fill = withOpacity(colors.primary, 0.12)});
     if (fraction > 0) {
         // The bar is never shorter than a dot, so that the beginning can be seen.
-        const double length = std::max<double>(fraction * width(), thickness);
+        const double length = std::max<double>(fraction * width(), thickness());
         paintBox(painter,
                  {.bounds = QRectF(0, 0, length, height()), .radius = radius, .fill = colors.accent});
     }

@@ -96,7 +96,7 @@ void CompactDiskRow::click() {
 }
 
 void CompactDiskRow::keyPressEvent(QKeyEvent* event) {
-    if (isPressingKey(*event))
+    if (isPressingKey(*event) && !event->isAutoRepeat())
         selector->press();
     else
         QWidget::keyPressEvent(event);

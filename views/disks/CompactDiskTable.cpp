@@ -108,7 +108,6 @@ void CompactDiskTable::showRows() {
 
 void CompactDiskTable::retire(const RowsByID& retired) {
     for (const auto& [id, row] : retired) {
-        if (row->hasFocus() && !rows.empty()) rows.front()->setFocus(Qt::OtherFocusReason);
         row->hide();
         // The row is not deleted at once, since its own click may have led here.
         row->deleteLater();

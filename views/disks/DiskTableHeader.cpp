@@ -22,6 +22,7 @@ SortableDiskHeader::SortableDiskHeader(const QString& title, DiskSortField field
     field(field) {
     presentButtonToScreenReaders<SortableDiskHeader, QAccessible::Button>();
     setText(title);
+    setAutoDefault(true);  // so that Return presses it too
     followApplicationFont(*this, [this] { setFont(styledFont(FontRole::caption, QFont::DemiBold)); });
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);

@@ -23,7 +23,9 @@ bool isInteraction(Qt::MouseButtons buttons, const QObject* watched) {
 
 /// Returns whether the key does nothing by itself.
 bool isModifier(int key) {
-    constexpr std::array modifiers{Qt::Key_Control, Qt::Key_Shift, Qt::Key_Alt, Qt::Key_AltGr, Qt::Key_Meta};
+    constexpr std::array modifiers{Qt::Key_Control, Qt::Key_Shift,    Qt::Key_Alt,     Qt::Key_AltGr,
+                                   Qt::Key_Meta,    Qt::Key_CapsLock, Qt::Key_NumLock, Qt::Key_ScrollLock,
+                                   Qt::Key_Super_L, Qt::Key_Super_R,  Qt::Key_Hyper_L, Qt::Key_Hyper_R};
     return std::ranges::find(modifiers, key) != modifiers.end();
 }
 

@@ -109,7 +109,7 @@ int main(int argc, char* argv[]) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_LOGGING_RULES", "default.warning=false");  // these concern real screens only
     }
-    const QApplication qtApplication(argc, argv);
+    const auto qtApplication = tessel::connectToDisplay(argc, argv);
     tessel::prepareApplication();
     try {
         return tessel::rehearse(terminationSignal, std::span(argv + 1, argv + argc));
