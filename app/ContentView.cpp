@@ -45,7 +45,7 @@ QVBoxLayout* columnOfCards(QWidget* pane) {
 std::optional<std::filesystem::path> droppedFile(const QMimeData& dragged) {
     const auto urls = dragged.urls();
     const bool isOne = urls.size() == 1 && urls.front().isLocalFile();
-    if (!isOne || !urls.front().host().isEmpty()) return std::nullopt;
+    if (!isOne || !urls.front().host().isEmpty() || !urls.front().path().startsWith('/')) return std::nullopt;
     return localPath(urls.front());
 }
 
@@ -62,7 +62,7 @@ ContentView::ContentView(std::shared_ptr<TesselViewModel> model) :
     focusMemory(*this) {
     presentToScreenReadersAs<ContentView, QAccessible::Window>();
     setAcceptDrops(true);
-    new KeyGuard(this);
+    new PressGuard(this);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -195,7 +195,7 @@ void ContentView::showWriteConfirmation() {
     const auto message = confirmationMessage(*viewModel);
     const auto writeWhatWasConfirmed = [this, message] {
         if (closing != Closing::no) return;
-        if (confirmationMessage(*viewModel) == message) {
+        if (confirmationMessage(*viewModel) == message && !viewModel->isBusy()) {
             viewModel->startWrite();
         } else {
             showWriteConfirmation();

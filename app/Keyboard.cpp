@@ -1,10 +1,8 @@
 #include "app/Keyboard.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QFocusEvent>
-#include <QKeyEvent>
 #include <QList>
 
 #include "views/controls/Painting.h"
@@ -22,23 +20,44 @@ QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expect
     return desktopsOwn.isEmpty() || desktopsOwn.contains(expected) ? expected : desktopsOwn.front();
 }
 
-KeyGuard::KeyGuard(QObject* parent) : QObject(parent) {
+PressGuard::PressGuard(QObject* parent) : QObject(parent) {
     qApp->installEventFilter(this);
 }
 
-bool KeyGuard::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Show || event->type() == QEvent::FocusIn) noteAppearance(watched, *event);
-    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
-        event->accept();  // has Qt look for no shortcut
-        return true;
-    }
-    if (event->type() != QEvent::KeyPress) return false;
-    const auto& key = *static_cast<QKeyEvent*>(event);
+bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
     const auto* button = qobject_cast<QAbstractButton*>(watched);
-    return button && isPressingKey(key) && (key.isAutoRepeat() || isUnexpected(*button));
+    switch (event->type()) {
+        case QEvent::Show:
+        case QEvent::FocusIn:
+            noteAppearance(watched, *event);
+            return false;
+        case QEvent::ShortcutOverride:
+            if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) return false;
+            event->accept();  // has Qt look for no shortcut
+            return true;
+        case QEvent::KeyPress:
+            return button && isUnmeantKey(*button, *static_cast<QKeyEvent*>(event));
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick: {
+            const bool isUnmeant = button && isUnmeantClick(*button, event->type());
+            if (const auto* widget = qobject_cast<QWidget*>(watched)) clickedWindow = widget->window();
+            return isUnmeant;
+        }
+        default:
+            return false;
+    }
 }
 
-void KeyGuard::noteAppearance(QObject* watched, const QEvent& event) {
+bool PressGuard::isUnmeantKey(const QAbstractButton& button, const QKeyEvent& key) const {
+    return isPressingKey(key) && (key.isAutoRepeat() || hasJustAppeared(button, timeToNotice));
+}
+
+bool PressGuard::isUnmeantClick(const QAbstractButton& button, QEvent::Type click) const {
+    if (click == QEvent::MouseButtonDblClick && clickedWindow != button.window()) return true;
+    return qobject_cast<QDialog*>(appeared) && hasJustAppeared(button, QApplication::doubleClickInterval());
+}
+
+void PressGuard::noteAppearance(QObject* watched, const QEvent& event) {
     const bool isAlert = event.type() == QEvent::Show && qobject_cast<QDialog*>(watched);
     const bool hasFocusAgain = event.type() == QEvent::FocusIn &&
                                static_cast<const QFocusEvent&>(event).reason() == Qt::OtherFocusReason;
@@ -47,9 +66,9 @@ void KeyGuard::noteAppearance(QObject* watched, const QEvent& event) {
     sinceThen.start();
 }
 
-bool KeyGuard::isUnexpected(const QWidget& button) const {
+bool PressGuard::hasJustAppeared(const QWidget& button, int milliseconds) const {
     return appeared && (appeared == &button || appeared->isAncestorOf(&button)) &&
-           sinceThen.elapsed() < timeToNotice;
+           sinceThen.elapsed() < milliseconds;
 }
 
 void FocusMemory::settle(QWidget* focusedBefore) {

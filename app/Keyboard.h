@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QObject>
 #include <QPointer>
@@ -11,23 +13,27 @@ namespace tessel {
 /// Returns the usual key for an action, or the desktop's own where that is another one.
 [[nodiscard]] QKeySequence keyFor(QKeySequence::StandardKey action, const QKeySequence& expected);
 
-/// Keeps keys from pressing a button that the user may not mean: a key that is held down presses none and
-/// is no shortcut, nor
-/// does a key within a second of an alert's appearing or of the focus coming back to a button by itself.
-class KeyGuard : public QObject {
+/// Keeps keys and clicks from pressing a button that the user may not mean. A key that is held down presses
+/// none and is no shortcut, nor does a key press within a second of an alert's appearing or of the focus
+/// coming back to a button by itself. The second click of a double click presses nothing in an alert that the
+/// first one has opened, nor what lay below an alert that it has closed.
+class PressGuard : public QObject {
   public:
     /// Watches the whole application for as long as this exists.
-    explicit KeyGuard(QObject* parent);
+    explicit PressGuard(QObject* parent);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void noteAppearance(QObject* watched, const QEvent& event);
-    [[nodiscard]] bool isUnexpected(const QWidget& button) const;
+    [[nodiscard]] bool isUnmeantKey(const QAbstractButton& button, const QKeyEvent& key) const;
+    [[nodiscard]] bool isUnmeantClick(const QAbstractButton& button, QEvent::Type click) const;
+    [[nodiscard]] bool hasJustAppeared(const QWidget& button, int milliseconds) const;
 
     QPointer<QWidget> appeared;  ///< the alert or the button that came under the user's fingers last
     QElapsedTimer sinceThen;
+    QPointer<QWidget> clickedWindow;  ///< of the last mouse press
 };
 
 /// Keeps the keyboard focus where the user left it. While that control is disabled or hidden, the focus rests

@@ -60,6 +60,7 @@ Task<> TesselViewModel::scanDisks() {
         co_return;
     }
     targetSelection.replaceDisks(std::move(scan).value(), sinceScan);
+    currentWrite.forgetHint();
     const auto summary = ScanSummary::of(targetSelection.disks());
     operationState = summary.state;
     for (const auto& message : summary.messages)

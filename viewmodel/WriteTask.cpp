@@ -86,6 +86,12 @@ void WriteTask::resetWriteProgress() {
     progress = WriteProgress();
 }
 
+void WriteTask::forgetHint() {
+    auto shown = progress();
+    shown.writeHint = "";
+    progress = std::move(shown);
+}
+
 Task<> WriteTask::performWrite() {
     const auto outcome = co_await outcomeOf(writeSelectedImage());
     if (outcome.error()) {

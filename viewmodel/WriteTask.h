@@ -54,6 +54,9 @@ class WriteTask : private ImageWriteListener {
     /// Shows that nothing was written yet.
     void resetWriteProgress();
 
+    /// Takes away what the user was to do after the last write.
+    void forgetHint();
+
     /// Keeps the handle of the task that will call performWrite().
     void begin(TaskHandle task);
     /// Writes the selected image to the target and applies the outcome. Never throws.

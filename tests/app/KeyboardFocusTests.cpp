@@ -62,6 +62,20 @@ TEST_F(KeyboardFocusTests, returnsToWhereItWasWhenAnOperationEnds) {
     EXPECT_EQ(focused(), verify);
 }
 
+TEST_F(KeyboardFocusTests, aHeldKeyIsNoShortcutAndChoosesNoDiskAgain) {
+    open();
+    for (const bool isRepeated : {false, true}) {
+        QKeyEvent key(QEvent::ShortcutOverride, Qt::Key_F5, {}, {}, isRepeated);
+        key.ignore();
+        QApplication::sendEvent(&window(), &key);
+        EXPECT_EQ(key.isAccepted(), isRepeated);
+    }
+    hold(row("disk4"), Qt::Key_Return, 5);
+    QTest::qWait(1);
+    EXPECT_EQ(std::ranges::count_if(log(), [](const auto& line) { return line.starts_with("Selected SD"); }),
+              1);
+}
+
 TEST_F(KeyboardFocusTests, theKeyThatStartsAWriteDoesNotStopIt) {
     holds.writing.hold();
     for (const auto key : {Qt::Key_Return, Qt::Key_Space}) {

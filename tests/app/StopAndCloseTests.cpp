@@ -65,8 +65,9 @@ TEST_F(StopAndCloseTests, aWriteThatDidNotBeginOrWasFollowedByAnEjectSaysSo) {
 TEST_F(StopAndCloseTests, aWindowThatIsToCloseStartsNoWrite) {
     openReady();
     click(button("Write Disk Image"));
+    notice();
     window().closeWhenWriteEnds();
-    click(button("Erase and Write to disk4"));
+    QTest::mouseClick(&button("Erase and Write to disk4"), Qt::LeftButton);
     EXPECT_FALSE(viewModel().write().exists());
     until([this] { return !window().isVisible(); });
     EXPECT_THAT(deeds(), ElementsAre());

@@ -152,6 +152,7 @@ std::vector<std::string> WindowTest::deeds() const {
 }
 
 void WindowTest::click(QWidget& widget, QPoint position) {
+    if (qobject_cast<QDialog*>(widget.window())) QTest::qWait(QApplication::doubleClickInterval());
     QTest::mouseClick(&widget, Qt::LeftButton, {}, position);
 }
 

@@ -46,6 +46,38 @@ TEST_F(WriteGuardTests, onlyTheDestructiveButtonOfTheAlertStartsAWrite) {
     EXPECT_THAT(deeds(), IsEmpty());
 }
 
+TEST_F(WriteGuardTests, aDoubleClickAnswersNoQuestionThatItsFirstClickHasAsked) {
+    openReady();
+    auto& verify = control<Switch>("Verify the written image with SHA-256");
+    const auto doubleClick = [](QWidget& first, const std::function<QWidget&()>& second) {
+        QTest::mouseClick(&first, Qt::LeftButton);
+        QWidget& below = second();
+        QTest::mouseDClick(&below, Qt::LeftButton);
+        QTest::mouseClick(&below, Qt::LeftButton);
+    };
+    doubleClick(button("Write Disk Image"),
+                [this]() -> QWidget& { return button("Erase and Write to disk4"); });
+    EXPECT_TRUE(alertTitled("Confirm Destructive Write"));
+    click(button("Cancel"));
+    QTest::mouseDClick(&verify, Qt::LeftButton, {}, {12, 12}, 0);
+    EXPECT_TRUE(viewModel().write().verifyAfterWrite());
+    EXPECT_FALSE(viewModel().write().exists());
+}
+
+TEST_F(WriteGuardTests, aConfirmationDuringAScanIsAskedForAgain) {
+    openReady();
+    click(button("Write Disk Image"));
+    reader.setBehaviour("disk4", {.delays = {{"info", 0.7}}});
+    viewModel().refreshDisks();
+    click(button("Erase and Write to disk4"));
+    until([this] { return alertTitled("Confirm Destructive Write"); });
+    EXPECT_FALSE(viewModel().write().exists());
+    untilIdle();
+    click(button("Erase and Write to disk4"));
+    until([this] { return viewModel().write().exists(); });
+    untilIdle();
+}
+
 TEST_F(WriteGuardTests, aProtectedDiskCannotBeChosen) {
     openReady();
     click(control<Switch>("Show All Disks"));

@@ -3,6 +3,8 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QScreen>
+#include <algorithm>
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
@@ -29,7 +31,10 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     auto* message = wrappedLabel(fields.message, {.font = FontRole::headline, .weight = QFont::Bold});
     auto* text = wrappedLabel(fields.informativeText, {.font = FontRole::body});
     text->setFocusPolicy(Qt::ClickFocus);  // a click beside the buttons takes the focus from a dangerous one
-    followApplicationFont(*text, [text] { text->setFixedWidth(scaledWithFont(textWidth)); });
+    followApplicationFont(*text, [text] {
+        text->setFixedWidth(
+            std::min(scaledWithFont(textWidth), text->screen()->availableSize().width() * 2 / 3));
+    });
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(20, 20, 20, spacing::page);
