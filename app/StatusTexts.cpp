@@ -61,7 +61,9 @@ QString announcement(const TesselViewModel& viewModel) {
     const auto hint = progressHint(viewModel);
     if (!viewModel.write().exists()) {
         QStringList sentences;
-        if (state.writeOutcome == WriteOutcome::failed)
+        // A stop before the first byte has a sentence of its own, which takes the place of the detail.
+        if (state.writeOutcome == WriteOutcome::failed ||
+            (state.writeOutcome == WriteOutcome::cancelled && hint.isEmpty()))
             sentences << QString::fromStdString(viewModel.progress().writeProgressDetail);
         if (state.writeOutcome && !hint.isEmpty()) sentences << hint;
         return sentences.isEmpty() ? statusTitle(state) : statusTitle(state) + ". " + sentences.join(" ");

@@ -21,8 +21,8 @@ inline constexpr const char* stoppingTitle = "Stopping Operation";
 /// stopping, and after a write.
 [[nodiscard]] QString progressHint(const TesselViewModel& viewModel);
 
-/// Returns what screen readers say: each state, the reason of a failed write and what else there is to know
-/// after a write, and during a write each phase and each quarter of the write that was passed.
+/// Returns what screen readers say: each state, what became of a failed or stopped write, what else there is
+/// to know after a write, and during a write each phase and each quarter of the write that was passed.
 [[nodiscard]] QString announcement(const TesselViewModel& viewModel);
 
 /// Returns a fraction as a percentage such as "42%", rounded half away from zero.
