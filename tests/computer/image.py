@@ -107,7 +107,7 @@ class Desktop:
         pack(added, fixed_files())
         hooks = [f"--customize-hook={hook}" for hook in [f"tar-in {added} /", *HOOKS]]
         with open(self.folder / "log", "w") as log:
-            run("mmdebstrap", "--variant=minbase", "--include=" + ",".join(self.packages),
+            run("mmdebstrap", "--variant=minbase", *[f"--include={package}" for package in self.packages],
                 '--aptopt=Acquire::Retries "5"', *hooks, suite(), root, stdout=log, stderr=log)
             self.make_disk(root, log)
         root.unlink()
