@@ -80,6 +80,7 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
 
 std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (auto& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

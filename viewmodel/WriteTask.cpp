@@ -269,8 +269,9 @@ bool WriteTask::canRequestStop() const {
 }
 
 void WriteTask::requestStop() {
-    if (!canRequestStop()) return;
-    auto task = *writeTask();
+    const auto& running = writeTask();
+    if (!running || !canRequestStop()) return;
+    auto task = *running;
     task.cancel();
     say("Stopping Operation",
         "Stopping at the next safe checkpoint, closing the raw device, and ejecting the SD card when "

@@ -43,7 +43,10 @@ class WriteTask : private ImageWriteListener {
     Published<WriteProgress> progress;
 
     [[nodiscard]] bool exists() const { return writeTask().has_value(); }
-    [[nodiscard]] bool isCancellationRequested() const { return writeTask() && writeTask()->isCancelled(); }
+    [[nodiscard]] bool isCancellationRequested() const {
+        const auto& task = writeTask();
+        return task && task->isCancelled();
+    }
 
     /// Returns whether the write has failed, even if a stop that came later is its outcome.
     [[nodiscard]] bool hasFailed() const { return isFailureLogged; }

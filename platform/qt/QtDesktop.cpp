@@ -106,7 +106,7 @@ void furnishOwnPanel(QFileDialog& dialog) {
 
 std::filesystem::path localPath(const QUrl& url) {
     const auto bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
-    const std::filesystem::path path = bytes.toStdString();
+    std::filesystem::path path = bytes.toStdString();
     const QString name = QString::fromStdString(path.filename().string());
     std::error_code failure;
     if (!name.contains(QChar::ReplacementCharacter) || std::filesystem::exists(path, failure)) return path;

@@ -187,12 +187,13 @@ void addUsers(DiskSnapshot& snapshot, libmnt_table* mounts) {
 }
 
 void addSpanningFileSystems(DiskSnapshot& snapshot, const std::string& root) {
-    for (const std::string& fileSystem : namesIn(root + "/sys/fs/btrfs"))
-        addMembers(snapshot, namesIn(root + "/sys/fs/btrfs/" + fileSystem + "/devices"));
+    const std::filesystem::path fileSystems = root + "/sys/fs";
+    for (const std::string& fileSystem : namesIn(fileSystems / "btrfs"))
+        addMembers(snapshot, namesIn(fileSystems / "btrfs" / fileSystem / "devices"));
 
-    for (const std::string& fileSystem : namesIn(root + "/sys/fs/bcachefs")) {
+    for (const std::string& fileSystem : namesIn(fileSystems / "bcachefs")) {
         std::vector<std::string> members;
-        for (const auto& link : filesMatching(root + "/sys/fs/bcachefs/" + fileSystem + "/dev-*/block"))
+        for (const auto& link : filesMatching(fileSystems / "bcachefs" / fileSystem / "dev-*/block"))
             members.push_back(blockDeviceInSysfs(link));
         addMembers(snapshot, members);
     }
