@@ -56,7 +56,9 @@ class ScreenReader:
         for name in self.ask([(*daemon, "ListNames")])[0][0]:
             pid = self.ask([(*daemon, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))])[0]
             if pid and pid[0] == self.process.pid:
-                self.name = name
+                # A toolkit that the desktop's theme brings along is on the bus, too, but has no window there.
+                children = self.ask([(name, ROOT, ACCESSIBLE, "GetChildren")])[0]
+                self.name = name if children and children[0] else self.name
         return self.name
 
     def ask(self, questions):
