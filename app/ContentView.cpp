@@ -41,12 +41,11 @@ QVBoxLayout* columnOfCards(QWidget* pane) {
     return column;
 }
 
-/// Returns the file if the drag carries exactly one of this computer.
-std::optional<std::filesystem::path> droppedFile(const QMimeData& dragged) {
+/// Returns whether the drag carries exactly one file, which is on this computer.
+bool isOneLocalFile(const QMimeData& dragged) {
     const auto urls = dragged.urls();
-    const bool isOne = urls.size() == 1 && urls.front().isLocalFile();
-    if (!isOne || !urls.front().host().isEmpty() || !urls.front().path().startsWith('/')) return std::nullopt;
-    return localPath(urls.front());
+    return urls.size() == 1 && urls.front().isLocalFile() && urls.front().host().isEmpty() &&
+           urls.front().path().startsWith('/');
 }
 
 }  // namespace
@@ -270,7 +269,7 @@ bool ContentView::takesDrops() const {
 
 void ContentView::dragEnterEvent(QDragEnterEvent* event) {
     event->setDropAction(Qt::CopyAction);
-    event->setAccepted(takesDrops() && droppedFile(*event->mimeData()));
+    event->setAccepted(takesDrops() && isOneLocalFile(*event->mimeData()));
     imageCard->setHighlighted(event->isAccepted());
 }
 
@@ -280,9 +279,8 @@ void ContentView::dragLeaveEvent(QDragLeaveEvent*) {
 
 void ContentView::dropEvent(QDropEvent* event) {
     imageCard->setHighlighted(false);
-    const auto file = droppedFile(*event->mimeData());
-    if (!takesDrops() || !file) return;
-    viewModel->chooseImage(*file);
+    if (!takesDrops() || !isOneLocalFile(*event->mimeData())) return;
+    viewModel->chooseImage(localPath(event->mimeData()->urls().front()));
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

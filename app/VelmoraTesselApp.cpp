@@ -31,9 +31,7 @@ ImageWriterService makeWriterService(const VelmoraTesselApp::Disks& disks) {
 /// Drops the warnings that lead to a fatal message, which say the same in words that are no use to the user.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
     if (type != QtFatalMsg) return;
-    const bool isDisplayNamed =
-        qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    const QString reason = isDisplayNamed
+    const QString reason = isDisplayNamed()
                                ? "No window can be opened on the display: " + message.section('\n', 0, 0)
                                : "There is no display to open a window on.";
     std::fprintf(stderr, "velmora-tessel: %s\n", qPrintable(reason));
@@ -73,6 +71,10 @@ int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {
     const int status = QApplication::exec();
     handleEventsUntil([this] { return !model->isBusy(); });
     return status;
+}
+
+bool isDisplayNamed() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
 std::unique_ptr<QApplication> connectToDisplay(int& argumentCount, char** arguments) {

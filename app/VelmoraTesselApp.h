@@ -46,6 +46,9 @@ class VelmoraTesselApp {
     std::unique_ptr<TemporaryActivity> diskWatch;
 };
 
+/// Returns whether the environment names a display, which may not answer.
+[[nodiscard]] bool isDisplayNamed();
+
 /// Connects to the desktop's display. Where there is none, the program ends with one sentence and status 1;
 /// Qt would leave a core dump. The arguments must outlive the result.
 [[nodiscard]] std::unique_ptr<QApplication> connectToDisplay(int& argumentCount, char** arguments);

@@ -26,10 +26,6 @@ namespace {
 
 constexpr double cardSpeed = 90'000'000;  ///< in bytes per second
 
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
 std::unique_ptr<RawDevice> makeRehearsedCard(FileDescriptor descriptor) {
     return makePacedDevice(makeRehearsalDevice(std::move(descriptor)), cardSpeed);
 }
@@ -83,7 +79,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
          .makeDevice = makeRehearsedCard,
          .watch = [&](auto onChange) { return watchReader(readerFolder, std::move(onChange)); }});
     application.desktop().setSuggestedFile(image);
-    if (hasDisplay()) {
+    if (isDisplayNamed()) {
         std::printf("Nothing real is touched. The image to try: %s\n", image.c_str());
         std::printf("A card is out of the reader while its folder holds a file \"ejected\": %s\n",
                     (readerFolder / usbReaderCard).c_str());
@@ -105,7 +101,7 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
 
 int main(int argc, char* argv[]) {
     tessel::TerminationSignal terminationSignal;
-    if (!tessel::hasDisplay()) {
+    if (!tessel::isDisplayNamed()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_LOGGING_RULES", "default.warning=false");  // these concern real screens only
     }
