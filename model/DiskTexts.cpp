@@ -64,9 +64,13 @@ std::string mediaSymbol(const SDWholeDisk& disk) {
     return disk.isInternal.value_or(false) ? "internaldrive.fill" : "externaldrive.fill";
 }
 
+std::string systemDeviceName(const std::string& systemName) {
+    return systemName.substr(systemName.rfind('/') + 1);
+}
+
 std::string devicePathAndName(const SDWholeDisk& disk) {
     if (!disk.systemName) return devicePath(disk.id);
-    return devicePath(disk.id) + " · " + disk.systemName->substr(disk.systemName->rfind('/') + 1);
+    return devicePath(disk.id) + " · " + systemDeviceName(*disk.systemName);
 }
 
 std::string emptyTableText(size_t foundDisks) {

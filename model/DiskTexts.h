@@ -28,6 +28,9 @@ namespace tessel {
 /// Returns the name of the symbol for the kind of medium.
 [[nodiscard]] std::string mediaSymbol(const SDWholeDisk& disk);
 
+/// Returns the name of the device in the system's own path: "mmcblk0" of "/dev/mmcblk0".
+[[nodiscard]] std::string systemDeviceName(const std::string& systemName);
+
 /// Returns the device path, followed by the system's own name for the disk if it has one: "/dev/disk4 ·
 /// mmcblk0".
 [[nodiscard]] std::string devicePathAndName(const SDWholeDisk& disk);

@@ -80,7 +80,7 @@ void TesselViewModel::noteDiskChange(const DiskChange& change) {
 bool TesselViewModel::isNews(const DiskChange& change) const {
     if (!change.hasGone || state().kind == scanningDisks) return true;
     const auto mayBeIt = [&](const SDWholeDisk& disk) {
-        if (disk.systemName) return std::filesystem::path(*disk.systemName).filename() == change.systemName;
+        if (disk.systemName) return systemDeviceName(*disk.systemName) == change.systemName;
         return disk.id == change.systemName || !isWholeDiskIdentifier(change.systemName);
     };
     return std::ranges::any_of(targets().disks(), [&](const SDWholeDisk& disk) {
