@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <utility>
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
@@ -134,23 +133,25 @@ Process::Process(const Command& command, const Outputs& outputs) : Process(comma
     if (error != 0) throw posixError(name + " could not be started", error);
 
     identifier = child;
+    mustBeReaped = true;
     exitSignal = openExitSignal(child);
     if (!exitSignal.isOpen()) throw posixError(name + " could not be watched", errno);
 }
 
 Process::~Process() {
-    if (!identifier) return;
-    kill(identifier.value(), SIGKILL);
+    if (!mustBeReaped) return;
+    kill(identifier, SIGKILL);
+    bool hasEnded = false;
     try {
         Streams none;
-        if (exitSignal.isOpen() && readUntilExit(none, Clock::now() + killDelay)) {
-            reap();
-            return;
-        }
+        hasEnded = exitSignal.isOpen() && readUntilExit(none, Clock::now() + killDelay);
     } catch (const PlatformError&) {
-        // A child that can't be watched is not waited for either.
+        hasEnded = false;  // a child that can't be watched is not waited for either
     }
-    giveUp();
+    if (hasEnded)
+        reap();
+    else
+        giveUp();
 }
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
@@ -163,7 +164,7 @@ Process::Ending Process::waitUntilExit(const WaitOptions& options) {
     ending.didTimeOut = !hasEnded;
     for (const int signal : {SIGTERM, SIGKILL}) {
         if (hasEnded) break;
-        kill(identifier.value(), signal);
+        kill(identifier, signal);
         hasEnded = readUntilExit(streams, Clock::now() + killDelay);
     }
     if (!hasEnded) {
@@ -215,16 +216,17 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
 
 /// Hands the killed child over to a thread of its own, which reaps it once it ends.
 void Process::giveUp() {
-    const int child = std::exchange(identifier, std::nullopt).value();
+    mustBeReaped = false;
     try {
-        startThread([child] { waitForEnd(child); }).detach();
+        startThread([child = identifier] { waitForEnd(child); }).detach();
     } catch (const PlatformError&) {
-        // Without a thread the child remains a zombie until this program ends.
+        return;  // without a thread the child remains a zombie until this program ends
     }
 }
 
 Process::Termination Process::reap() {
-    const int status = waitForEnd(std::exchange(identifier, std::nullopt).value());
+    mustBeReaped = false;
+    const int status = waitForEnd(identifier);
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};

@@ -97,9 +97,10 @@ class Process {
     void giveUp();
     Termination reap();
 
-    std::string name;               ///< the program in quotation marks, for error texts
-    std::optional<int> identifier;  ///< of a child that must still be reaped
-    FileDescriptor exitSignal;      ///< open until the child is reaped; readable once it has ended
+    std::string name;           ///< the program in quotation marks, for error texts
+    int identifier = 0;         ///< of the child
+    bool mustBeReaped = false;  ///< from the child's start until it is reaped or given up
+    FileDescriptor exitSignal;  ///< open until the child is reaped; readable once it has ended
 };
 
 }  // namespace tessel

@@ -59,8 +59,10 @@ std::map<std::string, std::string> fileSystemsByTarget(const std::filesystem::pa
 
 /// Removes the files of file systems that this process sees, too: their nodes have been checked already.
 void removeOwnFiles(std::set<std::string>& files) {
+    std::set<std::string> own;
     for (const auto& [target, fileSystem] : fileSystemsByTarget("/proc/self"))
-        std::erase_if(files, [&](const std::string& file) { return fileSystemOf(file) == fileSystem; });
+        own.insert(fileSystem);
+    std::erase_if(files, [&own](const std::string& file) { return own.contains(fileSystemOf(file)); });
 }
 
 /// Returns the folders of the processes in /proc.
