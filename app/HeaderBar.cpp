@@ -17,7 +17,7 @@ namespace {
 class ProductMark : public QWidget {
   public:
     ProductMark() {
-        followApplicationFont(*this, [this] { setFixedSize(scaledWithFont(48), scaledWithFont(48)); });
+        followApplicationFont(*this, [this] { setFixedSize(scaledWithFont(QSize(48, 48))); });
     }
 
   protected:

@@ -26,10 +26,6 @@ constexpr int rightMaximum = 520;
 
 constexpr int revealedMargin = 2 * spacing::page;  // brings the head of a card along with its first control
 
-QSize scaled(const QSize& size) {
-    return {scaledWithFont(size.width()), scaledWithFont(size.height())};
-}
-
 int minimumFitting(int room, int wanted, int least) {
     return room >= wanted ? wanted : least;
 }
@@ -46,8 +42,8 @@ WindowSizes::Room WindowSizes::Room::on(const QScreen& screen) {
 WindowSizes WindowSizes::fitting(const Room& room) {
     const QSize largest = room.size - frame - (room.isKnown ? QSize(0, 0) : unknownPanels);
     const QSize least = smallest.boundedTo(largest);
-    const QSize wanted = scaled(designedMinimum);
-    return {.usual = scaled(designed).boundedTo(largest),
+    const QSize wanted = scaledWithFont(designedMinimum);
+    return {.usual = scaledWithFont(designed).boundedTo(largest),
             .minimum = room.isKnown ? QSize(minimumFitting(largest.width(), wanted.width(), least.width()),
                                             minimumFitting(largest.height(), wanted.height(), least.height()))
                                     : least,
@@ -58,10 +54,10 @@ Panes::Panes(QWidget* left, QWidget* right) : leftPane(makePane(left)), rightPan
     setChildrenCollapsible(false);
     setHandleWidth(1);
     setStretchFactor(0, 1);
-    setSizes({760, 410});
     leftPane->lower();  // is read aloud first
     // Waits until the pane itself has scrolled, which is to a text cursor that may be scrolled away.
     connect(qApp, &QApplication::focusChanged, this, &Panes::revealFocus, Qt::QueuedConnection);
+    followApplicationFont(*this, [this] { arrange(); });
 }
 
 ScrollPane* Panes::makePane(QWidget* content) {
@@ -86,11 +82,6 @@ void Panes::revealFocus() {
     for (auto* around = focused->parentWidget(); around != this; around = around->parentWidget()) {
         if (auto* pane = dynamic_cast<ScrollPane*>(around)) pane->reveal(*focused, revealedMargin);
     }
-}
-
-bool Panes::event(QEvent* event) {
-    if (event->type() == QEvent::ApplicationFontChange) arrange();
-    return QSplitter::event(event);
 }
 
 void Panes::resizeEvent(QResizeEvent* event) {

@@ -19,18 +19,15 @@ struct Measures {
 };
 
 Measures measuresOf(Button::Size size) {
-    const auto padding = [](int width, int height) {
-        return QSize(scaledWithFont(width), scaledWithFont(height));
-    };
     switch (size) {
         case Button::Size::small:
-            return {FontRole::caption, padding(10, 5), 7};
+            return {FontRole::caption, scaledWithFont(QSize(10, 5)), 7};
         case Button::Size::regular:
-            return {FontRole::body, padding(14, 7), 8};
+            return {FontRole::body, scaledWithFont(QSize(14, 7)), 8};
         case Button::Size::large:
-            return {FontRole::headline, padding(18, 11), 10};
+            return {FontRole::headline, scaledWithFont(QSize(18, 11)), 10};
     }
-    return {FontRole::body, padding(14, 7), 8};
+    return {FontRole::body, scaledWithFont(QSize(14, 7)), 8};
 }
 
 constexpr double ringGap = 3;  // holds the focus ring and the gap between it and the fill

@@ -32,7 +32,7 @@ void StatusSign::display(Tone newTone, bool busy) {
 }
 
 void StatusSign::fitSize() {
-    setFixedSize(scaledWithFont(isBusy ? signSize : dotSize), scaledWithFont(signSize));
+    setFixedSize(scaledWithFont(QSize(isBusy ? signSize : dotSize, signSize)));
 }
 
 void StatusSign::hideEvent(QHideEvent*) {

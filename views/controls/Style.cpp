@@ -105,6 +105,10 @@ int scaledWithFont(int length) {
     return length * bodySize() / designedBodySize;
 }
 
+QSize scaledWithFont(const QSize& size) {
+    return {scaledWithFont(size.width()), scaledWithFont(size.height())};
+}
+
 void followApplicationFont(QWidget& widget, std::function<void()> apply) {
     apply();
     widget.installEventFilter(new FontFollower(widget, std::move(apply)));

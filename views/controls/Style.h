@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QSize>
 #include <functional>
 
 class QWidget;
@@ -38,6 +39,7 @@ enum class FontRole {
 
 /// Scales a length that was designed for the default font to the application's font. Both are in pixels.
 [[nodiscard]] int scaledWithFont(int length);
+[[nodiscard]] QSize scaledWithFont(const QSize& size);
 
 /// Calls the function now, and again each time the application's font has changed, while the widget exists.
 /// Requires: the widget is a window, or in one to which passOnApplicationFont() was applied.
