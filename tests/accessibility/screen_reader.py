@@ -52,14 +52,19 @@ class ScreenReader:
         self.announced.append((path, signal if signal == "Announcement" else state, value))
 
     def find_program(self):
-        daemon = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
-        for name in self.ask([(*daemon, "ListNames")])[0][0]:
-            pid = self.ask([(*daemon, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))])[0]
-            if pid and pid[0] == self.process.pid:
-                # A toolkit that the desktop's theme brings along is on the bus, too, but has no window there.
-                children = self.ask([(name, ROOT, ACCESSIBLE, "GetChildren")])[0]
-                self.name = name if children and children[0] else self.name
+        # A toolkit that the desktop's theme brings along is on the bus, too, but has no window there.
+        connections = self.connections()
+        self.name = connections[-1] if connections else None
         return self.name
+
+    def connections(self):
+        """Returns the names on the bus of all toolkits in the process that have windows."""
+        daemon = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+        names = self.ask([(*daemon, "ListNames")])[0][0]
+        pids = self.ask([(*daemon, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,))) for name in names])
+        own = [name for name, pid in zip(names, pids) if pid and pid[0] == self.process.pid]
+        children = self.ask([(name, ROOT, ACCESSIBLE, "GetChildren") for name in own])
+        return [name for name, found in zip(own, children) if found and found[0]]
 
     def ask(self, questions):
         """Returns the answers to all questions, which are sent at once; None for those that fail."""

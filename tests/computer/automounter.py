@@ -1,13 +1,12 @@
-"""Mounts disks that are plugged in, in a process that runs all the time, as the large desktops do. A volume manager
-that is started anew for each disk would take ten times as long on an emulated computer as on a real one."""
-import pathlib
+"""Mounts disks that are plugged in, after a delay in seconds, in place of the desktop's own volume monitor.
+    automounter.py SECONDS"""
+import sys
 
 from gi.repository import Gio, GLib
 
 UDISKS = "org.freedesktop.UDisks2"
 BLOCK, FILE_SYSTEM = f"{UDISKS}.Block", f"{UDISKS}.Filesystem"
-USUAL_DELAY = 0.5  # in seconds
-DELAY = pathlib.Path("/tmp/automounter-delay")  # a scenario may slow the desktop down
+DELAY = float(sys.argv[1])
 
 bus = Gio.bus_get_sync(Gio.BusType.SYSTEM)
 mounted = {}  # the identity of the last file system mounted, by object
@@ -36,8 +35,7 @@ def consider(path):
     is_wanted = property_of(path, BLOCK, "HintAuto") and property_of(path, FILE_SYSTEM, "MountPoints") == []
     if is_wanted and mounted.get(path) != identity:
         mounted[path] = identity
-        delay = float(DELAY.read_text()) if DELAY.exists() else USUAL_DELAY
-        GLib.timeout_add(int(delay * 1000), mount, path)
+        GLib.timeout_add(int(DELAY * 1000), mount, path)
 
 
 def on_signal(_bus, _sender, path, _interface, signal, arguments):

@@ -85,8 +85,36 @@ def place(program, path):
     return {"place": places_of(reader_of(program), [path])[0]}
 
 
+def act(program, path):
+    """Does what a click on something that was shown a moment ago would do."""
+    from screen_reader import ACTION
+    from gi.repository import GLib
+
+    reader = reader_of(program)
+    actions = [name for name, _, _ in reader.ask_of([path], [(ACTION, "GetActions")])[0]]
+    clicking = next(index for index, name in enumerate(actions) if name.lower() != "setfocus")
+    reader.ask_of([path], [(ACTION, "DoAction", GLib.Variant("(i)", (clicking,)))])
+    return {}
+
+
+def typed(program):
+    """Returns the texts of the fields of the program that have the focus, whichever toolkit shows them."""
+    from screen_reader import EDITABLE, FOCUSED, TEXT
+    from gi.repository import GLib
+
+    reader = reader_of(program)
+    own, texts = reader.name, []
+    try:
+        for reader.name in reader.connections():
+            fields = [node.path for node in reader.shown() if node.has(FOCUSED) and node.has(EDITABLE)]
+            texts += reader.ask_of(fields, [(TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))])
+    finally:
+        reader.name = own
+    return {"texts": [text for text in texts if text is not None]}
+
+
 def answer(question):
-    kinds = {"run": run, "start": start, "look": look, "place": place}
+    kinds = {"run": run, "start": start, "look": look, "place": place, "act": act, "typed": typed}
     try:
         return kinds[question.pop("do")](**question)
     except (Exception, SystemExit) as error:  # the tests decide what a failure means

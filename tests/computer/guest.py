@@ -6,7 +6,6 @@ import time
 from machine import Line
 
 PROGRAM = "velmora-tessel"
-AGENT = "polkit-mate-aut"  # the kernel keeps 15 characters of a name
 
 
 class GuestError(Exception):
@@ -75,6 +74,14 @@ class Guest:
 
     def place_of(self, item, program=PROGRAM):
         return self.ask(self.session, 90, do="place", program=program, path=item.path)["place"]
+
+    def act_on(self, item, program=PROGRAM):
+        """Does what a click on the item would do."""
+        self.ask(self.session, 90, do="act", program=program, path=item.path)
+
+    def typed_into(self, program):
+        """Returns the content of the program's fields that have the focus; a password's as dots."""
+        return self.ask(self.session, 90, do="typed", program=program)["texts"]
 
     def uses_of(self, disk):
         """Returns the uses of all parts of the disk, which may be gone, as sentences."""

@@ -6,20 +6,13 @@ import random
 import subprocess
 import tarfile
 
+from desktops import COMMON, PERSON
+
 HERE = pathlib.Path(__file__).resolve().parent
 TREE = HERE.parent.parent
 BUILD = TREE / "build" / "computer"
 
-# The number in the name of a library differs between the releases of Debian.
-PACKAGES = """linux-image-amd64 initramfs-tools zstd systemd-sysv udev kmod dbus-user-session libpam-systemd
-    polkitd mate-polkit udisks2 xserver-xorg-core xserver-xorg-input-libinput lightdm lightdm-gtk-greeter
-    xfce4-session xfce4-settings xfwm4 xfdesktop4 xfce4-panel thunar
-    gnome-themes-extra adwaita-icon-theme fonts-dejavu-core at-spi2-core python3-gi xdg-utils
-    eject lvm2 mdadm cryptsetup-bin ?name(^libblockdev-crypto[0-9]$) dosfstools e2fsprogs fdisk psmisc procps
-    util-linux""".split()
-
-PERSON, PASSWORD = "anna", "correct horse"
-DISK_SIZE = "6G"
+PASSWORD = "correct horse"
 
 HOOKS = [
     f'chroot "$1" useradd --create-home --shell /bin/bash --groups sudo {PERSON}',
@@ -28,8 +21,6 @@ HOOKS = [
     # Timers would change how long a scenario takes.
     'chroot "$1" systemctl mask apt-daily.timer apt-daily-upgrade.timer e2scrub_all.timer fstrim.timer '
     'man-db.timer systemd-timesyncd.service',
-    # This agent runs only on its own desktop otherwise.
-    'sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',
 ]
 
 
@@ -45,10 +36,11 @@ def digest(*parts):
     return total.hexdigest()
 
 
-def fixed_files():
+def fixed_files(desktop):
     """Returns the desktop's files that belong to no package, by their paths on the computer."""
-    return {str(path.relative_to(HERE / "desktop")): path
-            for path in sorted((HERE / "desktop").rglob("*")) if path.is_file()}
+    folders = [HERE / "desktops" / name for name in ("common", desktop)]
+    return {str(path.relative_to(folder)): path
+            for folder in folders for path in sorted(folder.rglob("*")) if path.is_file()}
 
 
 def pack(archive, files):
@@ -89,12 +81,15 @@ def suite():
 class Desktop:
     """A Debian root with a desktop on a raw disk, the kernel and the initial RAM disk that start it."""
 
-    def __init__(self, package):
-        self.packages = sorted(set(PACKAGES + packages_needed_by(package)))
-        self.folder = BUILD / "desktop"
+    def __init__(self, recipe, package):
+        self.recipe = recipe
+        self.packages = sorted(set(COMMON + recipe.packages + packages_needed_by(package)))
+        self.hooks = [*HOOKS, *recipe.hooks]
+        self.folder = BUILD / recipe.name / "desktop"
         self.disk, self.kernel, self.initrd = (self.folder / name for name in ("root.raw", "vmlinuz", "initrd.img"))
-        content = [part for name, path in fixed_files().items() for part in (name, path.read_bytes())]
-        self.key = digest(suite(), self.packages, HOOKS, DISK_SIZE, *content)
+        self.files = fixed_files(recipe.name)
+        content = [part for name, path in self.files.items() for part in (name, path.read_bytes())]
+        self.key = digest(suite(), self.packages, self.hooks, recipe.disk_size, *content)
 
     def is_built(self):
         stamp = self.folder / "key"
@@ -104,8 +99,8 @@ class Desktop:
         self.folder.mkdir(parents=True, exist_ok=True)
         (self.folder / "key").unlink(missing_ok=True)
         added, root = self.folder / "added.tar", self.folder / "root.tar"
-        pack(added, fixed_files())
-        hooks = [f"--customize-hook={hook}" for hook in [f"tar-in {added} /", *HOOKS]]
+        pack(added, self.files)
+        hooks = [f"--customize-hook={hook}" for hook in [f"tar-in {added} /", *self.hooks]]
         with open(self.folder / "log", "w") as log:
             run("mmdebstrap", "--variant=minbase", *[f"--include={package}" for package in self.packages],
                 '--aptopt=Acquire::Retries "5"', *hooks, suite(), root, stdout=log, stderr=log)
@@ -119,7 +114,7 @@ class Desktop:
         script = (f'set -e; rm -rf "{unpacked}"; mkdir "{unpacked}"; tar --extract --file "{root}" '
                   f'--directory "{unpacked}" --numeric-owner --exclude "./dev/*"; '
                   f'cp "{unpacked}"/boot/vmlinuz-* "{self.kernel}"; cp "{unpacked}"/boot/initrd.img-* "{self.initrd}"; '
-                  f'rm -f "{self.disk}"; truncate --size {DISK_SIZE} "{self.disk}"; '
+                  f'rm -f "{self.disk}"; truncate --size {self.recipe.disk_size} "{self.disk}"; '
                   f'/sbin/mkfs.ext4 -q -d "{unpacked}" "{self.disk}"; rm -rf "{unpacked}"')
         inside = [] if os.geteuid() == 0 else ["mmdebstrap", "--unshare-helper"]
         run(*inside, "sh", "-c", script, stdout=log, stderr=log)

@@ -58,18 +58,18 @@ class Machine:
     """Runs from construction until `stop`. Its disk is a layer above the given one."""
 
     def __init__(self, desktop, accelerator, folder, disk, archive, state=None):
-        self.folder = pathlib.Path(folder)
+        self.folder, self.recipe = pathlib.Path(folder), desktop.recipe
         for old in self.folder.glob("*.socket"):
             old.unlink()
         arguments = [
             "qemu-system-x86_64", "-nodefaults", "-no-user-config", "-display", "none",
-            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem", "-m", "3072", "-smp", "2",
+            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem", "-m", str(desktop.recipe.memory), "-smp", "2",
             "-kernel", str(desktop.kernel), "-initrd", str(desktop.initrd),
             "-append", "root=/dev/vda rw console=ttyS0 quiet",
             "-chardev", f"file,id=console,path={self.folder}/console", "-serial", "chardev:console",
             "-drive", f"if=virtio,file={disk},format=qcow2,cache=unsafe",
             "-drive", f"if=virtio,file={archive},format=raw,read-only=on",
-            "-device", f"VGA,xres={WIDTH},yres={HEIGHT},edid=on",
+            "-device", f"VGA,xres={WIDTH},yres={HEIGHT},edid=on,vgamem_mb={desktop.recipe.video_memory}",
             "-device", "qemu-xhci,id=xhci", "-device", "usb-tablet", "-device", "usb-kbd",
             "-device", "sdhci-pci,id=sdhci,addr=0x10",
             "-drive", "if=none,id=card", "-device", "sd-card,id=slot,drive=card",

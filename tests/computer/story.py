@@ -5,8 +5,10 @@ import re
 import subprocess
 import time
 
-from guest import AGENT, PROGRAM, matching
-from image import PASSWORD, PERSON, run
+from desk import Desk, Unexpected
+from desktops import PERSON
+from guest import PROGRAM, matching
+from image import PASSWORD, run
 from machine import SLOT
 
 PATIENCE = 60  # in seconds
@@ -24,13 +26,10 @@ GONE = {"before-the-click": [CHANGED],
         "while-writing": ["The SD-card write did not complete at byte offset", CHANGED],
         "while-verifying": ["The SD card could not be read for verification at byte offset", CHANGED]}
 NOT_EJECTED = "The image was written, but the SD card could not be ejected."
+DOT = "●"  # stands for a letter of a password
 LAYER = "layer"  # the name of a disk that lies above another one
 # The locks that programs take on a disk: partitioning tools the first kind, virtual machines the second.
 LOCKS = {"exclusive": "flock(disk, fcntl.LOCK_EX)", "byte-range": "lockf(disk, fcntl.LOCK_SH, 1, 100)"}
-
-
-class Unexpected(Exception):
-    """Thrown when an expectation of a scenario is not met."""
 
 
 class Card:
@@ -40,11 +39,12 @@ class Card:
         self.path, self.slot, self.device, self.reader = path, slot, device, reader
 
 
-class Computer:
+class Computer(Desk):
     """A desktop computer with the program running, a native card slot, and USB readers to be plugged in."""
 
     def __init__(self, machine, guest, folder, image):
         self.machine, self.guest, self.folder, self.image = machine, guest, pathlib.Path(folder), image
+        self.recipe = machine.recipe
         self.cards = 0
         self.readers = 0
 
@@ -163,7 +163,10 @@ class Computer:
             time.sleep(0.3)
 
     def click(self, role, name):
-        """Clicks with the mouse, once the object is in sight and does not move any more."""
+        """Clicks with the mouse, once the object is in sight and does not move any more; where no positions are told,
+        does what a click would do."""
+        if not self.recipe.tells_positions:
+            return self.guest.act_on(self.find(role, name)[0])
         end = time.monotonic() + PATIENCE
         while True:
             found, window = self.find(role, name)
@@ -231,10 +234,46 @@ class Computer:
         """Chooses an image other than the sample, which is already chosen when a scenario begins."""
         path = f"{pathlib.PurePosixPath(IMAGES, name)}"
         self.click("push button", "Select Image")
-        time.sleep(PANEL_OPENS)  # the desktop's panel does not answer in the program's name
-        self.machine.type(path + "\n")
+        time.sleep(PANEL_OPENS)
+        self.type_exactly(path, PROGRAM)
+        self.machine.press("ret")
         self.find("push button", "Select Image")
         self.expect_text(f"Selected image: {path} ")
+
+    def paste_image(self, name):
+        """Types the path into the panel, copies it there, and pastes it into another panel."""
+        path = f"{pathlib.PurePosixPath(IMAGES, name)}"
+        self.click("push button", "Select Image")
+        time.sleep(PANEL_OPENS)
+        self.type_exactly(path, PROGRAM)
+        for keys in (("ctrl", "a"), ("ctrl", "c"), ("esc",)):
+            self.machine.press(*keys)
+            time.sleep(1)
+        self.click("push button", "Select Image")
+        time.sleep(PANEL_OPENS)
+        self.machine.press("ctrl", "v")
+        self.expect_typed(path, PROGRAM)
+        self.machine.press("ret")
+        self.expect_text(f"Selected image: {path} ")
+
+    def type_exactly(self, text, program, shown=None):
+        """Types into the field that has the focus, and once more if something else stands there: a slow computer
+        repeats keys and loses them."""
+        for _ in range(2):
+            self.machine.type(text)
+            try:
+                return self.expect_typed(shown or text, program)
+            except Unexpected:
+                self.machine.press("ctrl", "a")
+        self.machine.type(text)
+        self.expect_typed(shown or text, program)
+
+    def expect_typed(self, text, program):
+        end = time.monotonic() + PATIENCE / 6
+        while text not in (typed := self.guest.typed_into(program)):
+            if time.monotonic() > end:
+                raise Unexpected(f"{program} shows {typed}, not {text}")
+            time.sleep(0.5)
 
     def image_on_suspendable_disk(self, size):
         """Puts an image onto a USB stick, on a layer that can be told not to answer any more, and chooses it."""
@@ -288,22 +327,29 @@ class Computer:
 
     def confirm_write(self):
         self.click("push button", "Write Disk Image")
+        self.find("push button", "Erase and Write to ")
+        time.sleep(1)
+        self.picture("confirmation")
         self.click("push button", "Erase and Write to ")
 
     def await_dialog(self):
         """Waits until the desktop's dialog asks for the password, and returns its text field."""
-        field, _ = self.find("password text", "", AGENT)
+        field, _ = self.find("password text", "", self.recipe.agent)
         time.sleep(1)
+        self.picture("password")
         return field
 
     def turn_to_dialog(self):
+        """Clicks into the dialog's field; without a mouse, the dialog must have taken the keyboard."""
         field = self.await_dialog()
-        field.place = self.guest.place_of(field, AGENT)
-        self.machine.click(*field.center())
+        if self.recipe.tells_positions:
+            field.place = self.guest.place_of(field, self.recipe.agent)
+            self.machine.click(*field.center())
 
     def answer_dialog(self, password=PASSWORD):
         self.turn_to_dialog()
-        self.machine.type(password + "\n")
+        self.type_exactly(password, self.recipe.agent, DOT * len(password))
+        self.machine.press("ret")
 
     def answer_dialog_if_asked(self, writes):
         """Answers the dialog unless the next write begins without it: the desktop may remember for a while that the
@@ -317,7 +363,7 @@ class Computer:
             time.sleep(0.3)
 
     def is_password_asked(self):
-        return matching(self.guest.look(AGENT), "password text", "") is not None
+        return matching(self.guest.look(self.recipe.agent), "password text", "") is not None
 
     def writes_begun(self):
         return self.text_on_screen().count(PHASES["while-writing"])
@@ -510,16 +556,6 @@ class Computer:
 
     # What else happens on the computer
 
-    def desktop_mounts_after(self, seconds):
-        """Makes the desktop mount after a delay in seconds, or never."""
-        self.guest.run(f"echo {seconds} > /tmp/automounter-delay; chmod 644 /tmp/automounter-delay")
-
-    def desktop_starts_a_program_for_each_mount(self):
-        """Delays the desktop's mounts by the time that this computer takes to start a program."""
-        begun = time.monotonic()
-        self.guest.run_as_person("python3 -c 'from gi.repository import Gio'")
-        self.desktop_mounts_after(round(0.5 + time.monotonic() - begun, 1))
-
     def as_administrator(self, command, timeout=120):
         return self.guest.run(command, timeout)
 
@@ -545,9 +581,6 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
 
     def start_as_person(self, command):
         self.guest.start_as_person(command)
-
-    def log_out(self):
-        self.guest.start_as_person("xfce4-session-logout --logout")
 
     def expect_switched_off(self, timeout=80):
         """Expects that the computer switches itself off. A program that ignored SIGTERM would delay that by 90 s."""

@@ -9,11 +9,15 @@ def play(computer):
     for _ in range(3):
         computer.answer_dialog("wrong horse")
         computer.rest(8)
-    computer.expect_failure("Authentication failed")
-    computer.expect_text("insert it again")
+    if computer.recipe.asks_without_end:
+        computer.dismiss_dialog()
+        computer.expect_text("Operation cancelled", never="SD Card Is Safe to Remove")
+    else:
+        computer.expect_failure("Authentication failed")
+        computer.expect_text("insert it again")
+        computer.write_in_vain()
+        computer.expect_never_shown("the SD card was removed, or its reader was disconnected")
     computer.expect_content(card, before)
-    computer.write_in_vain()
-    computer.expect_never_shown("the SD card was removed, or its reader was disconnected")
     computer.pull_card(card)
     computer.insert_again(card)
     computer.click("push button", "Clear")

@@ -4,7 +4,7 @@
 def play(computer):
     card = computer.insert_card()
     before = computer.content(card)
-    computer.as_administrator("pkill --exact polkit-mate-aut")
+    computer.as_administrator(f"pkill --exact {computer.recipe.agent}")
     computer.choose_target()
     computer.confirm_write()
     computer.expect_failure("Nobody could be asked, because no authentication agent is running in this session.")

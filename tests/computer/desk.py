@@ -1,0 +1,114 @@
+"""What the user does on the desktop outside the program, and what the desktop then shows."""
+import time
+
+NOTIFICATIONS = "/tmp/notifications"
+
+
+class Unexpected(Exception):
+    """Thrown when an expectation of a scenario is not met."""
+
+
+class Desk:
+    """The desktop around the program, in the words of its recipe. Requires: `machine`, `guest`, `recipe`, `folder`."""
+
+    # The file manager
+
+    def open_file_manager(self):
+        self.guest.start_as_person(self.recipe.file_manager)
+        self.await_process(self.recipe.file_manager.split()[0])
+        time.sleep(10)
+
+    def eject_in_file_manager(self, card, label):
+        """Ejects the card as the file manager does on a click on its volume."""
+        self.await_mount(label)
+        self.guest.run_as_person(f"mount=/media/$USER/{label}; {self.recipe.ejects}")
+        self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -eq 0")
+
+    def expect_no_volume(self, card, seconds=30):
+        """Expects the file manager to show no volume of the card, for so long."""
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            shown = self.guest.run_as_person(self.recipe.lists_volumes)
+            if card.device in shown:
+                raise Unexpected(f"the file manager shows {shown}")
+            time.sleep(2)
+
+    def desktop_mounts_after(self, seconds):
+        """Makes the desktop mount after a delay in seconds, or never: a program of the tests takes the place of its
+        own volume monitor."""
+        self.guest.run_as_person(self.recipe.stops_mounting)
+        self.guest.start_as_person(f"python3 -B /var/lib/companion/automounter.py {seconds}")
+
+    def desktop_starts_a_program_for_each_mount(self):
+        """Delays the desktop's mounts by the time that this computer takes to start a program."""
+        begun = time.monotonic()
+        self.guest.run_as_person("python3 -c 'from gi.repository import Gio'")
+        self.desktop_mounts_after(round(0.5 + time.monotonic() - begun, 1))
+
+    # Notifications
+
+    def record_notifications(self):
+        self.guest.start_as_person(
+            "dbus-monitor --session interface=org.freedesktop.Notifications,member=Notify "
+            f">{NOTIFICATIONS} 2>&1")
+        time.sleep(2)
+
+    def expect_notification(self, title):
+        self.guest.wait_until(f"grep --quiet 'string \"{title}\"' {NOTIFICATIONS}")
+
+    # The session
+
+    def lock_screen(self):
+        self.guest.run_as_person(self.recipe.locks_screen)
+        time.sleep(5)
+        self.picture("locked")
+
+    def unlock_screen(self):
+        self.guest.run("loginctl unlock-sessions")
+        time.sleep(5)
+
+    def log_out(self):
+        self.guest.start_as_person(self.recipe.logs_out)
+
+    def desktop_sleeps_after_a_minute(self):
+        self.guest.run_as_person(self.recipe.sleeps_after_a_minute)
+
+    def expect_awake(self):
+        if (status := self.machine.command("query-status")["status"]) != "running":
+            raise Unexpected(f"the computer is {status}")
+
+    def expect_asleep(self, timeout):
+        self.machine.wait_for_status("query-status", "suspended", timeout)
+
+    # The look
+
+    def picture(self, name):
+        """Keeps a picture of the screen."""
+        return self.machine.screenshot(self.folder / f"{name}.png")
+
+    def brightness(self):
+        """Returns the mean of the screen's colors, from 0 to 255."""
+        path = self.folder / "screen.ppm"
+        self.machine.command("screendump", filename=str(path), format="ppm")
+        pixels = path.read_bytes().split(b"\n", 3)[3]
+        return sum(pixels[::97]) / len(pixels[::97])
+
+    def turn_dark(self):
+        self.guest.run_as_person(self.recipe.turns_dark)
+        time.sleep(5)
+        self.picture("dark")
+
+    def expect_darker_than(self, light):
+        if (dark := self.brightness()) > light / 2:
+            raise Unexpected(f"the screen's brightness was {light:.0f} and is {dark:.0f}")
+
+    def enlarge_text(self):
+        self.guest.run_as_person(self.recipe.enlarges_text)
+        time.sleep(5)
+
+    def height_of(self, role, name):
+        return self.find(role, name)[0].place[3]
+
+    def expect_taller_than(self, small, role, name):
+        if (tall := self.height_of(role, name)) <= small:
+            raise Unexpected(f"“{name}” was {small} pixels high and is {tall}")

@@ -1,0 +1,102 @@
+"""The desktops that the computer may have: what each is made of, and the commands that a user's clicks there stand for."""
+import dataclasses
+
+PERSON = "anna"
+
+# The number in the name of a library differs between the releases of Debian.
+COMMON = """linux-image-amd64 initramfs-tools zstd systemd-sysv udev kmod dbus-user-session libpam-systemd polkitd
+    udisks2 adwaita-icon-theme fonts-dejavu-core at-spi2-core python3-gi xdg-utils libnotify-bin
+    eject lvm2 mdadm cryptsetup-bin ?name(^libblockdev-crypto[0-9]$) dosfstools e2fsprogs fdisk psmisc procps
+    util-linux""".split()
+
+
+@dataclasses.dataclass(frozen=True)
+class Recipe:
+    name: str
+    packages: list
+    file_manager: str
+    agent: str  # the process that asks for the password; the kernel keeps 15 characters of a name
+    stops_mounting: str  # switches the desktop's own volume monitor off
+    logs_out: str
+    locks_screen: str
+    turns_dark: str
+    enlarges_text: str
+    sleeps_after_a_minute: str
+    ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
+    lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
+    hooks: tuple = ()
+    tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
+    asks_without_end: bool = False  # for the password, as often as it is wrong
+    settles: str = "true"  # waits for the session's beginning to be over
+    disk_size: str = "8G"
+    memory: int = 4096  # in MiB
+    video_memory: int = 64  # in MiB
+
+
+XFCE = Recipe(
+    "xfce",
+    """xserver-xorg-core xserver-xorg-input-libinput lightdm lightdm-gtk-greeter mate-polkit xfce4-session
+        xfce4-settings xfce4-notifyd xfce4-screensaver xfwm4 xfdesktop4 xfce4-panel thunar thunar-volman gvfs
+        gvfs-daemons libglib2.0-bin xfce4-power-manager gnome-themes-extra""".split(),
+    file_manager="thunar",
+    agent="polkit-mate-aut",
+    stops_mounting="xfconf-query -c thunar-volman -p /automount-media/enabled -s false; "
+                   "xfconf-query -c thunar-volman -p /automount-drives/enabled -s false",
+    logs_out="xfce4-session-logout --logout",
+    locks_screen="xfce4-screensaver-command --lock",
+    turns_dark="xfconf-query -c xsettings -p /Net/ThemeName -s Adwaita-dark --create -t string",
+    enlarges_text="xfconf-query -c xsettings -p /Gtk/FontName -s 'Sans 15' --create -t string",
+    sleeps_after_a_minute="xfconf-query -c xfce4-power-manager -p /xfce4-power-manager/inactivity-on-ac -s 1 "
+                          "--create -t uint",
+    # This agent runs only on its own desktop otherwise.
+    hooks=('sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',),
+    tells_positions=True, disk_size="6G", memory=3072, video_memory=16)
+
+WAYLAND = "xwayland libgl1-mesa-dri".split()
+
+SHELL = "org.gnome.Shell"
+OVERVIEW = f"gdbus call --session --dest {SHELL} --object-path /org/gnome/Shell --method org.freedesktop.DBus.Properties"
+
+GNOME = Recipe(
+    "gnome",
+    WAYLAND + """gnome-shell gnome-session gdm3 gnome-settings-daemon mutter gvfs gvfs-daemons gvfs-backends nautilus
+        dconf-cli libglib2.0-bin fonts-cantarell""".split(),
+    file_manager="nautilus",
+    agent="gnome-shell",
+    stops_mounting="gsettings set org.gnome.desktop.media-handling automount false",
+    logs_out="gnome-session-quit --logout --no-prompt",
+    locks_screen="loginctl lock-session",
+    turns_dark="gsettings set org.gnome.desktop.interface color-scheme prefer-dark",
+    enlarges_text="gsettings set org.gnome.desktop.interface text-scaling-factor 1.5",
+    sleeps_after_a_minute="for source in ac battery; do for each in timeout=60 type=suspend; do gsettings set "
+                          "org.gnome.settings-daemon.plugins.power sleep-inactive-$source-${each%=*} ${each#*=}; "
+                          "done; done",
+    hooks=('chroot "$1" dconf update',),
+    asks_without_end=True,
+    # It starts in its overview, which takes the keyboard.
+    settles=f"until {OVERVIEW}.Get {SHELL} OverviewActive | grep true; do sleep 1; done; sleep 5; "
+            f"{OVERVIEW}.Set {SHELL} OverviewActive '<false>'; sleep 5")
+
+PLASMA = Recipe(
+    "plasma",
+    WAYLAND + """plasma-desktop plasma-workspace kwin-wayland sddm polkit-kde-agent-1 powerdevil dolphin libkf6solid-bin libglib2.0-bin
+        fonts-noto-core""".split(),
+    file_manager="dolphin",
+    agent="polkit-kde-auth",
+    stops_mounting="true",  # it mounts nothing by itself
+    logs_out="gdbus call --session --dest org.kde.Shutdown --object-path /Shutdown --method org.kde.Shutdown.logout",
+    locks_screen="loginctl lock-session",
+    turns_dark="plasma-apply-colorscheme BreezeDark",
+    enlarges_text="kwriteconfig6 --file kdeglobals --group General --key font 'Noto Sans,15,-1,5,50,0,0,0,0,0' && "
+                  "gdbus emit --session --object-path /KDEPlatformTheme --signal org.kde.KDEPlatformTheme.refreshFonts",
+    sleeps_after_a_minute="for each in AutoSuspendAction=1 AutoSuspendIdleTimeoutSec=60; do kwriteconfig6 --file "
+                          "powerdevilrc --group AC --group SuspendAndShutdown --key ${each%=*} ${each#*=}; done; "
+                          "systemctl --user restart plasma-powerdevil.service",
+    lists_volumes="solid-hardware6 query 'IS StorageVolume'",
+    ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && '
+           'gdbus call --system --dest org.freedesktop.UDisks2 --object-path "$(gdbus call --system --dest '
+           'org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2/block_devices/${device##*/} --method '
+           'org.freedesktop.DBus.Properties.Get org.freedesktop.UDisks2.Block Drive | cut -d "\'" -f 2)" '
+           '--method org.freedesktop.UDisks2.Drive.Eject "{}"')
+
+RECIPES = {recipe.name: recipe for recipe in (XFCE, GNOME, PLASMA)}

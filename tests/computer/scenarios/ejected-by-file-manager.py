@@ -1,0 +1,13 @@
+"""The chosen card is ejected in the file manager. Put in again, it can be chosen and written."""
+
+
+def play(computer):
+    [card] = computer.plug_reader(computer.card_with_volume())
+    before = computer.content(card)
+    computer.choose_target()
+    computer.eject_in_file_manager(card, "CAMERA")
+    computer.expect_text("No positively identified SD card is currently available")
+    computer.expect_content(card, before)
+    computer.insert_again(card)
+    computer.write_again()
+    computer.expect_written(card)
