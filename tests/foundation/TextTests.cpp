@@ -14,6 +14,21 @@ TEST(TextTests, trimmingRemovesEveryKindOfWhiteSpaceAtBothEndsOnly) {
     EXPECT_EQ(trimmed(brokenUTF8), brokenUTF8);
 }
 
+TEST(TextTests, outputIsTrimmedAndDroppedUnlessAllOfItIsUTF8) {
+    using namespace std::string_view_literals;
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"\n Gerät belegt \n\n", "Gerät belegt"},
+        {"a\0b"sv, "a\0b"sv},
+        {"a\xffz", ""},
+        {"a\0\xff"sv, ""},     // broken behind a null
+        {"Ger\xc3", ""},       // cut in the middle of a character
+        {"\xc0\xaf", ""},      // a slash in two bytes
+        {"\xed\xa0\x80", ""},  // half of a surrogate pair
+    };
+    for (const auto& [bytes, text] : cases)
+        EXPECT_EQ(trimmedOutput(bytes), text) << bytes;
+}
+
 TEST(TextTests, caseIsThatOfUnicodeAndOfNoLocale) {
     EXPECT_EQ(lowercased("SDXC CARD IN ÄÖ"), "sdxc card in äö");
     EXPECT_EQ(lowercased(brokenUTF8), "a\ufffd\ufffd");
