@@ -8,37 +8,9 @@
 
 namespace tessel {
 
-TEST(DiskTextsTests, aMediumHasItsKindItsSymbolAndItsConnection) {
-    const auto disk = [](const std::string& name, const std::string& bus, bool isPhysical,
-                         std::optional<bool> isInternal) {
-        SDWholeDisk made = sampleCard("disk4", name);
-        made.busProtocol = bus;
-        made.isPhysical = isPhysical;
-        made.isInternal = isInternal;
-        return made;
-    };
-    struct Case {
-        SDWholeDisk disk;
-        std::string kind;
-        std::string symbol;
-        std::string connection;
-    };
-    const Case cases[]{
-        {disk("Backup", " Disk Image ", false, false), "Disk Image", "doc.fill", "Disk Image"},
-        {disk("Apple DISK IMAGE Media", "", true, true), "Disk Image", "doc.fill", "Unknown connection"},
-        {disk("SD Card", "SD", false, false), "Virtual / Synthesized", "square.stack.3d.up.fill", "SD"},
-        {disk("Reader", "Secure Digital", true, true), "SD Card", "sdcard.fill", "Secure Digital"},
-        {disk("Stick", "usb 3", true, true), "USB Storage", "internaldrive.fill", "usb 3"},
-        {disk("Drive", "SATA", true, true), "Internal Disk", "internaldrive.fill", "SATA"},
-        {disk("Drive", "SATA", true, false), "External Disk", "externaldrive.fill", "SATA"},
-        {disk("Drive", "\n", true, std::nullopt), "Physical Disk", "externaldrive.fill",
-         "Unknown connection"},
-    };
-    for (const Case& one : cases) {
-        EXPECT_EQ(mediaKindText(one.disk), one.kind) << one.disk.mediaName;
-        EXPECT_EQ(mediaSymbol(one.disk), one.symbol) << one.disk.mediaName;
-        EXPECT_EQ(connectionText(one.disk), one.connection) << one.disk.mediaName;
-    }
+TEST(DiskTextsTests, aDiskSaysWhatIsUnknown) {
+    EXPECT_EQ(SDWholeDisk().capabilitySummary(),
+              "Unknown location · Virtual or unavailable · Read-only or unknown · Details unavailable");
 }
 
 TEST(DiskTextsTests, anImageLiesOnTheDiskWhereItsPathBeginsWithAMountPoint) {
