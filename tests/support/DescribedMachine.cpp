@@ -80,10 +80,6 @@ KernelDevice deviceOf(const std::string& name, const Section& section, const std
 
 DescribedMachine DescribedMachine::read(const std::filesystem::path& file) {
     std::ifstream text(file);
-    return read(text);
-}
-
-DescribedMachine DescribedMachine::read(std::istream& text) {
     DescribedMachine described;
     std::string name;
     for (std::string line; std::getline(text, line);) {

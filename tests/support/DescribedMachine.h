@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <istream>
 #include <map>
 #include <string>
 
@@ -17,8 +16,7 @@ struct DescribedMachine {
     DiskSnapshot snapshot;
     std::map<std::string, Section> sections;  ///< by the names of the devices
 
-    /// Reads the description. Throws an exception where the text is none.
-    static DescribedMachine read(std::istream& text);
+    /// Reads the description. Throws an exception where the file is none.
     static DescribedMachine read(const std::filesystem::path& file);
 };
 

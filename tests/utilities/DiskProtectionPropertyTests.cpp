@@ -6,8 +6,10 @@
 #include <set>
 
 #include "foundation/Errors.h"
+#include "services/DiskPropertyLists.h"
 #include "tests/support/DescribedSystem.h"
 #include "tests/support/PropertyRecords.h"
+#include "utilities/linux/DiskDescriptions.h"
 #include "utilities/linux/DiskProtection.h"
 #include "utilities/linux/LinuxDiskUtility.h"
 #include "utilities/linux/LinuxRawDiskOpener.h"
@@ -51,6 +53,7 @@ class RandomMachines {
                                     .cardType = rarely() ? "SD" : "",
                                     .udisks = {.sequenceNumber = number}});
         auto& disk = snapshot.devices.back().udisks;
+        if (rarely()) disk.model = "a\xff\x01]]></string>SD";
         if (rarely()) disk.sequenceNumber = rarely() ? std::optional<uint64_t>() : 98;
         for (unsigned part = 1; part <= random() % 3; ++part) {
             const auto partName = name + "p" + std::to_string(part);
@@ -159,10 +162,14 @@ TEST(DiskProtectionPropertyTests, nothingProtectedIsEverReachable) {
             const bool isTouchable = mayBeTouched(snapshot, disk);
             touchable += isTouchable ? 1 : 0;
             ASSERT_EQ(!protectionOf(snapshot, disk), isTouchable);
+            const auto identifier = identifierOf(snapshot, disk);
+            const auto record =
+                parseDiskInfo(propertyListXML(diskDetailsOf(snapshot, disk)), identifier, nullptr).value();
+            ASSERT_EQ(record.id, identifier);
+            ASSERT_EQ(record.isWritable, isTouchable && !disk.isReadOnly);
             if (isTouchable) continue;
             DescribedSystem system(snapshot);
             system.readingTime = std::chrono::seconds(30);  // so long that nothing is waited for
-            const auto identifier = identifierOf(snapshot, disk);
             attempt([&] { LinuxDiskUtility(system).unmount(identifier); });
             attempt([&] { LinuxDiskUtility(system).eject(identifier); });
             attempt([&] { LinuxRawDiskOpener(system).open(identifier); });
