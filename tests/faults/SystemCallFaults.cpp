@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/fs.h>
-#include <linux/loop.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/file.h>
@@ -224,7 +223,6 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     const char* name = request == BLKSSZGET        ? "block-size"
                        : request == BLKGETSIZE64   ? "size"
                        : request == sequenceNumber ? "sequence-number"
-                       : request == LOOP_CONFIGURE ? "attach"
                                                    : "ioctl";
     const auto fault = faultOf(name);
     if (fault && fault->error != 0) {
