@@ -21,8 +21,7 @@ class DiskServiceTests : public LinuxProgramsTest {
             ASSERT_EQ(::mount("tmpfs", place, "tmpfs", 0, nullptr), 0);
             coveredFlags.emplace_back(place);
         }
-        const auto eject = folder.write("eject", "#!/bin/sh\necho \"$@\" >>" + ejections().string() + "\n");
-        std::filesystem::permissions(eject, std::filesystem::perms::owner_all);
+        folder.writeScript("eject", "echo \"$@\" >>" + ejections().string());
     }
     void TearDown() override {
         udisks.reset();
@@ -61,7 +60,6 @@ class DiskServiceTests : public LinuxProgramsTest {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     std::filesystem::path ejections() const { return folder.path() / "ejections"; }
-    UtilityRun eject() const { return diskutil({"eject", "/dev/" + identifier}); }
 
     const std::string service = "/usr/libexec/udisks2/udisksd";
     std::optional<LoopDevice> other;
@@ -71,7 +69,6 @@ TEST_F(DiskServiceTests, theOtherReaderOfOneMakeIsNeverEjected) {
     describe(*loop, "one");
     describe(*other, "two");
     start();
-    if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
     EXPECT_EQ(eject().errors, "");
     EXPECT_EQ(contentOf(ejections()), loop->path().string() + "\n") << "a reader that has a drive of its own";
 

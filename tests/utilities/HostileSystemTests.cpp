@@ -15,13 +15,6 @@ using testing::HasSubstr;
 /// Disturbs a write in progress as a system may do.
 class HostileSystemTests : public MountedDiskTest {
   protected:
-    void SetUp() override {
-        MountedDiskTest::SetUp();
-        if (IsSkipped()) return;
-        startUDisks();
-        if (!isSystemDiskKnown()) GTEST_SKIP() << "needs a disk below \"/\"";
-    }
-
     /// Writes two chunks and calls the function between them. Returns the text of the error, or nothing.
     std::string writeWhile(const std::function<void()>& happening) const {
         return write(16 << 20, [&happening](ImageWriteProgress report) {
@@ -29,7 +22,6 @@ class HostileSystemTests : public MountedDiskTest {
             if (report.phase == ImageWritePhase::writingImage && isBetweenChunks) happening();
         });
     }
-    UtilityRun eject() const { return diskutil({"eject", "/dev/" + identifier}); }
 };
 
 TEST_F(HostileSystemTests, aCardThatIsPulledEndsTheWriteAndIsLetGo) {
