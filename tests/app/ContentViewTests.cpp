@@ -92,21 +92,19 @@ TEST_F(ContentViewTests, hintsAtDisksThatCameOrWentAndScansOnlyWhenAsked) {
 }
 
 TEST_F(ContentViewTests, theSystemsOwnNamesSayWhatHasGone) {
+    const auto isNews = [this](const char* gone) {
+        viewModel().noteDiskChange({.systemName = gone, .hasGone = true});
+        return viewModel().haveDisksChanged();
+    };
     reader.changeDetails("disk4", {{"VelmoraTesselSystemName", "/dev/mmcblk0"}});
-    for (const auto& [name, isNews] : {std::pair("sdz", true), std::pair("mmcblk0", true)}) {
-        open();
-        EXPECT_FALSE(viewModel().haveDisksChanged());
-        viewModel().noteDiskChange({.systemName = name, .hasGone = true});
-        EXPECT_EQ(viewModel().haveDisksChanged(), isNews) << name;
-        application.reset();
-    }
+    open();
+    EXPECT_FALSE(viewModel().haveDisksChanged());
+    EXPECT_TRUE(isNews("sdz")) << "may be one of those without a name";
     for (const auto* disk : {"disk0", "disk5", "disk7"})
         reader.changeDetails(disk, {{"VelmoraTesselSystemName", std::string("/dev/sd") + disk[4]}});
-    open();
-    viewModel().noteDiskChange({.systemName = "sdz", .hasGone = true});
-    EXPECT_FALSE(viewModel().haveDisksChanged()) << "was not listed";
-    viewModel().noteDiskChange({.systemName = "sd5", .hasGone = true});
-    EXPECT_TRUE(viewModel().haveDisksChanged());
+    rescan();
+    EXPECT_FALSE(isNews("sdz")) << "was not listed";
+    EXPECT_TRUE(isNews("mmcblk0"));
 }
 
 TEST_F(ContentViewTests, whatTheProgramEjectsItselfIsNoNews) {

@@ -22,6 +22,9 @@ class CardHold {
     std::atomic<bool> isHolding = false;
 };
 
+/// Delays every inspection of a file named "slow.img", like a disk that no longer answers.
+extern CardHold slowImage;
+
 /// A card that can be held up while it is written, and while it is read.
 class HeldCard : public WrappedDevice {
   public:

@@ -77,6 +77,7 @@ TEST_F(KeysTests, closeTheWindowAboveWhichAnAlertIsShown) {
     click(button("Continue Writing"));
     holds.writing.release();
     until([this] { return alertTitled("SD Card Is Safe to Remove"); });
+    EXPECT_TRUE(window().isVisible());
     press(Qt::Key_Q, Qt::ControlModifier);
     EXPECT_FALSE(window().isVisible());
 }

@@ -1,11 +1,11 @@
-#include "tests/app/SlowImage.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <string_view>
+
+#include "tests/app/HeldCard.h"
 
 namespace tessel {
 

@@ -7,7 +7,6 @@
 
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/window/ReaderWatch.h"
-#include "tests/app/SlowImage.h"
 #include "views/controls/StatusBadge.h"
 #include "views/controls/TextLabel.h"
 #include "views/log/OperationLogView.h"
