@@ -110,9 +110,7 @@ TEST(PropertyListTests, whatIsMalformedNeverReachesTheLibrary) {
          changed(binary({std::string("\xA1\0\0\0\0\0\0\0\0\1", 10), "\x08"}), referenceSize, 9)},
         {"the second of two references",
          changed(binary({std::string("\xA2\0\1\0\7", 5), "\x08"}), referenceSize, 2)},
-        {"the second of two values", binary({"\xD2\1\1\1\7",
-                                             "\x51"
-                                             "a"})},
+        {"the second of two values", binary({"\xD2\1\1\1\7", "\x51\x61"})},
         // Here the last byte, which says that the offsets begin at 0xA1, is a list of one.
         {"a list at the very end",
          changed(binary({std::string(0xA1 - 8, '\x08')}), offset, static_cast<char>(0xA1 + 2 + 31))},
@@ -144,9 +142,7 @@ TEST(PropertyListTests, hostileBytesEndInOneSentence) {
         {"binary list that doubles at each level", binary(listsOfTheNext(60, 2))},
         {"binary text without end", binary({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})},
         {"binary key with a zero character", binary({"\xD1\x01\x01", std::string("\x62\0a\0\0", 5)})},
-        {"binary text with a zero character", binary({std::string("\x53"
-                                                                  "a\0b",
-                                                                  4)})},
+        {"binary text with a zero character", binary({std::string("\x53\x61\0b", 4)})},
         {"binary text that begins with a zero character", binary({std::string("\x52\0a", 3)})},
     };
     for (const char* marker : {"\x4F\x11\x27\x10", "\x5F\x11\x27\x10"})

@@ -11,16 +11,11 @@ namespace {
 
 using Change = void (*)(SDWholeDisk& disk);
 
-SDWholeDisk cardInReader() {
-    SDWholeDisk card = sampleCard("disk4", "SD Card Reader");
+SDWholeDisk cardInReader(const std::string& id = "disk4", const std::string& name = "SD Card Reader",
+                         uint64_t size = 32'000'000'000) {
+    SDWholeDisk card = sampleCard(id, name, size);
     card.busProtocol = "USB";
     return card;
-}
-
-SDWholeDisk changed(Change change) {
-    SDWholeDisk disk = cardInReader();
-    change(disk);
-    return disk;
 }
 
 }  // namespace
@@ -60,18 +55,17 @@ TEST(SDCardPolicyTests, theFirstFailureIsTheReason) {
 }
 
 TEST(SDCardPolicyTests, eligibleDisksAreListedFirst) {
-    enum { fixed, stick, locked, tenth, ninth, small };
-    std::vector<SDWholeDisk> disks(6, cardInReader());
-    const char* identifiers[] = {"disk0", "disk6", "disk5", "disk10", "disk9", "disk11"};
-    for (size_t i = 0; i < disks.size(); ++i)
-        disks[i].id = identifiers[i];
-    disks[fixed].mediaName = "Flash";
-    disks[fixed].isInternal = true;
-    disks[fixed].isRemovable = disks[fixed].isEjectable = false;
-    disks[stick].mediaName = "Stick";
-    disks[fixed].sizeBytes = disks[stick].sizeBytes = 1;
-    disks[locked].isWritable = false;
-    disks[small].sizeBytes = 16'000'000'000;
+    SDWholeDisk fixed = cardInReader("disk0", "Flash", 1);
+    fixed.isInternal = true;
+    fixed.isRemovable = fixed.isEjectable = false;
+    SDWholeDisk locked = cardInReader("disk5");
+    locked.isWritable = false;
+    std::vector<SDWholeDisk> disks{fixed,
+                                   cardInReader("disk6", "Stick", 1),
+                                   locked,
+                                   cardInReader("disk10"),
+                                   cardInReader("disk9"),
+                                   cardInReader("disk11", "SD Card Reader", 16'000'000'000)};
     sortForDisplay(disks);
 
     std::vector<std::string> order;
@@ -105,7 +99,9 @@ TEST(SDCardPolicyTests, theSameDiskIsRecognizedByIdentifierSizeNameAndBus) {
         {false, [](auto& disk) { disk.id = "disk04"; }},
     };
     for (const auto& one : cases) {
-        EXPECT_EQ(isSameDisk(cardInReader(), changed(one.change)), one.same) << "case " << &one - cases;
+        SDWholeDisk changed = cardInReader();
+        one.change(changed);
+        EXPECT_EQ(isSameDisk(cardInReader(), changed), one.same) << "case " << &one - cases;
     }
 }
 

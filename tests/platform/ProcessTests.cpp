@@ -24,12 +24,11 @@ TEST_F(ProcessTests, aChildThatWasNotWaitedForIsEndedWithItsProcess) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
-TEST_F(ProcessTests, waitingTakesNoProcessorTimeAndLeavesNothingOpen) {
+TEST_F(ProcessTests, waitingTakesNoProcessorTime) {
     const auto begin = clock();
     Process child({.executable = "/bin/sleep", .arguments = {"0.5"}}, {STDOUT_FILENO, STDERR_FILENO});
     EXPECT_TRUE(child.waitUntilExit({}).termination.isSuccess());
     EXPECT_LT(clock() - begin, CLOCKS_PER_SEC / 10);
-    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST_F(ProcessTests, aSignalDoesNotEndTheWaiting) {

@@ -101,10 +101,6 @@ TEST_F(ImageTransferTests, anImageThatChangesOnTheWayIsNoticed) {
     useImage(2 * chunk);
     std::filesystem::resize_file(imageURL, 7);
     EXPECT_EQ(failure(), changed) << "before it was opened";
-    std::filesystem::remove(imageURL);
-    EXPECT_EQ(failure(),
-              "The selected image could not be opened by the application process: "
-              "No such file or directory.");
 }
 
 TEST_F(ImageTransferTests, anImageRewrittenInPlaceFailsTheVerification) {

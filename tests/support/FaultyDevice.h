@@ -15,15 +15,12 @@ namespace tessel {
 /// may block.
 class FaultyDevice : public WrappedDevice {
   public:
-    enum class Fault { none, secondWrite, read, synchronize };
+    enum class Fault { none, secondWrite, read };
 
     FaultyDevice(std::unique_ptr<RawDevice> device, Fault fault) :
         WrappedDevice(std::move(device)),
         fault(fault) {}
     ~FaultyDevice() override { EXPECT_NE(std::this_thread::get_id(), mainThread); }
-    SystemResult synchronize() override {
-        return fault == Fault::synchronize ? failure : WrappedDevice::synchronize();
-    }
 
   protected:
     SystemResult writeSome(std::span<const std::byte> bytes, uint64_t offset) override {

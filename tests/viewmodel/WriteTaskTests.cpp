@@ -14,6 +14,9 @@ using Fault = FaultyDevice::Fault;
 
 using WriteTaskTests = WriteTaskTest;
 
+const std::string writeError =
+    "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
+
 TEST_F(WriteTaskTests, nothingIsWrittenOnceTheComputerHasSleptSinceTheScan) {
     prepareWrite();
     ++secondsAsleep;
@@ -121,11 +124,7 @@ TEST_F(WriteTaskTests, revalidatesTheTargetAndTheImage) {
         write();
         const auto duration = std::chrono::steady_clock::now() - start;
         EXPECT_GE(duration, std::chrono::milliseconds(400)) << "two pauses";
-        EXPECT_EQ(stateText(), "failed: Image write failed");
-        EXPECT_EQ(viewModel->progress().writePhaseTitle, "Image Write Failed");
         EXPECT_EQ(viewModel->progress().writeProgressDetail, diskChanged);
-        EXPECT_EQ(desktop.lastNotification.title, "Image Write Failed");
-        EXPECT_EQ(desktop.lastNotification.text, diskChanged);
         EXPECT_FALSE(viewModel->write().canRequestStop());
         EXPECT_EQ(takeLog(), Messages{revalidating} + log + Messages{std::string("Error: ") + diskChanged});
         EXPECT_EQ(takeCommands(), commands);
@@ -155,15 +154,14 @@ TEST_F(WriteTaskTests, aCardMayAnswerLate) {
 }
 
 TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
-    const std::string error =
-        "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
     const struct {
         std::string moment;
         std::function<void()> happens;
         Messages log;
     } cases[] = {
-        {error, [this] { reader.removeDisk("disk4"); }, logUpTo(writingImage) + Messages{error, diskGone}},
-        {error, [this] { interpose("exit 1"); }, logUpTo(writingImage) + Messages{error}},
+        {writeError, [this] { reader.removeDisk("disk4"); },
+         logUpTo(writingImage) + Messages{writeError, diskGone}},
+        {writeError, [this] { interpose("exit 1"); }, logUpTo(writingImage) + Messages{writeError}},
         {phaseMessages[1],
          [this] { interpose("[ $1 = eject ] && exit 1\n$real \"$@\" | sed s/disk4/disk9/"); },
          logUpTo(authorizingDevice) + Messages{diskGone, std::string("Error: ") + diskChanged}},
@@ -174,7 +172,7 @@ TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
     };
     for (const auto& [moment, happens, log] : cases) {
         prepareWrite();
-        if (moment == error) fault = Fault::secondWrite;
+        if (moment == writeError) fault = Fault::secondWrite;
         when(moment, happens);
         write();
         EXPECT_EQ(takeLog(), log);
@@ -182,12 +180,10 @@ TEST_F(WriteTaskTests, aFailedWriteSaysOnceWhetherTheCardIsGone) {
 }
 
 TEST_F(WriteTaskTests, aCardThatWasEjectedAfterAFailureIsNotSaidToBeRemoved) {
-    const std::string error =
-        "Error: The SD-card write did not complete at byte offset 8388608: Input/output error";
     prepareWrite();
     fault = Fault::secondWrite;
     write();
-    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, cardEjected}));
+    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{writeError, cardEjected}));
     EXPECT_EQ(viewModel->progress().writeHint, cardEjected);
 
     write();
@@ -197,9 +193,9 @@ TEST_F(WriteTaskTests, aCardThatWasEjectedAfterAFailureIsNotSaidToBeRemoved) {
     EXPECT_EQ(viewModel->progress().writeHint, cardEjected);
 
     reader.reinsert("disk4");
-    when(error, [this] { reader.removeDisk("disk4"); });
+    when(writeError, [this] { reader.removeDisk("disk4"); });
     write();
-    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{error, diskGone})) << "it had come back";
+    EXPECT_EQ(takeLog(), (logUpTo(writingImage) + Messages{writeError, diskGone})) << "it had come back";
     EXPECT_EQ(viewModel->progress().writeHint, "");
 }
 
