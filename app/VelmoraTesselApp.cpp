@@ -8,6 +8,7 @@
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
 #include "views/alerts/AlertDialog.h"
+#include "views/controls/ColorScheme.h"
 #include "views/controls/Symbol.h"
 
 namespace tessel {
@@ -91,6 +92,7 @@ void prepareApplication() {
     QApplication::setStyle("Fusion");
     QApplication::setCursorFlashTime(0);  // the log has a text cursor, but nothing is ever typed there
     QApplication::setWindowIcon(programIcon());
+    followColorScheme();
 }
 
 }  // namespace tessel

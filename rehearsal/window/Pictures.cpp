@@ -7,27 +7,14 @@
 #include <map>
 #include <utility>
 
+#include "views/controls/ColorScheme.h"
+
 namespace tessel {
 
 namespace {
 
 constexpr QSize tile(683, 740);    // half of a 1366 x 768 screen
 constexpr double largeText = 1.4;  // what desktops call large text
-
-QPalette darkPalette() {
-    QPalette palette(QColor("#2b2d30"), QColor("#26282b"));
-    palette.setColor(QPalette::Base, QColor("#1c1e20"));
-    palette.setColor(QPalette::AlternateBase, QColor("#242629"));
-    palette.setColor(QPalette::WindowText, QColor("#e6e7e9"));
-    palette.setColor(QPalette::Text, QColor("#e6e7e9"));
-    palette.setColor(QPalette::ButtonText, QColor("#e6e7e9"));
-    palette.setColor(QPalette::ToolTipBase, QColor("#3a3d41"));
-    palette.setColor(QPalette::ToolTipText, QColor("#e6e7e9"));
-    palette.setColor(QPalette::PlaceholderText, QColor("#9a9da1"));
-    palette.setColor(QPalette::Highlight, QColor("#3574d6"));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
 
 QPalette highContrastPalette() {
     QPalette palette(Qt::black, Qt::black);
