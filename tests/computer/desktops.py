@@ -24,6 +24,7 @@ class Recipe:
     sleeps_after_a_minute: str
     ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
     lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
+    password_field: str = "password text"  # its role in the agent's dialog
     hooks: tuple = ()
     tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
     asks_without_end: bool = False  # for the password, as often as it is wrong
@@ -83,6 +84,7 @@ PLASMA = Recipe(
         fonts-noto-core""".split(),
     file_manager="dolphin",
     agent="polkit-kde-auth",
+    password_field="text",
     stops_mounting="true",  # it mounts nothing by itself
     logs_out="gdbus call --session --dest org.kde.Shutdown --object-path /Shutdown --method org.kde.Shutdown.logout",
     locks_screen="loginctl lock-session",
@@ -92,7 +94,7 @@ PLASMA = Recipe(
     sleeps_after_a_minute="for each in AutoSuspendAction=1 AutoSuspendIdleTimeoutSec=60; do kwriteconfig6 --file "
                           "powerdevilrc --group AC --group SuspendAndShutdown --key ${each%=*} ${each#*=}; done; "
                           "systemctl --user restart plasma-powerdevil.service",
-    lists_volumes="solid-hardware6 query 'IS StorageVolume'",
+    lists_volumes="solid-hardware6 query 'IS StorageVolume' || true",
     ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && '
            'gdbus call --system --dest org.freedesktop.UDisks2 --object-path "$(gdbus call --system --dest '
            'org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2/block_devices/${device##*/} --method '

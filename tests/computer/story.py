@@ -334,7 +334,7 @@ class Computer(Desk):
 
     def await_dialog(self):
         """Waits until the desktop's dialog asks for the password, and returns its text field."""
-        field, _ = self.find("password text", "", self.recipe.agent)
+        field, _ = self.find(self.recipe.password_field, "", self.recipe.agent)
         time.sleep(1)
         self.picture("password")
         return field
@@ -363,7 +363,7 @@ class Computer(Desk):
             time.sleep(0.3)
 
     def is_password_asked(self):
-        return matching(self.guest.look(self.recipe.agent), "password text", "") is not None
+        return matching(self.guest.look(self.recipe.agent), self.recipe.password_field, "") is not None
 
     def writes_begun(self):
         return self.text_on_screen().count(PHASES["while-writing"])

@@ -6,6 +6,7 @@ def play(computer):
     before = computer.content(card)
     computer.choose_target()
     computer.eject_in_file_manager(card, "CAMERA")
+    computer.refresh()
     computer.expect_text("No positively identified SD card is currently available")
     computer.expect_content(card, before)
     computer.insert_again(card)

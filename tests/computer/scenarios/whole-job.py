@@ -7,4 +7,4 @@ def play(computer, place):
     computer.choose_target()
     computer.write()
     computer.expect_written(card)
-    computer.expect_no_volume(card)
+    computer.expect_left_alone(card)
