@@ -18,6 +18,9 @@ class Shown:
     def __init__(self, path, role, name, text, states, place):
         self.path, self.role, self.name, self.text, self.states, self.place = path, role, name, text, states, place
 
+    def is_active(self):
+        return bool(self.states >> 1 & 1)
+
     def is_enabled(self):
         return bool(self.states >> 8 & 1)
 

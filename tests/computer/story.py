@@ -248,7 +248,9 @@ class Computer(Desk):
         self.type_exactly(path, PROGRAM)
         for keys in (("ctrl", "a"), ("ctrl", "c"), ("esc",)):
             self.machine.press(*keys)
-            time.sleep(1)
+            time.sleep(2)
+        if not matching(self.guest.look(), "push button", "Select Image").is_enabled():
+            self.machine.press("esc")  # the first one only left the field
         self.click("push button", "Select Image")
         time.sleep(PANEL_OPENS)
         self.machine.press("ctrl", "v")

@@ -5,7 +5,7 @@ def play(computer):
     computer.record_notifications()
     [card] = computer.plug_reader(slow_to=1 << 20)
     computer.write_up_to("while-writing")
-    computer.open_file_manager()
+    computer.turn_to_file_manager()
     computer.expect_success()
     computer.expect_notification("SD Card Is Safe to Remove")
     computer.picture("notification")
