@@ -5,10 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/qt/DesktopLook.h"
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/TerminationSignal.h"
 #include "views/alerts/AlertDialog.h"
-#include "views/controls/ColorScheme.h"
+#include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
 
 namespace tessel {
@@ -92,7 +93,19 @@ void prepareApplication() {
     QApplication::setStyle("Fusion");
     QApplication::setCursorFlashTime(0);  // the log has a text cursor, but nothing is ever typed there
     QApplication::setWindowIcon(programIcon());
-    followColorScheme();
+}
+
+std::unique_ptr<TemporaryActivity> followDesktopLook() {
+    return watchDesktopLook([usual = QApplication::font()](const DesktopLook& look) {
+        QApplication::setPalette(QPalette());  // the toolkit's own
+        const bool isDark = QApplication::palette().window().color().lightness() < 128;
+        if (look.isDark && !isDark) QApplication::setPalette(darkPalette());
+        // On X11 the resolution of the display contains the scale.
+        if (!QGuiApplication::platformName().startsWith("wayland")) return;
+        QFont scaled = usual;
+        scaled.setPointSizeF(QFontInfo(usual).pointSizeF() * look.textScale);
+        QApplication::setFont(scaled);
+    });
 }
 
 }  // namespace tessel

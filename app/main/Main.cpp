@@ -19,6 +19,7 @@ int main(int argc, char* argv[]) {
         return failure.isEmpty() ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     tessel::prepareApplication();
+    const auto look = tessel::followDesktopLook();
     tessel::VelmoraTesselApp application({.utilities = tessel::installedUtilities(),
                                           .makeDevice = tessel::makeBlockDevice,
                                           .watch = tessel::watchDisks});

@@ -7,7 +7,7 @@
 #include <map>
 #include <utility>
 
-#include "views/controls/ColorScheme.h"
+#include "views/controls/Style.h"
 
 namespace tessel {
 

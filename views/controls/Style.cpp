@@ -96,6 +96,7 @@ class FontFollower : public QObject {
 QFont styledFont(FontRole role, QFont::Weight weight) {
     const bool isMonospaced = role == FontRole::monospaced || role == FontRole::smallMonospaced;
     QFont font = isMonospaced ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
+    font.setFamilies(font.families());  // otherwise a theme's font for labels takes its place
     font.setPixelSize(scaledWithFont(designedSize(role)));
     font.setWeight(weight);
     return font;
@@ -121,6 +122,21 @@ void passOnApplicationFont(QWidget& window) {
             QCoreApplication::sendEvent(widget, &change);
         }
     }));
+}
+
+QPalette darkPalette() {
+    QPalette palette(QColor("#2b2d30"), QColor("#26282b"));
+    palette.setColor(QPalette::Base, QColor("#1c1e20"));
+    palette.setColor(QPalette::AlternateBase, QColor("#242629"));
+    palette.setColor(QPalette::WindowText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::Text, QColor("#e6e7e9"));
+    palette.setColor(QPalette::ButtonText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::ToolTipBase, QColor("#3a3d41"));
+    palette.setColor(QPalette::ToolTipText, QColor("#e6e7e9"));
+    palette.setColor(QPalette::PlaceholderText, QColor("#9a9da1"));
+    palette.setColor(QPalette::Highlight, QColor("#3574d6"));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
 }
 
 QColor Colors::of(Tone tone) const {

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPalette>
 #include <QSize>
 #include <functional>
 
@@ -48,6 +49,10 @@ void followApplicationFont(QWidget& widget, std::function<void()> apply);
 /// Passes each change of the application's font on to the widgets in the window, since Qt notifies only
 /// windows.
 void passOnApplicationFont(QWidget& window);
+
+/// Returns the colours of a dark window, for where a dark one is wanted and the toolkit has only light
+/// colours.
+[[nodiscard]] QPalette darkPalette();
 
 /// What a colour says. Each can be read as text on every background below.
 enum class Tone { primary, secondary, green, blue, orange, red, accent };

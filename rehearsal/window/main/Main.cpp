@@ -107,6 +107,7 @@ int main(int argc, char* argv[]) {
     }
     const auto qtApplication = tessel::connectToDisplay(argc, argv);
     tessel::prepareApplication();
+    const auto look = tessel::followDesktopLook();
     try {
         return tessel::rehearse(terminationSignal, std::span(argv + 1, argv + argc));
     } catch (const std::exception&) {

@@ -1,0 +1,66 @@
+#include "platform/qt/DesktopLook.h"
+
+#include <gio/gio.h>
+
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+constexpr auto schemaName = "org.gnome.desktop.interface";
+constexpr auto colorScheme = "color-scheme";
+constexpr auto textScale = "text-scaling-factor";
+constexpr int preferDark = 1;  // G_DESKTOP_COLOR_SCHEME_PREFER_DARK
+
+struct Unreference {
+    void operator()(GSettings* settings) const { g_object_unref(settings); }
+    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+};
+
+bool isGnome() {
+    const char* const desktops = std::getenv("XDG_CURRENT_DESKTOP");
+    return desktops && std::string_view(desktops).find("GNOME") != std::string_view::npos;
+}
+
+/// Returns whether the settings are installed; asking for others would end the program.
+bool hasSettings() {
+    auto* const source = g_settings_schema_source_get_default();
+    if (!source) return false;
+    const std::unique_ptr<GSettingsSchema, Unreference> schema{
+        g_settings_schema_source_lookup(source, schemaName, TRUE)};
+    return schema && g_settings_schema_has_key(schema.get(), colorScheme) &&
+           g_settings_schema_has_key(schema.get(), textScale);
+}
+
+/// Qt's event loop delivers the changes, since it runs on GLib's.
+class GnomeLook : public TemporaryActivity {
+  public:
+    explicit GnomeLook(std::function<void(const DesktopLook&)> onChange) : onChange(std::move(onChange)) {
+        g_signal_connect_swapped(settings.get(), "changed", G_CALLBACK(report), this);
+        // A setting that was never read is not watched.
+        report(this);
+    }
+
+    ~GnomeLook() override { g_signal_handlers_disconnect_by_data(settings.get(), this); }
+
+  private:
+    static void report(GnomeLook* self) {
+        self->onChange({.isDark = g_settings_get_enum(self->settings.get(), colorScheme) == preferDark,
+                        .textScale = g_settings_get_double(self->settings.get(), textScale)});
+    }
+
+    std::function<void(const DesktopLook&)> onChange;
+    std::unique_ptr<GSettings, Unreference> settings{g_settings_new(schemaName)};
+};
+
+}  // namespace
+
+std::unique_ptr<TemporaryActivity> watchDesktopLook(std::function<void(const DesktopLook&)> onChange) {
+    if (!isGnome() || !hasSettings()) return nullptr;
+    return std::make_unique<GnomeLook>(std::move(onChange));
+}
+
+}  // namespace tessel
