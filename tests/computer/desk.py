@@ -84,8 +84,10 @@ class Desk:
         self.guest.run_as_person(self.recipe.sleeps_after_a_minute)
 
     def expect_awake(self):
+        """Expects that the computer is awake, and that the desktop knows why it should be."""
         if (status := self.machine.command("query-status")["status"]) != "running":
             raise Unexpected(f"the computer is {status}")
+        self.guest.run_as_person(self.recipe.is_kept_awake)
 
     def expect_asleep(self, timeout):
         self.machine.wait_for_status("query-status", "suspended", timeout)

@@ -22,6 +22,7 @@ class Recipe:
     turns_dark: str
     enlarges_text: str
     sleeps_after_a_minute: str
+    is_kept_awake: str = "systemd-inhibit --list | grep Velmora"  # succeeds if so
     ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
     lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
     password_field: str = "password text"  # its role in the agent's dialog
@@ -72,6 +73,8 @@ GNOME = Recipe(
     sleeps_after_a_minute="for source in ac battery; do for each in timeout=60 type=suspend; do gsettings set "
                           "org.gnome.settings-daemon.plugins.power sleep-inactive-$source-${each%=*} ${each#*=}; "
                           "done; done",
+    is_kept_awake="gdbus call --session --dest org.gnome.SessionManager --object-path /org/gnome/SessionManager "
+                  "--method org.gnome.SessionManager.IsInhibited 8 | grep true",
     hooks=('chroot "$1" dconf update',),
     asks_without_end=True,
     # It starts in its overview, which takes the keyboard.
@@ -94,6 +97,9 @@ PLASMA = Recipe(
     sleeps_after_a_minute="for each in AutoSuspendAction=1 AutoSuspendIdleTimeoutSec=60; do kwriteconfig6 --file "
                           "powerdevilrc --group AC --group SuspendAndShutdown --key ${each%=*} ${each#*=}; done; "
                           "systemctl --user restart plasma-powerdevil.service",
+    is_kept_awake="gdbus call --session --dest org.freedesktop.PowerManagement --object-path "
+                  "/org/freedesktop/PowerManagement/Inhibit --method org.freedesktop.PowerManagement.Inhibit.HasInhibit "
+                  "| grep true",
     lists_volumes="solid-hardware6 query 'IS StorageVolume' || true",
     ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && '
            'gdbus call --system --dest org.freedesktop.UDisks2 --object-path "$(gdbus call --system --dest '

@@ -63,7 +63,9 @@ class Machine:
             old.unlink()
         arguments = [
             "qemu-system-x86_64", "-nodefaults", "-no-user-config", "-display", "none",
-            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem", "-m", str(desktop.recipe.memory), "-smp", "2",
+            # Desktops let no computer sleep by itself that they take for an emulated one.
+            "-smbios", "type=0,vendor=Tessel", "-smbios", "type=1,manufacturer=Tessel,product=Computer,version=1",
+            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem,hypervisor=off", "-m", str(desktop.recipe.memory), "-smp", "2",
             "-kernel", str(desktop.kernel), "-initrd", str(desktop.initrd),
             "-append", "root=/dev/vda rw console=ttyS0 quiet",
             "-chardev", f"file,id=console,path={self.folder}/console", "-serial", "chardev:console",

@@ -313,6 +313,7 @@ class Computer(Desk):
         self.refresh()
         self.click("radio button", "Select .*" + name)
         self.expect_text("Selected SD-card target: ")
+        self.picture("window")
 
     def expect_protected(self, reason):
         """Expects that the card is listed after a refresh but can't be chosen, and that the log says why."""
