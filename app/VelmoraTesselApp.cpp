@@ -96,14 +96,16 @@ void prepareApplication() {
 }
 
 std::unique_ptr<TemporaryActivity> followDesktopLook() {
-    return watchDesktopLook([usual = QApplication::font()](const DesktopLook& look) {
+    return watchDesktopLook([usual = QApplication::font(), scale = 1.0](const DesktopLook& look) mutable {
         QApplication::setPalette(QPalette());  // the toolkit's own
         const bool isDark = QApplication::palette().window().color().lightness() < 128;
         if (look.isDark && !isDark) QApplication::setPalette(darkPalette());
         // On X11 the resolution of the display contains the scale.
-        if (!QGuiApplication::platformName().startsWith("wayland")) return;
+        const bool isScaled = !QGuiApplication::platformName().startsWith("wayland");
+        if (isScaled || scale == look.textScale) return;
+        scale = look.textScale;
         QFont scaled = usual;
-        scaled.setPointSizeF(QFontInfo(usual).pointSizeF() * look.textScale);
+        scaled.setPointSizeF(QFontInfo(usual).pointSizeF() * scale);
         QApplication::setFont(scaled);
     });
 }

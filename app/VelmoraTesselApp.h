@@ -56,8 +56,8 @@ class VelmoraTesselApp {
 /// Sets the name and the look of the whole program. Call it once, before there is any window.
 void prepareApplication();
 
-/// Makes all windows dark and their text larger while the user prefers that and Qt doesn't see to it, until
-/// the result is destroyed.
+/// Follows the user's preferences of dark windows and of the size of text, where Qt doesn't, while the result
+/// exists.
 [[nodiscard]] std::unique_ptr<TemporaryActivity> followDesktopLook();
 
 }  // namespace tessel

@@ -54,10 +54,10 @@ Panes::Panes(QWidget* left, QWidget* right) : leftPane(makePane(left)), rightPan
     setChildrenCollapsible(false);
     setHandleWidth(1);
     setStretchFactor(0, 1);
+    setSizes({760, 410});
     leftPane->lower();  // is read aloud first
     // Waits until the pane itself has scrolled, which is to a text cursor that may be scrolled away.
     connect(qApp, &QApplication::focusChanged, this, &Panes::revealFocus, Qt::QueuedConnection);
-    followApplicationFont(*this, [this] { arrange(); });
 }
 
 ScrollPane* Panes::makePane(QWidget* content) {
@@ -82,6 +82,11 @@ void Panes::revealFocus() {
     for (auto* around = focused->parentWidget(); around != this; around = around->parentWidget()) {
         if (auto* pane = dynamic_cast<ScrollPane*>(around)) pane->reveal(*focused, revealedMargin);
     }
+}
+
+bool Panes::event(QEvent* event) {
+    if (event->type() == QEvent::ApplicationFontChange) arrange();
+    return QSplitter::event(event);
 }
 
 void Panes::resizeEvent(QResizeEvent* event) {

@@ -37,6 +37,7 @@ class Panes : public QSplitter {
     Panes(QWidget* left, QWidget* right);
 
   protected:
+    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
