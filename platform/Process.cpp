@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <stdexcept>
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
@@ -155,6 +156,8 @@ Process::~Process() {
 }
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
+    // Its number may belong to another program by now.
+    if (!mustBeReaped) throw std::logic_error(name + " was waited for twice");
     Streams streams(options.streams.begin(), options.streams.end());
     std::optional<TimePoint> timeoutEnd;
     if (options.timeout) timeoutEnd = Clock::now() + *options.timeout;

@@ -5,7 +5,6 @@
 
 #include "platform/qt/DesktopLook.h"
 #include "tests/app/WindowTest.h"
-#include "views/controls/TextLabel.h"
 
 namespace tessel {
 
@@ -37,7 +36,7 @@ class DesktopLookTests : public WindowTest {
 
 }  // namespace
 
-TEST_F(DesktopLookTests, theWindowFollowsTheDarkStyleOfGnomeAlone) {
+TEST_F(DesktopLookTests, thePaletteAndTheScaleOfTextFollowGnomeAlone) {
     for (const char* desktop : {"KDE", "ubuntu:GNOME"}) {
         qputenv("XDG_CURRENT_DESKTOP", desktop);
         const bool isFollowed = std::string(desktop) != "KDE";
@@ -59,14 +58,6 @@ TEST_F(DesktopLookTests, theWindowFollowsTheDarkStyleOfGnomeAlone) {
         EXPECT_EQ(isDark(), isFollowed) << "nothing follows any longer";
         g_object_unref(settings);
     }
-}
-
-TEST_F(DesktopLookTests, aThemesOwnFontForLabelsChangesNoText) {
-    QApplication::setFont(QFont());  // with nothing set, as a theme gives it
-    open();
-    const auto& label = *shownWidgets<TextLabel>(window()).front();
-    QApplication::setFont(QFont("DejaVu Sans Mono"), "QLabel");
-    EXPECT_EQ(QFontInfo(label.font()).family(), QFontInfo(QApplication::font()).family());
 }
 
 }  // namespace tessel

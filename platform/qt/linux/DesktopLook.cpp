@@ -35,11 +35,11 @@ bool hasSettings() {
            g_settings_schema_has_key(schema.get(), textScale);
 }
 
-/// Qt's event loop delivers the changes, since it runs on GLib's.
 class GnomeLook : public TemporaryActivity {
   public:
     explicit GnomeLook(std::function<void(const DesktopLook&)> onChange) : onChange(std::move(onChange)) {
-        g_signal_connect_swapped(settings.get(), "changed", G_CALLBACK(report), this);
+        for (const char* change : {"changed::color-scheme", "changed::text-scaling-factor"})
+            g_signal_connect_swapped(settings.get(), change, G_CALLBACK(report), this);
         // A setting that was never read is not watched.
         report(this);
     }

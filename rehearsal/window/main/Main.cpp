@@ -107,7 +107,7 @@ int main(int argc, char* argv[]) {
     }
     const auto qtApplication = tessel::connectToDisplay(argc, argv);
     tessel::prepareApplication();
-    const auto look = tessel::followDesktopLook();
+    const auto look = tessel::isDisplayNamed() ? tessel::followDesktopLook() : nullptr;
     try {
         return tessel::rehearse(terminationSignal, std::span(argv + 1, argv + argc));
     } catch (const std::exception&) {
