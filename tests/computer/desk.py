@@ -10,7 +10,7 @@ class Unexpected(Exception):
 
 
 class Desk:
-    """The desktop around the program, in the words of its recipe. Requires: `machine`, `guest`, `recipe`, `folder`."""
+    """The desktop around the program, in the words of its recipe. A part of `Computer`."""
 
     # The file manager
 
@@ -20,11 +20,11 @@ class Desk:
         self.await_process(self.recipe.file_manager)
         time.sleep(10)
         for _ in range(3):
-            if not any(each.role == "frame" and each.is_active() for each in self.guest.look()):
-                return
-            self.machine.press("alt", "tab")
-            time.sleep(3)
-        raise Unexpected("the program's window remains in front")
+            if self.is_program_in_front():
+                self.machine.press("alt", "tab")
+                time.sleep(3)
+        if self.is_program_in_front():
+            raise Unexpected("the program's window remains in front")
 
     def eject_in_file_manager(self, card, label):
         """Ejects the card as the file manager does on a click on its volume."""
@@ -32,14 +32,21 @@ class Desk:
         self.guest.run_as_person(f"mount=/media/$USER/{label}; {self.recipe.ejects}")
         self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -eq 0")
 
+    def expect_listed(self, card):
+        """Expects the file manager to list a volume of the card."""
+        if not self.lists(card):
+            raise Unexpected(f"the file manager lists no volume of {card.device}")
+
+    def lists(self, card):
+        return re.search(rf"/{card.device}\d", self.guest.run_as_person(self.recipe.lists_volumes))
+
     def expect_left_alone(self, card, seconds=30):
         """Expects the desktop to mount nothing of the card for so long. The file manager also lists no volume of it,
         unless the card is in the slot: the kernel can't let go of it there."""
         end = time.monotonic() + seconds
         while time.monotonic() < end:
             self.expect_released(card)
-            listed = self.guest.run_as_person(self.recipe.lists_volumes)
-            if card.slot != "slot" and re.search(rf"/{card.device}\d", listed):
+            if card.slot != "slot" and self.lists(card):
                 raise Unexpected(f"the file manager lists a volume of {card.device}")
             time.sleep(2)
 
@@ -68,9 +75,16 @@ class Desk:
 
     # The session
 
+    def is_program_in_front(self):
+        return any(each.role == "frame" and each.is_active() for each in self.guest.look() or [])
+
     def lock_screen(self):
         self.guest.run_as_person(self.recipe.locks_screen)
-        time.sleep(5)
+        end = time.monotonic() + 60
+        while self.is_program_in_front():
+            if time.monotonic() > end:
+                raise Unexpected("the screen is not locked")
+            time.sleep(1)
         self.picture("locked")
 
     def unlock_screen(self):

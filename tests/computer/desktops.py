@@ -1,4 +1,4 @@
-"""The desktops that the computer may have: what each is made of, and the commands that a user's clicks there stand for."""
+"""The desktops that the computer may have: what each is made of, and the commands that clicks there stand for."""
 import dataclasses
 
 PERSON = "anna"
@@ -27,6 +27,7 @@ class Recipe:
     lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
     password_field: str = "password text"  # its role in the agent's dialog
     hooks: tuple = ()
+    mounts_by_itself: bool = True
     tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
     asks_without_end: bool = False  # for the password, as often as it is wrong
     settles: str = "true"  # waits for the session's beginning to be over
@@ -83,12 +84,13 @@ GNOME = Recipe(
 
 PLASMA = Recipe(
     "plasma",
-    WAYLAND + """plasma-desktop plasma-workspace kwin-wayland sddm polkit-kde-agent-1 powerdevil dolphin libkf6solid-bin libglib2.0-bin
-        fonts-noto-core""".split(),
+    WAYLAND + """plasma-desktop plasma-workspace kwin-wayland sddm polkit-kde-agent-1 powerdevil dolphin
+        libkf6solid-bin libglib2.0-bin fonts-noto-core""".split(),
     file_manager="dolphin",
     agent="polkit-kde-auth",
     password_field="text",
-    stops_mounting="true",  # it mounts nothing by itself
+    stops_mounting="true",
+    mounts_by_itself=False,
     logs_out="gdbus call --session --dest org.kde.Shutdown --object-path /Shutdown --method org.kde.Shutdown.logout",
     locks_screen="loginctl lock-session",
     turns_dark="plasma-apply-colorscheme BreezeDark",

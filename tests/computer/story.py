@@ -259,7 +259,7 @@ class Computer(Desk):
         self.expect_text(f"Selected image: {path} ")
 
     def type_exactly(self, text, program, shown=None):
-        """Types into the field that has the focus, and once more if something else stands there: a slow computer
+        """Types into the field that has the focus, and up to twice more if something else stands there: a slow computer
         repeats keys and loses them."""
         for _ in range(2):
             self.machine.type(text)
@@ -613,6 +613,9 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         self.guest.wait_until(f"pgrep --exact {name}", 120)
 
     def await_mount(self, label):
+        """Waits until the desktop has mounted the volume. Where it leaves that to the user, the user does it."""
+        if not self.recipe.mounts_by_itself:
+            self.guest.run_as_person(f"udisksctl mount --block-device /dev/disk/by-label/{label}")
         self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
 
     def await_unmounting(self, stick, timeout=PATIENCE):

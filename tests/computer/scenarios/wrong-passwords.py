@@ -1,4 +1,5 @@
 """The user does not know the password."""
+DESKTOPS = ("xfce", "plasma")  # GNOME asks without end
 
 
 def play(computer):
