@@ -3,7 +3,7 @@
 
 def play(computer):
     computer.record_notifications()
-    [card] = computer.plug_reader(slow_to=1 << 20)
+    [card] = computer.plug_reader(slow_to=512 << 10)
     computer.write_up_to("while-writing")
     computer.turn_to_file_manager()
     computer.expect_success()
