@@ -39,14 +39,14 @@ class Recipe:
 XFCE = Recipe(
     "xfce",
     """xserver-xorg-core xserver-xorg-input-libinput lightdm lightdm-gtk-greeter mate-polkit xfce4-session
-        xfce4-settings xfce4-notifyd xfce4-screensaver xfwm4 xfdesktop4 xfce4-panel thunar thunar-volman gvfs
+        xfce4-settings xfce4-notifyd light-locker xfwm4 xfdesktop4 xfce4-panel thunar thunar-volman gvfs
         gvfs-daemons libglib2.0-bin xfce4-power-manager gnome-themes-extra""".split(),
     file_manager="thunar",
     agent="polkit-mate-aut",
     stops_mounting="xfconf-query -c thunar-volman -p /automount-media/enabled -s false; "
                    "xfconf-query -c thunar-volman -p /automount-drives/enabled -s false",
     logs_out="xfce4-session-logout --logout",
-    locks_screen="xfce4-screensaver-command --lock",
+    locks_screen="light-locker-command --lock",
     turns_dark="xfconf-query -c xsettings -p /Net/ThemeName -s Adwaita-dark --create -t string",
     enlarges_text="xfconf-query -c xsettings -p /Gtk/FontName -s 'Sans 15' --create -t string",
     sleeps_after_a_minute="xfconf-query -c xfce4-power-manager -p /xfce4-power-manager/inactivity-on-ac -s 1 "

@@ -64,7 +64,7 @@ class Machine:
         arguments = [
             "qemu-system-x86_64", "-nodefaults", "-no-user-config", "-display", "none",
             # Desktops let no computer sleep by itself that they take for an emulated one.
-            "-smbios", "type=0,vendor=Tessel", "-smbios", "type=1,manufacturer=Tessel,product=Computer,version=1",
+            "-smbios", "type=1,manufacturer=Tessel,product=Computer,version=1",
             "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem,hypervisor=off", "-m", str(desktop.recipe.memory), "-smp", "2",
             "-kernel", str(desktop.kernel), "-initrd", str(desktop.initrd),
             "-append", "root=/dev/vda rw console=ttyS0 quiet",
