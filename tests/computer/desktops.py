@@ -29,6 +29,7 @@ class Recipe:
     hooks: tuple = ()
     mounts_by_itself: bool = True
     tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
+    tells_of_cancel: bool = True  # instead of a failed authentication
     asks_without_end: bool = False  # for the password, as often as it is wrong
     settles: str = "true"  # waits for the session's beginning to be over
     disk_size: str = "8G"
@@ -91,6 +92,7 @@ PLASMA = Recipe(
     password_field="text",
     stops_mounting="true",
     mounts_by_itself=False,
+    tells_of_cancel=False,
     logs_out="gdbus call --session --dest org.kde.Shutdown --object-path /Shutdown --method org.kde.Shutdown.logout",
     locks_screen="loginctl lock-session",
     turns_dark="plasma-apply-colorscheme BreezeDark",

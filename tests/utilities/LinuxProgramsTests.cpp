@@ -77,9 +77,10 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         {"NotAuthorizedDismissed", "The authentication dialog was dismissed",
          "The administrator-authorized operation was cancelled."},
         {"NotAuthorized", "Not authorized to perform operation",
-         "The authorized raw-device open failed: Not authorized to perform operation. Authentication failed, "
-         "or the polkit rules of this computer forbid it. If no dialog was shown, start the polkit agent of "
-         "your desktop, such as lxpolkit, and try again."},
+         "The authorized raw-device open failed: Not authorized to perform operation. Authentication failed "
+         "or was cancelled, or the polkit rules of this computer forbid it. If no dialog was shown, start "
+         "the "
+         "polkit agent of your desktop, such as lxpolkit, and try again."},
         {"NotAuthorizedCanObtain", "Not authorized to perform operation",
          "The authorized raw-device open failed: Not authorized to perform operation. Nobody could be asked, "
          "because no authentication agent is running in this session. Start the polkit agent of your "

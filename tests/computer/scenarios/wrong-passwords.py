@@ -9,6 +9,6 @@ def play(computer):
     for _ in range(3):
         computer.answer_dialog("wrong horse")
         computer.rest(8)
-    computer.expect_failure("Authentication failed, or the polkit rules of this computer forbid it.")
+    computer.expect_failure("Authentication failed or was cancelled, or the polkit rules of this computer forbid it.")
     computer.expect_released(card)
     computer.expect_content(card, before)

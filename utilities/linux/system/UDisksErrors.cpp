@@ -27,14 +27,15 @@ std::string ownWords(const GError& error) {
 }
 
 /// Returns advice that the message of UDisks2 lacks: it is the same whether no user could be asked,
-/// authentication failed or the rules forbid it. A dismissed dialog is another error.
+/// authentication failed or the rules forbid it. A dismissed dialog is another error, except on Plasma.
 std::optional<std::string> adviceOnAuthorization(const GError& error) {
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_CAN_OBTAIN))
         return "Nobody could be asked, because no authentication agent is running in this session. Start the "
                "polkit agent of your desktop, such as lxpolkit, and try again.";
     if (hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED))
-        return "Authentication failed, or the polkit rules of this computer forbid it. If no dialog was "
-               "shown, start the polkit agent of your desktop, such as lxpolkit, and try again.";
+        return "Authentication failed or was cancelled, or the polkit rules of this computer forbid it. If "
+               "no dialog was shown, start the polkit agent of your desktop, such as lxpolkit, and try "
+               "again.";
     return std::nullopt;
 }
 
