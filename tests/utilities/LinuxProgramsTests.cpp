@@ -79,8 +79,7 @@ TEST_F(LinuxProgramsTests, refusalsArriveAsWhatTheyAre) {
         {"NotAuthorized", "Not authorized to perform operation",
          "The authorized raw-device open failed: Not authorized to perform operation. Authentication failed "
          "or was cancelled, or the polkit rules of this computer forbid it. If no dialog was shown, start "
-         "the "
-         "polkit agent of your desktop, such as lxpolkit, and try again."},
+         "the polkit agent of your desktop, such as lxpolkit, and try again."},
         {"NotAuthorizedCanObtain", "Not authorized to perform operation",
          "The authorized raw-device open failed: Not authorized to perform operation. Nobody could be asked, "
          "because no authentication agent is running in this session. Start the polkit agent of your "
