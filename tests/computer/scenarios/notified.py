@@ -2,6 +2,7 @@
 
 
 def play(computer):
+    computer.open_file_manager()
     computer.record_notifications()
     [card] = computer.plug_reader(slow_to=512 << 10)
     computer.write_up_to("while-writing")
