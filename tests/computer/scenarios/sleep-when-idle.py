@@ -2,9 +2,9 @@
 
 
 def play(computer):
-    computer.desktop_sleeps_after_a_minute()
     [card] = computer.plug_reader(slow_to=256 << 10)
     computer.write_up_to("while-writing")
+    computer.desktop_sleeps_after_a_minute()
     computer.rest(90)
     computer.expect_awake()
     computer.expect_written(card)
