@@ -1,4 +1,5 @@
 """The desktop turns dark and its text larger while the program runs. The window follows."""
+DESKTOPS = ("gnome", "plasma")  # Qt 6.4 takes over no colours of the themes of XFCE
 
 
 def play(computer):
