@@ -232,27 +232,31 @@ class Computer(Desk):
 
     def choose_image(self, name):
         """Chooses an image other than the sample, which is already chosen when a scenario begins."""
-        path = f"{pathlib.PurePosixPath(IMAGES, name)}"
-        self.click("push button", "Select Image")
-        time.sleep(PANEL_OPENS)
-        self.type_exactly(path, PROGRAM)
+        path = self.type_into_panel(name)
         self.machine.press("ret")
         self.find("push button", "Select Image")
         self.expect_text(f"Selected image: {path} ")
 
-    def paste_image(self, name):
-        """Types the path into the panel, copies it there, and pastes it into another panel."""
-        path = f"{pathlib.PurePosixPath(IMAGES, name)}"
+    def open_panel(self):
         self.click("push button", "Select Image")
         time.sleep(PANEL_OPENS)
+
+    def type_into_panel(self, name):
+        """Types the path of an image into the desktop's panel, and returns the path."""
+        path = f"{pathlib.PurePosixPath(IMAGES, name)}"
+        self.open_panel()
         self.type_exactly(path, PROGRAM)
+        return path
+
+    def paste_image(self, name):
+        """Types the path into the panel, copies it there, and pastes it into another panel."""
+        path = self.type_into_panel(name)
         for keys in (("ctrl", "a"), ("ctrl", "c"), ("esc",)):
             self.machine.press(*keys)
             time.sleep(2)
         if not matching(self.guest.look(), "push button", "Select Image").is_enabled():
             self.machine.press("esc")  # the first one only left the field
-        self.click("push button", "Select Image")
-        time.sleep(PANEL_OPENS)
+        self.open_panel()
         self.machine.press("ctrl", "v")
         self.expect_typed(path, PROGRAM)
         self.machine.press("ret")

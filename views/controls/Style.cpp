@@ -128,11 +128,10 @@ QPalette darkPalette() {
     QPalette palette(QColor("#2b2d30"), QColor("#26282b"));
     palette.setColor(QPalette::Base, QColor("#1c1e20"));
     palette.setColor(QPalette::AlternateBase, QColor("#242629"));
-    palette.setColor(QPalette::WindowText, QColor("#e6e7e9"));
-    palette.setColor(QPalette::Text, QColor("#e6e7e9"));
-    palette.setColor(QPalette::ButtonText, QColor("#e6e7e9"));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+        palette.setColor(role, QColor("#e6e7e9"));
     palette.setColor(QPalette::ToolTipBase, QColor("#3a3d41"));
-    palette.setColor(QPalette::ToolTipText, QColor("#e6e7e9"));
     palette.setColor(QPalette::PlaceholderText, QColor("#9a9da1"));
     palette.setColor(QPalette::Highlight, QColor("#3574d6"));
     palette.setColor(QPalette::HighlightedText, Qt::white);
