@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <stdexcept>
+#include <utility>
 
 #include "foundation/Errors.h"
 #include "foundation/Text.h"
@@ -134,13 +135,12 @@ Process::Process(const Command& command, const Outputs& outputs) : Process(comma
     if (error != 0) throw posixError(name + " could not be started", error);
 
     identifier = child;
-    mustBeReaped = true;
     exitSignal = openExitSignal(child);
     if (!exitSignal.isOpen()) throw posixError(name + " could not be watched", errno);
 }
 
 Process::~Process() {
-    if (!mustBeReaped) return;
+    if (identifier == 0) return;
     kill(identifier, SIGKILL);
     bool hasEnded = false;
     try {
@@ -157,7 +157,7 @@ Process::~Process() {
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
     // Its number may belong to another program by now.
-    if (!mustBeReaped) throw std::logic_error(name + " was waited for twice");
+    if (identifier == 0) throw std::logic_error(name + " was waited for twice");
     Streams streams(options.streams.begin(), options.streams.end());
     std::optional<TimePoint> timeoutEnd;
     if (options.timeout) timeoutEnd = Clock::now() + *options.timeout;
@@ -219,17 +219,15 @@ bool Process::readWhatIsThere(Streams& streams, std::optional<TimePoint> deadlin
 
 /// Hands the killed child over to a thread of its own, which reaps it once it ends.
 void Process::giveUp() {
-    mustBeReaped = false;
     try {
-        startThread([child = identifier] { waitForEnd(child); }).detach();
+        startThread([child = std::exchange(identifier, 0)] { waitForEnd(child); }).detach();
     } catch (const PlatformError&) {
         return;  // without a thread the child remains a zombie until this program ends
     }
 }
 
 Process::Termination Process::reap() {
-    mustBeReaped = false;
-    const int status = waitForEnd(identifier);
+    const int status = waitForEnd(std::exchange(identifier, 0));
     exitSignal.close();
     if (WIFSIGNALED(status)) return {Termination::Reason::signal, WTERMSIG(status)};
     return {Termination::Reason::exit, WEXITSTATUS(status)};

@@ -98,8 +98,7 @@ class Process {
     Termination reap();
 
     std::string name;           ///< the program in quotation marks, for error texts
-    int identifier = 0;         ///< of the child
-    bool mustBeReaped = false;  ///< from the child's start until it is reaped or given up
+    int identifier = 0;         ///< of a child that must still be reaped, or else 0
     FileDescriptor exitSignal;  ///< open until the child is reaped; readable once it has ended
 };
 
