@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 
 #include <cstdlib>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -11,8 +12,8 @@ namespace tessel {
 namespace {
 
 constexpr auto schemaName = "org.gnome.desktop.interface";
-constexpr auto colorScheme = "color-scheme";
-constexpr auto textScale = "text-scaling-factor";
+constexpr auto colorSchemeKey = "color-scheme";
+constexpr auto textScaleKey = "text-scaling-factor";
 constexpr int preferDark = 1;  // G_DESKTOP_COLOR_SCHEME_PREFER_DARK
 
 struct Unreference {
@@ -31,15 +32,15 @@ bool hasSettings() {
     if (!source) return false;
     const std::unique_ptr<GSettingsSchema, Unreference> schema{
         g_settings_schema_source_lookup(source, schemaName, TRUE)};
-    return schema && g_settings_schema_has_key(schema.get(), colorScheme) &&
-           g_settings_schema_has_key(schema.get(), textScale);
+    return schema && g_settings_schema_has_key(schema.get(), colorSchemeKey) &&
+           g_settings_schema_has_key(schema.get(), textScaleKey);
 }
 
 class GnomeLook : public TemporaryActivity {
   public:
     explicit GnomeLook(std::function<void(const DesktopLook&)> onChange) : onChange(std::move(onChange)) {
-        for (const char* change : {"changed::color-scheme", "changed::text-scaling-factor"})
-            g_signal_connect_swapped(settings.get(), change, G_CALLBACK(report), this);
+        for (const std::string key : {colorSchemeKey, textScaleKey})
+            g_signal_connect_swapped(settings.get(), ("changed::" + key).c_str(), G_CALLBACK(report), this);
         // A setting that was never read is not watched.
         report(this);
     }
@@ -48,8 +49,8 @@ class GnomeLook : public TemporaryActivity {
 
   private:
     static void report(GnomeLook* self) {
-        self->onChange({.isDark = g_settings_get_enum(self->settings.get(), colorScheme) == preferDark,
-                        .textScale = g_settings_get_double(self->settings.get(), textScale)});
+        self->onChange({.isDark = g_settings_get_enum(self->settings.get(), colorSchemeKey) == preferDark,
+                        .textScale = g_settings_get_double(self->settings.get(), textScaleKey)});
     }
 
     std::function<void(const DesktopLook&)> onChange;
