@@ -156,7 +156,7 @@ Process::~Process() {
 }
 
 Process::Ending Process::waitUntilExit(const WaitOptions& options) {
-    // Its number may belong to another program by now.
+    // kill(2) takes 0 for the process group of this program.
     if (identifier == 0) throw std::logic_error(name + " was waited for twice");
     Streams streams(options.streams.begin(), options.streams.end());
     std::optional<TimePoint> timeoutEnd;
