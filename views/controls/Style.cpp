@@ -131,6 +131,8 @@ QPalette darkPalette() {
     for (const auto role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
         palette.setColor(role, QColor("#e6e7e9"));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor("#7d8084"));
     palette.setColor(QPalette::ToolTipBase, QColor("#3a3d41"));
     palette.setColor(QPalette::PlaceholderText, QColor("#9a9da1"));
     palette.setColor(QPalette::Highlight, QColor("#3574d6"));
