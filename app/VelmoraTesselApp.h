@@ -57,7 +57,7 @@ class VelmoraTesselApp {
 void prepareApplication();
 
 /// Follows the user's preferences of dark windows and of the size of text, where Qt doesn't, while the result
-/// exists.
+/// exists. Requires: prepareApplication() was called.
 [[nodiscard]] std::unique_ptr<TemporaryActivity> followDesktopLook();
 
 }  // namespace tessel
