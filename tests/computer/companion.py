@@ -47,12 +47,16 @@ def start(command):
 
 
 def reader_of(program):
-    """Returns a screen reader for the newest process of the program; None if there is none."""
+    """Returns a screen reader for the newest process of the program; None if there is none, or if it has no window for
+    half a minute."""
     from screen_reader import ScreenReader
 
     pid = process_of(program)
     if pid and pid not in readers:
-        readers[pid] = ScreenReader(Running(pid))
+        try:
+            readers[pid] = ScreenReader(Running(pid))
+        except SystemExit:
+            return None
     return readers.get(pid)
 
 

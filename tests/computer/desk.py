@@ -2,11 +2,9 @@
 import re
 import time
 
+from waiting import Unexpected, wait_until
+
 NOTIFICATIONS = "/tmp/notifications"
-
-
-class Unexpected(Exception):
-    """Thrown when an expectation of a scenario is not met."""
 
 
 class Desk:
@@ -22,21 +20,23 @@ class Desk:
         self.turn_to_other_window(self.is_program_in_front)
 
     def turn_to_file_manager(self):
+        self.await_program_in_front()
         self.turn_to_other_window(lambda: not self.is_program_in_front())
 
     def turn_to_other_window(self, is_there):
-        end = time.monotonic() + 60
-        while not is_there():
-            if time.monotonic() > end:
-                raise Unexpected("the other window does not come to the front")
+        def turns():
             self.machine.press("alt", "tab")
             time.sleep(5)
+            return is_there()
+
+        if not is_there():
+            wait_until(turns, "the other window does not come to the front")
 
     def eject_in_file_manager(self, card, label):
         """Ejects the card as the file manager does on a click on its volume."""
         self.await_mount(label)
         self.guest.run_as_person(f"mount=/media/$USER/{label}; {self.recipe.ejects}")
-        self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -eq 0")
+        self.guest.await_success(f"test $(cat /sys/class/block/{card.device}/size) -eq 0")
 
     def expect_listed(self, card):
         """Expects the file manager to list a volume of the card."""
@@ -77,20 +77,20 @@ class Desk:
         time.sleep(2)
 
     def expect_notification(self, title):
-        self.guest.wait_until(f"grep --quiet 'string \"{title}\"' {NOTIFICATIONS}")
+        self.guest.await_success(f"grep --quiet 'string \"{title}\"' {NOTIFICATIONS}")
 
     # The session
 
     def is_program_in_front(self):
         return any(each.role == "frame" and each.is_active() for each in self.guest.look() or [])
 
+    def await_program_in_front(self):
+        wait_until(self.is_program_in_front, "the program is not in front")
+
     def lock_screen(self):
+        self.await_program_in_front()
         self.guest.run_as_person(self.recipe.locks_screen)
-        end = time.monotonic() + 60
-        while self.is_program_in_front():
-            if time.monotonic() > end:
-                raise Unexpected("the screen is not locked")
-            time.sleep(1)
+        wait_until(lambda: not self.is_program_in_front(), "the screen is not locked")
         self.picture("locked")
 
     def unlock_screen(self):
@@ -141,6 +141,7 @@ class Desk:
     def height_of(self, role, name):
         return self.find(role, name)[0].place[3]
 
-    def expect_taller_than(self, small, role, name):
-        if (tall := self.height_of(role, name)) <= small:
-            raise Unexpected(f"“{name}” was {small} pixels high and is {tall}")
+    @staticmethod
+    def expect_heights(small, tall, after_restart):
+        if not small < tall == after_restart:
+            raise Unexpected(f"the height was {small}, then {tall}, and {after_restart} in a new window")

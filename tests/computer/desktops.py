@@ -10,6 +10,11 @@ COMMON = """linux-image-amd64 initramfs-tools zstd systemd-sysv udev kmod dbus-u
     util-linux""".split()
 
 
+def call(name, path, method, *arguments, bus="session"):
+    """Returns the command that calls a method of a D-Bus service."""
+    return " ".join(("gdbus call", f"--{bus}", "--dest", name, "--object-path", path, "--method", method, *arguments))
+
+
 @dataclasses.dataclass(frozen=True)
 class Recipe:
     name: str
@@ -19,7 +24,7 @@ class Recipe:
     stops_mounting: str  # switches the desktop's own volume monitor off
     logs_out: str
     locks_screen: str
-    turns_dark: str
+    turns_dark: str  # empty where the program can't follow
     enlarges_text: str
     sleeps_after_a_minute: str
     is_kept_awake: str = "systemd-inhibit --list | grep Velmora"  # succeeds if so
@@ -41,14 +46,14 @@ XFCE = Recipe(
     "xfce",
     """xserver-xorg-core xserver-xorg-input-libinput lightdm lightdm-gtk-greeter mate-polkit xfce4-session
         xfce4-settings xfce4-notifyd light-locker xfwm4 xfdesktop4 xfce4-panel thunar thunar-volman gvfs
-        gvfs-daemons libglib2.0-bin xfce4-power-manager gnome-themes-extra""".split(),
+        gvfs-daemons libglib2.0-bin xfce4-power-manager""".split(),
     file_manager="thunar",
     agent="polkit-mate-aut",
     stops_mounting="xfconf-query -c thunar-volman -p /automount-media/enabled -s false; "
                    "xfconf-query -c thunar-volman -p /automount-drives/enabled -s false",
     logs_out="xfce4-session-logout --logout",
     locks_screen="light-locker-command --lock",
-    turns_dark="xfconf-query -c xsettings -p /Net/ThemeName -s Adwaita-dark --create -t string",
+    turns_dark="",  # Qt 6.4 takes over no colors of the themes
     enlarges_text="xfconf-query -c xsettings -p /Gtk/FontName -s 'Sans 15' --create -t string",
     sleeps_after_a_minute="xfconf-query -c xfce4-power-manager -p /xfce4-power-manager/inactivity-on-ac -s 1 "
                           "--create -t uint",
@@ -58,8 +63,11 @@ XFCE = Recipe(
 
 WAYLAND = "xwayland libgl1-mesa-dri".split()
 
-SHELL = "org.gnome.Shell"
-OVERVIEW = f"gdbus call --session --dest {SHELL} --object-path /org/gnome/Shell --method org.freedesktop.DBus.Properties"
+
+def overview(method, *value):
+    return call("org.gnome.Shell", "/org/gnome/Shell", f"org.freedesktop.DBus.Properties.{method}", "org.gnome.Shell",
+                "OverviewActive", *value)
+
 
 GNOME = Recipe(
     "gnome",
@@ -75,13 +83,15 @@ GNOME = Recipe(
     sleeps_after_a_minute="for source in ac battery; do for each in timeout=60 type=suspend; do gsettings set "
                           "org.gnome.settings-daemon.plugins.power sleep-inactive-$source-${each%=*} ${each#*=}; "
                           "done; done",
-    is_kept_awake="gdbus call --session --dest org.gnome.SessionManager --object-path /org/gnome/SessionManager "
-                  "--method org.gnome.SessionManager.IsInhibited 8 | grep true",
+    is_kept_awake=call("org.gnome.SessionManager", "/org/gnome/SessionManager",
+                       "org.gnome.SessionManager.IsInhibited", "8") + " | grep true",
     hooks=('chroot "$1" dconf update',),
     asks_without_end=True,
     # It starts in its overview, which takes the keyboard.
-    settles=f"until {OVERVIEW}.Get {SHELL} OverviewActive | grep true; do sleep 1; done; sleep 5; "
-            f"{OVERVIEW}.Set {SHELL} OverviewActive '<false>'; sleep 5")
+    settles=f"until {overview('Get')} | grep true; do sleep 1; done; sleep 5; " +
+            overview("Set", "'<false>'") + "; sleep 5")
+
+UDISKS = "org.freedesktop.UDisks2"
 
 PLASMA = Recipe(
     "plasma",
@@ -93,7 +103,7 @@ PLASMA = Recipe(
     stops_mounting="true",
     mounts_by_itself=False,
     tells_of_cancel=False,
-    logs_out="gdbus call --session --dest org.kde.Shutdown --object-path /Shutdown --method org.kde.Shutdown.logout",
+    logs_out=call("org.kde.Shutdown", "/Shutdown", "org.kde.Shutdown.logout"),
     locks_screen="loginctl lock-session",
     turns_dark="plasma-apply-colorscheme BreezeDark",
     enlarges_text="kwriteconfig6 --file kdeglobals --group General --key font 'Noto Sans,15,-1,5,50,0,0,0,0,0' && "
@@ -101,14 +111,12 @@ PLASMA = Recipe(
     sleeps_after_a_minute="for each in AutoSuspendAction=1 AutoSuspendIdleTimeoutSec=60; do kwriteconfig6 --file "
                           "powerdevilrc --group AC --group SuspendAndShutdown --key ${each%=*} ${each#*=}; done; "
                           "systemctl --user restart plasma-powerdevil.service",
-    is_kept_awake="gdbus call --session --dest org.freedesktop.PowerManagement --object-path "
-                  "/org/freedesktop/PowerManagement/Inhibit --method org.freedesktop.PowerManagement.Inhibit.HasInhibit "
-                  "| grep true",
+    is_kept_awake=call("org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
+                       "org.freedesktop.PowerManagement.Inhibit.HasInhibit") + " | grep true",
     lists_volumes="solid-hardware6 query 'IS StorageVolume' || true",
-    ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && '
-           'gdbus call --system --dest org.freedesktop.UDisks2 --object-path "$(gdbus call --system --dest '
-           'org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2/block_devices/${device##*/} --method '
-           'org.freedesktop.DBus.Properties.Get org.freedesktop.UDisks2.Block Drive | cut -d "\'" -f 2)" '
-           '--method org.freedesktop.UDisks2.Drive.Eject "{}"')
+    ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && drive=$(' +
+           call(UDISKS, "/org/freedesktop/UDisks2/block_devices/${device##*/}", "org.freedesktop.DBus.Properties.Get",
+                "org.freedesktop.UDisks2.Block", "Drive", bus="system") + """ | cut -d "'" -f 2) && """ +
+           call(UDISKS, '"$drive"', "org.freedesktop.UDisks2.Drive.Eject", '"{}"', bus="system"))
 
 RECIPES = {recipe.name: recipe for recipe in (XFCE, GNOME, PLASMA)}

@@ -1,9 +1,9 @@
 """Gives commands to the computer from outside, through two ports of its machine."""
 import re
 import shlex
-import time
 
 from machine import Line
+from waiting import wait_until
 
 PROGRAM = "velmora-tessel"
 
@@ -106,13 +106,9 @@ class Guest:
             done; true"""
         return [line for line in self.run(script).splitlines() if line]
 
-    def wait_until(self, command, timeout=30):
-        """Waits until a command succeeds."""
-        end = time.monotonic() + timeout
-        while self.attempt(command)[0]:
-            if time.monotonic() > end:
-                raise GuestError(f"“{command}” does not succeed")
-            time.sleep(0.3)
+    def await_success(self, command, timeout=30):
+        """Waits until a command of the administrator succeeds."""
+        wait_until(lambda: self.attempt(command)[0] == 0, f"“{command}” does not succeed", timeout)
 
 
 def matching(shown, role, name):

@@ -7,7 +7,7 @@ import socket
 import subprocess
 import time
 
-WIDTH, HEIGHT = 1400, 1050
+SCREEN = "1400x1050"  # in pixels
 SLOT = "0000:00:10.0"  # the PCI address of the native slot's controller in the guest
 
 KEYS = {" ": "spc", "/": "slash", ".": "dot", "-": "minus", "\n": "ret", ",": "comma"}
@@ -57,21 +57,23 @@ class Line:
 class Machine:
     """Runs from construction until `stop`. Its disk is a layer above the given one."""
 
-    def __init__(self, desktop, accelerator, folder, disk, archive, state=None):
+    def __init__(self, desktop, accelerator, screen, folder, disk, archive, state=None):
         self.folder, self.recipe = pathlib.Path(folder), desktop.recipe
+        self.width, self.height = screen
         for old in self.folder.glob("*.socket"):
             old.unlink()
         arguments = [
             "qemu-system-x86_64", "-nodefaults", "-no-user-config", "-display", "none",
             # Desktops let no computer sleep by itself that they take for an emulated one.
             "-smbios", "type=1,manufacturer=Tessel,product=Computer,version=1",
-            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem,hypervisor=off", "-m", str(desktop.recipe.memory), "-smp", "2",
+            "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem,hypervisor=off",
+            "-m", str(desktop.recipe.memory), "-smp", "2",
             "-kernel", str(desktop.kernel), "-initrd", str(desktop.initrd),
             "-append", "root=/dev/vda rw console=ttyS0 quiet",
             "-chardev", f"file,id=console,path={self.folder}/console", "-serial", "chardev:console",
             "-drive", f"if=virtio,file={disk},format=qcow2,cache=unsafe",
             "-drive", f"if=virtio,file={archive},format=raw,read-only=on",
-            "-device", f"VGA,xres={WIDTH},yres={HEIGHT},edid=on,vgamem_mb={desktop.recipe.video_memory}",
+            "-device", f"VGA,xres={self.width},yres={self.height},edid=on,vgamem_mb={desktop.recipe.video_memory}",
             "-device", "qemu-xhci,id=xhci", "-device", "usb-tablet", "-device", "usb-kbd",
             "-device", "sdhci-pci,id=sdhci,addr=0x10",
             "-drive", "if=none,id=card", "-device", "sd-card,id=slot,drive=card",
@@ -218,7 +220,7 @@ class Machine:
 
     def point(self, x, y):
         self.events(*[{"type": "abs", "data": {"axis": axis, "value": round(at * 32767 / (size - 1))}}
-                      for axis, at, size in (("x", x, WIDTH), ("y", y, HEIGHT))])
+                      for axis, at, size in (("x", x, self.width), ("y", y, self.height))])
 
     def click(self, x, y):
         self.point(x, y)

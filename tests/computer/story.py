@@ -5,13 +5,13 @@ import re
 import subprocess
 import time
 
-from desk import Desk, Unexpected
+from desk import Desk
 from desktops import PERSON
 from guest import PROGRAM, matching
 from image import PASSWORD, run
 from machine import SLOT
+from waiting import PATIENCE, Unexpected, wait_until
 
-PATIENCE = 60  # in seconds
 HEADER, MARGIN = 80, 12  # the parts of the window's height that its cards never take, in pixels
 PANEL_OPENS = 6  # in seconds, on a slow computer
 IMAGES = f"/home/{PERSON}"
@@ -100,13 +100,13 @@ class Computer(Desk):
         for node, path in zip(nodes, paths):
             self.machine.add_medium(node, path, **faults)
         self.machine.plug_reader(reader, nodes, vendor, product, serial)
-        end = time.monotonic() + PATIENCE
-        while len(new := sorted(self.block_devices() - before)) < len(paths):
-            if time.monotonic() > end:
-                raise Unexpected("the reader did not appear")
-            time.sleep(0.3)
+
+        def all_new():
+            new = sorted(self.block_devices() - before)
+            return len(new) >= len(paths) and new
+
         cards = [Card(path, f"{reader}-{index}", device, reader)
-                 for index, (path, device) in enumerate(zip(paths, new))]
+                 for index, (path, device) in enumerate(zip(paths, wait_until(all_new, "the reader did not appear")))]
         self.await_devices(cards)
         return cards
 
@@ -125,7 +125,7 @@ class Computer(Desk):
     def await_devices(self, cards):
         """Waits until the disk service lists the cards and the desktop has had time to mount them."""
         for card in cards:
-            self.guest.wait_until(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
+            self.guest.await_success(f"test $(cat /sys/class/block/{card.device}/size) -gt 0", PATIENCE)
         self.guest.run("udevadm settle --timeout 60", 90)
         time.sleep(3)
 
@@ -152,29 +152,26 @@ class Computer(Desk):
 
     def find(self, role, name, program=PROGRAM, timeout=PATIENCE):
         """Waits until the object is shown and can be used. Returns it and its window."""
-        end = time.monotonic() + timeout
-        while True:
+        def found():
             shown = self.guest.look(program)
-            found = matching(shown, role, name)
-            if found and found.is_enabled():
-                return found, matching(shown, "frame", "")
-            if time.monotonic() > end:
-                raise Unexpected(f"there is no {role} “{name}” that can be used")
-            time.sleep(0.3)
+            item = matching(shown, role, name)
+            return item and item.is_enabled() and (item, matching(shown, "frame", ""))
+
+        return wait_until(found, f"there is no {role} “{name}” that can be used", timeout)
 
     def click(self, role, name):
         """Clicks with the mouse, once the object is in sight and does not move any more; where no positions are told,
         does what a click would do."""
         if not self.recipe.tells_positions:
             return self.guest.act_on(self.find(role, name)[0])
-        end = time.monotonic() + PATIENCE
-        while True:
+
+        def at_rest():
             found, window = self.find(role, name)
             is_in_sight = not self.scroll_to(found, window)
-            if is_in_sight and self.guest.place_of(found) == found.place:
-                return self.machine.click(*found.center())
-            if time.monotonic() > end:
-                raise Unexpected(f"the {role} “{name}” does not come to rest")
+            return is_in_sight and self.guest.place_of(found) == found.place and found
+
+        found = wait_until(at_rest, f"the {role} “{name}” does not come to rest", pause=0)
+        self.machine.click(*found.center())
 
     def scroll_to(self, item, window):
         """Turns the wheel by a notch if the item of the window's left pane is not in sight, and returns whether it did."""
@@ -193,25 +190,30 @@ class Computer(Desk):
         return "\n".join(text for each in self.guest.look() or [] for text in (each.name, each.text) if text)
 
     def expect_text(self, *texts, timeout=PATIENCE, never=None):
-        """Waits until one of the texts is shown. Fails if the text `never` is shown meanwhile."""
-        end = time.monotonic() + timeout
-        while True:
-            shown = self.text_on_screen()
+        """Waits until one of the texts is shown, and returns everything that is shown then. Fails if the text `never`
+        is shown meanwhile."""
+        def is_one_in(shown):
             if never and never in shown:
                 raise Unexpected(f"“{never}” is shown")
-            if any(text in shown for text in texts):
-                return
-            if time.monotonic() > end:
-                raise Unexpected(f"“{texts[0]}” is not shown; the log ends with “{self.last_words(shown)}”")
-            time.sleep(0.3)
+            return any(text in shown for text in texts)
+
+        return self.expect_shown(is_one_in, texts[0], timeout)
 
     def expect_match(self, pattern, timeout=PATIENCE):
         """Waits until a text is shown that matches a regular expression."""
-        end = time.monotonic() + timeout
-        while not re.search(pattern, shown := self.text_on_screen()):
-            if time.monotonic() > end:
-                raise Unexpected(f"“{pattern}” is not shown; the log ends with “{self.last_words(shown)}”")
-            time.sleep(0.3)
+        self.expect_shown(lambda shown: re.search(pattern, shown), pattern, timeout)
+
+    def expect_shown(self, is_right, wanted, timeout):
+        """Waits until everything that is shown is right, and returns it."""
+        shown = ""
+
+        def is_shown():
+            nonlocal shown
+            shown = self.text_on_screen()
+            return is_right(shown)
+
+        wait_until(is_shown, lambda: f"“{wanted}” is not shown; the log ends with “{self.last_words(shown)}”", timeout)
+        return shown
 
     def expect_never_shown(self, *texts):
         shown = self.text_on_screen()
@@ -275,11 +277,13 @@ class Computer(Desk):
         self.expect_typed(shown or text, program)
 
     def expect_typed(self, text, program):
-        end = time.monotonic() + PATIENCE / 6
-        while text not in (typed := self.guest.typed_into(program)):
-            if time.monotonic() > end:
-                raise Unexpected(f"{program} shows {typed}, not {text}")
-            time.sleep(0.5)
+        typed = []
+
+        def is_typed():
+            typed[:] = self.guest.typed_into(program)
+            return text in typed
+
+        wait_until(is_typed, lambda: f"{program} shows {typed}, not {text}", PATIENCE / 6)
 
     def image_on_suspendable_disk(self, size):
         """Puts an image onto a USB stick, on a layer that can be told not to answer any more, and chooses it."""
@@ -327,10 +331,8 @@ class Computer(Desk):
 
     def switch_verification_off(self):
         self.click("check box", "Verify the written image")
-        end = time.monotonic() + PATIENCE
-        while self.find("check box", "Verify the written image")[0].is_checked():
-            if time.monotonic() > end:
-                raise Unexpected("verification stays on")
+        wait_until(lambda: not self.find("check box", "Verify the written image")[0].is_checked(),
+                   "verification stays on")
 
     def confirm_write(self):
         self.click("push button", "Write Disk Image")
@@ -361,13 +363,10 @@ class Computer(Desk):
     def answer_dialog_if_asked(self, writes):
         """Answers the dialog unless the next write begins without it: the desktop may remember for a while that the
         password was right."""
-        end = time.monotonic() + PATIENCE
-        while self.writes_begun() <= writes:
-            if self.is_password_asked():
-                return self.answer_dialog()
-            if time.monotonic() > end:
-                raise Unexpected("neither is the password asked for nor does the write begin")
-            time.sleep(0.3)
+        wait_until(lambda: self.writes_begun() > writes or self.is_password_asked(),
+                   "neither is the password asked for nor does the write begin")
+        if self.writes_begun() <= writes:
+            self.answer_dialog()
 
     def is_password_asked(self):
         return matching(self.guest.look(self.recipe.agent), self.recipe.password_field, "") is not None
@@ -515,7 +514,7 @@ class Computer(Desk):
 
     def expect_partitions(self, card, count, timeout=180):
         """Waits until the computer lists the partitions of the written image, so that it may mount them."""
-        self.guest.wait_until(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
+        self.guest.await_success(f"test $(ls -d /sys/block/{card.device}/{card.device}* | wc -l) -eq {count}", timeout)
 
     def expect_disabled(self, role, name):
         found = matching(self.guest.look(), role, name)
@@ -528,7 +527,7 @@ class Computer(Desk):
 
     def expect_program_ended(self, timeout=120):
         # An ended process remains a zombie if its parent does not wait for it.
-        self.guest.wait_until("! ps -C velmora-tessel -o stat= | grep -v Z", timeout)
+        self.guest.await_success("! ps -C velmora-tessel -o stat= | grep -v Z", timeout)
 
     def expect_released(self, card):
         """Expects that nothing on the computer uses the card any more."""
@@ -545,14 +544,7 @@ class Computer(Desk):
 
     def expect_safe_only_when_released(self, card, refusal=NOT_EJECTED, seconds=25):
         """Expects that the write ends with the card released for good, or with the refusal to call it safe."""
-        end = time.monotonic() + 300
-        while True:
-            shown = self.text_on_screen()
-            if "SD Card Is Safe to Remove" in shown or "Image write failed" in shown:
-                break
-            if time.monotonic() > end:
-                raise Unexpected("the write does not end")
-        if "Image write failed" in shown:
+        if "Image write failed" in self.expect_text("SD Card Is Safe to Remove", "Image write failed", timeout=300):
             return self.expect_text(refusal)
         end = time.monotonic() + seconds
         while time.monotonic() < end:
@@ -614,17 +606,18 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         self.guest.run("systemctl kill --signal CONT udisks2.service")
 
     def await_process(self, name):
-        self.guest.wait_until(f"pgrep --exact {name}", 120)
+        self.guest.await_success(f"pgrep --exact {name}", 120)
 
     def await_mount(self, label):
         """Waits until the desktop has mounted the volume. Where it leaves that to the user, the user does it."""
         if not self.recipe.mounts_by_itself:
-            self.guest.run_as_person(f"udisksctl mount --block-device /dev/disk/by-label/{label}")
-        self.guest.wait_until(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
+            self.guest.run_as_person(f"mountpoint -q {MOUNTED}/{label} || "
+                                     f"udisksctl mount --block-device /dev/disk/by-label/{label}")
+        self.guest.await_success(f"mountpoint -q {MOUNTED}/{label}", PATIENCE)
 
     def await_unmounting(self, stick, timeout=PATIENCE):
         """Waits until the stick is mounted nowhere any more, while the kernel still writes its file system."""
-        self.guest.wait_until(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
+        self.guest.await_success(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
                               timeout)
 
     def number_of(self, card):

@@ -1,11 +1,18 @@
-"""The desktop turns dark and its text larger while the program runs. The window follows."""
-DESKTOPS = ("gnome", "plasma")  # Qt 6.4 takes over no colours of the themes of XFCE
+"""The desktop turns dark and its text larger while the program runs. The window follows, and looks the same when it is
+opened again."""
 
 
 def play(computer):
-    light, small = computer.brightness(), computer.height_of("push button", "Refresh Disks")
-    computer.turn_dark()
-    computer.expect_darker_than(light)
+    if computer.recipe.turns_dark:
+        light = computer.brightness()
+        computer.turn_dark()
+        computer.expect_darker_than(light)
+    small = computer.height_of("push button", "Refresh Disks")
     computer.enlarge_text()
-    computer.expect_taller_than(small, "push button", "Refresh Disks")
+    tall = computer.height_of("push button", "Refresh Disks")
     computer.picture("enlarged")
+    computer.close_window()
+    computer.expect_program_ended()
+    computer.start_program()
+    computer.picture("opened-again")
+    computer.expect_heights(small, tall, computer.height_of("push button", "Refresh Disks"))
