@@ -1,5 +1,8 @@
 // Notifications and requests to stay awake, as services on a bus receive them.
 
+#include <sys/socket.h>
+#include <sys/un.h>
+
 #include <QStandardPaths>
 #include <QWindow>
 
@@ -99,6 +102,20 @@ TEST_F(DesktopServicesTests, theComputerIsKeptAwakeForTheWriteAndNoLonger) {
     holds.writing.release();
     untilIdle();
     until([&] { return !services.isLockHeld(); });
+    EXPECT_TRUE(alertTitled("SD Card Is Safe to Remove"));
+}
+
+TEST_F(DesktopServicesTests, aBusThatDoesNotAnswerHoldsUpNoWrite) {
+    const auto path = folder.path() / "bus";
+    const FileDescriptor bus(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(bus.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(bus.get(), 1), 0);
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + QByteArray::fromStdString(path.string()));
+    openReady();
+    startWrite();
+    untilIdle();
     EXPECT_TRUE(alertTitled("SD Card Is Safe to Remove"));
 }
 

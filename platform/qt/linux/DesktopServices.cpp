@@ -1,16 +1,22 @@
 #include "platform/qt/DesktopServices.h"
 
+#include <gio/gio.h>
+#include <gio/gunixfdlist.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QDBusUnixFileDescriptor>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
+
+#include "foundation/Errors.h"
+#include "platform/FileDescriptor.h"
+#include "platform/concurrency/Background.h"
 
 namespace tessel {
 
@@ -25,22 +31,12 @@ constexpr auto programName = "Velmora Tessel";
 /// requests.
 constexpr uint idleFlag = 8;
 
-/// A service that may decide when the computer falls asleep.
+/// A service of the session that may decide when the computer falls asleep.
 struct Service {
-    QDBusConnection bus;
     QDBusMessage request;
     QString answer;  ///< the D-Bus signature of the answer
-    /// The call that gives back what was granted; empty for a descriptor, which only has to be closed.
     std::function<QDBusMessage(const QVariant& granted)> giveBack;
 };
-
-Service loginService(const QString& reason) {
-    auto request = methodCall("org.freedesktop.login1", "/org/freedesktop/login1",
-                              "org.freedesktop.login1.Manager", "Inhibit");
-    request.setAutoStartService(false);
-    request << "idle" << programName << reason << "block";
-    return {QDBusConnection::systemBus(), request, "h", nullptr};
-}
 
 /// Returns the only service that may be started for this: a desktop that has a portal starts it with its
 /// first call.
@@ -53,7 +49,7 @@ Service portal(const QString& reason) {
         const auto object = granted.value<QDBusObjectPath>().path();
         return methodCall(service, object, "org.freedesktop.portal.Request", "Close");
     };
-    return {QDBusConnection::sessionBus(), request, "o", close};
+    return {request, "o", close};
 }
 
 /// Returns a service of the session that answers a request with a number, which gives the grant back.
@@ -62,7 +58,7 @@ Service numberingService(QDBusMessage request, const QString& giveBack) {
     const auto call = [request, giveBack](const QVariant& granted) {
         return methodCall(request.service(), request.path(), request.interface(), giveBack) << granted;
     };
-    return {QDBusConnection::sessionBus(), request, "u", call};
+    return {request, "u", call};
 }
 
 Service sessionManager(const QString& reason) {
@@ -87,15 +83,64 @@ class Grant {
     Grant(const Grant&) = delete;
     Grant& operator=(const Grant&) = delete;
     ~Grant() {
-        if (!service.giveBack) return;
         auto call = service.giveBack(granted);
         call.setAutoStartService(false);
-        service.bus.send(call);
+        QDBusConnection::sessionBus().send(call);
     }
 
   private:
     Service service;
     QVariant granted;
+};
+
+struct Unreference {
+    void operator()(gpointer object) const { g_object_unref(object); }
+    void operator()(GVariant* value) const { g_variant_unref(value); }
+    void operator()(gchar* text) const { g_free(text); }
+};
+template <typename T>
+using Referenced = std::unique_ptr<T, Unreference>;
+
+/// Returns the login service's lock against sleep, which ends when it is closed. It is not open where there
+/// is no such service. Blocks until the system bus answers.
+FileDescriptor requestLoginLock(const std::string& reason) {
+    const Referenced<gchar> address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr)};
+    if (!address) return {};
+    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    const Referenced<GDBusConnection> bus{
+        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, nullptr)};
+    if (!bus) return {};
+    GUnixFDList* received = nullptr;
+    const Referenced<GVariant> answer{g_dbus_connection_call_with_unix_fd_list_sync(
+        bus.get(), "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+        "Inhibit", g_variant_new("(ssss)", "idle", programName, reason.c_str(), "block"),
+        G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, nullptr, &received, nullptr,
+        nullptr)};
+    if (!answer) return {};
+    const Referenced<GUnixFDList> descriptors{received};
+    gint32 index = 0;
+    g_variant_get(answer.get(), "(h)", &index);
+    return FileDescriptor(g_unix_fd_list_get(descriptors.get(), index, nullptr));
+}
+
+/// The login service's lock, requested on a thread of its own: Qt would connect to the system bus on the
+/// thread that serves every bus, so that one that doesn't answer would hold up the window.
+class LoginLock {
+  public:
+    explicit LoginLock(const std::string& reason) {
+        try {
+            startThread([reason, kept = std::weak_ptr(lock)] {
+                auto granted = requestLoginLock(reason);
+                if (const auto stillWanted = kept.lock()) *stillWanted = std::move(granted);
+            }).detach();
+        } catch (const PlatformError&) {
+            return;  // the computer may then fall asleep
+        }
+    }
+
+  private:
+    std::shared_ptr<FileDescriptor> lock = std::make_shared<FileDescriptor>();
 };
 
 /// Asks every service that may decide, since each desktop has its own: GNOME, MATE and Cinnamon heed only
@@ -106,9 +151,9 @@ class Grant {
 /// A grant that arrives after this object is destroyed is given back at once.
 class SleepBlock : public TemporaryActivity {
   public:
-    explicit SleepBlock(const QString& reason) {
-        for (const auto& service :
-             {loginService(reason), portal(reason), sessionManager(reason), powerManager(reason)})
+    explicit SleepBlock(const std::string& reason) : loginLock(reason) {
+        const auto text = QString::fromStdString(reason);
+        for (const auto& service : {portal(text), sessionManager(text), powerManager(text)})
             ask(service);
     }
 
@@ -119,8 +164,9 @@ class SleepBlock : public TemporaryActivity {
         // The call outlives this object, however late its answer comes, because a late grant must be given
         // back.
         constexpr int withoutLimit = std::numeric_limits<int>::max();
-        auto* request = new QDBusPendingCallWatcher(service.bus.asyncCall(service.request, withoutLimit),
-                                                    QCoreApplication::instance());
+        auto* request = new QDBusPendingCallWatcher(
+            QDBusConnection::sessionBus().asyncCall(service.request, withoutLimit),
+            QCoreApplication::instance());
         const auto take = [request, service, kept = std::weak_ptr(grants)] {
             request->deleteLater();
             const QDBusMessage answer = request->reply();
@@ -131,6 +177,7 @@ class SleepBlock : public TemporaryActivity {
         QObject::connect(request, &QDBusPendingCallWatcher::finished, request, take);
     }
 
+    LoginLock loginLock;
     std::shared_ptr<Grants> grants = std::make_shared<Grants>();
 };
 
@@ -158,7 +205,7 @@ void showDockProgress(std::optional<double> progress) {
 }
 
 std::unique_ptr<TemporaryActivity> blockSleep(const std::string& reason) {
-    return std::make_unique<SleepBlock>(QString::fromStdString(reason));
+    return std::make_unique<SleepBlock>(reason);
 }
 
 }  // namespace tessel
