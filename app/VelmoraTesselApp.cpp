@@ -7,7 +7,7 @@
 
 #include "platform/qt/DesktopLook.h"
 #include "platform/qt/QtMainThread.h"
-#include "platform/qt/TerminationSignal.h"
+#include "platform/qt/TerminationRequests.h"
 #include "views/alerts/AlertDialog.h"
 #include "views/controls/Style.h"
 #include "views/controls/Symbol.h"
@@ -63,8 +63,8 @@ VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
         diskWatch = disks.watch([this](const DiskChange& change) { model->noteDiskChange(change); });
 }
 
-int VelmoraTesselApp::run(TerminationSignal& terminationSignal) {
-    terminationSignal.handle([this] { contentView.closeWhenWriteEnds(); });
+int VelmoraTesselApp::run() {
+    terminationWatch = watchTerminationRequests([this] { contentView.closeWhenWriteEnds(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, &contentView, [this](QSessionManager&) {
         contentView.closeWhenWriteEnds();
         handleEventsUntil([this] { return !model->write().exists(); });

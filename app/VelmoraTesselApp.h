@@ -10,8 +10,6 @@
 
 namespace tessel {
 
-class TerminationSignal;
-
 /// Runs the program: one window on one view model, which works on the given disks. Needs a QApplication.
 class VelmoraTesselApp {
   public:
@@ -36,7 +34,7 @@ class VelmoraTesselApp {
     /// Shows the window, and returns the exit status once it is closed and nothing is running any more. A
     /// request to terminate, or the end of the desktop session, closes the window as soon as the card is
     /// closed and ejected.
-    int run(TerminationSignal& terminationSignal);
+    int run();
 
   private:
     std::shared_ptr<MainThread> thread;
@@ -44,6 +42,7 @@ class VelmoraTesselApp {
     std::shared_ptr<TesselViewModel> model;
     ContentView contentView;
     std::unique_ptr<TemporaryActivity> diskWatch;
+    std::unique_ptr<TemporaryActivity> terminationWatch;
 };
 
 /// Returns whether the environment names a display, which may not answer.

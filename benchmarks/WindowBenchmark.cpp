@@ -16,7 +16,6 @@
 #include "benchmarks/Table.h"
 #include "platform/Process.h"
 #include "platform/concurrency/Background.h"
-#include "platform/qt/TerminationSignal.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/Stage.h"
 #include "rehearsal/StandardMachine.h"
@@ -39,10 +38,10 @@ class EndAtFirstPaint : public QObject {
     }
 };
 
-int showUntilFirstPaint(const SystemUtilities& utilities, TerminationSignal& terminationSignal) {
+int showUntilFirstPaint(const SystemUtilities& utilities) {
     VelmoraTesselApp application({.utilities = utilities, .makeDevice = makeRehearsalDevice});
     const EndAtFirstPaint end(application.window());
-    application.run(terminationSignal);
+    application.run();
     return EXIT_FAILURE;
 }
 
@@ -115,7 +114,7 @@ struct Play {
     }
 };
 
-void measureTurns(TerminationSignal& terminationSignal) {
+void measureTurns() {
     Stage stage;
     for (const char* disk : {"disk0", "disk2", "disk4", "disk5", "disk6", "disk7"})
         stage.reader().setBehaviour(disk, {.delays = {{"info", 0.2}}});
@@ -127,7 +126,7 @@ void measureTurns(TerminationSignal& terminationSignal) {
     const LongestTurn scanning([&] { return play.isScanning; });
     const LongestTurn writing([&] { return application.viewModel().write().exists(); });
     startTask(application.mainThread(), play.run());
-    application.run(terminationSignal);
+    application.run();
     if (play.error) std::rethrow_exception(play.error);
     printRow({"longest turn while slow disks are scanned / 50 ms", scanning.milliseconds(), 50, "ms", 1.0});
     printRow({"longest turn of a write at full speed / 50 ms", writing.milliseconds(), 50, "ms", 1.0});
@@ -139,14 +138,12 @@ void measureTurns(TerminationSignal& terminationSignal) {
 
 int main(int argc, char* argv[]) {
     using namespace tessel::benchmark;
-    tessel::TerminationSignal terminationSignal;
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication qtApplication(argc, argv);
     tessel::prepareApplication();
     if (argc == 4 && std::string(argv[1]) == "--first-paint")
-        return showUntilFirstPaint({.diskUtility = argv[2], .authorizationUtility = argv[3]},
-                                   terminationSignal);
+        return showUntilFirstPaint({.diskUtility = argv[2], .authorizationUtility = argv[3]});
     printHeader("The window");
     measureFirstPaint(std::filesystem::read_symlink("/proc/self/exe"));
-    measureTurns(terminationSignal);
+    measureTurns();
 }

@@ -6,12 +6,10 @@
 #include "app/VelmoraTesselApp.h"
 #include "platform/BlockDevice.h"
 #include "platform/qt/DiskChanges.h"
-#include "platform/qt/TerminationSignal.h"
 
 int main(int argc, char* argv[]) {
     const auto answer = tessel::answerCommandLine(std::span(argv + 1, argv + argc));
     if (answer.exitStatus) return *answer.exitStatus;
-    tessel::TerminationSignal terminationSignal;
     const auto qtApplication = tessel::connectToDisplay(argc, argv);
     if (answer.wantsManual) {
         const auto failure = tessel::openManual();
@@ -23,5 +21,5 @@ int main(int argc, char* argv[]) {
     tessel::VelmoraTesselApp application({.utilities = tessel::installedUtilities(),
                                           .makeDevice = tessel::makeBlockDevice,
                                           .watch = tessel::watchDisks});
-    return application.run(terminationSignal);
+    return application.run();
 }

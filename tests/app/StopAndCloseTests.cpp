@@ -3,7 +3,6 @@
 #include <QTimer>
 
 #include "app/StatusTexts.h"
-#include "platform/qt/TerminationSignal.h"
 #include "tests/app/WindowTest.h"
 #include "views/controls/StatusBadge.h"
 
@@ -181,12 +180,11 @@ TEST_F(StopAndCloseTests, aSignalEndsTheProgramWhateverIsOpen) {
     for (const auto& [what, openIt] : openings) {
         SCOPED_TRACE(what);
         openReady();
-        TerminationSignal terminationSignal;
         QTimer::singleShot(0, qApp, [&openIt] {
             openIt();
             raise(SIGTERM);
         });
-        EXPECT_EQ(application->run(terminationSignal), 0);
+        EXPECT_EQ(application->run(), 0);
         EXPECT_FALSE(window().isVisible());
         EXPECT_FALSE(viewModel().isBusy());
         EXPECT_FALSE(QApplication::activeModalWidget());

@@ -9,7 +9,6 @@
 
 #include "model/TesselError.h"
 #include "platform/qt/QtMainThread.h"
-#include "platform/qt/TerminationSignal.h"
 #include "rehearsal/FileDevice.h"
 #include "rehearsal/FileDigest.h"
 #include "rehearsal/PacedDevice.h"
@@ -70,7 +69,7 @@ std::filesystem::path imageToTry(const Stage& stage, std::span<char* const> argu
     return std::filesystem::canonical(image);
 }
 
-int rehearse(TerminationSignal& terminationSignal, std::span<char* const> arguments) {
+int rehearse(std::span<char* const> arguments) {
     Stage stage;
     const auto image = imageToTry(stage, arguments);
     const auto readerFolder = stage.reader().path();
@@ -84,12 +83,12 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
         std::printf("A card is out of the reader while its folder holds a file \"ejected\": %s\n",
                     (readerFolder / usbReaderCard).c_str());
         std::fflush(stdout);
-        return application.run(terminationSignal);
+        return application.run();
     }
     application.window().fitInto({Pictures::largeScreen});
     std::optional<int> status;
     auto performance = startTask(application.mainThread(), play(application, stage, image, status));
-    application.run(terminationSignal);
+    application.run();
     performance.cancel();
     handleEventsUntil([&status] { return status.has_value(); });
     return status.value_or(EXIT_FAILURE);
@@ -100,7 +99,6 @@ int rehearse(TerminationSignal& terminationSignal, std::span<char* const> argume
 }  // namespace tessel
 
 int main(int argc, char* argv[]) {
-    tessel::TerminationSignal terminationSignal;
     if (!tessel::isDisplayNamed()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_LOGGING_RULES", "default.warning=false");  // these concern real screens only
@@ -109,7 +107,7 @@ int main(int argc, char* argv[]) {
     tessel::prepareApplication();
     const auto look = tessel::isDisplayNamed() ? tessel::followDesktopLook() : nullptr;
     try {
-        return tessel::rehearse(terminationSignal, std::span(argv + 1, argv + argc));
+        return tessel::rehearse(std::span(argv + 1, argv + argc));
     } catch (const std::exception&) {
         std::fprintf(stderr, "Error: %s\n", tessel::localizedDescription(std::current_exception()).c_str());
         return EXIT_FAILURE;
