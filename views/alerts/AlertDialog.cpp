@@ -8,6 +8,7 @@
 
 #include "views/accessibility/Accessibility.h"
 #include "views/controls/Painting.h"
+#include "views/controls/ScrollPane.h"
 #include "views/controls/Symbol.h"
 #include "views/controls/TextLabel.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int symbolSize = 40;
 constexpr int textWidth = 420;
+constexpr int margin = 20;
 
 }  // namespace
 
@@ -30,19 +32,25 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     symbol->setAccessibleName(fields.symbolDescription);
     auto* message = wrappedLabel(fields.message, {.font = FontRole::headline, .weight = QFont::Bold});
     auto* text = wrappedLabel(fields.informativeText, {.font = FontRole::body});
-    text->setFocusPolicy(Qt::ClickFocus);  // a click beside the buttons takes the focus from a dangerous one
-    followApplicationFont(*text, [text] {
-        text->setFixedWidth(
-            std::min(scaledWithFont(textWidth), text->screen()->availableSize().width() * 2 / 3));
+    auto* pane = new ScrollPane(text);
+    followApplicationFont(*text, [text, pane] {
+        const QSize room = text->screen()->availableSize();
+        const int width = std::min(scaledWithFont(textWidth), room.width() * 2 / 3);
+        const int height = text->heightForWidth(width);
+        const int shownHeight = std::min(height, room.height() / 2);
+        text->setFixedSize(width, height);
+        pane->setFixedSize(width + ScrollBar::thickness, shownHeight);
+        // A click beside the buttons takes the focus from a dangerous one.
+        text->setFocusPolicy(shownHeight < height ? Qt::StrongFocus : Qt::ClickFocus);
     });
 
     auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(20, 20, 20, spacing::page);
+    grid->setContentsMargins(margin, margin, margin, spacing::page);
     grid->setHorizontalSpacing(spacing::page);
     grid->setVerticalSpacing(spacing::small);
     grid->addWidget(symbol, 0, 0, 2, 1, Qt::AlignTop);
     grid->addWidget(message, 0, 1);
-    grid->addWidget(text, 1, 1);
+    grid->addWidget(pane, 1, 1);
     grid->setRowMinimumHeight(2, spacing::small);
     grid->addWidget(makeButtons(fields.actions), 3, 0, 1, 2);
     grid->setSizeConstraint(QLayout::SetFixedSize);
