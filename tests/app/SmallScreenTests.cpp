@@ -1,4 +1,5 @@
 #include <QSplitterHandle>
+#include <QWindow>
 #include <array>
 
 #include "app/WindowLayout.h"
@@ -73,6 +74,19 @@ TEST_F(SmallScreenTests, nothingIsCutOffHoweverSmallWindowAndPanesAre) {
         }
         EXPECT_EQ(the<QSplitter>().orientation(), panes);
     }
+}
+
+TEST_F(SmallScreenTests, aWindowBehindAnotherScrollsNowhereWhenItsControlsAreDisabled) {
+    open();
+    window().fitInto({tinyScreen});
+    button("Select Image").setFocus();
+    QWindow otherProgram;
+    otherProgram.show();
+    otherProgram.requestActivate();
+    until([&] { return QGuiApplication::focusWindow() == &otherProgram; });
+    viewModel().refreshDisks();
+    untilIdle();
+    EXPECT_FALSE(button("Select Image").visibleRegion().isEmpty());
 }
 
 TEST_F(SmallScreenTests, everythingGrowsWithTheFontWhileTheProgramRuns) {

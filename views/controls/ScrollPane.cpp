@@ -65,6 +65,11 @@ ScrollPane::ScrollPane(QWidget* content) {
     content->setAutoFillBackground(false);
 }
 
+/// Leaves out that Qt also scrolls to where the focus goes when the control that had it is disabled.
+bool ScrollPane::focusNextPrevChild(bool next) {
+    return QWidget::focusNextPrevChild(next);
+}
+
 void ScrollPane::reveal(const QWidget& part, int margin) {
     const QRect bounds(part.mapTo(widget(), QPoint()), part.size());
     ensureVisible(bounds.center().x(), bounds.center().y(), bounds.width() / 2 + margin,

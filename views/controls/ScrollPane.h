@@ -28,14 +28,17 @@ class ScrollBar : public QScrollBar {
     QBasicTimer use;  ///< active for a moment after each use
 };
 
-/// Scrolls what does not fit into it, with slim handles, on whatever is behind it. It takes no focus, and
-/// keys that its content ignores still scroll it.
+/// Scrolls what does not fit into it, with slim handles, on whatever is behind it. It takes no focus and does
+/// not follow it, and keys that its content ignores still scroll it.
 class ScrollPane : public QScrollArea {
   public:
     explicit ScrollPane(QWidget* content);
 
     /// Scrolls no further than is needed to show this part of the content with a margin around it.
     void reveal(const QWidget& part, int margin);
+
+  protected:
+    bool focusNextPrevChild(bool next) override;
 };
 
 }  // namespace tessel
