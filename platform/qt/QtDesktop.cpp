@@ -6,6 +6,7 @@
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QIdentityProxyModel>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 #include <QStandardPaths>
@@ -96,8 +97,9 @@ void furnishOwnPanel(QFileDialog& dialog) {
     auto* sidebar = dialog.findChild<QSplitter*>();
     if (!list || !sidebar) return;
     const int em = dialog.fontMetrics().height();
-    dialog.resize(60 * em, 36 * em);
-    sidebar->setSizes({10 * em, 50 * em});
+    const QSize room = dialog.screen()->availableSize() * 9 / 10;  // beside the frame
+    dialog.resize(QSize(60 * em, 36 * em).boundedTo(room));
+    sidebar->setSizes({dialog.width() / 6, dialog.width() * 5 / 6});
     list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
