@@ -2,9 +2,8 @@
 
 #include <gio/gio.h>
 
-#include <cstdlib>
+#include <QStringList>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace tessel {
@@ -22,8 +21,7 @@ struct Unreference {
 };
 
 bool isGnome() {
-    const char* const desktops = std::getenv("XDG_CURRENT_DESKTOP");
-    return desktops && std::string_view(desktops).find("GNOME") != std::string_view::npos;
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("GNOME");
 }
 
 /// Returns whether the settings are installed; asking for others would end the program.
