@@ -1,4 +1,5 @@
 """Mounts disks that are plugged in, after a delay in seconds, in place of the desktop's own volume monitor.
+Prints each attempt.
     automounter.py SECONDS"""
 import sys
 
@@ -21,6 +22,7 @@ def property_of(path, interface, name):
 
 
 def mount(path):
+    print(path, flush=True)
     arguments = GLib.Variant("(a{sv})", ({},))
     bus.call(UDISKS, path, FILE_SYSTEM, "Mount", arguments, None, 0, -1, None, lambda *_: None)
     return GLib.SOURCE_REMOVE

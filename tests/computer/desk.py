@@ -5,6 +5,7 @@ import time
 from waiting import Unexpected, wait_until
 
 NOTIFICATIONS = "/tmp/notifications"
+MOUNT_ATTEMPTS = "/tmp/mount-attempts"
 
 
 class Desk:
@@ -60,13 +61,18 @@ class Desk:
         """Makes the desktop mount after a delay in seconds, or never: a program of the tests takes the place of its
         own volume monitor."""
         self.guest.run_as_person(self.recipe.stops_mounting)
-        self.guest.start_as_person(f"python3 -B /var/lib/companion/automounter.py {seconds}")
+        self.guest.start_as_person(f"python3 -B /var/lib/companion/automounter.py {seconds} >{MOUNT_ATTEMPTS}")
+        self.guest.await_success("pgrep --full automounter.py")
 
     def desktop_starts_a_program_for_each_mount(self):
         """Delays the desktop's mounts by the time that this computer takes to start a program."""
         begun = time.monotonic()
         self.guest.run_as_person("python3 -c 'from gi.repository import Gio'")
         self.desktop_mounts_after(round(0.5 + time.monotonic() - begun, 1))
+
+    def expect_mount_attempt(self):
+        """Expects that the program of the tests has tried to mount something."""
+        self.guest.await_success(f"grep --quiet . {MOUNT_ATTEMPTS}")
 
     # Notifications
 

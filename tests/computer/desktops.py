@@ -27,7 +27,8 @@ class Recipe:
     turns_dark: str  # empty where the program can't follow
     enlarges_text: str
     sleeps_after_a_minute: str
-    is_kept_awake: str = "systemd-inhibit --list | grep Velmora"  # succeeds if so
+    is_kept_awake: str = call("org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
+                              "org.freedesktop.PowerManagement.Inhibit.HasInhibit") + " | grep true"  # succeeds if so
     ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
     lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
     password_field: str = "password text"  # its role in the agent's dialog
@@ -35,6 +36,7 @@ class Recipe:
     mounts_by_itself: bool = True
     tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
     tells_of_cancel: bool = True  # instead of a failed authentication
+    asks_windows_to_close: bool = False  # before it ends the session, and waits for them
     asks_without_end: bool = False  # for the password, as often as it is wrong
     settles: str = "true"  # waits for the session's beginning to be over
     disk_size: str = "8G"
@@ -55,8 +57,9 @@ XFCE = Recipe(
     locks_screen="light-locker-command --lock",
     turns_dark="",  # Qt 6.4 takes over no colors of the themes
     enlarges_text="xfconf-query -c xsettings -p /Gtk/FontName -s 'Sans 15' --create -t string",
-    sleeps_after_a_minute="xfconf-query -c xfce4-power-manager -p /xfce4-power-manager/inactivity-on-ac -s 1 "
-                          "--create -t uint",
+    sleeps_after_a_minute="for each in inactivity-on-ac=1 inactivity-sleep-mode-on-ac=1; do xfconf-query "
+                          "-c xfce4-power-manager -p /xfce4-power-manager/${each%=*} -s ${each#*=} --create -t uint; "
+                          "done",
     # This agent runs only on its own desktop otherwise.
     hooks=('sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',),
     tells_positions=True, disk_size="6G", memory=3072, video_memory=16)
@@ -103,6 +106,7 @@ PLASMA = Recipe(
     stops_mounting="true",
     mounts_by_itself=False,
     tells_of_cancel=False,
+    asks_windows_to_close=True,
     logs_out=call("org.kde.Shutdown", "/Shutdown", "org.kde.Shutdown.logout"),
     locks_screen="loginctl lock-session",
     turns_dark="plasma-apply-colorscheme BreezeDark",
@@ -111,8 +115,6 @@ PLASMA = Recipe(
     sleeps_after_a_minute="for each in AutoSuspendAction=1 AutoSuspendIdleTimeoutSec=60; do kwriteconfig6 --file "
                           "powerdevilrc --group AC --group SuspendAndShutdown --key ${each%=*} ${each#*=}; done; "
                           "systemctl --user restart plasma-powerdevil.service",
-    is_kept_awake=call("org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
-                       "org.freedesktop.PowerManagement.Inhibit.HasInhibit") + " | grep true",
     lists_volumes="solid-hardware6 query 'IS StorageVolume' || true",
     ejects='device=$(findmnt --noheadings --output SOURCE "$mount") && udisksctl unmount -b "$device" && drive=$(' +
            call(UDISKS, "/org/freedesktop/UDisks2/block_devices/${device##*/}", "org.freedesktop.DBus.Properties.Get",

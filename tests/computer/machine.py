@@ -69,7 +69,7 @@ class Machine:
             "-machine", "q35", "-accel", accelerator, "-cpu", "Nehalem,hypervisor=off",
             "-m", str(desktop.recipe.memory), "-smp", "2",
             "-kernel", str(desktop.kernel), "-initrd", str(desktop.initrd),
-            "-append", "root=/dev/vda rw console=ttyS0 quiet",
+            "-append", "root=/dev/vda rw console=ttyS0 quiet print-fatal-signals=1",
             "-chardev", f"file,id=console,path={self.folder}/console", "-serial", "chardev:console",
             "-drive", f"if=virtio,file={disk},format=qcow2,cache=unsafe",
             "-drive", f"if=virtio,file={archive},format=raw,read-only=on",

@@ -16,6 +16,7 @@ HEADER, MARGIN = 80, 12  # the parts of the window's height that its cards never
 PANEL_OPENS = 6  # in seconds, on a slow computer
 IMAGES = f"/home/{PERSON}"
 MOUNTED = f"/media/{PERSON}"
+JOURNAL = "/tmp/journal-cursor"
 
 PHASES = {"while-writing": "Writing image data.", "while-verifying": "Verifying the image",
           "while-ejecting": "Ejecting the SD card."}  # with the log message when each begins
@@ -216,6 +217,7 @@ class Computer(Desk):
         return shown
 
     def expect_never_shown(self, *texts):
+        self.expect_running()
         shown = self.text_on_screen()
         for text in texts:
             if text in shown:
@@ -301,12 +303,18 @@ class Computer(Desk):
         self.guest.run(f"dmsetup resume {LAYER}")
 
     def make_large_image(self, size="400M"):
-        """Puts an image of zeros onto the computer, large enough to take a while, and chooses it."""
-        self.guest.run(f"install -o {PERSON} -m 644 /dev/null {IMAGES}/large.img; truncate -s {size} {IMAGES}/large.img")
-        self.choose_image("large.img")
+        """Puts an image onto the computer, large enough to take a while, and chooses it. Each MiB begins in another
+        way."""
+        make = f"""python3 -c 'import sys
+with open(sys.argv[1], "wb") as file:
+    for offset in range(0, {self.size_in_bytes(size)}, 1 << 20):
+        file.seek(offset)
+        file.write(b"%12d" % offset * 100)
+    file.truncate({self.size_in_bytes(size)})' """
         self.image = self.folder / "large.raw"
-        with open(self.image, "wb") as file:
-            file.truncate(self.size_in_bytes(size))
+        subprocess.run(f"{make} {self.image}", shell=True, check=True)
+        self.as_person(f"{make} large.img")
+        self.choose_image("large.img")
 
     def make_special_image(self, recipe, size="64M"):
         """Puts an image onto the computer that a command makes of $image, and chooses it. The command may attach it
@@ -384,7 +392,8 @@ class Computer(Desk):
         self.answer_dialog()
 
     def write_up_to(self, phase):
-        """Chooses the card and writes until the phase has begun."""
+        """Chooses the card and writes until the phase has begun. It lasts until release_disk_service() if that is
+        the ejecting."""
         self.choose_target()
         if phase == "before-the-click":
             return
@@ -392,6 +401,9 @@ class Computer(Desk):
         if phase == "at-the-prompt":
             return self.await_dialog()
         self.answer_dialog()
+        if phase == "while-ejecting":
+            self.expect_text(PHASES["while-verifying"], timeout=300)
+            self.hold_disk_service()
         self.expect_text(PHASES[phase], timeout=300)
 
     def write_again(self, name=""):
@@ -458,9 +470,9 @@ class Computer(Desk):
 
     @staticmethod
     def content(card):
-        """Returns the beginning of the card's file, longer than any image's first chunk."""
+        """Returns a digest of the whole of the card's file."""
         with open(card.path, "rb") as file:
-            return file.read(32 << 20)
+            return hashlib.file_digest(file, "sha256").hexdigest()
 
     def expect_content(self, card, before):
         if self.content(card) != before:
@@ -521,7 +533,12 @@ class Computer(Desk):
         if not found or found.is_enabled():
             raise Unexpected(f"the {role} “{name}” can be used")
 
+    def expect_running(self):
+        if self.guest.look() is None:
+            raise Unexpected("the program does not run")
+
     def expect_none_selectable(self):
+        self.expect_running()
         if matching(self.guest.look(), "radio button", "Select "):
             raise Unexpected("a disk can be chosen")
 
@@ -538,7 +555,7 @@ class Computer(Desk):
     def expect_answer_within(self, seconds):
         """Expects the window to answer a screen reader in time."""
         begun = time.monotonic()
-        self.text_on_screen()
+        self.expect_running()
         if (taken := time.monotonic() - begun) > seconds:
             raise Unexpected(f"the window took {taken:.1f} s to answer")
 
@@ -619,6 +636,15 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
         """Waits until the stick is mounted nowhere any more, while the kernel still writes its file system."""
         self.guest.await_success(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
                               timeout)
+
+    def begin_journal(self):
+        """Makes expect_in_journal() look only at what comes from now on."""
+        self.guest.run(f"journalctl --cursor-file {JOURNAL} --lines 1 >/dev/null")
+
+    def expect_in_journal(self, pattern):
+        """Waits until a line since begin_journal() matches the extended regular expression."""
+        self.guest.await_success(f"cp {JOURNAL} {JOURNAL}.read; journalctl --cursor-file {JOURNAL}.read | "
+                                 f"grep --quiet --extended-regexp '{pattern}'")
 
     def number_of(self, card):
         """Returns the number in the program's name for the card's disk."""

@@ -19,9 +19,11 @@ def play(computer, content):
     computer.make_special_image(RECIPES[content])
     card = computer.insert_card()
     computer.choose_target()
+    computer.begin_journal()
     computer.write()
     if content == "raid-member":  # which the computer activates automatically
         computer.expect_safe_only_when_released(card, "part of a volume group, a RAID or an encrypted volume")
+        computer.expect_in_journal("md/raid1:.* active")
     else:
         computer.expect_success()
         computer.expect_released(card)

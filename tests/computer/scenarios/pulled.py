@@ -17,6 +17,7 @@ def play(computer, when, place):
     if when == "at-the-prompt":
         computer.answer_dialog()
     if when == "while-ejecting":
+        computer.release_disk_service()
         computer.expect_safe_only_when_released(card)
         return computer.expect_card_holds(card)
     computer.expect_failure(*GONE[when])

@@ -8,3 +8,4 @@ def play(computer):
     computer.write()
     computer.expect_partitions(card, 2)
     computer.expect_safe_only_when_released(card)
+    computer.expect_mount_attempt()

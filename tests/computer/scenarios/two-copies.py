@@ -14,3 +14,4 @@ def play(computer):
     computer.rest(2)
     computer.expect_text("Image written and verified", timeout=400)
     computer.expect_released(card)
+    computer.expect_card_holds(card)

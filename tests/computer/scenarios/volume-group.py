@@ -12,5 +12,7 @@ def play(computer, place):
     computer.make_special_image(RECIPE, "24M")
     card = computer.insert(computer.blank_card(), place)
     computer.choose_target()
+    computer.begin_journal()
     computer.write()
     computer.expect_safe_only_when_released(card, "part of a volume group, a RAID or an encrypted volume")
+    computer.expect_in_journal("lvm-activate-group")
