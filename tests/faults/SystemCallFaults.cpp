@@ -278,7 +278,7 @@ int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions
 }
 
 int poll(pollfd* watched, nfds_t count, int milliseconds) {
-    constexpr int moment = 100;
+    constexpr int moment = 500;  // more than a busy computer needs for a command that does not hang
     const bool isHurried = plan.isHurried && milliseconds > moment;
     const auto ready = callUnlessFaulty("poll", SYS_poll, watched, count, isHurried ? moment : milliseconds);
     if (isHurried && ready == 0) hurriedTime += int64_t{milliseconds} * 1'000'000;
