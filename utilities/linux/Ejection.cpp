@@ -24,7 +24,7 @@ constexpr seconds timeToEject{40};
 /// A desktop mounts new partitions about a second after the program that wrote them has closed the disk. On a
 /// slow computer it takes correspondingly longer, as does reading it.
 constexpr milliseconds timeToMountAgain{1500};
-constexpr int readingsToMountAgain = 3;
+constexpr int readingsToMountAgain = 6;
 
 /// udev activates volume groups and the like later still, in programs of their own.
 constexpr milliseconds timeToActivate{3500};
