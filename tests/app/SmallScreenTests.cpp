@@ -8,6 +8,7 @@
 #include "views/controls/DisclosureButton.h"
 #include "views/controls/StatusBadge.h"
 #include "views/controls/Switch.h"
+#include "views/controls/TextLabel.h"
 #include "views/log/OperationLogView.h"
 
 namespace tessel {
@@ -20,6 +21,12 @@ constexpr QSize tinyScreen(812, 500);
 
 class SmallScreenTests : public WindowTest {
   protected:
+    /// Handles events often enough, since each layout may lead to another one.
+    static void letLayoutsHappen() {
+        for (int pass = 0; pass < 20; ++pass)
+            QApplication::processEvents();
+    }
+
     void dragPanes(int distance) {
         auto& handle = the<QSplitterHandle>();
         const QPoint grip = handle.rect().center();
@@ -102,8 +109,7 @@ TEST_F(SmallScreenTests, everythingGrowsWithTheFontWhileTheProgramRuns) {
         QFont font = usual;
         font.setPointSizeF(usual.pointSizeF() * factor);
         QApplication::setFont(font);
-        for (int pass = 0; pass < 20; ++pass)
-            QApplication::processEvents();  // each layout may lead to another one
+        letLayoutsHappen();
         SCOPED_TRACE(factor);
         expectNothingCutOff();
         for (const auto* disk : {"disk4", "disk5"})
@@ -113,6 +119,19 @@ TEST_F(SmallScreenTests, everythingGrowsWithTheFontWhileTheProgramRuns) {
             EXPECT_NEAR(now[control] / (before[control] * factor), 1, 0.2) << control;
     }
     EXPECT_EQ(heights(), before);
+}
+
+TEST_F(SmallScreenTests, anOpenQuestionGrowsWithTheFontAndShowsAllOfIt) {
+    openReady();
+    click(button("Write Disk Image"));
+    const QFont usual = QApplication::font();
+    QFont larger = usual;
+    larger.setPointSizeF(usual.pointSizeF() * 1.8);
+    QApplication::setFont(larger);
+    letLayoutsHappen();
+    for (const auto* label : shownWidgets<TextLabel>(*alert()))
+        EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
+    QApplication::setFont(usual);
 }
 
 TEST_F(SmallScreenTests, theKeysLeadThroughTheTableAndWhatHasTheFocusIsInView) {

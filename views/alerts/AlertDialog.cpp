@@ -32,16 +32,17 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     symbol->setAccessibleName(fields.symbolDescription);
     auto* message = wrappedLabel(fields.message, {.font = FontRole::headline, .weight = QFont::Bold});
     auto* text = wrappedLabel(fields.informativeText, {.font = FontRole::body});
-    auto* pane = new ScrollPane(text);
-    followApplicationFont(*text, [text, pane] {
-        const QSize room = text->screen()->availableSize();
+    text->setFocusPolicy(Qt::ClickFocus);  // a click beside the buttons takes the focus from a dangerous one
+    textPane = new ScrollPane(text);
+    followApplicationFont(*text, [this, text] {
+        text->setFont(styledFont(FontRole::body));  // the label itself follows later
+        const QSize room = screen()->availableSize();
         const int width = std::min(scaledWithFont(textWidth), room.width() * 2 / 3);
         const int height = text->heightForWidth(width);
-        const int shownHeight = std::min(height, room.height() / 2);
+        const bool isTooLong = height > room.height() / 2;
         text->setFixedSize(width, height);
-        pane->setFixedSize(width + ScrollBar::thickness, shownHeight);
-        // A click beside the buttons takes the focus from a dangerous one.
-        text->setFocusPolicy(shownHeight < height ? Qt::StrongFocus : Qt::ClickFocus);
+        textPane->setFixedSize(isTooLong ? QSize(width + ScrollBar::thickness, room.height() / 2)
+                                         : QSize(width, height));
     });
 
     auto* grid = new QGridLayout(this);
@@ -50,7 +51,7 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
     grid->setVerticalSpacing(spacing::small);
     grid->addWidget(symbol, 0, 0, 2, 1, Qt::AlignTop);
     grid->addWidget(message, 0, 1);
-    grid->addWidget(pane, 1, 1);
+    grid->addWidget(textPane, 1, 1);
     grid->setRowMinimumHeight(2, spacing::small);
     grid->addWidget(makeButtons(fields.actions), 3, 0, 1, 2);
     grid->setSizeConstraint(QLayout::SetFixedSize);
@@ -60,8 +61,11 @@ AlertDialog::AlertDialog(const Fields& fields, QWidget* window) : QDialog(window
 }
 
 /// Return presses the button that has the focus, or else the safe one; Qt would make any button the default
-/// one once it has had the focus.
+/// one once it has had the focus. Page Up and Page Down scroll the text.
 void AlertDialog::keyPressEvent(QKeyEvent* event) {
+    auto& scrollBar = *textPane->verticalScrollBar();
+    if (event->key() == Qt::Key_PageUp) return scrollBar.triggerAction(QScrollBar::SliderPageStepSub);
+    if (event->key() == Qt::Key_PageDown) return scrollBar.triggerAction(QScrollBar::SliderPageStepAdd);
     if (!isReturn(*event)) return QDialog::keyPressEvent(event);
     auto* focused = dynamic_cast<Button*>(focusWidget());
     (focused ? focused : safeButton)->click();

@@ -9,6 +9,8 @@
 
 namespace tessel {
 
+class ScrollPane;
+
 /// Asks a question or shows a message above a window. Open it with open(), which returns at once; it deletes
 /// itself when it is closed.
 class AlertDialog : public QDialog {
@@ -40,6 +42,7 @@ class AlertDialog : public QDialog {
     QWidget* makeButtons(const std::vector<Action>& actions);
 
     Button* safeButton = nullptr;
+    ScrollPane* textPane = nullptr;
 };
 
 }  // namespace tessel
