@@ -64,6 +64,7 @@ VelmoraTesselApp::VelmoraTesselApp(const Disks& disks) :
 }
 
 int VelmoraTesselApp::run() {
+    terminationWatch.reset();
     terminationWatch = watchTerminationRequests([this] { contentView.closeWhenWriteEnds(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, &contentView, [this](QSessionManager&) {
         contentView.closeWhenWriteEnds();

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "foundation/Errors.h"
 #include "platform/NewDescriptors.h"
 
 namespace tessel {
@@ -43,7 +44,10 @@ class TerminationWatch : public TemporaryActivity {
         handleBy(SIG_DFL, noteRequest);
     }
 
-    ~TerminationWatch() override { handleBy(noteRequest, SIG_DFL); }
+    ~TerminationWatch() override {
+        handleBy(noteRequest, SIG_DFL);
+        entry = -1;
+    }
 
   private:
     using Handler = void (*)(int);
@@ -66,7 +70,11 @@ class TerminationWatch : public TemporaryActivity {
 }  // namespace
 
 std::unique_ptr<TemporaryActivity> watchTerminationRequests(std::function<void()> onRequest) {
-    return std::make_unique<TerminationWatch>(std::move(onRequest));
+    try {
+        return std::make_unique<TerminationWatch>(std::move(onRequest));
+    } catch (const PlatformError&) {
+        return nullptr;
+    }
 }
 
 }  // namespace tessel
