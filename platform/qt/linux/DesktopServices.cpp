@@ -117,7 +117,7 @@ FileDescriptor requestLoginLock(const std::string& reason) {
         "Inhibit", g_variant_new("(ssss)", "idle", programName, reason.c_str(), "block"),
         G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, nullptr, &received, nullptr,
         nullptr)};
-    if (!answer) return {};
+    if (!answer || !received) return {};
     const Referenced<GUnixFDList> descriptors{received};
     gint32 index = 0;
     g_variant_get(answer.get(), "(h)", &index);
