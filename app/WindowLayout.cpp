@@ -56,8 +56,7 @@ Panes::Panes(QWidget* left, QWidget* right) : leftPane(makePane(left)), rightPan
     setStretchFactor(0, 1);
     setSizes({760, 410});
     leftPane->lower();  // is read aloud first
-    // Waits until the pane itself has scrolled, which is to a text cursor that may be scrolled away.
-    connect(qApp, &QApplication::focusChanged, this, &Panes::revealFocus, Qt::QueuedConnection);
+    connect(qApp, &QApplication::focusChanged, this, &Panes::revealFocus);
 }
 
 ScrollPane* Panes::makePane(QWidget* content) {
