@@ -1,5 +1,5 @@
 """Mounts disks that are plugged in, after a delay in seconds, in place of the desktop's own volume monitor.
-Prints each attempt.
+Prints "listening" once it does, and each attempt.
     automounter.py SECONDS"""
 import sys
 
@@ -53,4 +53,5 @@ def on_signal(_bus, _sender, path, _interface, signal, arguments):
 for interface, signal in (("org.freedesktop.DBus.ObjectManager", None),
                           ("org.freedesktop.DBus.Properties", "PropertiesChanged")):
     bus.signal_subscribe(UDISKS, interface, signal, None, None, 0, on_signal)
+print("listening", flush=True)
 GLib.MainLoop().run()

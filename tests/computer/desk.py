@@ -62,7 +62,7 @@ class Desk:
         own volume monitor."""
         self.guest.run_as_person(self.recipe.stops_mounting)
         self.guest.start_as_person(f"python3 -B /var/lib/companion/automounter.py {seconds} >{MOUNT_ATTEMPTS}")
-        self.guest.await_success("pgrep --full automounter.py")
+        self.guest.await_success(f"grep --quiet listening {MOUNT_ATTEMPTS}")
 
     def desktop_starts_a_program_for_each_mount(self):
         """Delays the desktop's mounts by the time that this computer takes to start a program."""
@@ -72,7 +72,7 @@ class Desk:
 
     def expect_mount_attempt(self):
         """Expects that the program of the tests has tried to mount something."""
-        self.guest.await_success(f"grep --quiet . {MOUNT_ATTEMPTS}")
+        self.guest.await_success(f"grep --quiet ^/ {MOUNT_ATTEMPTS}")
 
     # Notifications
 
@@ -110,10 +110,11 @@ class Desk:
         self.guest.run_as_person(self.recipe.sleeps_after_a_minute)
 
     def expect_awake(self):
-        """Expects that the computer is awake, and that the desktop knows why it should be."""
+        """Expects that the computer is awake, and that the desktop and the login service know that it should be."""
         if (status := self.machine.command("query-status")["status"]) != "running":
             raise Unexpected(f"the computer is {status}")
         self.guest.run_as_person(self.recipe.is_kept_awake)
+        self.guest.run("systemd-inhibit --list | grep Velmora")
 
     def expect_asleep(self, timeout):
         self.machine.wait_for_status("query-status", "suspended", timeout)

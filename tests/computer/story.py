@@ -405,6 +405,8 @@ with open(sys.argv[1], "wb") as file:
             self.expect_text(PHASES["while-verifying"], timeout=300)
             self.hold_disk_service()
         self.expect_text(PHASES[phase], timeout=300)
+        if phase == "while-ejecting":
+            self.expect_never_shown("SD Card Is Safe to Remove", "Image write failed")
 
     def write_again(self, name=""):
         """Chooses the card and writes once more."""
