@@ -32,6 +32,7 @@ class Recipe:
     ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
     lists_volumes: str = "gio mount --list --detail"  # those that the file manager shows, with their devices
     password_field: str = "password text"  # its role in the agent's dialog
+    enlarges_at_once: bool = True  # without, larger text is seen in a window that is opened after it
     hooks: tuple = ()
     mounts_by_itself: bool = True
     tells_positions: bool = False  # of windows and their parts; without, the user works by keyboard and by actions
@@ -62,7 +63,7 @@ XFCE = Recipe(
                           "done",
     # This agent runs only on its own desktop otherwise.
     hooks=('sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',),
-    tells_positions=True, disk_size="6G", memory=3072, video_memory=16)
+    enlarges_at_once=False, tells_positions=True, disk_size="6G", memory=3072, video_memory=16)
 
 WAYLAND = "xwayland libgl1-mesa-dri".split()
 
