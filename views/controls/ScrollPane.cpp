@@ -67,7 +67,7 @@ ScrollPane::ScrollPane(QWidget* content) {
 
 /// Leaves out that Qt also scrolls to where the focus goes when the control that had it is disabled.
 bool ScrollPane::focusNextPrevChild(bool next) {
-    return QWidget::focusNextPrevChild(next);
+    return QWidget::focusNextPrevChild(next);  // NOLINT(bugprone-parent-virtual-call)
 }
 
 void ScrollPane::reveal(const QWidget& part, int margin) {

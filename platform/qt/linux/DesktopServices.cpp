@@ -106,6 +106,7 @@ using Referenced = std::unique_ptr<T, Unreference>;
 FileDescriptor requestLoginLock(const std::string& reason) {
     const Referenced<gchar> address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr)};
     if (!address) return {};
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): the flags are meant to be combined.
     constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     const Referenced<GDBusConnection> bus{
