@@ -123,7 +123,7 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     const struct {
         const char* error;
         int status;
-    } cases[] = {{"", 0}, {"Failed", 0}, {"NotAuthorized", 1}, {"NotAuthorizedDismissed", 1}};
+    } cases[] = {{"", 0}, {"Failed", 0}, {"NotAuthorizedCanObtain", 0}, {"OptionNotPermitted", 1}};
     for (const auto& [error, status] : cases) {
         startUDisks("eject=" + std::string(error) + "\nmessage=no\n");
         EXPECT_EQ(eject().status, status) << error;

@@ -18,7 +18,7 @@ class BlockSystem {
 
     enum class EjectOutcome {
         ejected,
-        impossible,  ///< the drive has no mechanism, or it failed
+        impossible,  ///< the drive has no mechanism, it failed, or polkit does not allow it without asking
         busy,        ///< another program uses the drive
     };
 

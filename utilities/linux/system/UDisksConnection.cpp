@@ -212,13 +212,17 @@ BlockSystem::EjectOutcome UDisksConnection::eject(const std::string& device, Dur
     if (!drive || countDisksWith(client.get(), udisks_block_get_drive(block.get())) != 1)
         return BlockSystem::EjectOutcome::impossible;
 
+    // The user may have locked the screen and left, and nobody would answer.
+    GVariantBuilder options;
+    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&options, "{sv}", "auth.no_user_interaction", g_variant_new_boolean(TRUE));
     const TimeLimit timeLimit(limit);
     GError* error = nullptr;
-    udisks_drive_call_eject_sync(drive.get(), noOptions(), timeLimit.get(), &error);
+    udisks_drive_call_eject_sync(drive.get(), g_variant_builder_end(&options), timeLimit.get(), &error);
     const OwnedError problem(error);
     if (!problem) return BlockSystem::EjectOutcome::ejected;
     if (isBusy(*problem)) return BlockSystem::EjectOutcome::busy;
-    if (isFailedAttempt(*problem)) return BlockSystem::EjectOutcome::impossible;
+    if (isFailedAttempt(*problem) || isUnauthorized(*problem)) return BlockSystem::EjectOutcome::impossible;
     throw refusal(*problem);
 }
 

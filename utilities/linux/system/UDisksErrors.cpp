@@ -80,6 +80,11 @@ bool isFailedAttempt(const GError& error) {
     return hasCode(error, UDISKS_ERROR_FAILED) || hasCode(error, UDISKS_ERROR_NOT_SUPPORTED);
 }
 
+bool isUnauthorized(const GError& error) {
+    return hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED) ||
+           hasCode(error, UDISKS_ERROR_NOT_AUTHORIZED_CAN_OBTAIN);
+}
+
 bool isWithoutAnswer(const GError& error) {
     return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED) ||
            g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
