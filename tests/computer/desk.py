@@ -107,7 +107,10 @@ class Desk:
         self.guest.start_as_person(self.recipe.logs_out)
 
     def desktop_sleeps_after_a_minute(self):
-        self.guest.run_as_person(self.recipe.sleeps_after_a_minute)
+        """Returns whether that can be had."""
+        if self.recipe.sleeps_after_a_minute:
+            self.guest.run_as_person(self.recipe.sleeps_after_a_minute)
+        return bool(self.recipe.sleeps_after_a_minute)
 
     def expect_awake(self):
         """Expects that the computer is awake, and that the desktop and the login service know that it should be."""
@@ -115,6 +118,10 @@ class Desk:
             raise Unexpected(f"the computer is {status}")
         self.guest.run_as_person(self.recipe.is_kept_awake)
         self.guest.run("systemd-inhibit --list | grep Velmora")
+
+    def expect_nothing_to_keep_it_awake(self):
+        self.guest.run_as_person(f"! {{ {self.recipe.is_kept_awake}; }}")
+        self.guest.run("! { systemd-inhibit --list | grep Velmora; }")
 
     def expect_asleep(self, timeout):
         self.machine.wait_for_status("query-status", "suspended", timeout)

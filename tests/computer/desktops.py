@@ -26,7 +26,7 @@ class Recipe:
     locks_screen: str
     turns_dark: str  # empty where the program can't follow
     enlarges_text: str
-    sleeps_after_a_minute: str
+    sleeps_after_a_minute: str  # empty where that can't be had
     is_kept_awake: str = call("org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
                               "org.freedesktop.PowerManagement.Inhibit.HasInhibit") + " | grep true"  # succeeds if so
     ejects: str = 'gio mount --eject "$mount"'  # what the file manager does with the volume at $mount
@@ -58,9 +58,7 @@ XFCE = Recipe(
     locks_screen="light-locker-command --lock",
     turns_dark="",  # Qt 6.4 takes over no colors of the themes
     enlarges_text="xfconf-query -c xsettings -p /Gtk/FontName -s 'Sans 15' --create -t string",
-    sleeps_after_a_minute="for each in inactivity-on-ac=1 inactivity-sleep-mode-on-ac=1; do xfconf-query "
-                          "-c xfce4-power-manager -p /xfce4-power-manager/${each%=*} -s ${each#*=} --create -t uint; "
-                          "done",
+    sleeps_after_a_minute="",  # its power manager did not heed so short a time
     # This agent runs only on its own desktop otherwise.
     hooks=('sed -i /OnlyShowIn/d "$1"/etc/xdg/autostart/polkit-mate-authentication-agent-1.desktop',),
     enlarges_at_once=False, tells_positions=True, disk_size="6G", memory=3072, video_memory=16)
