@@ -21,6 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr auto timeToRead = 500ms;  ///< the buttons of a new dialog heed no click for 400 of them
+
 /// Returns whether such a dialog is open above the window.
 template <typename Dialog>
 bool isOpen() {
@@ -69,6 +71,7 @@ Task<> ScriptedUser::chooseImage() {
     click(shownControl<Button>(application.window(), "Select Image"));
     co_await until("the open panel appears", isOpen<QFileDialog>);
     audience.watch("03-open-panel");
+    co_await sleepFor(timeToRead);
     click(shownControl<QPushButton>(openDialog<QFileDialog>(), "Select Image"));
     co_await until("the image is selected",
                    [this] { return application.viewModel().image().selectedImage().has_value(); });
@@ -88,6 +91,7 @@ Task<> ScriptedUser::confirm() {
     click(shownControl<Button>(application.window(), "Write Disk Image"));
     co_await until("the confirmation appears", isOpen<AlertDialog>);
     audience.watch("06-confirmation");
+    co_await sleepFor(timeToRead);
     for (auto* button : shownWidgets<Button>(openDialog<AlertDialog>())) {
         if (button->text().startsWith("Erase and Write")) click(button);
     }
@@ -113,7 +117,7 @@ Task<> ScriptedUser::watchTheWrite() {
         throw std::runtime_error(viewModel.progress().writeProgressDetail);
 
     co_await until("the card may be removed", isOpen<AlertDialog>);
-    co_await sleepFor(50ms);
+    co_await sleepFor(timeToRead);
     audience.watch("09-safe-to-remove");
     click(shownControl<Button>(openDialog<AlertDialog>(), "Done"));
     co_await until("the alert is closed", [] { return !isOpen<AlertDialog>(); });
