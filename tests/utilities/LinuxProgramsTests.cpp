@@ -123,7 +123,12 @@ TEST_F(LinuxProgramsTests, ejectingSucceedsOrSaysWhyNot) {
     const struct {
         const char* error;
         int status;
-    } cases[] = {{"", 0}, {"Failed", 0}, {"NotAuthorizedCanObtain", 0}, {"OptionNotPermitted", 1}};
+    } cases[] = {{"", 0},
+                 {"Failed", 0},
+                 {"NotAuthorized", 0},
+                 {"NotAuthorizedCanObtain", 0},
+                 {"NotAuthorizedDismissed", 1},
+                 {"OptionNotPermitted", 1}};
     for (const auto& [error, status] : cases) {
         startUDisks("eject=" + std::string(error) + "\nmessage=no\n");
         EXPECT_EQ(eject().status, status) << error;
