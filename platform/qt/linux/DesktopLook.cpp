@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "foundation/Release.h"
+
 namespace tessel {
 
 namespace {
@@ -15,11 +17,6 @@ constexpr auto colorSchemeKey = "color-scheme";
 constexpr auto textScaleKey = "text-scaling-factor";
 constexpr int preferDark = 1;  // G_DESKTOP_COLOR_SCHEME_PREFER_DARK
 
-struct Unreference {
-    void operator()(GSettings* settings) const { g_object_unref(settings); }
-    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-};
-
 bool isGnome() {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("GNOME");
 }
@@ -28,7 +25,7 @@ bool isGnome() {
 bool hasSettings() {
     auto* const source = g_settings_schema_source_get_default();
     if (!source) return false;
-    const std::unique_ptr<GSettingsSchema, Unreference> schema{
+    const std::unique_ptr<GSettingsSchema, Release<g_settings_schema_unref>> schema{
         g_settings_schema_source_lookup(source, schemaName, TRUE)};
     return schema && g_settings_schema_has_key(schema.get(), colorSchemeKey) &&
            g_settings_schema_has_key(schema.get(), textScaleKey);
@@ -52,7 +49,7 @@ class GnomeLook : public TemporaryActivity {
     }
 
     std::function<void(const DesktopLook&)> onChange;
-    std::unique_ptr<GSettings, Unreference> settings{g_settings_new(schemaName)};
+    std::unique_ptr<GSettings, Release<g_object_unref>> settings{g_settings_new(schemaName)};
 };
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "foundation/Errors.h"
+#include "foundation/Release.h"
 #include "platform/FileDescriptor.h"
 #include "platform/concurrency/Background.h"
 
@@ -93,33 +94,30 @@ class Grant {
     QVariant granted;
 };
 
-struct Unreference {
-    void operator()(gpointer object) const { g_object_unref(object); }
-    void operator()(GVariant* value) const { g_variant_unref(value); }
-    void operator()(gchar* text) const { g_free(text); }
-};
 template <typename T>
-using Referenced = std::unique_ptr<T, Unreference>;
+using Object = std::unique_ptr<T, Release<g_object_unref>>;
+using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
+using Text = std::unique_ptr<char, Release<g_free>>;
 
 /// Returns the login service's lock against sleep, which ends when it is closed. It is not open where there
 /// is no such service. Blocks until the system bus answers.
 FileDescriptor requestLoginLock(const std::string& reason) {
-    const Referenced<gchar> address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr)};
+    const Text address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr)};
     if (!address) return {};
     // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): the flags are meant to be combined.
     constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    const Referenced<GDBusConnection> bus{
+    const Object<GDBusConnection> bus{
         g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, nullptr)};
     if (!bus) return {};
     GUnixFDList* received = nullptr;
-    const Referenced<GVariant> answer{g_dbus_connection_call_with_unix_fd_list_sync(
+    const Variant answer{g_dbus_connection_call_with_unix_fd_list_sync(
         bus.get(), "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
         "Inhibit", g_variant_new("(ssss)", "idle", programName, reason.c_str(), "block"),
         G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, nullptr, &received, nullptr,
         nullptr)};
     if (!answer || !received) return {};
-    const Referenced<GUnixFDList> descriptors{received};
+    const Object<GUnixFDList> descriptors{received};
     gint32 index = 0;
     g_variant_get(answer.get(), "(h)", &index);
     return FileDescriptor(g_unix_fd_list_get(descriptors.get(), index, nullptr));
