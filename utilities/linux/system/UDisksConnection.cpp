@@ -62,6 +62,14 @@ GVariant* noOptions() {
     return g_variant_new("a{sv}", nullptr);
 }
 
+/// Returns the options of a call that takes a single one.
+GVariant* onlyOption(const char* name, GVariant* value) {
+    GVariantBuilder options;
+    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&options, "{sv}", name, value);
+    return g_variant_builder_end(&options);
+}
+
 /// Returns the kernel's number for a block device, whatever /dev says, or 0 when the device is gone.
 dev_t deviceNumber(const std::string& name) {
     std::ifstream attribute("/sys/class/block/" + name + "/dev");
@@ -185,15 +193,13 @@ void UDisksConnection::unmount(const std::string& device, Duration limit) const 
 
 FileDescriptor UDisksConnection::open(const std::string& device) const {
     const auto block = requireBlock(client.get(), device);
-    GVariantBuilder options;
-    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&options, "{sv}", "flags", g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC));
+    auto* const flags = g_variant_new_int32(O_EXCL | O_DIRECT | O_CLOEXEC);
 
     // The user may be asked for a password; the client library sets no time limit.
     GVariant* index = nullptr;
     GUnixFDList* descriptors = nullptr;
     checked([&](GError** error) {
-        return udisks_block_call_open_device_sync(block.get(), "rw", g_variant_builder_end(&options), nullptr,
+        return udisks_block_call_open_device_sync(block.get(), "rw", onlyOption("flags", flags), nullptr,
                                                   &index, &descriptors, nullptr, error);
     });
     const Variant indexHolder(index);
@@ -212,13 +218,11 @@ BlockSystem::EjectOutcome UDisksConnection::eject(const std::string& device, Dur
     if (!drive || countDisksWith(client.get(), udisks_block_get_drive(block.get())) != 1)
         return BlockSystem::EjectOutcome::impossible;
 
-    // The user may have locked the screen and left, and nobody would answer.
-    GVariantBuilder options;
-    g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&options, "{sv}", "auth.no_user_interaction", g_variant_new_boolean(TRUE));
+    // While the screen is locked, a password prompt would go unanswered.
+    auto* const options = onlyOption("auth.no_user_interaction", g_variant_new_boolean(TRUE));
     const TimeLimit timeLimit(limit);
     GError* error = nullptr;
-    udisks_drive_call_eject_sync(drive.get(), g_variant_builder_end(&options), timeLimit.get(), &error);
+    udisks_drive_call_eject_sync(drive.get(), options, timeLimit.get(), &error);
     const OwnedError problem(error);
     if (!problem) return BlockSystem::EjectOutcome::ejected;
     if (isBusy(*problem)) return BlockSystem::EjectOutcome::busy;

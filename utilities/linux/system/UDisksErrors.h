@@ -17,7 +17,7 @@ using OwnedError = std::unique_ptr<GError, Release<g_error_free>>;
 /// Returns whether UDisks2 tried and failed, rather than refused or disappeared.
 [[nodiscard]] bool isFailedAttempt(const GError& error);
 
-/// Returns whether the user would have to be asked first, or nobody is allowed to.
+/// Returns whether polkit denies the operation, or allows it only after authentication.
 [[nodiscard]] bool isUnauthorized(const GError& error);
 
 /// Returns whether UDisks2, or the bus to it, did not answer or disappeared.
