@@ -536,12 +536,13 @@ with open(sys.argv[1], "wb") as file:
             raise Unexpected(f"the {role} “{name}” can be used")
 
     def expect_running(self):
-        if self.guest.look() is None:
+        """Expects that the program runs, and returns everything that it shows."""
+        if (shown := self.guest.look()) is None:
             raise Unexpected("the program does not run")
+        return shown
 
     def expect_none_selectable(self):
-        self.expect_running()
-        if matching(self.guest.look(), "radio button", "Select "):
+        if matching(self.expect_running(), "radio button", "Select "):
             raise Unexpected("a disk can be chosen")
 
     def expect_program_ended(self, timeout=120):
@@ -637,7 +638,7 @@ fcntl.{LOCKS[kind]}; time.sleep(1000)" """)
     def await_unmounting(self, stick, timeout=PATIENCE):
         """Waits until the stick is mounted nowhere any more, while the kernel still writes its file system."""
         self.guest.await_success(f"! grep -q ^/dev/{stick.device} /proc/mounts && test -e /proc/fs/ext4/{stick.device}",
-                              timeout)
+                                 timeout)
 
     def begin_journal(self):
         """Makes expect_in_journal() look only at what comes from now on."""
